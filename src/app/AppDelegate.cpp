@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/AppDelegate.h"
+
+#include "app/Services.h"
+#include "model/AppNotification.h"
+#include "platform/VideoView.h"
+#include "ui/PlayerContainerView.h"
+
+#include <QCoreApplication>
+#include <QTimer>
+#include <QWindow>
+
+#include <chrono>
+
+namespace orvane {
+
+namespace {
+
+/// A server that hangs may keep a player longer than anybody waits for a program to go.
+constexpr std::chrono::milliseconds drainLimit{400};
+
+/// Calls back once, when a window is on the screen for the first time.
+class FirstExposure final : public QObject {
+public:
+    FirstExposure(QWindow* window, std::function<void()> callback)
+        : QObject(window), m_callback(std::move(callback)) {
+        window->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::Expose) {
+            watched->removeEventFilter(this);
+            deleteLater();
+            m_callback();
+        }
+        return false;
+    }
+
+private:
+    std::function<void()> m_callback;
+};
+
+} // namespace
+
+AppDelegate::AppDelegate(Services& services) : m_services(services) {}
+
+AppDelegate::~AppDelegate() = default;
+
+void AppDelegate::applicationDidFinishLaunching() {
+    registerObservers();
+    openPlayerWindow();
+    playAtLaunch();
+    m_services.preferences.setOnboardingCompleted(true);
+}
+
+void AppDelegate::registerObservers() {
+    markMilestones();
+    m_observers.push_back(m_services.notifications.addObserver(
+        AppNotification::closePlayer, [this](const auto&) { terminate(); }));
+}
+
+void AppDelegate::markMilestones() {
+    const auto mark = [this](AppNotification::Name name, std::string_view milestone) {
+        m_observers.push_back(m_services.notifications.addObserver(
+            name, [this, milestone](const auto&) { m_services.timeline.mark(milestone); }));
+    };
+    mark(AppNotification::streamLoading, "loading");
+    mark(AppNotification::streamResolved, "playing");
+    mark(AppNotification::streamError, "error");
+}
+
+void AppDelegate::openPlayerWindow() {
+    if (!m_playerWindow) {
+        m_playerWindow = std::make_unique<PlayerWindow>(m_services.preferences, m_services.state,
+                                                        m_services.player, m_services.notifications,
+                                                        m_services.videoOutput);
+        m_playerWindow->winId(); // Makes the native window, whose first exposure is awaited.
+        new FirstExposure(m_playerWindow->windowHandle(),
+                          [this] { m_services.timeline.mark("window-shown"); });
+        m_services.player.setPlayerView(&m_playerWindow->containerView().playerView());
+    }
+    m_playerWindow->show();
+    m_playerWindow->raise();
+}
+
+void AppDelegate::playAtLaunch() {
+    const Preferences& preferences = m_services.preferences;
+    std::optional<Channel> channel;
+    if (const auto lastId = preferences.lastChannelID();
+        lastId && preferences.autoPlayLastChannel())
+        channel = m_services.registry.channel(*lastId);
+    if (!channel) {
+        // Something always plays: a start without a picture is never what was wanted.
+        const QList<Channel> featured = m_services.registry.featured();
+        if (!featured.isEmpty())
+            channel = featured.first();
+    }
+    if (channel)
+        m_services.player.play(*channel);
+}
+
+void AppDelegate::terminate() {
+    if (m_isTerminating)
+        return;
+    m_isTerminating = true;
+    applicationWillTerminate();
+    if (m_playerWindow)
+        m_playerWindow->hide();
+    m_services.processes.shutDown();
+    QTimer::singleShot(drainLimit, this, [] { QCoreApplication::exit(0); });
+    drain();
+}
+
+void AppDelegate::applicationWillTerminate() {
+    m_services.player.stop();
+    if (m_playerWindow)
+        m_services.preferences.setWindowFrame(m_playerWindow->frame());
+}
+
+QCoro::Task<> AppDelegate::drain() {
+    co_await m_services.tasks.join();
+    co_await m_services.graveyard.empty();
+    m_isDrained = true;
+    QCoreApplication::exit(0);
+}
+
+} // namespace orvane

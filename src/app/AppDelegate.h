@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/NotificationCenter.h"
+#include "ui/PlayerWindow.h"
+
+#include <QCoroTask>
+#include <QObject>
+
+#include <memory>
+#include <vector>
+
+namespace orvane {
+
+struct Services;
+
+/// The application controller: starts the program, owns its windows, reacts to the notifications
+/// that ask for window-level actions, and ends it. Owned by `main`; main thread.
+class AppDelegate final : public QObject {
+    Q_OBJECT
+
+public:
+    explicit AppDelegate(Services& services);
+    ~AppDelegate() override;
+
+    /// Opens the player window and plays the last channel, or else the first featured one.
+    void applicationDidFinishLaunching();
+
+    /// Saves what is to be saved, hides the window, and leaves the event loop with exit code 0 as
+    /// soon as no child process and no player is left, or when the person has waited long enough.
+    void terminate();
+
+    /// Whether everything that was started has ended; if not, the process must be left at once.
+    [[nodiscard]] bool isDrained() const { return m_isDrained; }
+
+private:
+    void registerObservers();
+    void markMilestones();
+    void openPlayerWindow();
+    void playAtLaunch();
+    void applicationWillTerminate();
+    QCoro::Task<> drain();
+
+    Services& m_services;
+    std::unique_ptr<PlayerWindow> m_playerWindow;
+    std::vector<NotificationCenter::Token> m_observers;
+    bool m_isTerminating = false;
+    bool m_isDrained = false;
+};
+
+} // namespace orvane

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "model/AppState.h"
+#include "model/ChannelRegistry.h"
+#include "platform/Clock.h"
+#include "platform/Environment.h"
+#include "platform/MpvInstance.h"
+#include "platform/MpvMediaPlayer.h"
+#include "platform/NotificationCenter.h"
+#include "platform/Process.h"
+#include "platform/TaskScope.h"
+#include "platform/Timeline.h"
+#include "platform/UserDefaults.h"
+#include "playback/PlayerManager.h"
+#include "settings/Preferences.h"
+#include "streaming/StreamResolver.h"
+
+namespace orvane {
+
+/// The one place where the parts of the program are put together, each with its collaborators. The
+/// order of the members is the order of dependence, so that they also come apart the right way
+/// round. One instance, owned by `main`; main thread.
+struct Services {
+    /// `videoOutput` is what the machine draws with, not `automatic`.
+    Services(const Environment& environment, const QString& preferencesPath,
+             VideoOutput videoOutput);
+
+    VideoOutput videoOutput;
+    Timeline timeline;
+    NotificationCenter notifications;
+    UserDefaults defaults;
+    Preferences preferences;
+    ChannelRegistry registry;
+    AppState state;
+    TaskScope tasks;
+    SystemClock clock;
+    LocalProcessRunner processes;
+    MpvGraveyard graveyard;
+    MpvMediaPlayerFactory players;
+    StreamResolver resolver;
+    PlayerManager player;
+};
+
+} // namespace orvane

@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/AppDelegate.h"
+#include "app/Services.h"
+#include "model/AppConstants.h"
+#include "platform/Environment.h"
+#include "platform/TerminationSignals.h"
+#include "platform/VideoView.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QStandardPaths>
+
+#include <clocale>
+#include <cstdlib>
+
+using namespace orvane;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// What has to be in the environment before the toolkit starts and before a child inherits it.
+void prepareEnvironment() {
+    // What pip installs for one person lies here, and a login manager's path often lacks it.
+    const QString path =
+        searchPathWith(qEnvironmentVariable("PATH"), QDir::homePath() + u"/.local/bin"_s);
+    qputenv("PATH", path.toLocal8Bit());
+    // A Wayland session lets no window place itself or float above others; XWayland does.
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM") && qEnvironmentVariableIsSet("DISPLAY"))
+        qputenv("QT_QPA_PLATFORM", "xcb");
+    // The media library's hardware decoding needs EGL.
+    if (!qEnvironmentVariableIsSet("QT_XCB_GL_INTEGRATION"))
+        qputenv("QT_XCB_GL_INTEGRATION", "xcb_egl");
+}
+
+QString preferencesPath() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+           u"/orvane/preferences.json"_s;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    prepareEnvironment();
+    QApplication::setQuitOnLastWindowClosed(false);
+    QApplication::setApplicationName(AppConstants::appName);
+    QApplication::setApplicationVersion(AppConstants::appVersion);
+    QApplication::setDesktopFileName(AppConstants::bundleIdentifier);
+    const QApplication application(argc, argv);
+    std::setlocale(LC_NUMERIC, "C");
+
+    const Environment environment = Environment::read();
+    Services services(environment, preferencesPath(), chooseVideoOutput(environment.videoOutput));
+    AppDelegate delegate(services);
+    const TerminationSignals signals;
+    QObject::connect(&signals, &TerminationSignals::received, &delegate, &AppDelegate::terminate);
+
+    delegate.applicationDidFinishLaunching();
+    const int code = QApplication::exec();
+    if (!delegate.isDrained()) {
+        services.defaults.synchronize();
+        std::_Exit(code);
+    }
+    return code;
+}

@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "model/ChannelCategory.h"
+#include "platform/Environment.h"
+
+#include <QHashFunctions>
+#include <QString>
+#include <QUrl>
+
+#include <functional>
+#include <optional>
+
+namespace orvane {
+
+/// One live TV channel of the video site. An immutable value that is copied freely; any thread.
+/// Two channels are the same channel exactly when their ids are equal, whatever their other fields
+/// say, and hashing follows that.
+class Channel {
+public:
+    Channel(QString id, QString nameAr, QString nameEn, QString handle, ChannelCategory category,
+            std::optional<QString> videoId = std::nullopt);
+
+    /// A channel the person added: the id is "custom_" and the handle in lower case, there is no
+    /// Arabic name and no video id.
+    [[nodiscard]] static Channel custom(const QString& handle, const QString& name);
+
+    [[nodiscard]] const QString& id() const { return m_id; }
+    [[nodiscard]] const QString& nameAr() const { return m_nameAr; }
+    [[nodiscard]] const QString& nameEn() const { return m_nameEn; }
+    /// Without the leading "@", in the spelling it was stored with.
+    [[nodiscard]] const QString& handle() const { return m_handle; }
+    [[nodiscard]] ChannelCategory category() const { return m_category; }
+    /// The video id of the permanent live broadcast, where one is known.
+    [[nodiscard]] const std::optional<QString>& videoId() const { return m_videoId; }
+
+    /// The Arabic name unless it is empty, else the English one.
+    [[nodiscard]] const QString& displayName() const;
+
+    /// The channel's live page on `site`. The handle is inserted as it is; one that makes no
+    /// address gives an invalid URL.
+    [[nodiscard]] QUrl youtubeURL(const Origin& site) const;
+
+    friend bool operator==(const Channel& a, const Channel& b) { return a.m_id == b.m_id; }
+
+private:
+    QString m_id;
+    QString m_nameAr;
+    QString m_nameEn;
+    QString m_handle;
+    ChannelCategory m_category;
+    std::optional<QString> m_videoId;
+};
+
+[[nodiscard]] inline size_t qHash(const Channel& channel, size_t seed = 0) {
+    return ::qHash(channel.id(), seed);
+}
+
+} // namespace orvane
+
+template <>
+struct std::hash<orvane::Channel> {
+    size_t operator()(const orvane::Channel& channel) const noexcept { return qHash(channel); }
+};

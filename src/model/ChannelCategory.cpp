@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "model/ChannelCategory.h"
+
+namespace orvane {
+
+using namespace Qt::StringLiterals;
+
+QString rawValue(ChannelCategory category) {
+    switch (category) {
+    case ChannelCategory::featured:
+        return u"مميزة"_s;
+    case ChannelCategory::saudiGulf:
+        return u"السعودية والخليج"_s;
+    case ChannelCategory::religious:
+        return u"قرآن وسنة"_s;
+    case ChannelCategory::international:
+        return u"دولي بالإنجليزية"_s;
+    case ChannelCategory::custom:
+        break;
+    }
+    return u"قنواتي"_s;
+}
+
+QString displayName(ChannelCategory category) {
+    return rawValue(category);
+}
+
+} // namespace orvane

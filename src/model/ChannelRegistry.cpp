@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "model/ChannelRegistry.h"
+
+#include "model/BuiltInChannels.h"
+#include "settings/Preferences.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace orvane {
+
+ChannelRegistry::ChannelRegistry(const Preferences& preferences) : m_preferences(preferences) {}
+
+QList<Channel> ChannelRegistry::all() const {
+    return builtInChannels() + m_preferences.customChannels();
+}
+
+std::optional<Channel> ChannelRegistry::channel(const QString& id) const {
+    const QList<Channel> channels = all();
+    const auto found = std::ranges::find(channels, id, &Channel::id);
+    return found == channels.end() ? std::nullopt : std::optional(*found);
+}
+
+QList<Channel> ChannelRegistry::channels(ChannelCategory category) const {
+    QList<Channel> members;
+    std::ranges::copy_if(all(), std::back_inserter(members),
+                         [category](const Channel& c) { return c.category() == category; });
+    return members;
+}
+
+QList<Channel> ChannelRegistry::featured() const {
+    return channels(ChannelCategory::featured);
+}
+
+} // namespace orvane

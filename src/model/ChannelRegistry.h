@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "model/Channel.h"
+
+#include <QList>
+
+#include <optional>
+
+namespace orvane {
+
+class Preferences;
+
+/// Answers which channels exist: the built-in table followed by the channels the person added. It
+/// holds nothing itself and reads the preferences on every call, so its answers are never stale;
+/// a caller in a loop takes `all` once. Main thread, as the preferences are. Never fails: custom
+/// channels that cannot be read are none.
+class ChannelRegistry {
+public:
+    explicit ChannelRegistry(const Preferences& preferences);
+
+    /// Built-ins first, then custom channels in stored order. Duplicates of ids are kept.
+    [[nodiscard]] QList<Channel> all() const;
+    /// The first channel of `all` with exactly this id.
+    [[nodiscard]] std::optional<Channel> channel(const QString& id) const;
+    [[nodiscard]] QList<Channel> channels(ChannelCategory category) const;
+    [[nodiscard]] QList<Channel> featured() const;
+
+private:
+    const Preferences& m_preferences;
+};
+
+} // namespace orvane

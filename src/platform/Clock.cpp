@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/Clock.h"
+
+#include <QCoroFuture>
+#include <QFuture>
+#include <QPromise>
+#include <QTimer>
+
+namespace orvane {
+
+Clock::TimePoint SystemClock::now() const {
+    return std::chrono::system_clock::now();
+}
+
+QCoro::Task<> SystemClock::sleep(std::chrono::milliseconds duration, std::stop_token stop) {
+    QPromise<void> promise;
+    promise.start();
+    QTimer timer;
+    timer.setSingleShot(true);
+    QObject::connect(&timer, &QTimer::timeout, &timer, [&promise] { promise.finish(); });
+    timer.start(duration);
+    // A timer of no length still goes through the event loop, so a stop never resumes the sleeper
+    // inside the call that requested it.
+    const std::stop_callback onStop(stop, [&timer] { timer.start(0); });
+    const QFuture<void> slept = promise.future();
+    co_await slept;
+}
+
+} // namespace orvane

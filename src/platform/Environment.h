@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+#include <QStringView>
+
+#include <optional>
+
+namespace orvane {
+
+/// Scheme, host and optional port of a service, and nothing more. An immutable value; any thread.
+class Origin {
+public:
+    /// Nothing unless `text` is an http or https address with a host and without path or query. One
+    /// slash at the end is tolerated.
+    [[nodiscard]] static std::optional<Origin> parse(const QString& text);
+
+    /// `path` begins with "/" and is appended as it is.
+    [[nodiscard]] QString address(QStringView path) const;
+
+    friend bool operator==(const Origin&, const Origin&) = default;
+
+private:
+    explicit Origin(QString text);
+
+    QString m_text;
+};
+
+/// How the picture is drawn; `automatic` asks the machine.
+enum class VideoOutput { automatic, openGL, software };
+
+/// What tests, packagers and offline demonstrations may change from outside. Read once by the
+/// composition root and handed on as a value.
+struct Environment {
+    /// ORVANE_VIDEO_SITE; nothing turns the resolving of channels off.
+    std::optional<Origin> videoSite;
+    /// ORVANE_VIDEO_OUTPUT: "opengl", "software", or anything else for `automatic`.
+    VideoOutput videoOutput = VideoOutput::automatic;
+    /// ORVANE_TIMELINE: a file that receives a line for each milestone; empty for none.
+    QString timelinePath;
+
+    [[nodiscard]] static Environment read();
+};
+
+/// `path` with `folder` at its end, unless it is one of its entries already.
+[[nodiscard]] QString searchPathWith(const QString& path, const QString& folder);
+
+} // namespace orvane

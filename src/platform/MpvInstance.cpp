@@ -1,0 +1,255 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/MpvInstance.h"
+
+#include "platform/Environment.h"
+
+#include <QCoroFuture>
+#include <QPromise>
+
+#include <mpv/client.h>
+#include <mpv/render.h>
+
+#include <algorithm>
+#include <array>
+#include <clocale>
+#include <utility>
+
+namespace orvane {
+
+namespace {
+
+struct Option {
+    const char* name;
+    const char* value;
+};
+
+// Nothing of the person's own player set-up applies here, nothing is spawned, nothing is read from
+// or written to the disk, and the picture goes to a render context and nowhere else.
+constexpr std::array options{
+    Option{"config", "no"},
+    Option{"load-scripts", "no"},
+    Option{"ytdl", "no"},
+    Option{"terminal", "no"},
+    Option{"input-default-bindings", "no"},
+    Option{"input-vo-keyboard", "no"},
+    Option{"osd-level", "0"},
+    Option{"osc", "no"},
+    Option{"sid", "no"},
+    Option{"sub-auto", "no"},
+    Option{"audio-file-auto", "no"},
+    Option{"cover-art-auto", "no"},
+    Option{"resume-playback", "no"},
+    Option{"save-position-on-quit", "no"},
+    Option{"audio-client-name", "Orvane"},
+    Option{"vo", "libmpv"},
+    // Pictures are drawn when they are due; the drawing thread must not be made to wait for that.
+    Option{"video-timing-offset", "0"},
+    Option{"network-timeout", "20"},
+    // A live stream is never sought in: what was shown is not kept.
+    Option{"demuxer-max-bytes", "32MiB"},
+    Option{"demuxer-max-back-bytes", "0"},
+    // A list from the web must not name files of this machine.
+    Option{"demuxer-lavf-o", "protocol_whitelist=[http,https,tcp,tls,crypto,httpproxy]"},
+};
+
+constexpr std::array softwareOptions{
+    Option{"hwdec", "no"},
+    Option{"sws-scaler", "bilinear"},
+    Option{"sws-fast", "yes"},
+};
+
+constexpr std::array openGLOptions{Option{"hwdec", "auto-safe"}};
+
+template <typename Options>
+void apply(mpv_handle* handle, const Options& list) {
+    for (const Option& option : list)
+        mpv_set_option_string(handle, option.name, option.value);
+}
+
+} // namespace
+
+std::unique_ptr<MpvInstance> MpvInstance::create(VideoOutput output) {
+    // The library refuses to work where a decimal point may be a comma.
+    std::setlocale(LC_NUMERIC, "C");
+    mpv_handle* handle = mpv_create();
+    if (handle == nullptr)
+        return nullptr;
+    apply(handle, options);
+    if (output == VideoOutput::openGL)
+        apply(handle, openGLOptions);
+    else
+        apply(handle, softwareOptions);
+    if (mpv_initialize(handle) < 0) {
+        mpv_terminate_destroy(handle);
+        return nullptr;
+    }
+    mpv_request_log_messages(handle, "warn");
+    return std::unique_ptr<MpvInstance>(new MpvInstance(handle));
+}
+
+MpvInstance::MpvInstance(mpv_handle* handle) : m_handle(handle) {
+    mpv_set_wakeup_callback(
+        m_handle,
+        [](void* self) {
+            auto* instance = static_cast<MpvInstance*>(self);
+            if (!instance->m_eventsAnnounced.exchange(true))
+                QMetaObject::invokeMethod(instance, &MpvInstance::drainEvents,
+                                          Qt::QueuedConnection);
+        },
+        this);
+}
+
+MpvInstance::~MpvInstance() {
+    freeRenderContext();
+    if (m_handle != nullptr)
+        mpv_terminate_destroy(releaseHandle());
+}
+
+bool MpvInstance::createRenderContext(
+    mpv_render_param* parameters,
+    std::function<void(const std::function<void()>&)> withContextCurrent) {
+    if (mpv_render_context_create(&m_renderContext, m_handle, parameters) < 0) {
+        m_renderContext = nullptr;
+        return false;
+    }
+    m_withContextCurrent = std::move(withContextCurrent);
+    mpv_render_context_set_update_callback(
+        m_renderContext,
+        [](void* self) {
+            auto* instance = static_cast<MpvInstance*>(self);
+            if (!instance->m_updateAnnounced.exchange(true)) {
+                QMetaObject::invokeMethod(
+                    instance,
+                    [instance] {
+                        instance->m_updateAnnounced = false;
+                        if (instance->m_renderUpdateHandler)
+                            instance->m_renderUpdateHandler();
+                    },
+                    Qt::QueuedConnection);
+            }
+        },
+        this);
+    return true;
+}
+
+void MpvInstance::command(const std::vector<const char*>& words) const {
+    std::vector<const char*> terminated = words;
+    terminated.push_back(nullptr);
+    mpv_command_async(m_handle, 0, terminated.data());
+}
+
+void MpvInstance::setFlag(const char* property, bool on) const {
+    int flag = on ? 1 : 0;
+    mpv_set_property_async(m_handle, 0, property, MPV_FORMAT_FLAG, &flag);
+}
+
+void MpvInstance::setNumber(const char* property, double value) const {
+    mpv_set_property_async(m_handle, 0, property, MPV_FORMAT_DOUBLE, &value);
+}
+
+void MpvInstance::onEvent(std::function<void(const mpv_event&)> handler) {
+    m_eventHandler = std::move(handler);
+}
+
+void MpvInstance::onRenderUpdate(std::function<void()> handler) {
+    m_renderUpdateHandler = std::move(handler);
+}
+
+void MpvInstance::drainEvents() {
+    m_eventsAnnounced = false;
+    while (m_handle != nullptr) {
+        const mpv_event* event = mpv_wait_event(m_handle, 0);
+        if (event->event_id == MPV_EVENT_NONE)
+            break;
+        if (m_eventHandler)
+            m_eventHandler(*event);
+    }
+}
+
+void MpvInstance::freeRenderContext() {
+    if (m_renderContext == nullptr)
+        return;
+    mpv_render_context_set_update_callback(m_renderContext, nullptr, nullptr);
+    m_withContextCurrent([this] { mpv_render_context_free(m_renderContext); });
+    m_renderContext = nullptr;
+}
+
+mpv_handle* MpvInstance::releaseHandle() {
+    mpv_set_wakeup_callback(m_handle, nullptr, nullptr);
+    return std::exchange(m_handle, nullptr);
+}
+
+MpvGraveyard::MpvGraveyard() {
+    m_destroyers.setMaxThreadCount(maximumCount);
+}
+
+MpvGraveyard::~MpvGraveyard() {
+    m_destroyers.waitForDone();
+}
+
+void MpvGraveyard::bury(std::unique_ptr<MpvInstance> instance) {
+    ++m_count;
+    MpvInstance* stopping = instance.get();
+    m_stopping.push_back(std::move(instance));
+
+    // A renderer that is freed while the library still draws makes the caller wait for it; once the
+    // library idles, freeing costs nothing.
+    stopping->onRenderUpdate({});
+    stopping->onEvent([this, stopping](const mpv_event& event) {
+        if (event.event_id != MPV_EVENT_PROPERTY_CHANGE)
+            return;
+        const auto* property = static_cast<const mpv_event_property*>(event.data);
+        if (property->format == MPV_FORMAT_FLAG &&
+            std::string_view(property->name) == "idle-active" &&
+            *static_cast<int*>(property->data) != 0) {
+            QMetaObject::invokeMethod(
+                this, [this, stopping] { destroyStopped(stopping); }, Qt::QueuedConnection);
+        }
+    });
+    stopping->command({"stop"});
+    mpv_observe_property(stopping->handle(), 0, "idle-active", MPV_FORMAT_FLAG);
+}
+
+void MpvGraveyard::destroyStopped(MpvInstance* instance) {
+    const auto found = std::ranges::find(m_stopping, instance, &std::unique_ptr<MpvInstance>::get);
+    if (found == m_stopping.end())
+        return;
+    instance->freeRenderContext();
+    mpv_handle* handle = instance->releaseHandle();
+    m_stopping.erase(found);
+    m_destroyers.start([this, handle] {
+        mpv_terminate_destroy(handle);
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                --m_count;
+                Q_EMIT changed();
+            },
+            Qt::QueuedConnection);
+    });
+}
+
+QCoro::Task<> MpvGraveyard::room(std::stop_token stop) {
+    return fewerThan(maximumCount, std::move(stop));
+}
+
+QCoro::Task<> MpvGraveyard::empty() {
+    return fewerThan(1, std::stop_token());
+}
+
+QCoro::Task<> MpvGraveyard::fewerThan(int limit, std::stop_token stop) {
+    if (m_count < limit || stop.stop_requested())
+        co_return;
+    QPromise<void> promise;
+    promise.start();
+    QObject context;
+    connect(this, &MpvGraveyard::changed, &context, [this, limit, &promise] {
+        if (m_count < limit)
+            promise.finish();
+    });
+    const std::stop_callback onStop(stop, [&promise] { promise.finish(); });
+    const QFuture<void> ready = promise.future();
+    co_await ready;
+}
+
+} // namespace orvane

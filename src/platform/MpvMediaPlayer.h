@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/LiveStreamMonitor.h"
+#include "platform/MediaPlayer.h"
+#include "platform/MpvInstance.h"
+
+#include <QTimer>
+
+struct mpv_event_end_file;
+struct mpv_event_property;
+
+namespace orvane {
+
+/// A `MediaPlayer` over libmpv: one handle for one address. Made by `MpvMediaPlayerFactory`; the
+/// view that shows it draws through its instance. Destroying it hands the instance to the
+/// graveyard, so it is quick even while a server hangs.
+class MpvMediaPlayer final : public MediaPlayer {
+    Q_OBJECT
+
+public:
+    MpvMediaPlayer(QUrl url, std::unique_ptr<MpvInstance> instance, MpvGraveyard& graveyard);
+    ~MpvMediaPlayer() override;
+
+    [[nodiscard]] Status status() const override { return m_status; }
+    [[nodiscard]] std::optional<QString> error() const override { return m_error; }
+    [[nodiscard]] TimeControlStatus timeControlStatus() const override;
+
+    void play() override;
+    void pause() override;
+    void setMuted(bool muted) override;
+    void setVolume(float volume) override;
+
+    [[nodiscard]] MpvInstance& instance() const { return *m_instance; }
+
+    /// A view announces that it will draw, so that opening waits for its renderer...
+    void expectRenderer();
+    /// ...says that the renderer is there or never will be...
+    void rendererSettled();
+    /// ...and tells of each picture that it has drawn.
+    void pictureDrawn();
+
+private:
+    void handle(const mpv_event& event);
+    void handleEnd(const mpv_event_end_file& end);
+    void handleProperty(const mpv_event_property& property);
+    void openIfDue();
+    void becomeReadyIfDue();
+    void checkMonitor();
+    void fail(std::optional<QString> error);
+
+    QUrl m_url;
+    std::unique_ptr<MpvInstance> m_instance;
+    MpvGraveyard& m_graveyard;
+    LiveStreamMonitor m_monitor;
+    QTimer m_monitorTimer;
+    Status m_status = Status::unknown;
+    std::optional<QString> m_error;
+    bool m_isOpened = false;
+    bool m_wantsToPlay = false;
+    bool m_awaitsRenderer = false;
+    bool m_hasRestarted = false;
+    bool m_hasDrawnPicture = false;
+    bool m_hasVideo = true;
+    bool m_coreIsIdle = true;
+};
+
+/// Makes players and keeps the number of those that are being taken apart small.
+class MpvMediaPlayerFactory final : public MediaPlayerFactory {
+public:
+    MpvMediaPlayerFactory(MpvGraveyard& graveyard, VideoOutput output);
+
+    [[nodiscard]] QCoro::Task<std::unique_ptr<MediaPlayer>> make(QUrl url,
+                                                                 std::stop_token stop) override;
+
+private:
+    MpvGraveyard& m_graveyard;
+    VideoOutput m_output;
+};
+
+} // namespace orvane

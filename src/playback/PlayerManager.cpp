@@ -1,0 +1,156 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "playback/PlayerManager.h"
+
+#include "model/AppState.h"
+#include "platform/TaskScope.h"
+#include "streaming/StreamResolver.h"
+
+#include <algorithm>
+
+namespace orvane {
+
+using namespace Qt::StringLiterals;
+
+bool isRefusedAddress(const QString& message) {
+    return message.contains(u"403"_s) || message.contains(u"forbidden"_s, Qt::CaseInsensitive) ||
+           message.contains(u"permission"_s, Qt::CaseInsensitive);
+}
+
+PlayerManager::PlayerManager(AppState& state, StreamResolver& resolver, MediaPlayerFactory& players,
+                             TaskScope& tasks)
+    : m_state(state), m_resolver(resolver), m_players(players), m_tasks(tasks) {}
+
+PlayerManager::~PlayerManager() = default;
+
+void PlayerManager::setPlayerView(VideoSurface* view) {
+    m_playerView = view;
+}
+
+void PlayerManager::play(const Channel& channel) {
+    m_currentTask.request_stop();
+    // The old player goes on under the overlay until its successor is there, but what becomes of it
+    // is no concern any more: its refusal must not take the person back to the channel they left.
+    m_playerItemObserver.reset();
+    m_didAutoRetry = false;
+    m_state.setLoading(channel);
+    m_state.setCurrentChannel(channel);
+    m_currentTask = std::stop_source();
+    m_tasks.spawn(load(channel, m_currentTask.get_token()));
+}
+
+QCoro::Task<> PlayerManager::load(Channel channel, std::stop_token stop) {
+    const Resolution resolution = m_state.resolution();
+    const StreamResolver::Result url = co_await m_resolver.resolve(channel, resolution, stop);
+    if (stop.stop_requested())
+        co_return;
+    if (!url) {
+        m_state.setError(channel, errorDescription(url.error()));
+        co_return;
+    }
+    const QUrl address = *url;
+    std::unique_ptr<MediaPlayer> player = co_await m_players.make(address, stop);
+    if (stop.stop_requested())
+        co_return;
+    if (player)
+        open(std::move(player), channel);
+    else
+        m_state.setError(channel, u"Playback failed"_s);
+}
+
+void PlayerManager::open(std::unique_ptr<MediaPlayer> player, const Channel& channel) {
+    if (m_player)
+        m_player->pause();
+    player->setMuted(m_state.isMuted());
+    player->setVolume(m_state.volume());
+    m_player = std::move(player);
+    if (m_playerView != nullptr)
+        m_playerView->setPlayer(m_player.get());
+    m_playerItemObserver = std::make_unique<QObject>();
+    QObject::connect(
+        m_player.get(), &MediaPlayer::statusChanged, m_playerItemObserver.get(),
+        [this, channel] { handleStatus(channel); }, Qt::QueuedConnection);
+    m_player->play();
+}
+
+void PlayerManager::handleStatus(Channel channel) {
+    switch (m_player->status()) {
+    case MediaPlayer::Status::readyToPlay:
+        m_state.setPlaying(channel);
+        break;
+    case MediaPlayer::Status::failed:
+        handleFailure(channel);
+        break;
+    case MediaPlayer::Status::unknown:
+        break;
+    }
+}
+
+void PlayerManager::handleFailure(Channel channel) {
+    const QString message = m_player->error().value_or(u"Playback failed"_s);
+    if (isRefusedAddress(message) && !m_didAutoRetry) {
+        // The replay clears the flag again, so that a channel that is refused over and over is
+        // tried over and over, each time with a fresh address. That is meant.
+        m_didAutoRetry = true;
+        retry(channel);
+        return;
+    }
+    m_state.setError(channel, message);
+}
+
+void PlayerManager::retry(const Channel& channel) {
+    m_resolver.invalidateCache(channel);
+    play(channel);
+}
+
+void PlayerManager::pause() {
+    if (m_player)
+        m_player->pause();
+}
+
+void PlayerManager::resume() {
+    if (m_player)
+        m_player->play();
+}
+
+void PlayerManager::togglePlayPause() {
+    if (!m_player)
+        return;
+    if (m_player->timeControlStatus() == MediaPlayer::TimeControlStatus::playing)
+        m_player->pause();
+    else
+        m_player->play();
+}
+
+void PlayerManager::setMute(bool muted) {
+    m_state.setMuted(muted);
+    if (m_player)
+        m_player->setMuted(muted);
+}
+
+void PlayerManager::toggleMute() {
+    setMute(!m_state.isMuted());
+}
+
+void PlayerManager::setVolume(float volume) {
+    const float clamped = std::max(std::min(volume, 1.0F), 0.0F);
+    m_state.setVolume(clamped);
+    if (m_player)
+        m_player->setVolume(clamped);
+}
+
+void PlayerManager::adjustVolume(float delta) {
+    setVolume(m_state.volume() + delta);
+}
+
+void PlayerManager::stop() {
+    m_currentTask.request_stop();
+    m_currentTask = std::stop_source(std::nostopstate);
+    m_playerItemObserver.reset();
+    if (m_player)
+        m_player->pause();
+    m_player.reset();
+    if (m_playerView != nullptr)
+        m_playerView->setPlayer(nullptr);
+}
+
+} // namespace orvane

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QList>
+#include <QString>
+
+#include <optional>
+
+namespace orvane {
+
+/// The stored form of a channel that the person added. A value; any thread.
+struct CustomChannelEntry {
+    /// As entered or resolved, without "@"; its case is preserved.
+    QString handle;
+    QString name;
+
+    friend bool operator==(const CustomChannelEntry&, const CustomChannelEntry&) = default;
+};
+
+/// A compact JSON array of objects with the members "handle" and "name".
+[[nodiscard]] QString encodeCustomChannels(const QList<CustomChannelEntry>& entries);
+
+/// Nothing when `text` is no such array or when a single element lacks one of the two texts.
+[[nodiscard]] std::optional<QList<CustomChannelEntry>> decodeCustomChannels(const QString& text);
+
+} // namespace orvane

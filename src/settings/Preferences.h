@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "model/Channel.h"
+#include "model/Resolution.h"
+#include "settings/AppTheme.h"
+
+#include <QList>
+#include <QRectF>
+#include <QSet>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace orvane {
+
+class UserDefaults;
+
+/// Every setting that outlives the program. Each read goes to the store and each write goes
+/// straight to it; nothing is cached here, so two readers always see the last write. Owned by the
+/// composition root; main thread only. Never fails: a value that is absent or of the wrong kind
+/// reads as its default, and the default is not written back.
+class Preferences {
+public:
+    explicit Preferences(UserDefaults& defaults);
+
+    /// Default 480p.
+    [[nodiscard]] Resolution resolution() const;
+    void setResolution(Resolution resolution);
+
+    /// From 0 to 1; default 1.
+    [[nodiscard]] float volume() const;
+    void setVolume(float volume);
+
+    /// Default false.
+    [[nodiscard]] bool isMuted() const;
+    void setMuted(bool muted);
+
+    /// An empty text means that the player was closed; nothing means that no channel ever played.
+    [[nodiscard]] std::optional<QString> lastChannelID() const;
+    void setLastChannelID(const std::optional<QString>& id);
+
+    /// Default true.
+    [[nodiscard]] bool autoPlayLastChannel() const;
+    void setAutoPlayLastChannel(bool on);
+
+    /// Default: the ids of all channels that exist at the time of reading.
+    [[nodiscard]] QSet<QString> enabledChannelIDs() const;
+    void setEnabledChannelIDs(const QSet<QString>& ids);
+
+    /// In order; default: the ids of the featured channels.
+    [[nodiscard]] QStringList favoriteChannelIDs() const;
+    void setFavoriteChannelIDs(const QStringList& ids);
+
+    /// Points in desktop coordinates, y downwards. A stored text that is no rectangle reads as the
+    /// zero rectangle, which callers treat as unusable.
+    [[nodiscard]] std::optional<QRectF> windowFrame() const;
+    void setWindowFrame(const std::optional<QRectF>& frame);
+
+    /// Width in points; 0 and absent read as 420, which is deliberately none of the buttons'
+    /// values.
+    [[nodiscard]] int windowSizePreset() const;
+    void setWindowSizePreset(int width);
+
+    /// From 0.3 to 1; default 1.
+    [[nodiscard]] double windowOpacity() const;
+    void setWindowOpacity(double opacity);
+
+    /// Default `system`.
+    [[nodiscard]] AppTheme theme() const;
+    void setTheme(AppTheme theme);
+
+    /// Default false.
+    [[nodiscard]] bool ghostModeEnabled() const;
+    void setGhostModeEnabled(bool on);
+
+    /// In stored order; none when the stored list cannot be read.
+    [[nodiscard]] QList<Channel> customChannels() const;
+    void setCustomChannels(const QList<Channel>& channels);
+    /// Appends the channel and enables it, unless its handle is there already in any letter case.
+    void addCustomChannel(const QString& handle, const QString& name);
+    /// Removes every channel with this handle in any letter case. The enabled and favourite ids
+    /// stay.
+    void removeCustomChannel(const QString& handle);
+
+    /// Default false.
+    [[nodiscard]] bool onboardingCompleted() const;
+    void setOnboardingCompleted(bool completed);
+
+private:
+    UserDefaults& m_defaults;
+};
+
+} // namespace orvane

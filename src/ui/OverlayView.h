@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+#include <QWidget>
+
+#include <functional>
+#include <variant>
+
+class QLabel;
+class QPushButton;
+
+namespace orvane {
+
+class Spinner;
+
+/// Covers the picture while a stream loads and after it has failed. Part of the player window; main
+/// thread. The message is shown as plain text on at most three lines, and whole in the tooltip when
+/// it needs more.
+class OverlayView final : public QWidget {
+    Q_OBJECT
+
+public:
+    struct Loading {
+        QString message;
+    };
+    struct Error {
+        QString message;
+    };
+    struct Hidden {};
+    using State = std::variant<Loading, Error, Hidden>;
+
+    explicit OverlayView(QWidget* parent = nullptr);
+
+    void setState(const State& state);
+
+    /// Called when the person asks for another try.
+    void onRetry(std::function<void()> callback) { m_onRetry = std::move(callback); }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void setMessage(const QString& message);
+    void fitMessage();
+
+    Spinner* m_spinner;
+    QLabel* m_messageLabel;
+    QPushButton* m_retryButton;
+    QString m_message;
+    std::function<void()> m_onRetry;
+};
+
+} // namespace orvane

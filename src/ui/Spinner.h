@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QTimer>
+#include <QWidget>
+
+namespace orvane {
+
+/// A ring of fading spokes that turns while it is shown and running, and is not shown when stopped.
+/// It costs nothing while it cannot be seen. Main thread.
+class Spinner final : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit Spinner(QWidget* parent = nullptr);
+
+    void start();
+    void stop();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
+private:
+    QTimer m_timer;
+    int m_step = 0;
+};
+
+} // namespace orvane

@@ -1,0 +1,79 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""The offline demonstration: Orvane plays a live site on this machine through the real yt-dlp.
+
+With a display it plays there until it is quit. Without one it starts its own, plays for a few
+seconds, saves a screenshot, tells how long the window and the first picture took, and exits with 0
+only if the picture moved and no overlay was left on it.
+"""
+
+from __future__ import annotations
+
+import argparse
+import os
+import pathlib
+import subprocess
+import sys
+import tempfile
+import time
+
+from desktop import Desktop, Program, wait_for_motion
+from livesite import LiveSite
+
+PLAY_SECONDS = 4
+
+
+def play_on_this_display(binary: str, arguments: list[str]) -> int:
+    with tempfile.TemporaryDirectory() as folder, LiveSite(pathlib.Path(folder)) as site:
+        print(f"demo: a live site runs at {site.origin}; close the window to end", flush=True)
+        environment = os.environ | {
+            "ORVANE_VIDEO_SITE": site.origin,
+            "XDG_CONFIG_HOME": f"{folder}/config",
+        }
+        return subprocess.run([binary, *arguments], env=environment, check=False).returncode
+
+
+def play_on_own_display(binary: str, screenshot: pathlib.Path) -> int:
+    with (
+        tempfile.TemporaryDirectory() as folder,
+        LiveSite(pathlib.Path(folder)) as site,
+        Desktop() as desktop,
+        Program(desktop, binary, site.origin) as program,
+    ):
+        try:
+            window = program.wait_for("window-shown")
+            picture = program.wait_for("playing")
+            wait_for_motion(program)
+            time.sleep(PLAY_SECONDS)
+            shown = wait_for_motion(program)
+        except AssertionError as problem:
+            print(f"demo: {problem}\n{program.log()}", file=sys.stderr)
+            return 1
+        finally:
+            screenshot.parent.mkdir(parents=True, exist_ok=True)
+            desktop.screenshot().save(screenshot)
+        # Under the overlay the picture would be a quarter as bright, without the white of its bar.
+        if max(high for _, high in shown.crop((0, 0, shown.width, shown.height - 44)).getextrema()) < 200:
+            print("demo: the overlay still covers the picture", file=sys.stderr)
+            return 1
+        code = program.quit()
+    print(f"demo: start to window: {window:.0f} ms")
+    print(f"demo: start to first picture: {picture:.0f} ms")
+    print(f"demo: screenshot: {screenshot}")
+    return code
+
+
+def main() -> int:
+    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    parser.add_argument("--binary", required=True)
+    parser.add_argument("--display", choices=("yes", "no"), default="no")
+    parser.add_argument("arguments", nargs="*")
+    options = parser.parse_args()
+    binary = str(pathlib.Path(options.binary).resolve())
+    print("demo: preparing the live site (the first time this encodes for a minute)", flush=True)
+    if options.display == "yes":
+        return play_on_this_display(binary, options.arguments)
+    return play_on_own_display(binary, pathlib.Path("build/demo/screenshot.png").resolve())
+
+
+if __name__ == "__main__":
+    sys.exit(main())

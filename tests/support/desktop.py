@@ -1,0 +1,252 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""A desktop of its own for a run of the real program: an X server, a window manager, a compositor, a
+session bus and throw-away XDG folders. Everything it starts ends with it."""
+
+from __future__ import annotations
+
+import contextlib
+import json
+import os
+import pathlib
+import shutil
+import signal
+import subprocess
+import tempfile
+import time
+
+from PIL import Image, ImageChops, ImageGrab, ImageStat
+
+DEADLINE = float(os.environ.get("ORVANE_TEST_DEADLINE", "60"))
+
+
+class Timeout(AssertionError):
+    pass
+
+
+def wait_until(condition, what: str, deadline: float = DEADLINE):
+    """Returns the first true value of `condition`; raises when it does not come in time."""
+    end = time.monotonic() + deadline
+    while True:
+        value = condition()
+        if value:
+            return value
+        if time.monotonic() > end:
+            raise Timeout(f"not within {deadline:.0f} s: {what}")
+        time.sleep(0.02)
+
+
+class Desktop:
+    """Use as a context manager. `environment` is what a program on this desktop runs with."""
+
+    def __init__(self, size: str = "1280x720", compositor: bool = False):
+        self._size = size
+        self._compositor = compositor
+        self._stack = contextlib.ExitStack()
+        self.folder = pathlib.Path()
+        self.display = ""
+        self.environment: dict[str, str] = {}
+
+    def __enter__(self) -> "Desktop":
+        try:
+            self._start()
+        except BaseException:
+            self._stack.close()
+            raise
+        return self
+
+    def __exit__(self, *_) -> None:
+        self._stack.close()
+
+    def _start(self) -> None:
+        self.folder = pathlib.Path(self._stack.enter_context(tempfile.TemporaryDirectory()))
+        self._start_x_server()
+        home = self.folder / "home"
+        runtime = self.folder / "runtime"
+        for folder in (home, runtime):
+            folder.mkdir(mode=0o700)
+        kept = {k: v for k, v in os.environ.items() if not k.startswith(("XDG_", "ORVANE_", "QT_"))}
+        kept.pop("WAYLAND_DISPLAY", None)
+        self.environment = kept | {
+            "DISPLAY": self.display,
+            "HOME": str(home),
+            "XDG_CONFIG_HOME": str(home / ".config"),
+            "XDG_CACHE_HOME": str(home / ".cache"),
+            "XDG_DATA_HOME": str(home / ".local/share"),
+            "XDG_RUNTIME_DIR": str(runtime),
+            "LANG": "C.UTF-8",
+        }
+        bus = subprocess.run(
+            ["dbus-daemon", "--session", "--fork", "--print-address=1", "--print-pid=1"],
+            env=self.environment, check=True, capture_output=True, text=True,
+        ).stdout.split()
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus[0]
+        self._stack.callback(lambda: os.kill(int(bus[1]), signal.SIGTERM))
+        self._background(["openbox"])
+        wait_until(self._has_window_manager, "the window manager")
+        if self._compositor:
+            self._background(["picom", "--backend", "xrender"])
+
+    def _start_x_server(self) -> None:
+        read_end, write_end = os.pipe()
+        command = ["Xvfb", "-displayfd", str(write_end), "-nolisten", "tcp"]
+        command += ["-screen", "0", f"{self._size}x24"]
+        server = subprocess.Popen(command, pass_fds=[write_end], stderr=subprocess.DEVNULL)
+        os.close(write_end)
+        self._stack.callback(_end, server)
+        with os.fdopen(read_end) as answer:
+            number = answer.readline().strip()
+        if not number:
+            raise RuntimeError("Xvfb did not start")
+        self.display = f":{number}"
+
+    def _background(self, command: list[str]) -> subprocess.Popen:
+        process = subprocess.Popen(
+            command, env=self.environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL
+        )
+        self._stack.callback(_end, process)
+        return process
+
+    def _has_window_manager(self) -> bool:
+        answer = self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK")
+        return "window id" in answer
+
+    def run(self, *command: str) -> str:
+        """What a tool prints on this desktop."""
+        done = subprocess.run(
+            command, env=self.environment, check=False, capture_output=True, text=True
+        )
+        return done.stdout
+
+    def screenshot(self) -> Image.Image:
+        return ImageGrab.grab(xdisplay=self.display).convert("RGB")
+
+    def click(self, x: float, y: float) -> None:
+        self.run("xdotool", "mousemove", str(int(x)), str(int(y)), "click", "1")
+
+
+class Program:
+    """The built program on a desktop. Ends it, and all it has started, when it goes out of use."""
+
+    def __init__(self, desktop: Desktop, binary: str, site: str, **variables: str):
+        self.desktop = desktop
+        self._timeline = desktop.folder / "timeline"
+        self._timeline.unlink(missing_ok=True)
+        self._log = open(desktop.folder / "program.log", "w", encoding="utf-8")
+        self.environment = desktop.environment | {
+            "ORVANE_VIDEO_SITE": site,
+            "ORVANE_TIMELINE": str(self._timeline),
+        }
+        self.environment |= variables
+        self.started = time.monotonic()
+        self.process = subprocess.Popen(
+            [binary], env=self.environment, stdin=subprocess.DEVNULL,
+            stdout=self._log, stderr=subprocess.STDOUT,
+        )
+
+    def __enter__(self) -> "Program":
+        return self
+
+    def __exit__(self, *_) -> None:
+        _end(self.process)
+        self._log.close()
+
+    def log(self) -> str:
+        return (self.desktop.folder / "program.log").read_text(encoding="utf-8")
+
+    def milestones(self) -> list[tuple[str, float]]:
+        """Each with the milliseconds since the program was started."""
+        if not self._timeline.exists():
+            return []
+        lines = self._timeline.read_text(encoding="ascii").splitlines()
+        marks = [line.split() for line in lines if line]
+        return [(name, float(time_ms) - self.started * 1000) for name, time_ms in marks]
+
+    def count(self, milestone: str) -> int:
+        return sum(1 for name, _ in self.milestones() if name == milestone)
+
+    def wait_for(self, milestone: str, count: int = 1, deadline: float = DEADLINE) -> float:
+        """When the milestone was reached for the given time, in milliseconds since the start."""
+
+        def reached():
+            if self.process.poll() is not None:
+                raise AssertionError(f"the program ended with {self.process.returncode}")
+            return self.count(milestone) >= count
+
+        wait_until(reached, f"{milestone} x {count}; so far: {self.milestones()}", deadline)
+        return [at for name, at in self.milestones() if name == milestone][count - 1]
+
+    def window(self) -> str:
+        """The id of the player window."""
+        return wait_until(
+            lambda: self.desktop.run("xdotool", "search", "--onlyvisible", "--name", "^Orvane$"),
+            "the player window",
+        ).split()[0]
+
+    def frame(self) -> tuple[int, int, int, int]:
+        """x, y, width and height of the player window on the screen."""
+        text = self.desktop.run("xdotool", "getwindowgeometry", "--shell", self.window())
+        values = dict(line.split("=") for line in text.split())
+        return tuple(int(values[key]) for key in ("X", "Y", "WIDTH", "HEIGHT"))
+
+    def picture(self) -> Image.Image:
+        x, y, width, height = self.frame()
+        return self.desktop.screenshot().crop((x, y, x + width, y + height))
+
+    def preferences(self) -> dict:
+        path = pathlib.Path(self.environment["XDG_CONFIG_HOME"]) / "orvane/preferences.json"
+        return json.loads(path.read_text(encoding="utf-8")) if path.exists() else {}
+
+    def children(self) -> list[str]:
+        """The command lines of everything the program has started, directly or not."""
+        return [command for _, command in descendants(self.process.pid)]
+
+    def quit(self, deadline: float = 10) -> int:
+        """Asks it to end as a session manager would; gives the exit code."""
+        self.process.send_signal(signal.SIGTERM)
+        return self.process.wait(deadline)
+
+
+def descendants(pid: int) -> list[tuple[int, str]]:
+    """Process ids and command lines of all that `pid` has started and that still lives."""
+    table = subprocess.run(
+        ["ps", "-e", "-o", "pid=,ppid=,args="], check=True, capture_output=True, text=True
+    ).stdout
+    rows = [line.split(None, 2) for line in table.splitlines()]
+    found: list[tuple[int, str]] = []
+    parents = {pid}
+    while parents:
+        level = [(int(r[0]), r[2]) for r in rows if int(r[1]) in parents and len(r) == 3]
+        found += level
+        parents = {child for child, _ in level}
+    return found
+
+
+def moves(first: Image.Image, second: Image.Image) -> bool:
+    """Whether two pictures differ by more than noise."""
+    difference = ImageStat.Stat(ImageChops.difference(first, second))
+    return max(difference.mean) > 0.5
+
+
+def wait_for_motion(program: Program, box=None, deadline: float = DEADLINE) -> Image.Image:
+    """Waits until the picture (or the part `box` of it) has changed; gives the changed one."""
+    first = program.picture().crop(box) if box else program.picture()
+
+    def changed():
+        now = program.picture()
+        return now if moves(first, now.crop(box) if box else now) else None
+
+    return wait_until(changed, "a moving picture", deadline)
+
+
+def have(*tools: str) -> bool:
+    return all(shutil.which(tool) for tool in tools)
+
+
+def _end(process: subprocess.Popen) -> None:
+    if process.poll() is None:
+        process.terminate()
+        try:
+            process.wait(5)
+        except subprocess.TimeoutExpired:
+            process.kill()
+            process.wait()
