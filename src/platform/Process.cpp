@@ -55,6 +55,8 @@ private:
     void signalGroup(int number) const;
     void finish(ProcessOutcome outcome);
 
+    const bool m_capturesOutput;
+    const bool m_capturesError;
     QProcess m_process;
     QTimer m_graceTimer;
     QPromise<ProcessOutcome> m_promise;
@@ -63,15 +65,17 @@ private:
     bool m_isFinished = false;
 };
 
-ChildProcess::ChildProcess(const ProcessRequest& request) {
+ChildProcess::ChildProcess(const ProcessRequest& request)
+    : m_capturesOutput(request.standardOutput == ProcessRequest::Stream::capture),
+      m_capturesError(request.standardError == ProcessRequest::Stream::capture) {
     m_process.setProgram(request.program);
     m_process.setArguments(request.arguments);
     if (request.environment)
         m_process.setProcessEnvironment(*request.environment);
     m_process.setStandardInputFile(QProcess::nullDevice());
-    if (request.standardOutput == ProcessRequest::Stream::discard)
+    if (!m_capturesOutput)
         m_process.setStandardOutputFile(QProcess::nullDevice());
-    if (request.standardError == ProcessRequest::Stream::discard)
+    if (!m_capturesError)
         m_process.setStandardErrorFile(QProcess::nullDevice());
     m_process.setChildProcessModifier(becomeGroupLeader);
     m_graceTimer.setSingleShot(true);
@@ -107,8 +111,10 @@ void ChildProcess::end() {
 }
 
 void ChildProcess::drain() {
-    m_result.standardOutput.append(m_process.readAllStandardOutput());
-    m_result.standardError.append(m_process.readAllStandardError());
+    if (m_capturesOutput)
+        m_result.standardOutput.append(m_process.readAllStandardOutput());
+    if (m_capturesError)
+        m_result.standardError.append(m_process.readAllStandardError());
 }
 
 void ChildProcess::signalGroup(int number) const {

@@ -28,14 +28,20 @@ QString YtDlpLocator::python() const {
 }
 
 QCoro::Task<YtDlpLocator::Found> YtDlpLocator::findYtDlp() {
-    if (!m_known)
-        m_known = co_await search();
-    if (!m_known && co_await installOnce())
-        m_known = co_await searchAfterInstall();
     if (m_known)
         co_return *m_known;
-    co_return std::unexpected(
-        StreamError::ResolveFailed{u"yt-dlp not found and auto-install failed"_s});
+    std::optional<YtDlpCommand> found = co_await search();
+    if (!found) {
+        const bool installed = co_await installOnce();
+        if (installed)
+            found = co_await searchAfterInstall();
+    }
+    if (!found) {
+        co_return std::unexpected(
+            StreamError::ResolveFailed{u"yt-dlp not found and auto-install failed"_s});
+    }
+    m_known = found;
+    co_return *found;
 }
 
 QCoro::Task<std::optional<YtDlpCommand>> YtDlpLocator::search() {

@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/Environment.h"
+#include "platform/MediaPlayer.h"
+#include "platform/Process.h"
+#include "ui/WindowGeometry.h"
+
+#include <QFont>
+#include <QFontMetricsF>
+
+#include <gtest/gtest.h>
+
+namespace orvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+TEST(Origin, IsASchemeAHostAndAPort) {
+    for (const QString& good : {u"https://a.example"_s, u"http://127.0.0.1:8080"_s}) {
+        const std::optional<Origin> origin = Origin::parse(good + u'/');
+        ASSERT_TRUE(origin) << good.toStdString();
+        EXPECT_EQ(origin->address(u"/x?y=1"), good + u"/x?y=1"_s);
+    }
+    for (const QString& bad : {u""_s, u"a.example"_s, u"ftp://a.example"_s, u"https://"_s,
+                               u"https://a.example/path"_s, u"https://a.example?q"_s, u"no url"_s})
+        EXPECT_FALSE(Origin::parse(bad)) << bad.toStdString();
+}
+
+TEST(SearchPath, GetsAFolderOnce) {
+    EXPECT_EQ(searchPathWith(u"/usr/bin:/bin"_s, u"/h/.local/bin"_s),
+              u"/usr/bin:/bin:/h/.local/bin"_s);
+    EXPECT_EQ(searchPathWith(u"/h/.local/bin:/bin"_s, u"/h/.local/bin"_s), u"/h/.local/bin:/bin"_s);
+    EXPECT_EQ(searchPathWith(QString(), u"/h/.local/bin"_s), u"/h/.local/bin"_s);
+}
+
+TEST(CapturedOutput, KeepsTheBeginningAndKnowsThatThereWasMore) {
+    CapturedOutput output;
+    output.append(QByteArray(CapturedOutput::maximumSize - 1, 'a'));
+    EXPECT_FALSE(output.isTruncated);
+    output.append("bc");
+    EXPECT_TRUE(output.isTruncated);
+    output.append("d");
+    EXPECT_EQ(output.bytes.size(), CapturedOutput::maximumSize);
+    EXPECT_TRUE(output.bytes.endsWith("ab"));
+}
+
+TEST(CapturedOutput, IsTextOnlyAsUtf8) {
+    EXPECT_EQ((CapturedOutput{.bytes = "قناة"}.text()), u"قناة"_s);
+    EXPECT_EQ((CapturedOutput{}.text()), QString());
+    EXPECT_FALSE((CapturedOutput{.bytes = "\xff\xfe"}.text()));
+    EXPECT_FALSE((CapturedOutput{.bytes = "cut \xd9"}.text()));
+}
+
+TEST(RefusalToOpen, LetsOnlyWebAddressesThrough) {
+    EXPECT_FALSE(refusalToOpen(QUrl(u"https://a.example/x.m3u8?a=b"_s)));
+    EXPECT_FALSE(refusalToOpen(QUrl(u"http://127.0.0.1:8080/"_s)));
+    for (const QString& other :
+         {u"file:///etc/passwd"_s, u"av://lavfi:testsrc"_s, u"edl://x"_s, u"memory://x"_s,
+          u"fd://0"_s, u"just-a-word"_s, u"/etc/passwd"_s, u"https:///no-host"_s, u""_s})
+        EXPECT_TRUE(refusalToOpen(QUrl(other))) << other.toStdString();
+}
+
+TEST(PlayerFrame, IsInTheLowerRightCornerUnlessAUsableOneWasSaved) {
+    const QRectF usable(0, 30, 1280, 690);
+    EXPECT_EQ(defaultPlayerFrame(usable), QRectF(780, 386, 480, 314));
+    EXPECT_EQ(initialPlayerFrame(std::nullopt, usable), defaultPlayerFrame(usable));
+    EXPECT_EQ(initialPlayerFrame(QRectF(), usable), defaultPlayerFrame(usable));
+    EXPECT_EQ(initialPlayerFrame(QRectF(5, 6, 320, 224), usable), QRectF(5, 6, 320, 224));
+}
+
+TEST(FittedText, NeverTakesMoreLinesThanItMay) {
+    const QFont font;
+    const double width = QFontMetricsF(font).horizontalAdvance(u"mmmmmmmmmm"_s);
+    EXPECT_EQ(fittedText(u"short"_s, font, width, 3), u"short"_s);
+    EXPECT_EQ(fittedText(QString(), font, width, 3), QString());
+    EXPECT_EQ(fittedText(u"two\nlines"_s, font, width * 4, 3), u"two lines"_s);
+    for (const QString& text :
+         {u"word "_s.repeated(200), QString(5000, u'x'), u"قناة "_s.repeated(90)}) {
+        const QStringList lines = fittedText(text, font, width, 3).split(u'\n');
+        EXPECT_EQ(lines.size(), 3);
+        EXPECT_TRUE(lines.last().endsWith(u'…'));
+        for (const QString& line : lines)
+            EXPECT_LE(QFontMetricsF(font).horizontalAdvance(line), width * 1.02) << "but for rounding";
+    }
+}
+
+} // namespace
+} // namespace orvane

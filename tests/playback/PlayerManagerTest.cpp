@@ -1,0 +1,269 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "playback/PlayerManager.h"
+
+#include "model/AppNotification.h"
+#include "model/AppState.h"
+#include "model/BuiltInChannels.h"
+#include "platform/TaskScope.h"
+#include "platform/UserDefaults.h"
+#include "settings/Preferences.h"
+#include "streaming/StreamResolver.h"
+#include "support/EventLoop.h"
+#include "support/FakeClock.h"
+#include "support/FakeProcessRunner.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace orvane {
+
+using namespace Qt::StringLiterals;
+using test::printed;
+using test::settle;
+
+namespace {
+
+class FakePlayer final : public MediaPlayer {
+public:
+    FakePlayer(QString name, QStringList& log) : m_name(std::move(name)), m_log(log) {}
+    ~FakePlayer() override {
+        Q_EMIT closing();
+        note(u"gone"_s);
+    }
+
+    [[nodiscard]] Status status() const override { return m_status; }
+    [[nodiscard]] std::optional<QString> error() const override { return m_error; }
+    [[nodiscard]] TimeControlStatus timeControlStatus() const override { return time; }
+    void play() override { note(u"play"_s); }
+    void pause() override { note(u"pause"_s); }
+    void setMuted(bool muted) override { note(muted ? u"muted"_s : u"unmuted"_s); }
+    void setVolume(float volume) override { note(u"volume %1"_s.arg(qreal(volume))); }
+
+    void become(Status status, std::optional<QString> error = std::nullopt) {
+        m_status = status;
+        m_error = std::move(error);
+        Q_EMIT statusChanged();
+    }
+
+    TimeControlStatus time = TimeControlStatus::waiting;
+
+private:
+    void note(const QString& what) { m_log += m_name + u": "_s + what; }
+
+    QString m_name;
+    QStringList& m_log;
+    Status m_status = Status::unknown;
+    std::optional<QString> m_error;
+};
+
+class FakePlayerFactory final : public MediaPlayerFactory {
+public:
+    explicit FakePlayerFactory(QStringList& log) : m_log(log) {}
+
+    [[nodiscard]] QCoro::Task<std::unique_ptr<MediaPlayer>> make(QUrl url,
+                                                                 std::stop_token) override {
+        auto player = std::make_unique<FakePlayer>(url.fileName(), m_log);
+        last = player.get();
+        co_return player;
+    }
+
+    FakePlayer* last = nullptr;
+
+private:
+    QStringList& m_log;
+};
+
+class FakeView final : public VideoSurface {
+public:
+    void setPlayer(MediaPlayer* player) override { shown = player; }
+
+    MediaPlayer* shown = nullptr;
+};
+
+class PlayerManagerTest : public testing::Test {
+protected:
+    PlayerManagerTest() {
+        QDir().mkpath(folder.filePath(u"usr/bin"_s));
+        QFile tool(folder.filePath(u"usr/bin/yt-dlp"_s));
+        EXPECT_TRUE(tool.open(QIODevice::WriteOnly));
+        tool.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        using namespace AppNotification;
+        for (const Name name : {streamLoading, channelChanged, streamResolved, streamError}) {
+            tokens.push_back(notifications.addObserver(name, [this](const auto& n) {
+                const auto* message = std::any_cast<QString>(&n.object);
+                const std::string_view word = n.name.text.substr(n.name.text.rfind('.') + 1);
+                log += QString::fromLatin1(word.data(), qsizetype(word.size())) +
+                       (message != nullptr ? u' ' + *message : QString());
+            }));
+        }
+        player.setPlayerView(&view);
+    }
+    ~PlayerManagerTest() override {
+        player.stop();
+        EXPECT_TRUE(test::runUntil([this] { return tasks.count() == 0; }));
+    }
+
+    /// Each channel resolves to an address that ends in its handle.
+    static std::optional<ProcessOutcome> byHandle(const ProcessRequest& request) {
+        const QString handle = request.arguments.last().section(u'@', 1).section(u'/', 0, 0);
+        return printed("https://cdn.example/" + handle.toUtf8());
+    }
+    [[nodiscard]] QStringList takeLog() { return std::exchange(log, {}); }
+    [[nodiscard]] QString error() const {
+        const auto* error = std::get_if<PlaybackState::Error>(&state.playbackState());
+        return error != nullptr ? error->message : u"no error"_s;
+    }
+
+    QStringList log;
+    QTemporaryDir folder;
+    UserDefaults defaults{folder.filePath(u"preferences.json"_s)};
+    Preferences preferences{defaults};
+    NotificationCenter notifications;
+    AppState state{preferences, notifications};
+    TaskScope tasks;
+    test::FakeClock clock;
+    test::FakeProcessRunner processes;
+    StreamResolver resolver{Origin::parse(u"https://site.example"_s),
+                            HostFileSystem(folder.path(), folder.path()), processes, clock, tasks};
+    FakePlayerFactory factory{log};
+    FakeView view;
+    PlayerManager player{state, resolver, factory, tasks};
+    std::vector<NotificationCenter::Token> tokens;
+    const Channel first = Channel::custom(u"a"_s, u"A"_s);
+    const Channel second = Channel::custom(u"b"_s, u"B"_s);
+};
+
+TEST_F(PlayerManagerTest, OpensAChannelStepByStep) {
+    processes.answer = byHandle;
+    state.setMuted(true);
+    state.setVolume(0.5F);
+    player.play(first);
+    settle();
+    EXPECT_EQ(takeLog(), (QStringList{u"streamLoading"_s, u"channelChanged"_s, u"a: muted"_s,
+                                      u"a: volume 0.5"_s, u"a: play"_s}));
+    EXPECT_EQ(view.shown, factory.last);
+    EXPECT_EQ(preferences.lastChannelID(), first.id());
+    factory.last->become(MediaPlayer::Status::readyToPlay);
+    EXPECT_TRUE(takeLog().isEmpty()) << "never inside the player's own call";
+    settle();
+    EXPECT_EQ(takeLog(), QStringList{u"streamResolved"_s});
+
+    player.play(second);
+    settle();
+    EXPECT_EQ(takeLog(),
+              (QStringList{u"streamLoading"_s, u"channelChanged"_s, u"a: pause"_s, u"b: muted"_s,
+                           u"b: volume 0.5"_s, u"a: gone"_s, u"b: play"_s}));
+}
+
+TEST_F(PlayerManagerTest, PlaysOnlyTheLastOfTwoQuickChoices) {
+    player.play(first);
+    ASSERT_TRUE(test::runUntil([&] { return processes.openCount() == 1; }));
+    player.play(second);
+    ASSERT_TRUE(test::runUntil([&] { return tasks.count() == 1; })) << "the first has given up";
+    processes.finishOldest(printed("https://cdn.example/b"));
+    ASSERT_TRUE(test::runUntil([&] { return factory.last != nullptr; }));
+    settle();
+    EXPECT_FALSE(takeLog().filter(u"a:"_s).size());
+    EXPECT_EQ(error(), u"no error"_s);
+}
+
+TEST_F(PlayerManagerTest, ShowsWhyAChannelCannotBeResolvedUnlessItWasLeft) {
+    processes.answer = [](const auto&) { return printed({}, "offline", 1); };
+    player.play(first);
+    settle();
+    EXPECT_EQ(error(), u"Stream resolve failed: offline"_s);
+    EXPECT_EQ(state.currentChannel(), first);
+
+    processes.answer = [](const auto&) { return std::nullopt; };
+    player.play(first);
+    ASSERT_TRUE(test::runUntil([&] { return processes.openCount() == 1; }));
+    player.stop();
+    ASSERT_TRUE(test::runUntil([&] { return tasks.count() == 0; }));
+    EXPECT_TRUE(std::holds_alternative<PlaybackState::Loading>(state.playbackState()));
+}
+
+TEST_F(PlayerManagerTest, ReplaysARefusedAddressWithoutEnd) {
+    processes.answer = byHandle;
+    player.play(first);
+    settle();
+    for (const QString& text : {u"HTTP error 403 Forbidden"_s, u"Access FORBIDDEN"_s,
+                                u"You have no Permission"_s, u"403"_s, u"403"_s}) {
+        factory.last->become(MediaPlayer::Status::failed, text);
+        settle();
+        EXPECT_EQ(error(), u"no error"_s);
+    }
+    EXPECT_EQ(processes.requests.size(), 6) << "each time with a fresh address";
+    EXPECT_EQ(log.count(u"streamLoading"_s), 6);
+    EXPECT_FALSE(log.contains(u"streamResolved"_s));
+}
+
+TEST_F(PlayerManagerTest, ShowsEveryOtherFailureAndCanBeAskedAgain) {
+    processes.answer = byHandle;
+    player.play(first);
+    settle();
+    factory.last->become(MediaPlayer::Status::readyToPlay);
+    settle();
+    factory.last->become(MediaPlayer::Status::failed, u"Stream ended"_s);
+    settle();
+    EXPECT_EQ(error(), u"Stream ended"_s);
+    player.play(first);
+    settle();
+    EXPECT_EQ(processes.requests.size(), 1) << "the address was good";
+    factory.last->become(MediaPlayer::Status::failed);
+    settle();
+    EXPECT_EQ(error(), u"Playback failed"_s);
+    player.retry(first);
+    settle();
+    EXPECT_EQ(processes.requests.size(), 2);
+}
+
+TEST_F(PlayerManagerTest, IsNotTakenBackToAChannelThatWasLeft) {
+    processes.answer = byHandle;
+    player.play(first);
+    settle();
+    FakePlayer* old = factory.last;
+    processes.answer = [](const auto&) { return std::nullopt; };
+    old->become(MediaPlayer::Status::failed, u"403"_s);
+    player.play(second);
+    settle();
+    EXPECT_EQ(state.currentChannel(), second);
+    EXPECT_EQ(processes.requests.size(), 2);
+}
+
+TEST_F(PlayerManagerTest, ClampsAndStoresTheVolumeWithAndWithoutAPlayer) {
+    player.setVolume(1.7F);
+    EXPECT_EQ(preferences.volume(), 1.0F);
+    player.setVolume(0.2F);
+    player.adjustVolume(-0.3F);
+    EXPECT_EQ(state.volume(), 0.0F);
+    player.toggleMute();
+    EXPECT_TRUE(preferences.isMuted());
+    player.pause();
+    player.resume();
+    player.togglePlayPause();
+
+    processes.answer = byHandle;
+    player.play(first);
+    settle();
+    log.clear();
+    player.setMute(false);
+    player.adjustVolume(0.25F);
+    factory.last->time = MediaPlayer::TimeControlStatus::playing;
+    player.togglePlayPause();
+    factory.last->time = MediaPlayer::TimeControlStatus::waiting;
+    player.togglePlayPause();
+    EXPECT_EQ(takeLog(),
+              (QStringList{u"a: unmuted"_s, u"a: volume 0.25"_s, u"a: pause"_s, u"a: play"_s}));
+
+    player.stop();
+    player.resume();
+    EXPECT_EQ(takeLog(), (QStringList{u"a: pause"_s, u"a: gone"_s}));
+    EXPECT_EQ(view.shown, nullptr);
+    EXPECT_EQ(state.currentChannel(), first);
+}
+
+} // namespace
+} // namespace orvane

@@ -1,0 +1,202 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "streaming/StreamResolver.h"
+
+#include "model/BuiltInChannels.h"
+#include "platform/TaskScope.h"
+#include "support/EventLoop.h"
+#include "support/FakeClock.h"
+#include "support/FakeProcessRunner.h"
+
+#include <QCoroTask>
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace orvane {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using test::printed;
+
+namespace {
+
+class StreamResolverTest : public testing::Test {
+protected:
+    StreamResolverTest() {
+        QDir().mkpath(folder.filePath(u"usr/bin"_s));
+        QFile tool(folder.filePath(u"usr/bin/yt-dlp"_s));
+        EXPECT_TRUE(tool.open(QIODevice::WriteOnly));
+        tool.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    }
+
+    [[nodiscard]] StreamResolver::Result resolve(const Channel& channel,
+                                                 Resolution resolution = Resolution::r480) {
+        return QCoro::waitFor(resolver.resolve(channel, resolution, {}));
+    }
+    [[nodiscard]] QString failure(const Channel& channel) {
+        const StreamResolver::Result result = resolve(channel);
+        return result ? u"no failure"_s : errorDescription(result.error());
+    }
+    /// The last argument of each call: the page, or what else yt-dlp was asked.
+    [[nodiscard]] QStringList lastArguments() const {
+        QStringList list;
+        for (const ProcessRequest& request : processes.requests)
+            list += request.arguments.last();
+        return list;
+    }
+
+    QTemporaryDir folder;
+    test::FakeProcessRunner processes;
+    test::FakeClock clock;
+    TaskScope tasks;
+    StreamResolver resolver{Origin::parse(u"https://site.example"_s),
+                            HostFileSystem(folder.path(), folder.filePath(u"home"_s)), processes,
+                            clock, tasks};
+    const Channel builtIn = builtInChannels().first();
+    const Channel custom = Channel::custom(u"Mine"_s, u"Mine"_s);
+};
+
+TEST_F(StreamResolverTest, RemembersAnAddressFor900Seconds) {
+    processes.answer = [](const auto&) { return printed(" https://cdn.example/a.m3u8\n"); };
+    EXPECT_EQ(resolve(builtIn), QUrl(u"https://cdn.example/a.m3u8"_s));
+    clock.time += 899s;
+    EXPECT_TRUE(resolve(builtIn));
+    EXPECT_EQ(processes.requests.size(), 1);
+    EXPECT_TRUE(resolve(builtIn, Resolution::r720));
+    EXPECT_EQ(processes.requests.size(), 2);
+    clock.time += 1s;
+    EXPECT_TRUE(resolve(builtIn));
+    EXPECT_EQ(processes.requests.size(), 3);
+
+    resolver.invalidateCache(custom);
+    EXPECT_TRUE(resolve(builtIn));
+    EXPECT_EQ(processes.requests.size(), 3);
+    resolver.invalidateCache(builtIn);
+    EXPECT_TRUE(resolve(builtIn, Resolution::r720));
+    EXPECT_EQ(processes.requests.size(), 4);
+    resolver.invalidateAllCache();
+    EXPECT_TRUE(resolve(builtIn, Resolution::r720));
+    EXPECT_EQ(processes.requests.size(), 5);
+}
+
+TEST_F(StreamResolverTest, TriesThreeRoundsWithGrowingPauses) {
+    processes.answer = [](const auto&) { return printed({}, " no luck \n", 1); };
+    EXPECT_EQ(failure(custom), u"Stream resolve failed: no luck"_s);
+    const QString mine = u"https://site.example/@Mine/live"_s;
+    EXPECT_EQ(lastArguments(), (QStringList{mine, mine, mine}));
+    EXPECT_EQ(clock.sleeps, (std::vector{1000ms, 2000ms}));
+
+    processes.requests.clear();
+    EXPECT_EQ(failure(builtIn), u"Stream resolve failed: no luck"_s);
+    const QString live = u"https://site.example/@AlArabiya/live"_s;
+    const QString watch = u"https://site.example/watch?v=n7eQejkXbnM"_s;
+    EXPECT_EQ(lastArguments().first(6), (QStringList{live, watch, live, watch, live, watch}));
+}
+
+TEST_F(StreamResolverTest, FallsBackToTheVideoInTheSameRound) {
+    processes.answer = [](const ProcessRequest& request) {
+        return request.arguments.last().contains(u"watch") ? printed("https://cdn.example/v")
+                                                           : printed({}, "offline", 1);
+    };
+    EXPECT_EQ(resolve(builtIn), QUrl(u"https://cdn.example/v"_s));
+    EXPECT_EQ(processes.requests.size(), 2);
+    EXPECT_TRUE(clock.sleeps.empty());
+}
+
+TEST_F(StreamResolverTest, ClearsTheToolsCacheFromTheSecondFailureInARow) {
+    bool works = false;
+    processes.answer = [&](const auto&) {
+        return works ? printed("https://cdn.example/a") : printed({}, "x", 1);
+    };
+    const auto clearings = [this] { return lastArguments().count(u"--rm-cache-dir"_s); };
+    EXPECT_FALSE(resolve(custom));
+    EXPECT_EQ(clearings(), 0);
+    EXPECT_FALSE(resolve(custom));
+    EXPECT_EQ(clearings(), 1);
+    EXPECT_EQ(processes.requests.last().arguments, QStringList{u"--rm-cache-dir"_s});
+    EXPECT_FALSE(resolve(custom));
+    EXPECT_EQ(clearings(), 2);
+    works = true;
+    EXPECT_TRUE(resolve(custom));
+    works = false;
+    resolver.invalidateAllCache();
+    EXPECT_FALSE(resolve(custom));
+    EXPECT_EQ(clearings(), 2);
+}
+
+TEST_F(StreamResolverTest, TellsWhyThereIsNoAddress) {
+    const struct {
+        ProcessOutcome outcome;
+        QString text;
+    } rows[] = {
+        {std::unexpected(LaunchFailure{u"no such thing"_s}),
+         u"Stream resolve failed: Failed to run yt-dlp: no such thing"_s},
+        {printed({}, {}), u"Stream resolve failed: "_s},
+        {printed("\xff\xfe", "broken output"), u"Stream resolve failed: broken output"_s},
+        {printed("https://a.example/1\nhttps://a.example/2", "two"),
+         u"Stream resolve failed: two"_s},
+        {printed("https://a.example/with blank", "blank"), u"Stream resolve failed: blank"_s},
+        {printed({}, "\xff"), u"Stream resolve failed: Unknown error"_s},
+        {printed({}, "خطأ"), u"Stream resolve failed: خطأ"_s},
+        {ProcessResult{.end = ProcessResult::End::killed, .standardError = {.bytes = "crashed"}},
+         u"Stream resolve failed: crashed"_s},
+        {ProcessResult{.standardOutput = {.bytes = "https://a.example/x", .isTruncated = true},
+                       .standardError = {.bytes = "endless"}},
+         u"Stream resolve failed: endless"_s},
+    };
+    for (const auto& row : rows) {
+        processes.answer = [&](const auto&) { return row.outcome; };
+        EXPECT_EQ(failure(custom), row.text);
+    }
+    // The output counts, not the exit code.
+    processes.answer = [](const auto&) { return printed("https://a.example/x", "warning", 1); };
+    EXPECT_TRUE(resolve(custom));
+}
+
+TEST_F(StreamResolverTest, RunsNothingWithoutASite) {
+    StreamResolver off(std::nullopt, HostFileSystem(folder.path(), folder.path()), processes, clock,
+                       tasks);
+    EXPECT_FALSE(QCoro::waitFor(off.resolve(builtIn, Resolution::r480, {})));
+    EXPECT_TRUE(processes.requests.isEmpty());
+}
+
+TEST_F(StreamResolverTest, GoesOnWithOthersAndForgetsWhatWasStopped) {
+    std::stop_source stop;
+    std::optional<StreamResolver::Result> stopped;
+    std::optional<StreamResolver::Result> other;
+    const auto start = [this](std::stop_token token,
+                              std::optional<StreamResolver::Result>* result) -> QCoro::Task<> {
+        *result = co_await resolver.resolve(custom, Resolution::r480, token);
+    };
+    tasks.spawn(start(stop.get_token(), &stopped));
+    tasks.spawn(start({}, &other));
+    ASSERT_TRUE(test::runUntil([&] { return processes.openCount() == 2; }));
+    stop.request_stop();
+    ASSERT_TRUE(test::runUntil([&] { return stopped.has_value(); }));
+    EXPECT_FALSE(other);
+    EXPECT_TRUE(clock.sleeps.empty()) << "no further round";
+    processes.finishOldest(printed("https://cdn.example/b"));
+    ASSERT_TRUE(test::runUntil([&] { return other.has_value(); }));
+    EXPECT_EQ(*other, QUrl(u"https://cdn.example/b"_s));
+
+    // Two stopped calls are no failures in a row.
+    processes.answer = [](const auto&) { return printed({}, "x", 1); };
+    resolver.invalidateAllCache();
+    EXPECT_FALSE(resolve(custom));
+    EXPECT_FALSE(lastArguments().contains(u"--rm-cache-dir"_s));
+}
+
+TEST_F(StreamResolverTest, StartsItsUpgradeOnce) {
+    processes.answer = [](const auto&) { return printed({}); };
+    resolver.updateYtDlpIfNeeded();
+    resolver.updateYtDlpIfNeeded();
+    ASSERT_EQ(processes.requests.size(), 1);
+    EXPECT_EQ(processes.requests.first().program, folder.filePath(u"usr/bin/python3"_s));
+    EXPECT_EQ(processes.requests.first().arguments.join(u' '),
+              u"-m pip install --user --quiet --upgrade yt-dlp"_s);
+}
+
+} // namespace
+} // namespace orvane

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/UserDefaults.h"
+
+#include <QApplication>
+
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <cstdio>
+#include <string_view>
+
+namespace {
+
+/// The part of a second copy of the program: writes a key over and over, under a name of its own,
+/// until it is killed or has done so `count` times.
+int writePreferences(const char* path, const char* key, int count) {
+    orvane::UserDefaults defaults{QString::fromLocal8Bit(path)};
+    std::puts("ready");
+    std::fflush(stdout);
+    for (int i = 1; count == 0 || i <= count; ++i) {
+        defaults.set(QLatin1StringView(key), i);
+        defaults.synchronize();
+    }
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (argc == 5 && std::string_view(argv[1]) == "--write-preferences")
+        return writePreferences(argv[2], argv[3], QByteArray(argv[4]).toInt());
+    testing::InitGoogleTest(&argc, argv);
+    // No test here draws video, so none needs a display.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argc, argv);
+    std::setlocale(LC_NUMERIC, "C");
+    return RUN_ALL_TESTS();
+}
