@@ -62,7 +62,10 @@ void AppDelegate::registerObservers() {
 void AppDelegate::markMilestones() {
     const auto mark = [this](AppNotification::Name name, std::string_view milestone) {
         m_observers.push_back(m_services.notifications.addObserver(
-            name, [this, milestone](const auto&) { m_services.timeline.mark(milestone); }));
+            name, [this, milestone](const NotificationCenter::Notification& n) {
+                const auto* text = std::any_cast<QString>(&n.object);
+                m_services.timeline.mark(milestone, text != nullptr ? *text : QString());
+            }));
     };
     mark(AppNotification::streamLoading, "loading");
     mark(AppNotification::streamResolved, "playing");

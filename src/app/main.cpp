@@ -3,6 +3,7 @@
 #include "app/Services.h"
 #include "model/AppConstants.h"
 #include "platform/Environment.h"
+#include "platform/Memory.h"
 #include "platform/TerminationSignals.h"
 #include "platform/VideoView.h"
 
@@ -40,6 +41,7 @@ QString preferencesPath() {
 } // namespace
 
 int main(int argc, char** argv) {
+    limitMemoryArenas();
     prepareEnvironment();
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setApplicationName(AppConstants::appName);

@@ -2,6 +2,7 @@
 #include "platform/MpvInstance.h"
 
 #include "platform/Environment.h"
+#include "platform/Memory.h"
 
 #include <QCoroFuture>
 #include <QPromise>
@@ -41,6 +42,10 @@ constexpr std::array options{
     Option{"resume-playback", "no"},
     Option{"save-position-on-quit", "no"},
     Option{"audio-client-name", "Orvane"},
+    // The libraries for games that come after these are slow to say that there is no device.
+    Option{"ao", "pipewire,pulse,alsa,jack"},
+    // Without a sound device the end of a stream would be reported as a fault of the sound.
+    Option{"audio-fallback-to-null", "yes"},
     Option{"vo", "libmpv"},
     // Pictures are drawn when they are due; the drawing thread must not be made to wait for that.
     Option{"video-timing-offset", "0"},
@@ -83,7 +88,6 @@ std::unique_ptr<MpvInstance> MpvInstance::create(VideoOutput output) {
         mpv_terminate_destroy(handle);
         return nullptr;
     }
-    mpv_request_log_messages(handle, "warn");
     return std::unique_ptr<MpvInstance>(new MpvInstance(handle));
 }
 
@@ -219,6 +223,7 @@ void MpvGraveyard::destroyStopped(MpvInstance* instance) {
     m_stopping.erase(found);
     m_destroyers.start([this, handle] {
         mpv_terminate_destroy(handle);
+        returnFreeMemory();
         QMetaObject::invokeMethod(
             this,
             [this] {

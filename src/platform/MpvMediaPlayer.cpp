@@ -28,11 +28,15 @@ std::optional<QString> refusalToOpen(const QUrl& url) {
     return u"Not a web address: "_s + url.toString().left(shownLength);
 }
 
-MpvMediaPlayer::MpvMediaPlayer(QUrl url, std::unique_ptr<MpvInstance> instance,
+MpvMediaPlayer::MpvMediaPlayer(QUrl url, std::unique_ptr<MpvInstance> instance, MpvLog& log,
                                MpvGraveyard& graveyard)
-    : m_url(std::move(url)), m_instance(std::move(instance)), m_graveyard(graveyard) {
+    : m_url(std::move(url)), m_instance(std::move(instance)), m_log(log), m_graveyard(graveyard) {
     m_monitorTimer.setSingleShot(true);
     connect(&m_monitorTimer, &QTimer::timeout, this, &MpvMediaPlayer::checkMonitor);
+    connect(&m_log, &MpvLog::line, this, [this](const QString& line) {
+        m_monitor.logged(line, now());
+        checkMonitor();
+    });
     m_instance->onEvent([this](const mpv_event& event) { handle(event); });
     mpv_observe_property(m_instance->handle(), 0, "paused-for-cache", MPV_FORMAT_FLAG);
     mpv_observe_property(m_instance->handle(), 0, "core-idle", MPV_FORMAT_FLAG);
@@ -114,10 +118,6 @@ void MpvMediaPlayer::becomeReadyIfDue() {
 
 void MpvMediaPlayer::handle(const mpv_event& event) {
     switch (event.event_id) {
-    case MPV_EVENT_LOG_MESSAGE:
-        m_monitor.logged(
-            QString::fromUtf8(static_cast<const mpv_event_log_message*>(event.data)->text), now());
-        break;
     case MPV_EVENT_PLAYBACK_RESTART:
         m_hasRestarted = true;
         becomeReadyIfDue();
@@ -135,6 +135,7 @@ void MpvMediaPlayer::handle(const mpv_event& event) {
 }
 
 void MpvMediaPlayer::handleEnd(const mpv_event_end_file& end) {
+    m_log.drain();
     // A stop was asked for, and a redirect is followed by another start.
     if (end.reason == MPV_END_FILE_REASON_EOF)
         fail(m_monitor.ended(LiveStreamMonitor::End::endOfStream, {}, now()).text);
@@ -191,7 +192,8 @@ QCoro::Task<std::unique_ptr<MediaPlayer>> MpvMediaPlayerFactory::make(QUrl url,
     std::unique_ptr<MpvInstance> instance = MpvInstance::create(m_output);
     if (!instance)
         co_return std::unique_ptr<MediaPlayer>();
-    co_return std::make_unique<MpvMediaPlayer>(std::move(url), std::move(instance), m_graveyard);
+    co_return std::make_unique<MpvMediaPlayer>(std::move(url), std::move(instance), m_log,
+                                               m_graveyard);
 }
 
 } // namespace orvane

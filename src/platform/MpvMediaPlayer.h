@@ -4,6 +4,7 @@
 #include "platform/LiveStreamMonitor.h"
 #include "platform/MediaPlayer.h"
 #include "platform/MpvInstance.h"
+#include "platform/MpvLog.h"
 
 #include <QTimer>
 
@@ -19,7 +20,8 @@ class MpvMediaPlayer final : public MediaPlayer {
     Q_OBJECT
 
 public:
-    MpvMediaPlayer(QUrl url, std::unique_ptr<MpvInstance> instance, MpvGraveyard& graveyard);
+    MpvMediaPlayer(QUrl url, std::unique_ptr<MpvInstance> instance, MpvLog& log,
+                   MpvGraveyard& graveyard);
     ~MpvMediaPlayer() override;
 
     [[nodiscard]] Status status() const override { return m_status; }
@@ -51,6 +53,7 @@ private:
 
     QUrl m_url;
     std::unique_ptr<MpvInstance> m_instance;
+    MpvLog& m_log;
     MpvGraveyard& m_graveyard;
     LiveStreamMonitor m_monitor;
     QTimer m_monitorTimer;
@@ -74,6 +77,7 @@ public:
                                                                  std::stop_token stop) override;
 
 private:
+    MpvLog m_log;
     MpvGraveyard& m_graveyard;
     VideoOutput m_output;
 };

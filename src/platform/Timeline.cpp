@@ -9,7 +9,7 @@ namespace orvane {
 
 Timeline::Timeline(QString path) : m_path(std::move(path)) {}
 
-void Timeline::mark(std::string_view milestone) const {
+void Timeline::mark(std::string_view milestone, const QString& detail) const {
     if (m_path.isEmpty())
         return;
     QFile file(m_path);
@@ -20,6 +20,8 @@ void Timeline::mark(std::string_view milestone) const {
     line += ' ';
     line += QByteArray::number(
         qint64{std::chrono::duration_cast<std::chrono::milliseconds>(now).count()});
+    if (!detail.isEmpty())
+        line += ' ' + detail.simplified().toUtf8();
     line += '\n';
     file.write(line);
 }

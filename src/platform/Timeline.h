@@ -15,8 +15,9 @@ public:
     /// Empty for none.
     explicit Timeline(QString path);
 
-    /// Appends a line of the milestone and the milliseconds of the system's monotonic clock.
-    void mark(std::string_view milestone) const;
+    /// Appends a line of the milestone, the milliseconds of the system's monotonic clock, and the
+    /// detail, if any, on one line.
+    void mark(std::string_view milestone, const QString& detail = QString()) const;
 
 private:
     QString m_path;

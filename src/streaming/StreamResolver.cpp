@@ -55,7 +55,7 @@ QCoro::Task<StreamResolver::Result> StreamResolver::resolve(Channel channel, Res
     const auto cached = m_cache.constFind(key);
     if (cached != m_cache.constEnd() &&
         m_clock.now() - cached->resolvedAt < AppConstants::streamCacheTTL)
-        co_return cached->url;
+        co_return Result(cached->url);
 
     const Result result = co_await resolveInRounds(channel, resolution, stop);
     if (stop.stop_requested())

@@ -28,8 +28,9 @@ QString YtDlpLocator::python() const {
 }
 
 QCoro::Task<YtDlpLocator::Found> YtDlpLocator::findYtDlp() {
+    // A whole result each time: QCoro 0.8 moves out of what it has to convert, a member too.
     if (m_known)
-        co_return *m_known;
+        co_return Found(*m_known);
     std::optional<YtDlpCommand> found = co_await search();
     if (!found) {
         const bool installed = co_await installOnce();
@@ -41,7 +42,7 @@ QCoro::Task<YtDlpLocator::Found> YtDlpLocator::findYtDlp() {
             StreamError::ResolveFailed{u"yt-dlp not found and auto-install failed"_s});
     }
     m_known = found;
-    co_return *found;
+    co_return Found(*found);
 }
 
 QCoro::Task<std::optional<YtDlpCommand>> YtDlpLocator::search() {

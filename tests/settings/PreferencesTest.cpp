@@ -223,7 +223,6 @@ TEST_F(PreferencesTest, OfTwoCopiesThatWriteAtOnceLoseNothing) {
 TEST_F(PreferencesTest, AreWholeAfterAKillAtAnyMoment) {
     preferences.setLastChannelID(u"wion"_s);
     defaults.synchronize();
-    double last = 0;
     for (int round = 0; round < 25; ++round) {
         QProcess writer;
         startWriter(writer, u"number"_s, 0);
@@ -233,9 +232,8 @@ TEST_F(PreferencesTest, AreWholeAfterAKillAtAnyMoment) {
         writer.waitForFinished();
         const QJsonObject now = contents();
         ASSERT_EQ(now.value(u"lastChannelID"), u"wion"_s);
-        last += now.value(u"number").toDouble();
+        ASSERT_GT(now.value(u"number").toDouble(), 0);
     }
-    EXPECT_GT(last, 0) << "the writers did write";
     // The lock that a killed writer has left behind keeps nobody out.
     preferences.setMuted(true);
     defaults.synchronize();

@@ -96,9 +96,11 @@ TEST_F(YtDlpProcessTest, TakesWhatWhichFindsAndTrustsItAfterwards) {
     install(u"/elsewhere/yt-dlp"_s, address);
     install(u"/usr/bin/which"_s, "echo \"$root/elsewhere/yt-dlp\"\n");
     EXPECT_TRUE(resolve());
-    resolver.invalidateAllCache();
-    EXPECT_TRUE(resolve());
-    EXPECT_EQ(calls().size(), 3);
+    for (int again = 0; again < 2; ++again) {
+        resolver.invalidateAllCache();
+        EXPECT_TRUE(resolve());
+    }
+    EXPECT_EQ(calls().size(), 4);
     EXPECT_EQ(calls().first(), u"/usr/bin/which [yt-dlp]"_s);
     EXPECT_EQ(calls().last(), u"/elsewhere/yt-dlp "_s + query);
 }

@@ -7,8 +7,9 @@ namespace orvane::test {
 
 QCoro::Task<ProcessOutcome> FakeProcessRunner::run(ProcessRequest request, std::stop_token stop) {
     requests.append(request);
-    if (std::optional<ProcessOutcome> outcome = answer(request))
-        co_return *outcome;
+    const std::optional<ProcessOutcome> scripted = answer(request);
+    if (scripted)
+        co_return ProcessOutcome(*scripted);
     auto promise = std::make_shared<QPromise<ProcessOutcome>>();
     promise->start();
     m_open.push_back(promise);

@@ -153,13 +153,20 @@ class Program:
     def log(self) -> str:
         return (self.desktop.folder / "program.log").read_text(encoding="utf-8")
 
-    def milestones(self) -> list[tuple[str, float]]:
-        """Each with the milliseconds since the program was started."""
+    def _marks(self) -> list[list[str]]:
+        """Milestone, milliseconds of the monotonic clock, and the detail where there is one."""
         if not self._timeline.exists():
             return []
-        lines = self._timeline.read_text(encoding="ascii").splitlines()
-        marks = [line.split() for line in lines if line]
-        return [(name, float(time_ms) - self.started * 1000) for name, time_ms in marks]
+        text = self._timeline.read_text(encoding="utf-8")
+        return [line.split(maxsplit=2) for line in text.splitlines()]
+
+    def milestones(self) -> list[tuple[str, float]]:
+        """Each with the milliseconds since the program was started."""
+        return [(mark[0], float(mark[1]) - self.started * 1000) for mark in self._marks()]
+
+    def said(self, milestone: str) -> str:
+        """The detail of the last such milestone."""
+        return [" ".join(mark[2:]) for mark in self._marks() if mark[0] == milestone][-1]
 
     def count(self, milestone: str) -> int:
         return sum(1 for name, _ in self.milestones() if name == milestone)

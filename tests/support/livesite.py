@@ -70,6 +70,17 @@ STANDARD_CHANNELS = (
 )
 
 
+def background(picture) -> tuple[int, int, int]:
+    """What a (PIL) picture of the player window shows beside the site's texts and its moving bar."""
+    return picture.getpixel((picture.width - 30, picture.height * 2 // 3))
+
+
+def shows(picture, channel: Channel) -> bool:
+    """Whether it is this channel's picture, and nothing is drawn over it."""
+    wanted = bytes.fromhex(channel.colour.removeprefix("0x"))
+    return all(abs(a - b) <= 24 for a, b in zip(background(picture), wanted))
+
+
 def cache_folder() -> pathlib.Path:
     base = os.environ.get("XDG_CACHE_HOME") or os.path.expanduser("~/.cache")
     return pathlib.Path(os.environ.get("ORVANE_SITE_CACHE", f"{base}/orvane-live-site"))

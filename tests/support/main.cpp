@@ -12,14 +12,16 @@
 namespace {
 
 /// The part of a second copy of the program: writes a key over and over, under a name of its own,
-/// until it is killed or has done so `count` times.
+/// until it is killed or has done so `count` times, and says when it has done so once.
 int writePreferences(const char* path, const char* key, int count) {
     orvane::UserDefaults defaults{QString::fromLocal8Bit(path)};
-    std::puts("ready");
-    std::fflush(stdout);
     for (int i = 1; count == 0 || i <= count; ++i) {
         defaults.set(QLatin1StringView(key), i);
         defaults.synchronize();
+        if (i == 1) {
+            std::puts("ready");
+            std::fflush(stdout);
+        }
     }
     return 0;
 }

@@ -1,0 +1,192 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""The built program against the live site: what a person sees when all is well, and when it is not.
+
+Each test has a desktop and a site of its own. The milestones that the program writes tell when it
+believes that something happened; the screen tells whether it did."""
+
+import os
+import pathlib
+import shutil
+import tempfile
+import time
+import unittest
+
+from desktop import Desktop, Program, descendants, moves, wait_for_motion, wait_until
+from livesite import LiveSite, background, shows
+
+BUILD = os.environ["ORVANE_BUILD"]
+RESULTS = pathlib.Path(os.environ.get("ORVANE_TEST_RESULTS", "results"))
+BAR_HEIGHT = 44
+# Nobody waits longer for a program to go; the sanitizer's search for leaks at the end takes its time.
+QUIT_LIMIT = 2.0 if BUILD.endswith("asan") else 0.5
+
+
+class Playback(unittest.TestCase):
+    def setUp(self):
+        folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
+        self.site = self.enterContext(LiveSite(folder))
+        self.desktop = self.enterContext(Desktop(compositor=True))
+        self.channel = self.site.channels["AlArabiya"]
+        self.program: Program
+
+    def start(self, binary: str = "orvane", **variables) -> Program:
+        self.program = Program(self.desktop, f"{BUILD}/{binary}", self.site.origin, **variables)
+        self.enterContext(self.program)
+        self.addCleanup(self.keep_evidence)
+        return self.program
+
+    def keep_evidence(self):
+        """On failure the screen and the log stay."""
+        outcome = self._outcome.result
+        if not any(test is self for test, _ in outcome.failures + outcome.errors):
+            return
+        kept = RESULTS / self.id()
+        kept.mkdir(parents=True, exist_ok=True)
+        self.desktop.screenshot().save(kept / "screen.png")
+        shutil.copy(self.desktop.folder / "program.log", kept)
+        print("milestones:", self.program.milestones())
+        print(f"the screen and the log are in {kept}")
+
+    def picture_area(self):
+        """The picture without the control bar."""
+        _, _, width, height = self.program.frame()
+        return (0, 0, width, height - BAR_HEIGHT)
+
+    def quit_cleanly(self):
+        """Quits as a session manager would: at once, with exit code 0, leaving nobody behind."""
+        started = [pid for pid, _ in descendants(self.program.process.pid)]
+        before = time.monotonic()
+        self.assertEqual(self.program.quit(), 0, self.program.log())
+        self.assertLess(time.monotonic() - before, QUIT_LIMIT)
+        for pid in started:
+            self.assertFalse(pathlib.Path(f"/proc/{pid}").exists(), f"{pid} was left behind")
+
+    def overlay_is_up(self):
+        """Whatever the picture is, under the overlay it is a quarter as bright at most."""
+        return max(background(self.program.picture())) < 64
+
+    def click_retry(self):
+        x, y, width, height = self.program.frame()
+        self.desktop.click(x + width / 2, y + height / 2 + 57)
+
+    # All is well
+
+    def test_first_picture(self):
+        program = self.start()
+        program.wait_for("window-shown")
+        program.wait_for("playing")
+        self.assertEqual(program.frame(), (780, 386, 480, 314))
+        picture = wait_for_motion(program, self.picture_area())
+        self.assertTrue(shows(picture, self.channel), background(picture))
+        self.assertEqual(program.count("error"), 0)
+        self.assertGreater(self.site.count("/hls/AlArabiya/480/"), 2)
+        self.assertEqual(self.site.count("/hls/AlArabiya/360/"), 0, "480p was asked for")
+        state = self.desktop.run("xprop", "-id", program.window(), "_NET_WM_STATE")
+        self.assertIn("_NET_WM_STATE_ABOVE", state)
+        self.quit_cleanly()
+        preferences = program.preferences()
+        self.assertEqual(preferences["lastChannelID"], "alarabiya")
+        self.assertEqual(preferences["windowFrame"], "{{780, 386}, {480, 314}}")
+        self.assertIs(preferences["onboardingCompleted"], True)
+
+    def test_opengl_output(self):
+        program = self.start(ORVANE_VIDEO_OUTPUT="opengl")
+        program.wait_for("playing")
+        picture = wait_for_motion(program, self.picture_area())
+        self.assertTrue(shows(picture, self.channel), background(picture))
+        self.quit_cleanly()
+
+    # The site refuses
+
+    def test_refused_once(self):
+        self.channel.faults["list"] = 403
+        self.channel.fault_count["list"] = 1
+        program = self.start()
+        program.wait_for("playing")
+        wait_for_motion(program, self.picture_area())
+        self.assertEqual(program.count("error"), 0)
+        self.assertEqual(program.count("loading"), 2)
+        self.assertEqual(self.site.count("/@AlArabiya/live"), 2, "a fresh address")
+        self.quit_cleanly()
+
+    def test_refused_in_the_middle(self):
+        program = self.start()
+        program.wait_for("playing")
+        self.channel.faults["segment"] = 403
+        program.wait_for("loading", 2)
+        # The next player is refused too: that it is heard as well must not depend on its being first.
+        self.channel.faults["list"] = 403
+        program.wait_for("loading", 4)
+        self.channel.faults.clear()
+        program.wait_for("playing", 2)
+        wait_for_motion(program, self.picture_area())
+        self.assertEqual(program.count("error"), 0)
+        self.quit_cleanly()
+
+    def test_not_found_and_retry(self):
+        self.channel.faults["list"] = 404
+        program = self.start()
+        program.wait_for("error")
+        wait_until(self.overlay_is_up, "the overlay")
+        still = program.picture()
+        self.assert_text_mentions("404")
+        self.assertFalse(moves(still, program.picture()))
+        self.channel.faults.clear()
+        self.click_retry()
+        program.wait_for("playing")
+        picture = wait_for_motion(program, self.picture_area())
+        self.assertTrue(shows(picture, self.channel), background(picture))
+        self.quit_cleanly()
+
+    def test_stream_ends(self):
+        program = self.start()
+        program.wait_for("playing")
+        self.channel.ends = True
+        self.channel.frozen_at = time.monotonic()
+        program.wait_for("error")
+        wait_until(self.overlay_is_up, "the overlay")
+        self.assert_text_mentions("Stream ended")
+        self.channel.ends = False
+        self.channel.frozen_at = None
+        self.click_retry()
+        program.wait_for("playing", 2)
+        wait_for_motion(program, self.picture_area())
+        self.quit_cleanly()
+
+    def test_hanging_server(self):
+        self.channel.faults["list"] = "hang"
+        program = self.start()
+        wait_until(lambda: self.site.count("/hls/AlArabiya/480/list.m3u8"), "the player's request")
+        self.quit_cleanly()
+
+    # Ways out
+
+    def test_quit_while_busy(self):
+        self.channel.faults["page"] = "hang"
+        program = self.start()
+        wait_until(lambda: self.site.count("/@AlArabiya/live"), "yt-dlp's request")
+        self.assertTrue(any("yt-dlp" in command for command in program.children()))
+        self.quit_cleanly()
+
+        # Closing the window is a way out too.
+        program = self.start()
+        program.wait_for("loading")
+        wait_until(program.children, "yt-dlp")
+        self.desktop.run("wmctrl", "-i", "-c", program.window())
+        self.assertEqual(program.process.wait(10), 0)
+
+    # A long day
+
+    def test_fifty_switches(self):
+        program = self.start("switch_probe")
+        self.assertEqual(program.process.wait(240), 0, program.log())
+        print("\n".join(line for line in program.log().splitlines() if "switch" in line))
+        self.assertEqual(self.site.count("/@"), len(self.site.channels), "addresses are remembered")
+
+    def assert_text_mentions(self, text: str):
+        """The overlay shows what the error announced, which the milestone has in words."""
+        self.assertIn(text, self.program.said("error"))
+
+
+if __name__ == "__main__":
+    unittest.main()
