@@ -80,7 +80,8 @@ TEST(FittedText, NeverTakesMoreLinesThanItMay) {
         EXPECT_EQ(lines.size(), 3);
         EXPECT_TRUE(lines.last().endsWith(u'…'));
         for (const QString& line : lines)
-            EXPECT_LE(QFontMetricsF(font).horizontalAdvance(line), width * 1.02) << "but for rounding";
+            EXPECT_LE(QFontMetricsF(font).horizontalAdvance(line), width * 1.02)
+                << "but for rounding";
     }
 }
 
