@@ -8,6 +8,8 @@
 #include <QPainter>
 #include <QPushButton>
 
+#include <algorithm>
+
 namespace orvane {
 
 using namespace Qt::StringLiterals;
@@ -16,6 +18,8 @@ namespace {
 
 constexpr int messagePixelSize = 14;
 constexpr int messageLines = 3;
+constexpr int messageMargin = 20;
+constexpr int messageHeight = 50;
 constexpr double shade = 0.75;
 
 } // namespace
@@ -69,9 +73,14 @@ void OverlayView::setMessage(const QString& message) {
 }
 
 void OverlayView::fitMessage() {
+    const int middleY = height() / 2;
     const QString fitted =
-        fittedText(m_message, m_messageLabel->font(), m_messageLabel->width(), messageLines);
+        fittedText(m_message, m_messageLabel->font(), width() - 2 * messageMargin, messageLines);
     m_messageLabel->setText(fitted);
+    // Three lines of a font with tall letters take more than the usual room.
+    const int textHeight = std::max(messageHeight, m_messageLabel->sizeHint().height());
+    m_messageLabel->setGeometry(messageMargin, middleY - 20, width() - 2 * messageMargin,
+                                textHeight);
     m_messageLabel->setToolTip(fitted.endsWith(u'…') ? m_message.toHtmlEscaped() : QString());
 }
 
@@ -84,7 +93,6 @@ void OverlayView::resizeEvent(QResizeEvent*) {
     const int middleX = width() / 2;
     const int middleY = height() / 2;
     m_spinner->setGeometry(middleX - 16, middleY - 40, 32, 32);
-    m_messageLabel->setGeometry(20, middleY - 20, width() - 40, 50);
     m_retryButton->setGeometry(middleX - 40, middleY + 44, 80, 26);
     fitMessage();
 }

@@ -88,7 +88,9 @@ class Desktop:
 
     def _start_x_server(self) -> None:
         read_end, write_end = os.pipe()
-        command = ["Xvfb", "-displayfd", str(write_end), "-nolisten", "tcp"]
+        # Without -noreset the server starts anew whenever its last client goes, which can be a probe
+        # that asked for the window manager just before that one came.
+        command = ["Xvfb", "-displayfd", str(write_end), "-nolisten", "tcp", "-noreset"]
         command += ["-screen", "0", f"{self._size}x24"]
         server = subprocess.Popen(command, pass_fds=[write_end], stderr=subprocess.DEVNULL)
         os.close(write_end)
