@@ -10,11 +10,8 @@
 #include "streaming/StreamResolver.h"
 #include "support/EventLoop.h"
 #include "support/FakeClock.h"
+#include "support/FakeMachine.h"
 #include "support/FakeProcessRunner.h"
-
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -86,10 +83,7 @@ public:
 class PlayerManagerTest : public testing::Test {
 protected:
     PlayerManagerTest() {
-        QDir().mkpath(folder.filePath(u"usr/bin"_s));
-        QFile tool(folder.filePath(u"usr/bin/yt-dlp"_s));
-        EXPECT_TRUE(tool.open(QIODevice::WriteOnly));
-        tool.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        machine.install(u"/usr/bin/yt-dlp"_s);
         using namespace AppNotification;
         for (const Name name : {streamLoading, channelChanged, streamResolved, streamError}) {
             tokens.push_back(notifications.addObserver(name, [this](const auto& n) {
@@ -118,16 +112,16 @@ protected:
     }
 
     QStringList log;
-    QTemporaryDir folder;
-    UserDefaults defaults{folder.filePath(u"preferences.json"_s)};
+    test::FakeMachine machine;
+    UserDefaults defaults{machine.real(u"/preferences.json"_s)};
     Preferences preferences{defaults};
     NotificationCenter notifications;
     AppState state{preferences, notifications};
     TaskScope tasks;
     test::FakeClock clock;
     test::FakeProcessRunner processes;
-    StreamResolver resolver{Origin::parse(u"https://site.example"_s),
-                            HostFileSystem(folder.path(), folder.path()), processes, clock, tasks};
+    StreamResolver resolver{Origin::parse(u"https://site.example"_s), machine.host(), processes,
+                            clock, tasks};
     FakePlayerFactory factory{log};
     FakeView view;
     PlayerManager player{state, resolver, factory, tasks};

@@ -5,12 +5,10 @@
 #include "platform/TaskScope.h"
 #include "support/EventLoop.h"
 #include "support/FakeClock.h"
+#include "support/FakeMachine.h"
 #include "support/FakeProcessRunner.h"
 
 #include <QCoroTask>
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -24,12 +22,7 @@ namespace {
 
 class StreamResolverTest : public testing::Test {
 protected:
-    StreamResolverTest() {
-        QDir().mkpath(folder.filePath(u"usr/bin"_s));
-        QFile tool(folder.filePath(u"usr/bin/yt-dlp"_s));
-        EXPECT_TRUE(tool.open(QIODevice::WriteOnly));
-        tool.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    }
+    StreamResolverTest() { machine.install(u"/usr/bin/yt-dlp"_s); }
 
     [[nodiscard]] StreamResolver::Result resolve(const Channel& channel,
                                                  Resolution resolution = Resolution::r480) {
@@ -47,12 +40,11 @@ protected:
         return list;
     }
 
-    QTemporaryDir folder;
+    test::FakeMachine machine;
     test::FakeProcessRunner processes;
     test::FakeClock clock;
     TaskScope tasks;
-    StreamResolver resolver{Origin::parse(u"https://site.example"_s),
-                            HostFileSystem(folder.path(), folder.filePath(u"home"_s)), processes,
+    StreamResolver resolver{Origin::parse(u"https://site.example"_s), machine.host(), processes,
                             clock, tasks};
     const Channel builtIn = builtInChannels().first();
     const Channel custom = Channel::custom(u"Mine"_s, u"Mine"_s);
@@ -156,8 +148,7 @@ TEST_F(StreamResolverTest, TellsWhyThereIsNoAddress) {
 }
 
 TEST_F(StreamResolverTest, RunsNothingWithoutASite) {
-    StreamResolver off(std::nullopt, HostFileSystem(folder.path(), folder.path()), processes, clock,
-                       tasks);
+    StreamResolver off(std::nullopt, machine.host(), processes, clock, tasks);
     EXPECT_FALSE(QCoro::waitFor(off.resolve(builtIn, Resolution::r480, {})));
     EXPECT_TRUE(processes.requests.isEmpty());
 }
@@ -193,7 +184,7 @@ TEST_F(StreamResolverTest, StartsItsUpgradeOnce) {
     resolver.updateYtDlpIfNeeded();
     resolver.updateYtDlpIfNeeded();
     ASSERT_EQ(processes.requests.size(), 1);
-    EXPECT_EQ(processes.requests.first().program, folder.filePath(u"usr/bin/python3"_s));
+    EXPECT_EQ(processes.requests.first().program, machine.real(u"/usr/bin/python3"_s));
     EXPECT_EQ(processes.requests.first().arguments.join(u' '),
               u"-m pip install --user --quiet --upgrade yt-dlp"_s);
 }
