@@ -1,19 +1,23 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/UserDefaults.h"
 
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QLockFile>
 #include <QMutexLocker>
 #include <QSaveFile>
 
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <chrono>
 #include <limits>
+#include <thread>
 
 namespace orvane {
 
@@ -24,6 +28,36 @@ namespace {
 /// Longer than any honest write takes; a copy of the program that was stopped while it held the
 /// lock costs the writer thread this long and nothing else.
 constexpr std::chrono::milliseconds lockTimeout{2000};
+constexpr std::chrono::milliseconds lockPollTime{2};
+
+/// Keeps other writers out for as long as it lives. The kernel holds the lock, so it goes with a
+/// process that is killed, at whatever moment; QLockFile can leave a lock behind that keeps
+/// everyone out for half a minute.
+class FileLock {
+public:
+    explicit FileLock(const QString& path)
+        : m_descriptor(::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC,
+                              S_IRUSR | S_IWUSR)) {
+        const QDeadlineTimer deadline(lockTimeout);
+        while (m_descriptor >= 0 && !m_isHeld && !deadline.hasExpired()) {
+            m_isHeld = ::flock(m_descriptor, LOCK_EX | LOCK_NB) == 0;
+            if (!m_isHeld)
+                std::this_thread::sleep_for(lockPollTime);
+        }
+    }
+    ~FileLock() {
+        if (m_descriptor >= 0)
+            ::close(m_descriptor);
+    }
+    FileLock(const FileLock&) = delete;
+    FileLock& operator=(const FileLock&) = delete;
+
+    [[nodiscard]] bool isHeld() const { return m_isHeld; }
+
+private:
+    int m_descriptor;
+    bool m_isHeld = false;
+};
 
 struct FileText {
     QByteArray bytes;
@@ -157,8 +191,8 @@ void UserDefaults::writePending() {
 
 bool UserDefaults::mergeIntoFile(const QHash<QString, Change>& changes) const {
     QDir().mkpath(QFileInfo(m_filePath).absolutePath());
-    QLockFile fileLock(m_filePath + u".lock"_s);
-    if (!fileLock.tryLock(static_cast<int>(lockTimeout.count())))
+    const FileLock fileLock(m_filePath + u".lock"_s);
+    if (!fileLock.isHeld())
         return false;
 
     const std::optional<FileText> current = readFile(m_filePath);

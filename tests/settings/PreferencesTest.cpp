@@ -234,7 +234,7 @@ TEST_F(PreferencesTest, AreWholeAfterAKillAtAnyMoment) {
         ASSERT_EQ(now.value(u"lastChannelID"), u"wion"_s);
         ASSERT_GT(now.value(u"number").toDouble(), 0);
     }
-    // The lock that a killed writer has left behind keeps nobody out.
+    // Nothing that a killed writer has left behind keeps anybody out.
     preferences.setMuted(true);
     defaults.synchronize();
     EXPECT_EQ(contents().value(u"isMuted"), true);
