@@ -51,12 +51,17 @@ void AppDelegate::applicationDidFinishLaunching() {
     openPlayerWindow();
     playAtLaunch();
     m_services.preferences.setOnboardingCompleted(true);
+    m_services.tasks.spawn(prepareYtDlp());
 }
 
 void AppDelegate::registerObservers() {
     markMilestones();
     m_observers.push_back(m_services.notifications.addObserver(
         AppNotification::closePlayer, [this](const auto&) { terminate(); }));
+    m_observers.push_back(m_services.notifications.addObserver(
+        AppNotification::streamError, [this](const auto&) { retryOnceAfterInstalling(); }));
+    m_observers.push_back(m_services.notifications.addObserver(
+        AppNotification::streamResolved, [this](const auto&) { m_isRetryDue = false; }));
 }
 
 void AppDelegate::markMilestones() {
@@ -102,6 +107,36 @@ void AppDelegate::playAtLaunch() {
         m_services.player.play(*channel);
 }
 
+QCoro::Task<> AppDelegate::prepareYtDlp() {
+    m_services.ytDlp.onInstalling([this](bool isInstalling) {
+        m_hasInstalledYtDlp = true;
+        m_services.timeline.mark(isInstalling ? "installing" : "installed");
+        m_playerWindow->containerView().setInstalling(isInstalling);
+    });
+    const YtDlpManager::Installed installed = co_await m_services.ytDlp.ensureInstalled();
+    if (!installed || !m_hasInstalledYtDlp || m_isTerminating)
+        co_return;
+    // The channel may have failed already for want of the tool, or may be about to.
+    m_isRetryDue = true;
+    if (std::holds_alternative<PlaybackState::Error>(m_services.state.playbackState()))
+        retryOnceAfterInstalling();
+}
+
+void AppDelegate::retryOnceAfterInstalling() {
+    if (!m_isRetryDue)
+        return;
+    m_isRetryDue = false;
+    // Later, so that everyone has heard of the error before they hear of the next attempt.
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            const std::optional<Channel> channel = m_services.state.currentChannel();
+            if (channel && !m_isTerminating)
+                m_services.player.retry(*channel);
+        },
+        Qt::QueuedConnection);
+}
+
 void AppDelegate::terminate() {
     if (m_isTerminating)
         return;
@@ -109,6 +144,7 @@ void AppDelegate::terminate() {
     applicationWillTerminate();
     if (m_playerWindow)
         m_playerWindow->hide();
+    m_services.ytDlp.stop();
     m_services.processes.shutDown();
     QTimer::singleShot(drainLimit, this, [] { QCoreApplication::exit(0); });
     drain();

@@ -39,11 +39,15 @@ private:
     void openPlayerWindow();
     void playAtLaunch();
     void applicationWillTerminate();
+    [[nodiscard]] QCoro::Task<> prepareYtDlp();
+    void retryOnceAfterInstalling();
     QCoro::Task<> drain();
 
     Services& m_services;
     std::unique_ptr<PlayerWindow> m_playerWindow;
     std::vector<NotificationCenter::Token> m_observers;
+    bool m_hasInstalledYtDlp = false;
+    bool m_isRetryDue = false;
     bool m_isTerminating = false;
     bool m_isDrained = false;
 };

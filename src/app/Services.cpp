@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Services.h"
 
+#include "model/AppConstants.h"
+
 namespace orvane {
 
 Services::Services(const Environment& environment, const QString& preferencesPath,
@@ -11,8 +13,11 @@ Services::Services(const Environment& environment, const QString& preferencesPat
       preferences(defaults),
       registry(preferences),
       state(preferences, notifications),
+      http(AppConstants::appName),
       players(graveyard, chosenOutput),
+      ytDlp(HostFileSystem::real(), processes, clock, http, environment, tasks),
       resolver(environment.videoSite, HostFileSystem::real(), processes, clock, tasks),
+      channelResolver(environment.videoSite, HostFileSystem::real(), processes),
       player(state, resolver, players, tasks) {}
 
 } // namespace orvane

@@ -5,6 +5,7 @@
 #include "model/ChannelRegistry.h"
 #include "platform/Clock.h"
 #include "platform/Environment.h"
+#include "platform/HttpClient.h"
 #include "platform/MpvInstance.h"
 #include "platform/MpvMediaPlayer.h"
 #include "platform/NotificationCenter.h"
@@ -14,7 +15,9 @@
 #include "platform/UserDefaults.h"
 #include "playback/PlayerManager.h"
 #include "settings/Preferences.h"
+#include "streaming/ChannelResolver.h"
 #include "streaming/StreamResolver.h"
+#include "streaming/YtDlpManager.h"
 
 namespace orvane {
 
@@ -36,9 +39,12 @@ struct Services {
     TaskScope tasks;
     SystemClock clock;
     LocalProcessRunner processes;
+    HttpClient http;
     MpvGraveyard graveyard;
     MpvMediaPlayerFactory players;
+    YtDlpManager ytDlp;
     StreamResolver resolver;
+    ChannelResolver channelResolver;
     PlayerManager player;
 };
 

@@ -43,6 +43,9 @@ QString Origin::address(QStringView path) const {
 
 Environment Environment::read() {
     return {.videoSite = origin("ORVANE_VIDEO_SITE", u"https://www.youtube.com"_s),
+            .gitHubApi = origin("ORVANE_GITHUB_API", u"https://api.github.com"_s),
+            .gitHub = origin("ORVANE_GITHUB", u"https://github.com"_s),
+            .gitHubRaw = origin("ORVANE_GITHUB_RAW", u"https://raw.githubusercontent.com"_s),
             .videoOutput = orvane::videoOutput(qEnvironmentVariable("ORVANE_VIDEO_OUTPUT")),
             .timelinePath = qEnvironmentVariable("ORVANE_TIMELINE")};
 }

@@ -34,6 +34,12 @@ enum class VideoOutput { automatic, openGL, software };
 struct Environment {
     /// ORVANE_VIDEO_SITE; nothing turns the resolving of channels off.
     std::optional<Origin> videoSite;
+    /// ORVANE_GITHUB_API, ORVANE_GITHUB and ORVANE_GITHUB_RAW: where the newest release of yt-dlp
+    /// is asked for, where it and its checksums lie, and where installers lie; nothing turns each
+    /// off.
+    std::optional<Origin> gitHubApi;
+    std::optional<Origin> gitHub;
+    std::optional<Origin> gitHubRaw;
     /// ORVANE_VIDEO_OUTPUT: "opengl", "software", or anything else for `automatic`.
     VideoOutput videoOutput = VideoOutput::automatic;
     /// ORVANE_TIMELINE: a file that receives a line for each milestone; empty for none.

@@ -17,6 +17,10 @@ QString HostFileSystem::systemPath(const QString& path) const {
     return m_root + path;
 }
 
+bool HostFileSystem::exists(const QString& path) {
+    return QFileInfo::exists(path);
+}
+
 bool HostFileSystem::isExecutableFile(const QString& path) {
     const QFileInfo info(path);
     return info.isFile() && info.isExecutable();

@@ -21,6 +21,8 @@ public:
     /// The path at which the system's file `path` lies on this machine.
     [[nodiscard]] QString systemPath(const QString& path) const;
 
+    /// Anything of that name, a folder too.
+    [[nodiscard]] static bool exists(const QString& path);
     [[nodiscard]] static bool isExecutableFile(const QString& path);
 
 private:

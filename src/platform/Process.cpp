@@ -29,8 +29,8 @@ void becomeGroupLeader() {
 
 } // namespace
 
-void CapturedOutput::append(const QByteArray& more) {
-    const qsizetype room = maximumSize - bytes.size();
+void CapturedOutput::append(const QByteArray& more, qsizetype limit) {
+    const qsizetype room = limit - bytes.size();
     bytes.append(more.first(std::min(room, more.size())));
     isTruncated = isTruncated || more.size() > room;
 }
@@ -57,6 +57,7 @@ private:
 
     const bool m_capturesOutput;
     const bool m_capturesError;
+    const qsizetype m_outputLimit;
     QProcess m_process;
     QTimer m_graceTimer;
     QPromise<ProcessOutcome> m_promise;
@@ -67,7 +68,8 @@ private:
 
 ChildProcess::ChildProcess(const ProcessRequest& request)
     : m_capturesOutput(request.standardOutput == ProcessRequest::Stream::capture),
-      m_capturesError(request.standardError == ProcessRequest::Stream::capture) {
+      m_capturesError(request.standardError == ProcessRequest::Stream::capture),
+      m_outputLimit(request.outputLimit) {
     m_process.setProgram(request.program);
     m_process.setArguments(request.arguments);
     if (request.environment)
@@ -112,9 +114,9 @@ void ChildProcess::end() {
 
 void ChildProcess::drain() {
     if (m_capturesOutput)
-        m_result.standardOutput.append(m_process.readAllStandardOutput());
+        m_result.standardOutput.append(m_process.readAllStandardOutput(), m_outputLimit);
     if (m_capturesError)
-        m_result.standardError.append(m_process.readAllStandardError());
+        m_result.standardError.append(m_process.readAllStandardError(), m_outputLimit);
 }
 
 void ChildProcess::signalGroup(int number) const {

@@ -26,16 +26,18 @@ struct ProcessRequest {
     std::optional<QProcessEnvironment> environment;
     Stream standardOutput = Stream::capture;
     Stream standardError = Stream::capture;
+    /// Bytes of each stream that are kept.
+    qsizetype outputLimit = defaultOutputLimit;
+
+    static constexpr qsizetype defaultOutputLimit = 1024 * 1024;
 };
 
-/// The beginning of what a child wrote, at most `maximumSize` bytes; the rest was read and dropped.
+/// The beginning of what a child wrote, up to the request's limit; the rest was read and dropped.
 struct CapturedOutput {
-    static constexpr qsizetype maximumSize = 1024 * 1024;
-
     QByteArray bytes;
     bool isTruncated = false;
 
-    void append(const QByteArray& more);
+    void append(const QByteArray& more, qsizetype limit);
     /// Nothing when the bytes are no UTF-8.
     [[nodiscard]] std::optional<QString> text() const;
 };

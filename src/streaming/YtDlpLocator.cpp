@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "streaming/YtDlpLocator.h"
 
+#include "streaming/Which.h"
+
 #include <QCoroFuture>
 #include <QPromise>
 
@@ -12,7 +14,6 @@ namespace {
 
 const QString pythonPath = u"/usr/bin/python3"_s;
 const QString brewPath = u"/opt/homebrew/bin/brew"_s;
-const QString whichPath = u"/usr/bin/which"_s;
 
 } // namespace
 
@@ -75,15 +76,8 @@ std::optional<YtDlpCommand> YtDlpLocator::probeFixedPlaces() const {
 }
 
 QCoro::Task<std::optional<YtDlpCommand>> YtDlpLocator::findViaWhich() {
-    const ProcessRequest request{.program = m_host.systemPath(whichPath),
-                                 .arguments = {u"yt-dlp"_s},
-                                 .environment = std::nullopt,
-                                 .standardError = ProcessRequest::Stream::discard};
-    const ProcessOutcome outcome = co_await m_processes.run(request, std::stop_token());
-    if (!outcome)
-        co_return std::nullopt;
-    const QString path = outcome->standardOutput.text().value_or(QString()).trimmed();
-    if (path.isEmpty() || !HostFileSystem::isExecutableFile(path))
+    const QString path = co_await whichYtDlp(m_host, m_processes, std::nullopt);
+    if (!HostFileSystem::isExecutableFile(path))
         co_return std::nullopt;
     co_return YtDlpCommand{YtDlpCommand::Kind::executable, path};
 }

@@ -7,7 +7,6 @@
 #include "platform/VideoView.h"
 #include "playback/PlayerManager.h"
 #include "ui/ControlBar.h"
-#include "ui/OverlayView.h"
 
 namespace orvane {
 
@@ -39,21 +38,38 @@ PlayerContainerView::~PlayerContainerView() {
     m_player.setPlayerView(nullptr);
 }
 
+void PlayerContainerView::setInstalling(bool isInstalling) {
+    m_isInstalling = isInstalling;
+    updateOverlay();
+}
+
+void PlayerContainerView::setStreamState(OverlayView::State state) {
+    m_streamState = std::move(state);
+    updateOverlay();
+}
+
+void PlayerContainerView::updateOverlay() {
+    const bool isPlaying = std::holds_alternative<OverlayView::Hidden>(m_streamState);
+    if (m_isInstalling && !isPlaying)
+        m_overlayView->setState(OverlayView::Loading{u"Installing yt-dlp..."_s});
+    else
+        m_overlayView->setState(m_streamState);
+}
+
 void PlayerContainerView::registerObservers(NotificationCenter& notifications) {
     m_observers.push_back(notifications.addObserver(
         AppNotification::streamLoading, [this](const NotificationCenter::Notification& n) {
             const auto* channel = std::any_cast<Channel>(&n.object);
             const QString name = channel != nullptr ? channel->displayName() : QString();
-            m_overlayView->setState(OverlayView::Loading{u"Loading "_s + name + u"..."_s});
+            setStreamState(OverlayView::Loading{u"Loading "_s + name + u"..."_s});
         }));
     m_observers.push_back(
-        notifications.addObserver(AppNotification::streamResolved, [this](const auto&) {
-            m_overlayView->setState(OverlayView::Hidden{});
-        }));
+        notifications.addObserver(AppNotification::streamResolved,
+                                  [this](const auto&) { setStreamState(OverlayView::Hidden{}); }));
     m_observers.push_back(notifications.addObserver(
         AppNotification::streamError, [this](const NotificationCenter::Notification& n) {
             const auto* message = std::any_cast<QString>(&n.object);
-            m_overlayView->setState(
+            setStreamState(
                 OverlayView::Error{message != nullptr ? *message : u"Stream unavailable"_s});
         }));
 }

@@ -3,6 +3,7 @@
 
 #include "platform/Environment.h"
 #include "platform/NotificationCenter.h"
+#include "ui/OverlayView.h"
 
 #include <QWidget>
 
@@ -12,7 +13,6 @@ namespace orvane {
 
 class AppState;
 class ControlBar;
-class OverlayView;
 class PlayerManager;
 class VideoView;
 
@@ -29,16 +29,24 @@ public:
 
     [[nodiscard]] VideoView& playerView() const { return *m_playerView; }
 
+    /// While yt-dlp is being installed the overlay says so: what the stream has to say meanwhile,
+    /// that it cannot be had, is no news. It is shown when the installation has ended.
+    void setInstalling(bool isInstalling);
+
 protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
     void registerObservers(NotificationCenter& notifications);
+    void setStreamState(OverlayView::State state);
+    void updateOverlay();
 
     PlayerManager& m_player;
     VideoView* m_playerView;
     OverlayView* m_overlayView;
     ControlBar* m_controlBar;
+    OverlayView::State m_streamState = OverlayView::Hidden{};
+    bool m_isInstalling = false;
     std::vector<NotificationCenter::Token> m_observers;
 };
 

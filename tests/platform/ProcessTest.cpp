@@ -75,7 +75,7 @@ TEST_F(ProcessTest, KeepsAMebibyteOfWhatAChildPrintsAndReadsTheRest) {
     ASSERT_TRUE(outcome);
     EXPECT_EQ(outcome->exitCode, 7) << "it was not stopped by a full pipe";
     for (const CapturedOutput& output : {outcome->standardOutput, outcome->standardError}) {
-        EXPECT_EQ(output.bytes.size(), CapturedOutput::maximumSize);
+        EXPECT_EQ(output.bytes.size(), ProcessRequest::defaultOutputLimit);
         EXPECT_TRUE(output.isTruncated);
     }
 }

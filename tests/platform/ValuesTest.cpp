@@ -34,13 +34,14 @@ TEST(SearchPath, GetsAFolderOnce) {
 }
 
 TEST(CapturedOutput, KeepsTheBeginningAndKnowsThatThereWasMore) {
+    constexpr qsizetype limit = 10;
     CapturedOutput output;
-    output.append(QByteArray(CapturedOutput::maximumSize - 1, 'a'));
+    output.append(QByteArray(limit - 1, 'a'), limit);
     EXPECT_FALSE(output.isTruncated);
-    output.append("bc");
+    output.append("bc", limit);
     EXPECT_TRUE(output.isTruncated);
-    output.append("d");
-    EXPECT_EQ(output.bytes.size(), CapturedOutput::maximumSize);
+    output.append("d", limit);
+    EXPECT_EQ(output.bytes.size(), limit);
     EXPECT_TRUE(output.bytes.endsWith("ab"));
 }
 

@@ -28,6 +28,9 @@ def play_on_this_display(binary: str, arguments: list[str]) -> int:
         environment = os.environ | {
             "ORVANE_VIDEO_SITE": site.origin,
             "XDG_CONFIG_HOME": f"{folder}/config",
+            "ORVANE_GITHUB_API": "",
+            "ORVANE_GITHUB": "",
+            "ORVANE_GITHUB_RAW": "",
         }
         return subprocess.run([binary, *arguments], env=environment, check=False).returncode
 

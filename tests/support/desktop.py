@@ -137,6 +137,9 @@ class Program:
         self.environment = desktop.environment | {
             "ORVANE_VIDEO_SITE": site,
             "ORVANE_TIMELINE": str(self._timeline),
+            "ORVANE_GITHUB_API": "",
+            "ORVANE_GITHUB": "",
+            "ORVANE_GITHUB_RAW": "",
         }
         self.environment |= variables
         self.started = time.monotonic()

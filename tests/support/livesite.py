@@ -1,8 +1,8 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """A live video site on loopback, over HTTPS, for the demonstration and the desktop tests.
 
-It answers a channel's live page ("/@HANDLE/live") and the watch page ("/watch?v=ID") with a page
-that yt-dlp reads by itself, and serves each channel as a multi-variant live HLS stream whose list
+It answers a channel's live page ("/@HANDLE/live"), its videos page ("/@HANDLE/videos") and the watch
+page ("/watch?v=ID") with a page that yt-dlp reads by itself, and serves each channel as a multi-variant live HLS stream whose list
 slides with the clock. Nothing is encoded while it serves: a loop of segments is made once for each
 channel and kept in a cache folder under a name made from the recipe.
 
@@ -15,6 +15,7 @@ import argparse
 import fcntl
 import hashlib
 import http.server
+import json
 import os
 import pathlib
 import shutil
@@ -205,6 +206,21 @@ class LiveSite:
             "type='application/x-mpegURL'></video></body></html>"
         ).encode()
 
+    def videos_page(self, channel: Channel) -> bytes:
+        """The newest video of the channel as structured data, from which yt-dlp reads who made it."""
+        video = {
+            "@context": "https://schema.org",
+            "@type": "VideoObject",
+            "name": f"{channel.handle} news",
+            "contentUrl": f"{self.origin}/hls/{channel.handle}/master.m3u8",
+            "author": {"@type": "Person", "name": f"قناة {channel.handle}"},
+        }
+        return (
+            "<!DOCTYPE html><html><head><meta charset='utf-8'>"
+            f"<script type='application/ld+json'>{json.dumps(video)}</script>"
+            f"<title>{channel.handle}</title></head><body></body></html>"
+        ).encode()
+
     def master_list(self, channel: Channel) -> bytes:
         lines = ["#EXTM3U", "#EXT-X-VERSION:3"]
         for variant in VARIANTS:
@@ -283,7 +299,8 @@ class _Handler(http.server.BaseHTTPRequestHandler):
         elif len(parts) == 2 and parts[0].startswith("@"):
             channel = site.channels.get(parts[0][1:])
             resource, kind = "page", "text/html"
-            body = channel and site.page(channel)
+            if channel:
+                body = site.videos_page(channel) if parts[1] == "videos" else site.page(channel)
         elif len(parts) >= 3 and parts[0] == "hls":
             channel = site.channels.get(parts[1])
             resource, kind = "list", "application/vnd.apple.mpegurl"

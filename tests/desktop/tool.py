@@ -1,0 +1,123 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""yt-dlp itself: the real one asked for a channel's name, and a machine that has none at first."""
+
+import hashlib
+import http.server
+import os
+import pathlib
+import platform
+import shutil
+import subprocess
+import tempfile
+import threading
+import unittest
+
+from desktop import Desktop, Program, wait_for_motion
+from livesite import LiveSite, shows
+
+BUILD = os.environ["ORVANE_BUILD"]
+RELEASE = "/yt-dlp/yt-dlp/releases/latest/download"
+PACKAGE = pathlib.Path("/usr/lib/python3/dist-packages/yt_dlp")
+
+
+class ReleaseServer:
+    """Serves a release's files on loopback, the executable only after `allowed` is set."""
+
+    def __init__(self, files: dict[str, bytes]):
+        allowed = self.allowed = threading.Event()
+
+        class Handler(http.server.BaseHTTPRequestHandler):
+            def do_GET(self):
+                body = files.get(self.path)
+                if not self.path.endswith("SUMS"):
+                    allowed.wait()
+                self.send_response(404 if body is None else 200)
+                self.send_header("Content-Length", str(len(body or b"")))
+                self.end_headers()
+                self.wfile.write(body or b"")
+
+            def log_message(self, *_):
+                pass
+
+        self._server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), Handler)
+        self.origin = f"http://127.0.0.1:{self._server.server_address[1]}"
+
+    def __enter__(self):
+        threading.Thread(target=self._server.serve_forever, daemon=True).start()
+        return self
+
+    def __exit__(self, *_):
+        self.allowed.set()
+        self._server.shutdown()
+        self._server.server_close()
+
+
+class Tool(unittest.TestCase):
+    def setUp(self):
+        self.folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
+        self.site = self.enterContext(LiveSite(self.folder))
+
+    def test_channel_name(self):
+        # The resolver checks certificates, as it should; the person's own settings for yt-dlp apply.
+        settings = self.folder / "yt-dlp"
+        settings.mkdir()
+        (settings / "config").write_text("--no-check-certificates\n", encoding="ascii")
+        environment = os.environ | {
+            "ORVANE_VIDEO_SITE": self.site.origin,
+            "XDG_CONFIG_HOME": str(self.folder),
+        }
+        inputs = [" @AlArabiya ", f"{self.site.origin}/@AlHadath/live", "@Nobody"]
+        done = subprocess.run(
+            [f"{BUILD}/resolve_probe", *inputs],
+            env=environment, check=True, capture_output=True, text=True,
+        )
+        self.assertEqual(
+            done.stdout.splitlines(),
+            ["AlArabiya|قناة AlArabiya", "AlHadath|قناة AlHadath",
+             "Channel not found. Check the handle or URL."],
+        )
+
+    def test_first_start_without_the_tool(self):
+        """Nothing in any searched place, no pip and no brew: it is downloaded, and then it plays."""
+        copy = self.folder / "package"
+        shutil.copytree(PACKAGE, copy / "yt_dlp")
+        tool = f"#!/bin/sh\nPYTHONPATH={copy} exec /usr/bin/python3 -m yt_dlp \"$@\"\n".encode()
+        name = "yt-dlp_linux_aarch64" if platform.machine() == "aarch64" else "yt-dlp_linux"
+        sums = f"{hashlib.sha256(tool).hexdigest()}  {name}\n".encode()
+        files = {f"{RELEASE}/{name}": tool, f"{RELEASE}/SHA2-256SUMS": sums}
+        hidden = ["/usr/bin/yt-dlp", "/usr/bin/pip3", "/usr/local/bin/yt-dlp", "/usr/local/bin/pip3"]
+        empty = self.folder / "empty"
+        empty.mkdir()
+        # Only the program sees a machine from which these are taken away.
+        script = f"mount --bind {empty} {PACKAGE}\n"
+        script += "".join(f"[ ! -e {f} ] || mount --bind /dev/null {f}\n" for f in hidden)
+        launcher = self.folder / "launcher"
+        as_root = "" if os.getuid() == 0 else "--map-root-user"
+        launcher.write_text(
+            f"#!/bin/sh\nexec unshare {as_root} --mount sh -c '{script}exec {BUILD}/orvane'\n",
+            encoding="ascii",
+        )
+        launcher.chmod(0o755)
+        with ReleaseServer(files) as releases, Desktop() as desktop:
+            # A search path without the developer's own tools.
+            path = {"PATH": "/usr/bin:/bin"}
+            with Program(desktop, str(launcher), self.site.origin, ORVANE_GITHUB=releases.origin,
+                         PYTHONPATH="", **path) as program:
+                # The resolver has given up; the overlay still speaks of the installation.
+                program.wait_for("error")
+                self.assertIn("yt-dlp not found", program.said("error"))
+                self.assertEqual(program.count("installing"), 1)
+                if keep := os.environ.get("ORVANE_KEEP_SCREEN"):
+                    program.picture().save(keep)
+                releases.allowed.set()
+                program.wait_for("playing")
+                picture = wait_for_motion(program)
+                self.assertTrue(shows(picture, self.site.channels["AlArabiya"]))
+                self.assertEqual(program.count("error"), 1)
+                self.assertEqual(program.quit(), 0, program.log())
+            installed = pathlib.Path(desktop.environment["HOME"]) / ".local/bin"
+            self.assertEqual([f.name for f in installed.iterdir()], ["yt-dlp"])
+
+
+if __name__ == "__main__":
+    unittest.main()

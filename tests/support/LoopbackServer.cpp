@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "support/LoopbackServer.h"
+
+#include <QHostAddress>
+#include <QTcpSocket>
+
+namespace orvane::test {
+
+using namespace Qt::StringLiterals;
+
+LoopbackServer::LoopbackServer() {
+    if (!m_server.listen(QHostAddress::LocalHost))
+        qFatal("no port on loopback");
+    QObject::connect(&m_server, &QTcpServer::newConnection, [this] {
+        QTcpSocket* socket = m_server.nextPendingConnection();
+        QObject::connect(socket, &QTcpSocket::readyRead, socket, [this, socket] { serve(socket); });
+    });
+}
+
+std::optional<Origin> LoopbackServer::origin() const {
+    return Origin::parse(u"http://127.0.0.1:%1"_s.arg(m_server.serverPort()));
+}
+
+void LoopbackServer::serve(QTcpSocket* socket) {
+    const QByteArray head = socket->peek(64 * 1024);
+    if (!head.contains("\r\n\r\n"))
+        return;
+    socket->readAll();
+    const QString path = QString::fromLatin1(head.split(' ').at(1));
+    QByteArray agent;
+    for (const QByteArray& line : head.split('\n')) {
+        if (line.toLower().startsWith("user-agent:"))
+            agent = line.sliced(11).trimmed();
+    }
+    requests += path + u' ' + QString::fromLatin1(agent);
+    const Answer answer = answers.value(path, Answer{.status = 404, .body = "no such thing"});
+    socket->write("HTTP/1.1 " + QByteArray::number(answer.status) + " Answer\r\nContent-Length: " +
+                  QByteArray::number(answer.body.size()) + "\r\nConnection: close\r\n\r\n");
+    socket->write(answer.cutAfter < 0 ? answer.body : answer.body.first(answer.cutAfter));
+    socket->disconnectFromHost();
+}
+
+} // namespace orvane::test
