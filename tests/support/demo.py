@@ -32,7 +32,12 @@ def play_on_this_display(binary: str, arguments: list[str]) -> int:
             "ORVANE_GITHUB": "",
             "ORVANE_GITHUB_RAW": "",
         }
-        return subprocess.run([binary, *arguments], env=environment, check=False).returncode
+        with subprocess.Popen([binary, *arguments], env=environment) as program:
+            try:
+                return program.wait()
+            except KeyboardInterrupt:
+                # The program has had the same interrupt and is on its way out.
+                return program.wait()
 
 
 def play_on_own_display(binary: str, screenshot: pathlib.Path) -> int:
