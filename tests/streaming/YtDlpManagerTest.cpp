@@ -185,6 +185,10 @@ TEST_F(YtDlpManagerTest, LeavesNothingBehindOfADownloadThatFails) {
     EXPECT_TRUE(inLocalBin().isEmpty());
     publishSum(tool);
     EXPECT_EQ(ensure(), machine.real(u"/home/.local/bin/yt-dlp"_s));
+    // Nothing is made executable before it is whole and the right one.
+    EXPECT_EQ(machine.calls().first(4), (QStringList{which, which, which, which}));
+    ASSERT_EQ(machine.calls().size(), 5);
+    EXPECT_TRUE(machine.calls().last().startsWith(u"/bin/chmod [+x] ["_s));
 }
 
 TEST_F(YtDlpManagerTest, WaitsAMinuteForPython) {
