@@ -16,7 +16,7 @@ import sys
 import tempfile
 import time
 
-from desktop import Desktop, Program, wait_for_motion
+from desktop import OFFLINE, Desktop, Program, wait_for_motion
 from livesite import LiveSite, shows
 
 PLAY_SECONDS = 4
@@ -25,12 +25,9 @@ PLAY_SECONDS = 4
 def play_on_this_display(binary: str, arguments: list[str]) -> int:
     with tempfile.TemporaryDirectory() as folder, LiveSite(pathlib.Path(folder)) as site:
         print(f"demo: a live site runs at {site.origin}; close the window to end", flush=True)
-        environment = os.environ | {
+        environment = os.environ | OFFLINE | {
             "ORVANE_VIDEO_SITE": site.origin,
             "XDG_CONFIG_HOME": f"{folder}/config",
-            "ORVANE_GITHUB_API": "",
-            "ORVANE_GITHUB": "",
-            "ORVANE_GITHUB_RAW": "",
         }
         with subprocess.Popen([binary, *arguments], env=environment) as program:
             try:

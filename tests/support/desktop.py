@@ -8,7 +8,6 @@ import contextlib
 import json
 import os
 import pathlib
-import shutil
 import signal
 import subprocess
 import tempfile
@@ -17,6 +16,10 @@ import time
 from PIL import Image, ImageChops, ImageGrab, ImageStat
 
 DEADLINE = float(os.environ.get("ORVANE_TEST_DEADLINE", "60"))
+
+
+# Turns off every service that is not on this machine.
+OFFLINE = {"ORVANE_GITHUB_API": "", "ORVANE_GITHUB": "", "ORVANE_GITHUB_RAW": ""}
 
 
 class Timeout(AssertionError):
@@ -137,11 +140,8 @@ class Program:
         self.environment = desktop.environment | {
             "ORVANE_VIDEO_SITE": site,
             "ORVANE_TIMELINE": str(self._timeline),
-            "ORVANE_GITHUB_API": "",
-            "ORVANE_GITHUB": "",
-            "ORVANE_GITHUB_RAW": "",
         }
-        self.environment |= variables
+        self.environment |= OFFLINE | variables
         self.started = time.monotonic()
         self.process = subprocess.Popen(
             [binary], env=self.environment, stdin=subprocess.DEVNULL,
@@ -248,10 +248,6 @@ def wait_for_motion(program: Program, box=None, deadline: float = DEADLINE) -> I
         return now if moves(first, now.crop(box) if box else now) else None
 
     return wait_until(changed, "a moving picture", deadline)
-
-
-def have(*tools: str) -> bool:
-    return all(shutil.which(tool) for tool in tools)
 
 
 def _end(process: subprocess.Popen) -> None:
