@@ -50,6 +50,8 @@ void AppDelegate::applicationDidFinishLaunching() {
     registerObservers();
     openPlayerWindow();
     playAtLaunch();
+    if (m_services.preferences.ghostModeEnabled())
+        m_services.state.setGhostMode(true);
     m_services.preferences.setOnboardingCompleted(true);
     m_services.tasks.spawn(prepareYtDlp());
 }
@@ -79,10 +81,15 @@ void AppDelegate::markMilestones() {
 
 void AppDelegate::openPlayerWindow() {
     if (!m_playerWindow) {
-        m_playerWindow = std::make_unique<PlayerWindow>(m_services.preferences, m_services.state,
-                                                        m_services.player, m_services.notifications,
-                                                        m_services.videoOutput);
-        m_playerWindow->winId(); // Makes the native window, whose first exposure is awaited.
+        m_playerWindow = std::make_unique<PlayerWindow>(
+            PlayerWindow::Collaborators{.preferences = m_services.preferences,
+                                        .registry = m_services.registry,
+                                        .state = m_services.state,
+                                        .player = m_services.player,
+                                        .notifications = m_services.notifications,
+                                        .events = m_services.events,
+                                        .actions = *this,
+                                        .videoOutput = m_services.videoOutput});
         new FirstExposure(m_playerWindow->windowHandle(),
                           [this] { m_services.timeline.mark("window-shown"); });
         m_services.player.setPlayerView(&m_playerWindow->containerView().playerView());
@@ -105,6 +112,14 @@ void AppDelegate::playAtLaunch() {
     }
     if (channel)
         m_services.player.play(*channel);
+}
+
+void AppDelegate::menuChannelSelected(const QString& id) {
+    const std::optional<Channel> channel = m_services.registry.channel(id);
+    if (!channel)
+        return;
+    openPlayerWindow();
+    m_services.player.play(*channel);
 }
 
 QCoro::Task<> AppDelegate::prepareYtDlp() {

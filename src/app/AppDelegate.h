@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/NotificationCenter.h"
+#include "ui/ApplicationActions.h"
 #include "ui/PlayerWindow.h"
 
 #include <QCoroTask>
@@ -16,7 +17,7 @@ struct Services;
 
 /// The application controller: starts the program, owns its windows, reacts to the notifications
 /// that ask for window-level actions, and ends it. Owned by `main`; main thread.
-class AppDelegate final : public QObject {
+class AppDelegate final : public QObject, public ApplicationActions {
     Q_OBJECT
 
 public:
@@ -28,7 +29,9 @@ public:
 
     /// Saves what is to be saved, hides the window, and leaves the event loop with exit code 0 as
     /// soon as no child process and no player is left, or when the person has waited long enough.
-    void terminate();
+    void terminate() override;
+
+    void menuChannelSelected(const QString& id) override;
 
     /// Whether everything that was started has ended; if not, the process must be left at once.
     [[nodiscard]] bool isDrained() const { return m_isDrained; }

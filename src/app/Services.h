@@ -5,6 +5,7 @@
 #include "model/ChannelRegistry.h"
 #include "platform/Clock.h"
 #include "platform/Environment.h"
+#include "platform/EventMonitor.h"
 #include "platform/HttpClient.h"
 #include "platform/MpvInstance.h"
 #include "platform/MpvMediaPlayer.h"
@@ -36,6 +37,7 @@ struct Services {
     Preferences preferences;
     ChannelRegistry registry;
     AppState state;
+    SystemEventMonitor events;
     TaskScope tasks;
     SystemClock clock;
     LocalProcessRunner processes;

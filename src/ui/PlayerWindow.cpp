@@ -3,46 +3,179 @@
 
 #include "model/AppConstants.h"
 #include "model/AppNotification.h"
+#include "model/AppState.h"
+#include "platform/FloatingWindow.h"
 #include "settings/Preferences.h"
+#include "ui/ContextMenuBuilder.h"
+#include "ui/EdgeResizer.h"
 #include "ui/PlayerContainerView.h"
 #include "ui/WindowGeometry.h"
 
 #include <QCloseEvent>
+#include <QContextMenuEvent>
 #include <QGuiApplication>
+#include <QMenu>
 #include <QScreen>
 
 namespace orvane {
 
 namespace {
 
-constexpr QSize minimumWindowSize(320, 180);
+constexpr QSize ratio(16, 9);
+
+QList<QRectF> usableAreas() {
+    QList<QRectF> areas;
+    for (const QScreen* screen : QGuiApplication::screens())
+        areas.append(screen->availableGeometry());
+    return areas;
+}
 
 } // namespace
 
-PlayerWindow::PlayerWindow(Preferences& preferences, AppState& state, PlayerManager& player,
-                           NotificationCenter& notifications, VideoOutput output)
+PlayerWindow::PlayerWindow(const Collaborators& collaborators)
     : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint),
-      m_notifications(notifications),
-      m_containerView(new PlayerContainerView(state, player, notifications, output, this)) {
+      m_with(collaborators),
+      m_floating(FloatingWindow::make(*this)),
+      m_containerView(new PlayerContainerView(m_with.state, m_with.player, m_with.actions,
+                                              m_with.notifications, m_with.videoOutput, this)),
+      m_fade(this, "windowOpacity"),
+      m_ghostMode(*this, m_with.events) {
     setWindowTitle(AppConstants::appName);
-    setMinimumSize(minimumWindowSize);
-    setWindowOpacity(preferences.windowOpacity());
-    const QScreen* screen = QGuiApplication::primaryScreen();
-    const QRectF usable = screen != nullptr ? screen->availableGeometry() : QRect();
-    setGeometry(initialPlayerFrame(preferences.windowFrame(), usable).toRect());
+    setMinimumSize(smallestPlayerSize);
+    setWindowOpacity(m_with.preferences.windowOpacity());
+    winId(); // Frames are set and hints given on the native window.
+    m_floating->setFrame(initialPlayerFrame(m_with.preferences.windowFrame(), usableAreas()));
+
+    m_fade.setDuration(GhostMode::ghostFadeDuration);
+    connect(&m_fade, &QAbstractAnimation::finished, this, &PlayerWindow::conceal);
+    auto* resizer = new EdgeResizer(this);
+    resizer->onResize([this] { keepShape(); });
+    registerObservers();
+}
+
+PlayerWindow::~PlayerWindow() = default;
+
+void PlayerWindow::registerObservers() {
+    m_observers.push_back(m_with.notifications.addObserver(
+        AppNotification::toggleFullscreen, [this](const auto&) { toggleFullScreen(); }));
+    m_observers.push_back(m_with.notifications.addObserver(
+        AppNotification::windowOpacityChanged, [this](const NotificationCenter::Notification& n) {
+            const auto* opacity = std::any_cast<double>(&n.object);
+            if (opacity == nullptr || m_ghostMode.isHiddenByGhost())
+                return;
+            m_fade.stop();
+            setWindowOpacity(*opacity);
+        }));
+    m_observers.push_back(m_with.notifications.addObserver(
+        AppNotification::ghostModeChanged, [this](const NotificationCenter::Notification& n) {
+            const auto* isOn = std::any_cast<bool>(&n.object);
+            if (isOn == nullptr)
+                return;
+            if (*isOn)
+                m_ghostMode.start();
+            else
+                m_ghostMode.stop();
+        }));
 }
 
 QRectF PlayerWindow::frame() const {
-    return geometry();
+    if (isFullScreen())
+        return m_frameBeforeFullScreen.value_or(normalGeometry());
+    return m_floating->frame();
+}
+
+void PlayerWindow::keepShape() {
+    m_floating->setSizeHints(smallestPlayerSize, ratio);
+}
+
+void PlayerWindow::toggleFullScreen() {
+    if (!isVisible())
+        return;
+    if (!isFullScreen())
+        m_frameBeforeFullScreen = m_floating->frame();
+    setWindowState(windowState() ^ Qt::WindowFullScreen);
+}
+
+void PlayerWindow::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() != QEvent::WindowStateChange)
+        return;
+    m_with.state.setFullscreen(isFullScreen());
+    m_containerView->updateCursor();
+    if (!isFullScreen())
+        keepShape();
 }
 
 void PlayerWindow::closeEvent(QCloseEvent* event) {
     event->ignore();
-    m_notifications.post(AppNotification::closePlayer);
+    m_with.preferences.setWindowFrame(frame());
+    m_with.notifications.post(AppNotification::closePlayer);
+}
+
+void PlayerWindow::contextMenuEvent(QContextMenuEvent* event) {
+    auto* menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    renderMenu(ContextMenuBuilder::build(m_with.registry, m_with.preferences, m_with.state),
+               m_with.actions, *menu);
+    menu->popup(event->globalPos());
 }
 
 void PlayerWindow::resizeEvent(QResizeEvent*) {
     m_containerView->setGeometry(rect());
+}
+
+void PlayerWindow::showEvent(QShowEvent*) {
+    m_floating->aboutToShow();
+    // The toolkit writes its own hints while it shows the window.
+    QMetaObject::invokeMethod(this, &PlayerWindow::keepShape, Qt::QueuedConnection);
+}
+
+// Ghost mode
+
+QRectF PlayerWindow::frameOnScreen() const {
+    return geometry();
+}
+
+void PlayerWindow::setIgnoresMouseEvents(bool ignores) {
+    using enum FloatingWindow::InputArea;
+    if (!ignores)
+        m_floating->setInputArea(everywhere, 0);
+    else if (m_floating->concealment() == FloatingWindow::Concealment::noContent)
+        m_floating->setInputArea(ring, GhostMode::ghostPadding);
+    else
+        m_floating->setInputArea(nowhere, 0);
+}
+
+void PlayerWindow::fadeTo(double opacity) {
+    m_fade.stop();
+    m_fade.setStartValue(windowOpacity());
+    m_fade.setEndValue(opacity);
+    m_fade.start();
+}
+
+void PlayerWindow::fadeOut() {
+    fadeTo(0);
+}
+
+void PlayerWindow::fadeIn() {
+    m_floating->setShapeEmpty(false);
+    m_containerView->show();
+    fadeTo(m_with.preferences.windowOpacity());
+}
+
+void PlayerWindow::conceal() {
+    if (!m_ghostMode.isHiddenByGhost())
+        return;
+    // Nobody sees it, so nothing has to be painted; and where the desktop knows no opacity, nothing
+    // must be.
+    m_containerView->hide();
+    if (m_floating->concealment() == FloatingWindow::Concealment::emptyShape)
+        m_floating->setShapeEmpty(true);
+}
+
+void PlayerWindow::keepHidden() {
+    if (m_fade.state() == QAbstractAnimation::Stopped)
+        conceal();
 }
 
 } // namespace orvane

@@ -2,39 +2,81 @@
 #pragma once
 
 #include "platform/Environment.h"
+#include "platform/NotificationCenter.h"
+#include "ui/GhostMode.h"
 
+#include <QPropertyAnimation>
 #include <QRectF>
 #include <QWidget>
+
+#include <memory>
+#include <optional>
+#include <vector>
 
 namespace orvane {
 
 class AppState;
-class NotificationCenter;
+class ApplicationActions;
+class ChannelRegistry;
+class FloatingWindow;
 class PlayerContainerView;
 class PlayerManager;
 class Preferences;
 
 /// The small floating window that shows the channel. Created by the application controller on first
 /// need and kept; main thread. Closing it only announces the wish: the controller acts on it.
-class PlayerWindow final : public QWidget {
+class PlayerWindow final : public QWidget, private GhostMode::Window {
     Q_OBJECT
 
 public:
-    PlayerWindow(Preferences& preferences, AppState& state, PlayerManager& player,
-                 NotificationCenter& notifications, VideoOutput output);
+    /// All outlive the window. `videoOutput` is not `automatic`.
+    struct Collaborators {
+        Preferences& preferences;
+        const ChannelRegistry& registry;
+        AppState& state;
+        PlayerManager& player;
+        NotificationCenter& notifications;
+        EventMonitor& events;
+        ApplicationActions& actions;
+        VideoOutput videoOutput;
+    };
+
+    explicit PlayerWindow(const Collaborators& collaborators);
+    ~PlayerWindow() override;
 
     [[nodiscard]] PlayerContainerView& containerView() const { return *m_containerView; }
 
-    /// Points in desktop coordinates, y downwards.
+    /// Points in desktop coordinates, y downwards; in full screen the frame before it.
     [[nodiscard]] QRectF frame() const;
 
+    void toggleFullScreen();
+
 protected:
+    void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
 private:
-    NotificationCenter& m_notifications;
+    void registerObservers();
+    void keepShape();
+    void fadeTo(double opacity);
+    void conceal();
+
+    [[nodiscard]] QRectF frameOnScreen() const override;
+    void setIgnoresMouseEvents(bool ignores) override;
+    void fadeOut() override;
+    void fadeIn() override;
+    void keepHidden() override;
+
+    Collaborators m_with;
+    std::unique_ptr<FloatingWindow> m_floating;
     PlayerContainerView* m_containerView;
+    std::optional<QRectF> m_frameBeforeFullScreen;
+    QPropertyAnimation m_fade;
+    GhostMode m_ghostMode;
+    std::vector<NotificationCenter::Token> m_observers;
 };
 
 } // namespace orvane

@@ -8,11 +8,32 @@
 #include <QStringList>
 #include <QTextLayout>
 
+#include <algorithm>
+
 namespace orvane {
 
 namespace {
 
 constexpr double edgeDistance = 20;
+/// So much of a window has to be on a screen, both ways, for it to be seen and dragged.
+constexpr double reachable = 40;
+constexpr double edgeWidth = 6;
+/// How far a corner goes along the edges.
+constexpr double cornerLength = 18;
+
+double squaredDistance(const QRectF& area, const QPointF& point) {
+    const QPointF nearest(std::clamp(point.x(), area.left(), area.right()),
+                          std::clamp(point.y(), area.top(), area.bottom()));
+    return QPointF::dotProduct(nearest - point, nearest - point);
+}
+
+/// As near to where it is as its being whole inside the area allows; not larger than the area.
+QRectF movedInto(const QRectF& area, QRectF frame) {
+    frame.setSize(frame.size().boundedTo(area.size()));
+    frame.moveLeft(std::clamp(frame.x(), area.left(), area.right() - frame.width()));
+    frame.moveTop(std::clamp(frame.y(), area.top(), area.bottom() - frame.height()));
+    return frame;
+}
 
 } // namespace
 
@@ -24,8 +45,37 @@ QRectF defaultPlayerFrame(const QRectF& usableArea) {
             size};
 }
 
-QRectF initialPlayerFrame(const std::optional<QRectF>& saved, const QRectF& usableArea) {
-    return saved && !saved->isEmpty() ? *saved : defaultPlayerFrame(usableArea);
+QRectF initialPlayerFrame(const std::optional<QRectF>& saved, const QList<QRectF>& usableAreas) {
+    if (!saved || saved->isEmpty())
+        return defaultPlayerFrame(usableAreas.first());
+    const bool isTooSmall = saved->width() < smallestPlayerSize.width() ||
+                            saved->height() < smallestPlayerSize.height();
+    const bool isInReach = std::ranges::any_of(usableAreas, [&](const QRectF& area) {
+        const QRectF shown = area & *saved;
+        return shown.width() >= reachable && shown.height() >= reachable;
+    });
+    if (isInReach && !isTooSmall)
+        return *saved;
+    const QRectF frame(saved->topLeft(), saved->size().expandedTo(smallestPlayerSize));
+    const QRectF nearest = *std::ranges::min_element(usableAreas, {}, [&](const QRectF& area) {
+        return squaredDistance(area, saved->center());
+    });
+    return movedInto(nearest, frame);
+}
+
+Qt::Edges edgesAt(const QPointF& position, const QSizeF& size) {
+    const double right = size.width() - position.x();
+    const double bottom = size.height() - position.y();
+    const double nearest = std::min({position.x(), position.y(), right, bottom});
+    if (nearest < 0 || nearest >= edgeWidth)
+        return {};
+    // A place near two edges belongs to the corner between them.
+    Qt::Edges edges;
+    edges.setFlag(Qt::LeftEdge, position.x() < cornerLength);
+    edges.setFlag(Qt::TopEdge, position.y() < cornerLength);
+    edges.setFlag(Qt::RightEdge, right < cornerLength);
+    edges.setFlag(Qt::BottomEdge, bottom < cornerLength);
+    return edges;
 }
 
 QString fittedText(const QString& text, const QFont& font, double width, int maximumLines) {

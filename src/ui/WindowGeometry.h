@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QList>
 #include <QRectF>
+#include <QSize>
 #include <QString>
 
 #include <optional>
@@ -14,9 +16,19 @@ namespace orvane {
 /// usable area, 20 points from both edges. Points, y downwards.
 [[nodiscard]] QRectF defaultPlayerFrame(const QRectF& usableArea);
 
-/// The saved frame as it is, or the default one where there is none or it has no size.
+/// Points.
+inline constexpr QSize smallestPlayerSize(320, 180);
+
+/// Where the player window goes at first: the saved frame as it is, if it can be reached there and
+/// is not too small; else moved and grown so that it can be. Without a saved frame, or with one
+/// without a size, the default one. `usableAreas` holds the usable area of every screen, the first
+/// screen's first; it is not empty.
 [[nodiscard]] QRectF initialPlayerFrame(const std::optional<QRectF>& saved,
-                                        const QRectF& usableArea);
+                                        const QList<QRectF>& usableAreas);
+
+/// The edges of a window of this size by which a press at `position` resizes it: a band of 6 points
+/// along the inside, whose ends are the corners. None elsewhere.
+[[nodiscard]] Qt::Edges edgesAt(const QPointF& position, const QSizeF& size);
 
 /// `text` broken into at most `maximumLines` lines of `width` points, the last of them cut with an
 /// ellipsis where more would follow. Lines are separated by line feeds.

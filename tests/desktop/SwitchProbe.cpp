@@ -2,6 +2,7 @@
 // Switches fifty times between the featured channels in the real player window, and prints what
 // that does to memory and threads. Exits with 0 if neither has grown beyond noise since the tenth
 // switch.
+#include "app/AppDelegate.h"
 #include "app/Services.h"
 #include "model/AppNotification.h"
 #include "platform/Memory.h"
@@ -119,8 +120,15 @@ int main(int argc, char** argv) {
     const Environment environment = Environment::read();
     Services services(environment, folder.filePath(u"preferences.json"_s),
                       chooseVideoOutput(environment.videoOutput));
-    PlayerWindow window(services.preferences, services.state, services.player,
-                        services.notifications, services.videoOutput);
+    AppDelegate delegate(services);
+    PlayerWindow window({.preferences = services.preferences,
+                         .registry = services.registry,
+                         .state = services.state,
+                         .player = services.player,
+                         .notifications = services.notifications,
+                         .events = services.events,
+                         .actions = delegate,
+                         .videoOutput = services.videoOutput});
     window.show();
     int exitCode = 1;
     run(services, exitCode);

@@ -2,10 +2,6 @@
 #include "platform/Environment.h"
 #include "platform/MediaPlayer.h"
 #include "platform/Process.h"
-#include "ui/WindowGeometry.h"
-
-#include <QFont>
-#include <QFontMetricsF>
 
 #include <gtest/gtest.h>
 
@@ -59,31 +55,6 @@ TEST(RefusalToOpen, LetsOnlyWebAddressesThrough) {
          {u"file:///etc/passwd"_s, u"av://lavfi:testsrc"_s, u"edl://x"_s, u"memory://x"_s,
           u"fd://0"_s, u"just-a-word"_s, u"/etc/passwd"_s, u"https:///no-host"_s, u""_s})
         EXPECT_TRUE(refusalToOpen(QUrl(other))) << other.toStdString();
-}
-
-TEST(PlayerFrame, IsInTheLowerRightCornerUnlessAUsableOneWasSaved) {
-    const QRectF usable(0, 30, 1280, 690);
-    EXPECT_EQ(defaultPlayerFrame(usable), QRectF(780, 386, 480, 314));
-    EXPECT_EQ(initialPlayerFrame(std::nullopt, usable), defaultPlayerFrame(usable));
-    EXPECT_EQ(initialPlayerFrame(QRectF(), usable), defaultPlayerFrame(usable));
-    EXPECT_EQ(initialPlayerFrame(QRectF(5, 6, 320, 224), usable), QRectF(5, 6, 320, 224));
-}
-
-TEST(FittedText, NeverTakesMoreLinesThanItMay) {
-    const QFont font;
-    const double width = QFontMetricsF(font).horizontalAdvance(u"mmmmmmmmmm"_s);
-    EXPECT_EQ(fittedText(u"short"_s, font, width, 3), u"short"_s);
-    EXPECT_EQ(fittedText(QString(), font, width, 3), QString());
-    EXPECT_EQ(fittedText(u"two\nlines"_s, font, width * 4, 3), u"two lines"_s);
-    for (const QString& text :
-         {u"word "_s.repeated(200), QString(5000, u'x'), u"قناة "_s.repeated(90)}) {
-        const QStringList lines = fittedText(text, font, width, 3).split(u'\n');
-        EXPECT_EQ(lines.size(), 3);
-        EXPECT_TRUE(lines.last().endsWith(u'…'));
-        for (const QString& line : lines)
-            EXPECT_LE(QFontMetricsF(font).horizontalAdvance(line), width * 1.02)
-                << "but for rounding";
-    }
 }
 
 } // namespace

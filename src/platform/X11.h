@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <xcb/xcb.h>
+
+#include <cstdlib>
+#include <memory>
+#include <string_view>
+
+/// The toolkit's own connection to the X server, for what the toolkit has no words for. Main
+/// thread. Answers come from a server on the same machine and are waited for.
+namespace orvane::X11 {
+
+/// Null where the program does not run on X11.
+[[nodiscard]] xcb_connection_t* connection();
+
+/// The root window of the first screen; there is a connection.
+[[nodiscard]] xcb_window_t root();
+
+/// Asked for once and remembered.
+[[nodiscard]] xcb_atom_t atom(std::string_view name);
+
+/// Whether the X server is a guest in a Wayland session, where it knows of the pointer only while
+/// that is over one of its own windows.
+[[nodiscard]] bool isXWayland();
+
+/// Whether a compositing manager draws the screen.
+[[nodiscard]] bool isComposited();
+
+struct Free {
+    void operator()(void* reply) const { std::free(reply); }
+};
+template <class T>
+using Reply = std::unique_ptr<T, Free>;
+
+} // namespace orvane::X11

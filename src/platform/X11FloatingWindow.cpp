@@ -1,0 +1,194 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/X11FloatingWindow.h"
+
+#include "platform/X11.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+#include <QWidget>
+#include <QWindow>
+
+#include <xcb/shape.h>
+#include <xcb/xcb_icccm.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <vector>
+
+namespace orvane {
+
+namespace {
+
+constexpr uint32_t allDesktops = 0xFFFFFFFF;
+constexpr uint32_t longestStateList = 64;
+
+/// The window and, from the inside out, the frames that a window manager has put it into.
+std::vector<xcb_window_t> withItsFrames(xcb_window_t window) {
+    std::vector<xcb_window_t> chain;
+    while (window != XCB_WINDOW_NONE && window != X11::root()) {
+        chain.push_back(window);
+        const X11::Reply<xcb_query_tree_reply_t> reply(xcb_query_tree_reply(
+            X11::connection(), xcb_query_tree(X11::connection(), window), nullptr));
+        window = reply ? reply->parent : xcb_window_t{XCB_WINDOW_NONE};
+    }
+    return chain;
+}
+
+/// The screen that shows most of it, or else the first.
+const QScreen& screenOf(const QRectF& frame) {
+    const auto shown = [&](const QScreen* screen) {
+        const QSizeF size = (QRectF(screen->geometry()) & frame).size();
+        return size.width() * size.height();
+    };
+    const QList<QScreen*> screens = QGuiApplication::screens();
+    return **std::ranges::max_element(screens, {}, shown);
+}
+
+xcb_rectangle_t rectangle(int x, int y, int width, int height) {
+    return {.x = static_cast<int16_t>(x),
+            .y = static_cast<int16_t>(y),
+            .width = static_cast<uint16_t>(std::max(width, 0)),
+            .height = static_cast<uint16_t>(std::max(height, 0))};
+}
+
+} // namespace
+
+X11FloatingWindow::X11FloatingWindow(QWidget& window) : m_window(window) {
+    if (X11::isXWayland())
+        m_window.setAttribute(Qt::WA_TranslucentBackground);
+}
+
+xcb_window_t X11FloatingWindow::id() const {
+    return static_cast<xcb_window_t>(m_window.winId());
+}
+
+void X11FloatingWindow::aboutToShow() {
+    // Window managers take the states off a window that is hidden, and the toolkit adds its own
+    // to those it finds.
+    const X11::Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
+        X11::connection(),
+        xcb_get_property(X11::connection(), 0, id(), X11::atom("_NET_WM_STATE"), XCB_ATOM_ATOM, 0,
+                         longestStateList),
+        nullptr));
+    std::vector<xcb_atom_t> states;
+    if (reply && reply->format == 32) {
+        const auto* first = static_cast<const xcb_atom_t*>(xcb_get_property_value(reply.get()));
+        states.assign(first, first + reply->value_len);
+    }
+    for (const auto* name : {"_NET_WM_STATE_STICKY", "_NET_WM_STATE_SKIP_TASKBAR",
+                             "_NET_WM_STATE_SKIP_PAGER"}) {
+        if (std::ranges::find(states, X11::atom(name)) == states.end())
+            states.push_back(X11::atom(name));
+    }
+    xcb_change_property(X11::connection(), XCB_PROP_MODE_REPLACE, id(), X11::atom("_NET_WM_STATE"),
+                        XCB_ATOM_ATOM, 32, static_cast<uint32_t>(states.size()), states.data());
+    xcb_change_property(X11::connection(), XCB_PROP_MODE_REPLACE, id(),
+                        X11::atom("_NET_WM_DESKTOP"), XCB_ATOM_CARDINAL, 32, 1, &allDesktops);
+}
+
+void X11FloatingWindow::setSizeHints(QSize smallest, QSize ratio) {
+    xcb_size_hints_t hints{};
+    xcb_icccm_get_wm_normal_hints_reply(X11::connection(),
+                                        xcb_icccm_get_wm_normal_hints(X11::connection(), id()),
+                                        &hints, nullptr);
+    const QSize pixels = (QSizeF(smallest) * m_window.devicePixelRatioF()).toSize();
+    xcb_icccm_size_hints_set_min_size(&hints, pixels.width(), pixels.height());
+    xcb_icccm_size_hints_set_aspect(&hints, ratio.width(), ratio.height(), ratio.width(),
+                                    ratio.height());
+    xcb_icccm_set_wm_normal_hints(X11::connection(), id(), &hints);
+    xcb_flush(X11::connection());
+}
+
+QPoint X11FloatingWindow::cornerIn(xcb_window_t window) const {
+    const X11::Reply<xcb_translate_coordinates_reply_t> reply(xcb_translate_coordinates_reply(
+        X11::connection(), xcb_translate_coordinates(X11::connection(), id(), window, 0, 0),
+        nullptr));
+    return reply ? QPoint(reply->dst_x, reply->dst_y) : QPoint();
+}
+
+QRect X11FloatingWindow::nativeFrame() const {
+    const X11::Reply<xcb_get_geometry_reply_t> reply(xcb_get_geometry_reply(
+        X11::connection(), xcb_get_geometry(X11::connection(), id()), nullptr));
+    if (!reply)
+        return {};
+    return {cornerIn(X11::root()), QSize(reply->width, reply->height)};
+}
+
+// The toolkit keeps whole points, which on a screen of 1.5 pixels to a point is not where the
+// window was. The corner of a screen is the same in points and in pixels.
+
+QRectF X11FloatingWindow::frame() const {
+    const QRectF pixels = nativeFrame();
+    const double scale = m_window.devicePixelRatioF();
+    const QPointF corner = m_window.screen()->geometry().topLeft();
+    return {(pixels.topLeft() - corner) / scale + corner, pixels.size() / scale};
+}
+
+void X11FloatingWindow::setFrame(const QRectF& frame) {
+    m_window.setGeometry(frame.toRect());
+    const QScreen& screen = screenOf(frame);
+    const double scale = screen.devicePixelRatio();
+    const QPointF corner = screen.geometry().topLeft();
+    const QRect pixels(((frame.topLeft() - corner) * scale + corner).toPoint(),
+                       (frame.size() * scale).toSize());
+    if (scale == std::floor(scale) && frame == QRectF(frame.toRect()))
+        return;
+    const std::array<uint32_t, 4> values{
+        static_cast<uint32_t>(pixels.x()), static_cast<uint32_t>(pixels.y()),
+        static_cast<uint32_t>(pixels.width()), static_cast<uint32_t>(pixels.height())};
+    xcb_configure_window(X11::connection(), id(),
+                         XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
+                             XCB_CONFIG_WINDOW_HEIGHT,
+                         values.data());
+    xcb_flush(X11::connection());
+}
+
+void X11FloatingWindow::setInputArea(InputArea area, double ringWidth) {
+    std::vector<xcb_rectangle_t> rectangles;
+    if (area == InputArea::ring) {
+        const QSize size = nativeFrame().size();
+        const int width = qRound(ringWidth * m_window.devicePixelRatioF());
+        const int inner = size.height() - 2 * width;
+        rectangles = {rectangle(0, 0, size.width(), width),
+                      rectangle(0, size.height() - width, size.width(), width),
+                      rectangle(0, width, width, inner),
+                      rectangle(size.width() - width, width, width, inner)};
+    }
+    // An XWayland server tells the compositor about the outermost window only, and not every window
+    // manager there hands the shape on to its frame.
+    std::vector<xcb_window_t> windows{id()};
+    if (X11::isXWayland())
+        windows = withItsFrames(id());
+    for (const xcb_window_t window : windows) {
+        if (area == InputArea::everywhere) {
+            xcb_shape_mask(X11::connection(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, window, 0, 0,
+                           XCB_PIXMAP_NONE);
+            continue;
+        }
+        const QPoint corner = cornerIn(window);
+        xcb_shape_rectangles(X11::connection(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT,
+                             XCB_CLIP_ORDERING_UNSORTED, window, static_cast<int16_t>(corner.x()),
+                             static_cast<int16_t>(corner.y()),
+                             static_cast<uint32_t>(rectangles.size()), rectangles.data());
+    }
+    xcb_flush(X11::connection());
+}
+
+FloatingWindow::Concealment X11FloatingWindow::concealment() const {
+    if (X11::isXWayland())
+        return Concealment::noContent;
+    return X11::isComposited() ? Concealment::opacity : Concealment::emptyShape;
+}
+
+void X11FloatingWindow::setShapeEmpty(bool isEmpty) {
+    if (isEmpty)
+        xcb_shape_rectangles(X11::connection(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING,
+                             XCB_CLIP_ORDERING_UNSORTED, id(), 0, 0, 0, nullptr);
+    else
+        xcb_shape_mask(X11::connection(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, id(), 0, 0,
+                       XCB_PIXMAP_NONE);
+    xcb_flush(X11::connection());
+}
+
+} // namespace orvane

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/ContextMenuBuilder.h"
+
+#include "model/AppState.h"
+#include "model/ChannelRegistry.h"
+#include "settings/Preferences.h"
+
+namespace orvane {
+
+Menu ContextMenuBuilder::build(const ChannelRegistry& registry, const Preferences& preferences,
+                               const AppState& state) {
+    const QSet<QString> enabled = preferences.enabledChannelIDs();
+    const QString current = state.currentChannel() ? state.currentChannel()->id() : QString();
+    Menu menu;
+    for (const ChannelCategory category : allCases<ChannelCategory>) {
+        Menu items;
+        for (const Channel& channel : registry.channels(category)) {
+            if (enabled.contains(channel.id()))
+                items.append({.title = channel.displayName(),
+                              .action = MenuAction::channelSelected,
+                              .representedObject = channel.id(),
+                              .isOn = channel.id() == current,
+                              .indentationLevel = 1});
+        }
+        if (items.isEmpty())
+            continue;
+        menu.append({.title = displayName(category)});
+        menu += items;
+        menu.append(MenuItem::separator());
+    }
+    return menu;
+}
+
+} // namespace orvane

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/GlyphButton.h"
+
+#include <QPainter>
+
+namespace orvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int glyphPixelSize = 18;
+constexpr double cornerRadius = 4;
+
+} // namespace
+
+GlyphButton::GlyphButton(const QColor& tint, QWidget* parent)
+    : QAbstractButton(parent), m_tint(tint) {
+    QFont glyphs = font();
+    // Some emoji have a plain form in the fonts of symbols, which come first otherwise.
+    glyphs.setFamilies({u"Noto Color Emoji"_s, glyphs.family()});
+    glyphs.setPixelSize(glyphPixelSize);
+    setFont(glyphs);
+    setFocusPolicy(Qt::NoFocus);
+    setAttribute(Qt::WA_Hover);
+}
+
+void GlyphButton::setGlyph(const QString& glyph, const QString& accessibleName) {
+    setText(glyph);
+    setAccessibleName(accessibleName);
+}
+
+void GlyphButton::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    if (underMouse()) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(QColor::fromRgbF(0, 0, 0, isDown() ? 0.18F : 0.08F));
+        painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
+    }
+    painter.setPen(m_tint);
+    painter.drawText(rect(), Qt::AlignCenter, text());
+}
+
+} // namespace orvane

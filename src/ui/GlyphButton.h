@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QAbstractButton>
+#include <QColor>
+
+namespace orvane {
+
+/// A flat button with one glyph, which shows a surface only under the pointer. Main thread. Its
+/// accessible name says what it does; the keyboard focus passes it by, for the keys have their own
+/// ways to do the same.
+class GlyphButton : public QAbstractButton {
+    Q_OBJECT
+
+public:
+    /// `tint` colours glyphs that are no emoji, which have colours of their own.
+    GlyphButton(const QColor& tint, QWidget* parent);
+
+    void setGlyph(const QString& glyph, const QString& accessibleName);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    [[nodiscard]] const QColor& tint() const { return m_tint; }
+
+private:
+    QColor m_tint;
+};
+
+} // namespace orvane

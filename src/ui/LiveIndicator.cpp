@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/LiveIndicator.h"
+
+#include <QPainter>
+
+#include <cmath>
+
+namespace orvane {
+
+namespace {
+
+constexpr double dotSize = 8;
+/// Twenty steps a second look smooth on a dot of this size.
+constexpr std::chrono::milliseconds stepTime{50};
+constexpr std::chrono::milliseconds pulseTime{1000};
+constexpr double dimmest = 0.3;
+
+} // namespace
+
+double pulseOpacity(std::chrono::milliseconds shownFor) {
+    if (shownFor < pulseTime)
+        return 1;
+    const double phase = static_cast<double>((shownFor % pulseTime).count()) / pulseTime.count();
+    return dimmest + (1 - dimmest) * std::abs(1 - 2 * phase);
+}
+
+LiveIndicator::LiveIndicator(QWidget* parent) : QWidget(parent) {
+    m_pulseTimer.setInterval(stepTime);
+    connect(&m_pulseTimer, &QTimer::timeout, this, qOverload<>(&QWidget::update));
+}
+
+void LiveIndicator::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(QColor(255, 59, 48));
+    painter.setOpacity(pulseOpacity(std::chrono::milliseconds(m_shownFor.elapsed())));
+    const QPointF centre = QRectF(rect()).center();
+    painter.drawEllipse(centre, dotSize / 2, dotSize / 2);
+}
+
+void LiveIndicator::showEvent(QShowEvent*) {
+    m_shownFor.start();
+    m_pulseTimer.start();
+}
+
+void LiveIndicator::hideEvent(QHideEvent*) {
+    m_pulseTimer.stop();
+}
+
+} // namespace orvane

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Some other program: a window of one colour in the middle of nowhere, which says on the standard
+// output what is clicked on it. usage: backdrop_probe COLOUR
+#include <QApplication>
+#include <QMouseEvent>
+#include <QScreen>
+#include <QWidget>
+
+#include <cstdio>
+
+namespace {
+
+class Backdrop final : public QWidget {
+protected:
+    void mousePressEvent(QMouseEvent* event) override {
+        const QPoint position = event->globalPosition().toPoint();
+        std::printf("click %d %d\n", position.x(), position.y());
+        std::fflush(stdout);
+    }
+};
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const QApplication application(argc, argv);
+    Backdrop backdrop;
+    QPalette palette;
+    palette.setColor(QPalette::Window, QColor(QString::fromLatin1(argv[1])));
+    backdrop.setPalette(palette);
+    backdrop.setWindowTitle(QStringLiteral("Backdrop"));
+    backdrop.setWindowFlag(Qt::FramelessWindowHint);
+    backdrop.setGeometry(QApplication::primaryScreen()->geometry());
+    backdrop.show();
+    return QApplication::exec();
+}

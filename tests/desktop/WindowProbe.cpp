@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The real player window and controller, told by lines on the standard input what its keys, menus
+// and settings tell it in other places. Answers each line with "done" and what was asked for.
+#include "app/AppDelegate.h"
+#include "app/Services.h"
+#include "model/AppNotification.h"
+#include "platform/Memory.h"
+#include "platform/VideoView.h"
+
+#include <QApplication>
+#include <QSocketNotifier>
+#include <QStandardPaths>
+
+#include <clocale>
+#include <iostream>
+#include <string>
+
+using namespace orvane;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The answer to a line.
+QString obey(Services& services, const QStringList& words) {
+    const QString& command = words.first();
+    const QString argument = words.value(1);
+    const Channel channel = services.registry.featured().first();
+    if (command == u"ghost"_s)
+        services.state.setGhostMode(argument == u"on"_s);
+    else if (command == u"opacity"_s) {
+        services.preferences.setWindowOpacity(argument.toDouble());
+        services.notifications.post(AppNotification::windowOpacityChanged, argument.toDouble());
+    } else if (command == u"fullscreen"_s)
+        services.notifications.post(AppNotification::toggleFullscreen);
+    else if (command == u"loading"_s)
+        services.state.setLoading(channel);
+    else if (command == u"error"_s)
+        services.state.setError(channel, words.sliced(1).join(u' '));
+    else if (command == u"playing"_s)
+        services.state.setPlaying(channel);
+    else if (command == u"state"_s)
+        return services.state.isFullscreen() ? u"fullscreen"_s : u"window"_s;
+    else if (command == u"close"_s)
+        for (QWidget* window : QApplication::topLevelWidgets())
+            window->hide();
+    else if (command == u"show"_s)
+        for (QWidget* window : QApplication::topLevelWidgets())
+            window->show();
+    else
+        return u"what?"_s;
+    return {};
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    limitMemoryArenas();
+    QApplication::setQuitOnLastWindowClosed(false);
+    const QApplication application(argc, argv);
+    std::setlocale(LC_NUMERIC, "C");
+    const Environment environment = Environment::read();
+    Services services(environment,
+                      QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+                          u"/orvane/preferences.json"_s,
+                      chooseVideoOutput(environment.videoOutput));
+    AppDelegate delegate(services);
+    delegate.applicationDidFinishLaunching();
+
+    QSocketNotifier input(0, QSocketNotifier::Read);
+    QObject::connect(&input, &QSocketNotifier::activated, &input, [&] {
+        std::string line;
+        if (!std::getline(std::cin, line)) {
+            input.setEnabled(false);
+            delegate.terminate();
+            return;
+        }
+        const QStringList words = QString::fromStdString(line).split(u' ');
+        std::cout << "done " << obey(services, words).toStdString() << std::endl;
+    });
+    return QApplication::exec();
+}
