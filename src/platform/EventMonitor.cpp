@@ -46,7 +46,8 @@ private:
         const auto* event = static_cast<const xcb_ge_generic_event_t*>(message);
         if ((event->response_type & 0x7f) != XCB_GE_GENERIC ||
             event->event_type != XCB_INPUT_RAW_MOTION ||
-            event->extension != xcb_get_extension_data(X11::connection(), &xcb_input_id)->major_opcode)
+            event->extension !=
+                xcb_get_extension_data(X11::connection(), &xcb_input_id)->major_opcode)
             return false;
         if (!m_isCallDue) {
             m_isCallDue = true;
@@ -84,8 +85,8 @@ private:
     EventMonitor::Handler m_handler;
 };
 
-/// Over other windows than X11's an XWayland server has the pointer over nothing, at the place where
-/// it was seen last.
+/// Over other windows than X11's an XWayland server has the pointer over nothing, at the place
+/// where it was seen last.
 bool isOverAnX11Window() {
     const X11::Reply<xcb_query_pointer_reply_t> reply(xcb_query_pointer_reply(
         X11::connection(), xcb_query_pointer(X11::connection(), X11::root()), nullptr));

@@ -5,6 +5,7 @@
 #include "platform/X11FloatingWindow.h"
 
 #include <QWidget>
+#include <QWindow>
 
 namespace orvane {
 
@@ -16,7 +17,8 @@ public:
     explicit PlainWindow(QWidget& window) : m_window(window) {}
 
     void aboutToShow() override {}
-    void setSizeHints(QSize, QSize) override {}
+    void shown() override {}
+    void setSizeHints(QSize, QSize, QSize) override {}
     [[nodiscard]] QRectF frame() const override { return m_window.geometry(); }
     void setFrame(const QRectF& frame) override { m_window.setGeometry(frame.toRect()); }
     void setInputArea(InputArea, double) override {}
@@ -33,6 +35,12 @@ std::unique_ptr<FloatingWindow> FloatingWindow::make(QWidget& window) {
     if (X11::connection() == nullptr)
         return std::make_unique<PlainWindow>(window);
     return std::make_unique<X11FloatingWindow>(window);
+}
+
+void FloatingWindow::startMove(QWidget& window, QPointF distance) {
+    if (X11::connection() != nullptr)
+        X11FloatingWindow::moveBy(window, distance);
+    window.windowHandle()->startSystemMove();
 }
 
 } // namespace orvane

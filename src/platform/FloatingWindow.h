@@ -34,13 +34,16 @@ public:
 
     virtual ~FloatingWindow() = default;
 
-    /// For a window that has its native window and is about to be shown, each time: on all
-    /// desktops, and neither in the task bar nor in the pager.
+    /// Before the window, which has its native window, is shown, each time: on all desktops, and
+    /// neither in the task bar nor in the pager.
     virtual void aboutToShow() = 0;
+    /// After that: what the toolkit did to hints and frame meanwhile is undone.
+    virtual void shown() = 0;
 
-    /// What the window manager keeps to when a person resizes the window. The toolkit forgets the
-    /// ratio whenever it sets a geometry, so this comes after that. Points.
-    virtual void setSizeHints(QSize smallest, QSize ratio) = 0;
+    /// What the window manager keeps to when a person resizes the window: the smallest size in
+    /// points, and the narrowest and widest shape. Many bend a window at once that is outside
+    /// these.
+    virtual void setSizeHints(QSize smallest, QSize narrowest, QSize widest) = 0;
 
     /// On the screen, in desktop coordinates: points, y downwards, exact on every scale factor.
     [[nodiscard]] virtual QRectF frame() const = 0;
@@ -52,6 +55,10 @@ public:
     /// Of the desktop as it is now: compositing managers come and go.
     [[nodiscard]] virtual Concealment concealment() const = 0;
     virtual void setShapeEmpty(bool isEmpty) = 0;
+
+    /// Has the window manager move a window with the pointer, which is `distance` points away from
+    /// where it was pressed already.
+    static void startMove(QWidget& window, QPointF distance);
 
     /// For `window`, a top level that outlives the result. To be made before its native window is.
     [[nodiscard]] static std::unique_ptr<FloatingWindow> make(QWidget& window);

@@ -50,8 +50,8 @@ bool isXWayland() {
         return false;
     // Servers before 23.1 have no such extension, but name their outputs after themselves.
     static const bool result =
-        hasExtension("XWAYLAND") || QGuiApplication::primaryScreen()->name().startsWith(
-                                        u"XWAYLAND"_s, Qt::CaseInsensitive);
+        hasExtension("XWAYLAND") ||
+        QGuiApplication::primaryScreen()->name().startsWith(u"XWAYLAND"_s, Qt::CaseInsensitive);
     return result;
 }
 

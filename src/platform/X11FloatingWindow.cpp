@@ -12,8 +12,7 @@
 #include <xcb/xcb_icccm.h>
 
 #include <algorithm>
-#include <array>
-#include <cmath>
+#include <optional>
 #include <vector>
 
 namespace orvane {
@@ -33,6 +32,27 @@ std::vector<xcb_window_t> withItsFrames(xcb_window_t window) {
         window = reply ? reply->parent : xcb_window_t{XCB_WINDOW_NONE};
     }
     return chain;
+}
+
+/// Where the upper left corner of `window` is in `other`; pixels.
+QPoint cornerIn(xcb_window_t other, xcb_window_t window) {
+    const X11::Reply<xcb_translate_coordinates_reply_t> reply(xcb_translate_coordinates_reply(
+        X11::connection(), xcb_translate_coordinates(X11::connection(), window, other, 0, 0),
+        nullptr));
+    return reply ? QPoint(reply->dst_x, reply->dst_y) : QPoint();
+}
+
+/// Pixels.
+void configure(xcb_window_t window, QPoint corner, std::optional<QSize> size = std::nullopt) {
+    xcb_configure_window_value_list_t values{.x = corner.x(), .y = corner.y()};
+    uint16_t mask = XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y;
+    if (size) {
+        values.width = static_cast<uint32_t>(size->width());
+        values.height = static_cast<uint32_t>(size->height());
+        mask |= XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT;
+    }
+    xcb_configure_window_aux(X11::connection(), window, mask, &values);
+    xcb_flush(X11::connection());
 }
 
 /// The screen that shows most of it, or else the first.
@@ -76,8 +96,8 @@ void X11FloatingWindow::aboutToShow() {
         const auto* first = static_cast<const xcb_atom_t*>(xcb_get_property_value(reply.get()));
         states.assign(first, first + reply->value_len);
     }
-    for (const auto* name : {"_NET_WM_STATE_STICKY", "_NET_WM_STATE_SKIP_TASKBAR",
-                             "_NET_WM_STATE_SKIP_PAGER"}) {
+    for (const auto* name :
+         {"_NET_WM_STATE_STICKY", "_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER"}) {
         if (std::ranges::find(states, X11::atom(name)) == states.end())
             states.push_back(X11::atom(name));
     }
@@ -85,26 +105,35 @@ void X11FloatingWindow::aboutToShow() {
                         XCB_ATOM_ATOM, 32, static_cast<uint32_t>(states.size()), states.data());
     xcb_change_property(X11::connection(), XCB_PROP_MODE_REPLACE, id(),
                         X11::atom("_NET_WM_DESKTOP"), XCB_ATOM_CARDINAL, 32, 1, &allDesktops);
+    m_frameToShow = nativeFrame();
 }
 
-void X11FloatingWindow::setSizeHints(QSize smallest, QSize ratio) {
+void X11FloatingWindow::shown() {
+    applySizeHints();
+    configure(id(), m_frameToShow.topLeft(), m_frameToShow.size());
+}
+
+void X11FloatingWindow::setSizeHints(QSize smallest, QSize narrowest, QSize widest) {
+    m_smallest = smallest;
+    m_narrowest = narrowest;
+    m_widest = widest;
+    applySizeHints();
+}
+
+// The toolkit writes hints of its own whenever it shows the window or sets its geometry: without
+// shapes, and at scale factors such as 1.5 with steps that not every exact frame keeps to.
+
+void X11FloatingWindow::applySizeHints() {
     xcb_size_hints_t hints{};
-    xcb_icccm_get_wm_normal_hints_reply(X11::connection(),
-                                        xcb_icccm_get_wm_normal_hints(X11::connection(), id()),
-                                        &hints, nullptr);
-    const QSize pixels = (QSizeF(smallest) * m_window.devicePixelRatioF()).toSize();
+    xcb_icccm_get_wm_normal_hints_reply(
+        X11::connection(), xcb_icccm_get_wm_normal_hints(X11::connection(), id()), &hints, nullptr);
+    hints.flags &= ~(XCB_ICCCM_SIZE_HINT_P_RESIZE_INC | XCB_ICCCM_SIZE_HINT_BASE_SIZE);
+    const QSize pixels = (QSizeF(m_smallest) * m_window.devicePixelRatioF()).toSize();
     xcb_icccm_size_hints_set_min_size(&hints, pixels.width(), pixels.height());
-    xcb_icccm_size_hints_set_aspect(&hints, ratio.width(), ratio.height(), ratio.width(),
-                                    ratio.height());
+    xcb_icccm_size_hints_set_aspect(&hints, m_narrowest.width(), m_narrowest.height(),
+                                    m_widest.width(), m_widest.height());
     xcb_icccm_set_wm_normal_hints(X11::connection(), id(), &hints);
     xcb_flush(X11::connection());
-}
-
-QPoint X11FloatingWindow::cornerIn(xcb_window_t window) const {
-    const X11::Reply<xcb_translate_coordinates_reply_t> reply(xcb_translate_coordinates_reply(
-        X11::connection(), xcb_translate_coordinates(X11::connection(), id(), window, 0, 0),
-        nullptr));
-    return reply ? QPoint(reply->dst_x, reply->dst_y) : QPoint();
 }
 
 QRect X11FloatingWindow::nativeFrame() const {
@@ -112,7 +141,7 @@ QRect X11FloatingWindow::nativeFrame() const {
         X11::connection(), xcb_get_geometry(X11::connection(), id()), nullptr));
     if (!reply)
         return {};
-    return {cornerIn(X11::root()), QSize(reply->width, reply->height)};
+    return {cornerIn(X11::root(), id()), QSize(reply->width, reply->height)};
 }
 
 // The toolkit keeps whole points, which on a screen of 1.5 pixels to a point is not where the
@@ -132,16 +161,14 @@ void X11FloatingWindow::setFrame(const QRectF& frame) {
     const QPointF corner = screen.geometry().topLeft();
     const QRect pixels(((frame.topLeft() - corner) * scale + corner).toPoint(),
                        (frame.size() * scale).toSize());
-    if (scale == std::floor(scale) && frame == QRectF(frame.toRect()))
-        return;
-    const std::array<uint32_t, 4> values{
-        static_cast<uint32_t>(pixels.x()), static_cast<uint32_t>(pixels.y()),
-        static_cast<uint32_t>(pixels.width()), static_cast<uint32_t>(pixels.height())};
-    xcb_configure_window(X11::connection(), id(),
-                         XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
-                             XCB_CONFIG_WINDOW_HEIGHT,
-                         values.data());
-    xcb_flush(X11::connection());
+    applySizeHints();
+    configure(id(), pixels.topLeft(), pixels.size());
+}
+
+void X11FloatingWindow::moveBy(QWidget& window, QPointF distance) {
+    const auto id = static_cast<xcb_window_t>(window.winId());
+    const QPointF pixels = distance * window.devicePixelRatioF();
+    configure(id, cornerIn(X11::root(), id) + pixels.toPoint());
 }
 
 void X11FloatingWindow::setInputArea(InputArea area, double ringWidth) {
@@ -166,7 +193,7 @@ void X11FloatingWindow::setInputArea(InputArea area, double ringWidth) {
                            XCB_PIXMAP_NONE);
             continue;
         }
-        const QPoint corner = cornerIn(window);
+        const QPoint corner = cornerIn(window, id());
         xcb_shape_rectangles(X11::connection(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT,
                              XCB_CLIP_ORDERING_UNSORTED, window, static_cast<int16_t>(corner.x()),
                              static_cast<int16_t>(corner.y()),

@@ -3,8 +3,8 @@
 
 #include "platform/FloatingWindow.h"
 
-#include <QPoint>
 #include <QRect>
+#include <QSize>
 
 #include <xcb/xcb.h>
 
@@ -17,8 +17,13 @@ class X11FloatingWindow final : public FloatingWindow {
 public:
     explicit X11FloatingWindow(QWidget& window);
 
+    /// Without the toolkit's knowing at once: it would tell the window manager a place of the
+    /// pointer that has been moved along.
+    static void moveBy(QWidget& window, QPointF distance);
+
     void aboutToShow() override;
-    void setSizeHints(QSize smallest, QSize ratio) override;
+    void shown() override;
+    void setSizeHints(QSize smallest, QSize narrowest, QSize widest) override;
     [[nodiscard]] QRectF frame() const override;
     void setFrame(const QRectF& frame) override;
     void setInputArea(InputArea area, double ringWidth) override;
@@ -27,12 +32,17 @@ public:
 
 private:
     [[nodiscard]] xcb_window_t id() const;
-    /// Pixels; where its upper left corner is in `window`.
-    [[nodiscard]] QPoint cornerIn(xcb_window_t window) const;
     /// Pixels.
     [[nodiscard]] QRect nativeFrame() const;
 
+    void applySizeHints();
+
     QWidget& m_window;
+    QSize m_smallest;
+    QSize m_narrowest;
+    QSize m_widest;
+    /// Pixels.
+    QRect m_frameToShow;
 };
 
 } // namespace orvane

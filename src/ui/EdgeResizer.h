@@ -11,9 +11,9 @@ class QWidget;
 
 namespace orvane {
 
-/// Lets a frameless window be resized by its edges and corners: the window manager does it. Owned by
-/// the window; main thread. Every widget inside it is watched, so it has to be made after them, and
-/// what happens on the edges never reaches them.
+/// Lets a frameless window be resized by its edges and corners: the window manager does it. Owned
+/// by the window; main thread. Every widget inside it is watched, so it has to be made after them,
+/// and what happens on the edges never reaches them.
 class EdgeResizer final : public QObject {
     Q_OBJECT
 

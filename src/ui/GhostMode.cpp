@@ -44,8 +44,8 @@ void GhostMode::checkMousePosition() {
     const auto location = m_events.pointerLocation();
     if (!location)
         return;
-    const QRectF frame = m_window.frameOnScreen().adjusted(-ghostPadding, -ghostPadding,
-                                                           ghostPadding, ghostPadding);
+    const QRectF frame =
+        m_window.frameOnScreen().adjusted(-ghostPadding, -ghostPadding, ghostPadding, ghostPadding);
     const bool isInside = frame.contains(*location);
     if (isInside && !m_isHiddenByGhost) {
         hide();

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/GlyphButton.h"
 
+#include <QFontMetricsF>
 #include <QPainter>
+
+#include <cmath>
 
 namespace orvane {
 
@@ -38,8 +41,11 @@ void GlyphButton::paintEvent(QPaintEvent*) {
         painter.setBrush(QColor::fromRgbF(0, 0, 0, isDown() ? 0.18F : 0.08F));
         painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
     }
+    // By what is seen of it: fonts of symbols place theirs anywhere between their lines.
+    const QRectF ink = QFontMetricsF(font(), this).tightBoundingRect(text());
+    const QPointF place = QRectF(rect()).center() - ink.center();
     painter.setPen(m_tint);
-    painter.drawText(rect(), Qt::AlignCenter, text());
+    painter.drawText(QPointF(std::round(place.x()), std::round(place.y())), text());
 }
 
 } // namespace orvane

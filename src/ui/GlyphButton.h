@@ -9,7 +9,7 @@ namespace orvane {
 /// A flat button with one glyph, which shows a surface only under the pointer. Main thread. Its
 /// accessible name says what it does; the keyboard focus passes it by, for the keys have their own
 /// ways to do the same.
-class GlyphButton : public QAbstractButton {
+class GlyphButton final : public QAbstractButton {
     Q_OBJECT
 
 public:
@@ -20,7 +20,6 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
-    [[nodiscard]] const QColor& tint() const { return m_tint; }
 
 private:
     QColor m_tint;

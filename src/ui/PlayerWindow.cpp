@@ -17,11 +17,16 @@
 #include <QMenu>
 #include <QScreen>
 
+#include <algorithm>
+#include <cstdlib>
+
 namespace orvane {
 
 namespace {
 
 constexpr QSize ratio(16, 9);
+/// Points by which a window manager may miss a size that it was asked for.
+constexpr int rounding = 2;
 
 QList<QRectF> usableAreas() {
     QList<QRectF> areas;
@@ -44,12 +49,15 @@ PlayerWindow::PlayerWindow(const Collaborators& collaborators)
     setMinimumSize(smallestPlayerSize);
     setWindowOpacity(m_with.preferences.windowOpacity());
     winId(); // Frames are set and hints given on the native window.
-    m_floating->setFrame(initialPlayerFrame(m_with.preferences.windowFrame(), usableAreas()));
+    setFrame(initialPlayerFrame(m_with.preferences.windowFrame(), usableAreas()));
 
     m_fade.setDuration(GhostMode::ghostFadeDuration);
     connect(&m_fade, &QAbstractAnimation::finished, this, &PlayerWindow::conceal);
     auto* resizer = new EdgeResizer(this);
-    resizer->onResize([this] { keepShape(); });
+    resizer->onResize([this] {
+        m_sizeByProgram.reset();
+        keepShape();
+    });
     registerObservers();
 }
 
@@ -84,8 +92,20 @@ QRectF PlayerWindow::frame() const {
     return m_floating->frame();
 }
 
+void PlayerWindow::setFrame(const QRectF& frame) {
+    m_sizeByProgram = frame.size().toSize();
+    keepShape();
+    m_floating->setFrame(frame);
+}
+
 void PlayerWindow::keepShape() {
-    m_floating->setSizeHints(smallestPlayerSize, ratio);
+    // A size that the program chose is of a good shape too, or window managers would bend it; one
+    // point more, because of the rounding in theirs.
+    const QSize chosen = m_sizeByProgram.value_or(ratio);
+    const bool isNarrower = chosen.width() * ratio.height() < chosen.height() * ratio.width();
+    const bool isWider = chosen.width() * ratio.height() > chosen.height() * ratio.width();
+    m_floating->setSizeHints(smallestPlayerSize, isNarrower ? chosen + QSize(0, 1) : ratio,
+                             isWider ? chosen + QSize(1, 0) : ratio);
 }
 
 void PlayerWindow::toggleFullScreen() {
@@ -122,12 +142,19 @@ void PlayerWindow::contextMenuEvent(QContextMenuEvent* event) {
 
 void PlayerWindow::resizeEvent(QResizeEvent*) {
     m_containerView->setGeometry(rect());
+    m_containerView->setGeometry(rect());
+    if (!m_sizeByProgram || isFullScreen())
+        return;
+    const QSize change = size() - *m_sizeByProgram;
+    if (std::max(std::abs(change.width()), std::abs(change.height())) > rounding) {
+        m_sizeByProgram.reset();
+        keepShape();
+    }
 }
 
 void PlayerWindow::showEvent(QShowEvent*) {
     m_floating->aboutToShow();
-    // The toolkit writes its own hints while it shows the window.
-    QMetaObject::invokeMethod(this, &PlayerWindow::keepShape, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, [this] { m_floating->shown(); }, Qt::QueuedConnection);
 }
 
 // Ghost mode

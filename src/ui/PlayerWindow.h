@@ -60,6 +60,7 @@ protected:
 
 private:
     void registerObservers();
+    void setFrame(const QRectF& frame);
     void keepShape();
     void fadeTo(double opacity);
     void conceal();
@@ -73,6 +74,8 @@ private:
     Collaborators m_with;
     std::unique_ptr<FloatingWindow> m_floating;
     PlayerContainerView* m_containerView;
+    /// What the program has made the window, until a person makes it something else.
+    std::optional<QSize> m_sizeByProgram;
     std::optional<QRectF> m_frameBeforeFullScreen;
     QPropertyAnimation m_fade;
     GhostMode m_ghostMode;

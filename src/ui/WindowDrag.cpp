@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/WindowDrag.h"
 
+#include "platform/FloatingWindow.h"
+
 #include <QGuiApplication>
 #include <QMouseEvent>
 #include <QStyleHints>
 #include <QWidget>
-#include <QWindow>
 
 namespace orvane {
 
@@ -37,7 +38,7 @@ bool WindowDrag::eventFilter(QObject*, QEvent* event) {
 void WindowDrag::press(const QMouseEvent& event) {
     m_pressedAt.reset();
     if (event.button() == Qt::LeftButton)
-        m_pressedAt = event.globalPosition().toPoint();
+        m_pressedAt = event.globalPosition();
 }
 
 void WindowDrag::move(const QMouseEvent& event) {
@@ -45,16 +46,14 @@ void WindowDrag::move(const QMouseEvent& event) {
         return;
     // Not on the press itself: a window manager that moves a window takes the release, and then the
     // second click of a double click is a first one.
-    const QPoint distance = event.globalPosition().toPoint() - *m_pressedAt;
+    const QPointF distance = event.globalPosition() - *m_pressedAt;
     if (distance.manhattanLength() < QGuiApplication::styleHints()->startDragDistance())
         return;
     m_pressedAt.reset();
     QWidget* window = m_handle->window();
     if (window->isFullScreen())
         return;
-    // What the pointer has gone already the window manager does not know of.
-    window->move(window->pos() + distance);
-    window->windowHandle()->startSystemMove();
+    FloatingWindow::startMove(*window, distance);
 }
 
 } // namespace orvane

@@ -2,7 +2,7 @@
 #pragma once
 
 #include <QObject>
-#include <QPoint>
+#include <QPointF>
 
 #include <functional>
 #include <optional>
@@ -31,7 +31,7 @@ private:
     void move(const QMouseEvent& event);
 
     QWidget* m_handle;
-    std::optional<QPoint> m_pressedAt;
+    std::optional<QPointF> m_pressedAt;
     std::function<void()> m_onDoubleClick;
 };
 

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Some other program: a window of one colour in the middle of nowhere, which says on the standard
-// output what is clicked on it. usage: backdrop_probe COLOUR
+// Some other program: a large window of one colour, which says on the standard output what is
+// clicked on it. usage: backdrop_probe COLOUR
 #include <QApplication>
 #include <QMouseEvent>
-#include <QScreen>
 #include <QWidget>
 
 #include <cstdio>
@@ -28,8 +27,6 @@ int main(int argc, char** argv) {
     palette.setColor(QPalette::Window, QColor(QString::fromLatin1(argv[1])));
     backdrop.setPalette(palette);
     backdrop.setWindowTitle(QStringLiteral("Backdrop"));
-    backdrop.setWindowFlag(Qt::FramelessWindowHint);
-    backdrop.setGeometry(QApplication::primaryScreen()->geometry());
-    backdrop.show();
+    backdrop.showMaximized();
     return QApplication::exec();
 }

@@ -5,6 +5,7 @@
 #include "app/Services.h"
 #include "model/AppNotification.h"
 #include "platform/Memory.h"
+#include "platform/TerminationSignals.h"
 #include "platform/VideoView.h"
 
 #include <QApplication>
@@ -64,6 +65,8 @@ int main(int argc, char** argv) {
                           u"/orvane/preferences.json"_s,
                       chooseVideoOutput(environment.videoOutput));
     AppDelegate delegate(services);
+    const TerminationSignals signals;
+    QObject::connect(&signals, &TerminationSignals::received, &delegate, &AppDelegate::terminate);
     delegate.applicationDidFinishLaunching();
 
     QSocketNotifier input(0, QSocketNotifier::Read);

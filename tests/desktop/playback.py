@@ -4,63 +4,32 @@
 Each test has a desktop and a site of its own. The milestones that the program writes tell when it
 believes that something happened; the screen tells whether it did."""
 
-import os
 import pathlib
-import shutil
 import tempfile
 import time
 import unittest
 
-from desktop import Desktop, Program, descendants, moves, wait_for_motion, wait_until
+from case import DesktopCase
+from desktop import Desktop, Program, moves, wait_for_motion, wait_until
 from livesite import LiveSite, background, shows
 
-BUILD = os.environ["ORVANE_BUILD"]
-RESULTS = pathlib.Path(os.environ.get("ORVANE_TEST_RESULTS", "results"))
 BAR_HEIGHT = 44
-# The program leaves after 0.4 s at the latest; a way out that waits for a server takes far longer than
-# this, on however busy a machine.
-QUIT_LIMIT = 5.0
 
 
-class Playback(unittest.TestCase):
+class Playback(DesktopCase):
     def setUp(self):
         folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
         self.site = self.enterContext(LiveSite(folder))
         self.desktop = self.enterContext(Desktop(compositor=True))
         self.channel = self.site.channels["AlArabiya"]
-        self.program: Program
 
     def start(self, binary: str = "orvane", **variables) -> Program:
-        self.program = Program(self.desktop, f"{BUILD}/{binary}", self.site.origin, **variables)
-        self.enterContext(self.program)
-        self.addCleanup(self.keep_evidence)
-        return self.program
-
-    def keep_evidence(self):
-        """On failure the screen and the log stay."""
-        outcome = self._outcome.result
-        if not any(test is self for test, _ in outcome.failures + outcome.errors):
-            return
-        kept = RESULTS / self.id()
-        kept.mkdir(parents=True, exist_ok=True)
-        self.desktop.screenshot().save(kept / "screen.png")
-        shutil.copy(self.desktop.folder / "program.log", kept)
-        print("milestones:", self.program.milestones())
-        print(f"the screen and the log are in {kept}")
+        return super().start(binary, site=self.site.origin, **variables)
 
     def picture_area(self):
         """The picture without the control bar."""
         _, _, width, height = self.program.frame()
         return (0, 0, width, height - BAR_HEIGHT)
-
-    def quit_cleanly(self):
-        """Quits as a session manager would: at once, with exit code 0, leaving nobody behind."""
-        started = [pid for pid, _ in descendants(self.program.process.pid)]
-        before = time.monotonic()
-        self.assertEqual(self.program.quit(), 0, self.program.log())
-        self.assertLess(time.monotonic() - before, QUIT_LIMIT)
-        for pid in started:
-            self.assertFalse(pathlib.Path(f"/proc/{pid}").exists(), f"{pid} was left behind")
 
     def overlay_is_up(self):
         """Whatever the picture is, under the overlay it is a quarter as bright at most."""

@@ -84,10 +84,10 @@ class Desktop:
         ).stdout.split()
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus[0]
         self._stack.callback(lambda: os.kill(int(bus[1]), signal.SIGTERM))
-        self._background(["openbox"])
-        wait_until(self._has_window_manager, "the window manager")
+        self._start_window_manager()
         if self._compositor:
-            self._background(["picom", "--backend", "xrender"])
+            self.background(["picom", "--backend", "xrender"])
+            wait_until(self._has_compositor, "the compositor")
 
     def _start_x_server(self) -> None:
         read_end, write_end = os.pipe()
@@ -104,16 +104,32 @@ class Desktop:
             raise RuntimeError("Xvfb did not start")
         self.display = f":{number}"
 
-    def _background(self, command: list[str]) -> subprocess.Popen:
-        process = subprocess.Popen(
-            command, env=self.environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL
-        )
+    def background(self, command: list[str], **options) -> subprocess.Popen:
+        """Starts what ends with the desktop."""
+        quiet = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
+        process = subprocess.Popen(command, **({"env": self.environment} | quiet | options))
         self._stack.callback(_end, process)
         return process
 
+    def _start_window_manager(self) -> None:
+        self._window_manager = self.background(["openbox"])
+        wait_until(self._has_window_manager, "the window manager")
+
+    def replace_window_manager(self) -> None:
+        """Has the window manager crash, and another one start."""
+        self._window_manager.kill()
+        self._window_manager.wait()
+        wait_until(lambda: not self._has_window_manager(), "the end of the window manager")
+        self._start_window_manager()
+
     def _has_window_manager(self) -> bool:
-        answer = self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK")
-        return "window id" in answer
+        """A crashed one leaves its mark on the root window, but not the window that it names."""
+        mark = self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK").split()[-1]
+        return mark.startswith("0x") and mark in self.run("xprop", "-id", mark, "_NET_SUPPORTING_WM_CHECK")
+
+    def _has_compositor(self) -> bool:
+        # Every compositor has an unmapped window of this name, or none that could be asked for.
+        return "picom" in self.run("xwininfo", "-root", "-tree")
 
     def run(self, *command: str) -> str:
         """What a tool prints on this desktop."""
@@ -125,14 +141,44 @@ class Desktop:
     def screenshot(self) -> Image.Image:
         return ImageGrab.grab(xdisplay=self.display).convert("RGB")
 
+    def pixel(self, x: float, y: float) -> tuple[int, int, int]:
+        return self.screenshot().getpixel((int(x), int(y)))
+
+    # Input as from a mouse: every one of these makes the events that a real one would.
+
+    def pointer(self) -> tuple[int, int]:
+        values = dict(v.split("=") for v in self.run("xdotool", "getmouselocation", "--shell").split())
+        return int(values["X"]), int(values["Y"])
+
+    def point(self, x: float, y: float) -> None:
+        now = self.pointer()
+        self.run("xdotool", "mousemove_relative", "--", str(int(x) - now[0]), str(int(y) - now[1]))
+
+    def button(self, action: str, *arguments: str) -> None:
+        """`action` is "mousedown", "mouseup" or "click"."""
+        self.run("xdotool", action, *arguments)
+
     def click(self, x: float, y: float) -> None:
-        self.run("xdotool", "mousemove", str(int(x)), str(int(y)), "click", "1")
+        self.point(x, y)
+        self.button("click", "1")
+
+    def double_click(self, x: float, y: float) -> None:
+        self.point(x, y)
+        self.button("click", "--repeat", "2", "--delay", "50", "1")
+
+    def drag(self, x: float, y: float, dx: int, dy: int, steps: int = 20) -> None:
+        """From a place by a distance, in steps small enough for a program to follow."""
+        self.point(x, y)
+        self.button("mousedown", "1")
+        for step in range(1, steps + 1):
+            self.point(x + dx * step // steps, y + dy * step // steps)
+        self.button("mouseup", "1")
 
 
 class Program:
     """The built program on a desktop. Ends it, and all it has started, when it goes out of use."""
 
-    def __init__(self, desktop: Desktop, binary: str, site: str, **variables: str):
+    def __init__(self, desktop: Desktop, binary: str, site: str = "", **variables: str):
         self.desktop = desktop
         self._timeline = desktop.folder / "timeline"
         self._timeline.unlink(missing_ok=True)
@@ -144,16 +190,30 @@ class Program:
         self.environment |= OFFLINE | variables
         self.started = time.monotonic()
         self.process = subprocess.Popen(
-            [binary], env=self.environment, stdin=subprocess.DEVNULL,
-            stdout=self._log, stderr=subprocess.STDOUT,
+            [binary], env=self.environment, stdin=subprocess.PIPE,
+            stdout=self._log, stderr=subprocess.STDOUT, text=True,
         )
+        self._lines_told = 0
 
     def __enter__(self) -> "Program":
         return self
 
     def __exit__(self, *_) -> None:
         _end(self.process)
+        self.process.stdin.close()
         self._log.close()
+
+    def tell(self, line: str) -> str:
+        """Has the window probe do what the line says; gives its answer."""
+        self.process.stdin.write(line + "\n")
+        self.process.stdin.flush()
+        self._lines_told += 1
+
+        def answers():
+            lines = [x for x in self.log().splitlines() if x.startswith("done ")]
+            return lines if len(lines) == self._lines_told else None
+
+        return wait_until(answers, f"an answer to {line}")[-1].removeprefix("done ")
 
     def log(self) -> str:
         return (self.desktop.folder / "program.log").read_text(encoding="utf-8")
@@ -216,6 +276,35 @@ class Program:
         """Asks it to end as a session manager would; gives the exit code."""
         self.process.send_signal(signal.SIGTERM)
         return self.process.wait(deadline)
+
+
+class Backdrop:
+    """Some other program's window, as large as the screen, which tells what is clicked on it."""
+
+    def __init__(self, desktop: Desktop, colour: tuple[int, int, int]):
+        self._desktop = desktop
+        self._said = desktop.folder / "backdrop"
+        with open(self._said, "w", encoding="utf-8") as said:
+            probe = pathlib.Path(os.environ["ORVANE_BUILD"]) / "backdrop_probe"
+            command = [str(probe), "#%02x%02x%02x" % colour]
+            self._process = desktop.background(command, stdout=said)
+        self._window = wait_until(
+            lambda: desktop.run("xdotool", "search", "--onlyvisible", "--name", "^Backdrop$"),
+            "the other window",
+        ).split()[0]
+
+    def __enter__(self) -> "Backdrop":
+        return self
+
+    def __exit__(self, *_) -> None:
+        _end(self._process)
+
+    def raise_(self) -> None:
+        self._desktop.run("xdotool", "windowactivate", "--sync", self._window, "windowraise", self._window)
+
+    def clicks(self) -> list[tuple[int, int]]:
+        lines = self._said.read_text(encoding="utf-8").splitlines()
+        return [(int(x), int(y)) for _, x, y in (line.split() for line in lines)]
 
 
 def descendants(pid: int) -> list[tuple[int, str]]:

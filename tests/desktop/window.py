@@ -1,0 +1,218 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""The player window on a desktop: where it is, what a mouse does with it, and how it vanishes."""
+
+import time
+import unittest
+
+from case import BUILD, DesktopCase
+from desktop import Backdrop, Desktop, wait_until
+
+BAR_GREY = 220
+COLOUR = (0, 170, 0)
+
+
+def is_backdrop(pixel) -> bool:
+    return max(abs(a - b) for a, b in zip(pixel, COLOUR)) < 12
+
+
+class WindowCase(DesktopCase):
+    """The window shows an error: nothing moves in it, and no site is needed for that."""
+
+    def open(self, compositor: bool = True, **variables):
+        self.desktop = self.enterContext(Desktop(compositor=compositor))
+        return self.open_here(**variables)
+
+    def open_here(self, binary: str = "window_probe", **variables):
+        program = self.start(binary, **variables)
+        program.wait_for("window-shown")
+        program.wait_for("error")
+        return program
+
+    def centre(self) -> tuple[int, int]:
+        """Of the picture; nothing but its colour is to be seen there."""
+        x, y, width, height = self.program.frame()
+        return x + width // 2, y + height // 2 - 40
+
+    def wait_for_frame(self, frame, what: str):
+        wait_until(lambda: self.program.frame() == frame, f"{what}: {frame}; it is {self.program.frame()}")
+
+
+class Window(WindowCase):
+    def test_place_and_level(self):
+        program = self.open()
+        self.assertEqual(program.frame(), (1280 - 480 - 20, 720 - 314 - 20, 480, 314))
+        backdrop = self.enterContext(Backdrop(self.desktop, COLOUR))
+        backdrop.raise_()
+        x, y = self.centre()
+        self.desktop.click(x, y)
+        self.assertFalse(is_backdrop(self.desktop.pixel(x, y)))
+        self.desktop.click(300, 300)
+        wait_until(lambda: backdrop.clicks() == [(300, 300)], "the click beside the window, and only that")
+        self.desktop.run("wmctrl", "-n", "2")
+        for shown_again in (False, True):
+            if shown_again:
+                program.tell("close")
+                program.tell("show")
+            window = program.window()
+            state = wait_until(lambda w=window: self.desktop.run("xprop", "-id", w, "_NET_WM_STATE"), "hints")
+            for hint in ("ABOVE", "SKIP_TASKBAR", "SKIP_PAGER"):
+                self.assertIn(f"_NET_WM_STATE_{hint}", state)
+            desk = self.desktop.run("xprop", "-id", window, "_NET_WM_DESKTOP")
+            self.assertIn(str(0xFFFFFFFF), desk, "on all desktops")
+        self.desktop.run("wmctrl", "-s", "1")
+        wait_until(lambda: self.desktop.run("xprop", "-root", "_NET_CURRENT_DESKTOP").endswith("1\n"), "desktop 2")
+        self.assertEqual(program.frame(), (780, 386, 480, 314))
+
+    def settled_frame(self):
+        """The frame when the window manager and the program have nothing more to do about it."""
+        frames = []
+
+        def stays():
+            frames.append(self.program.frame())
+            return len(set(frames[-20:])) == 1 and len(frames) >= 20
+
+        wait_until(stays, "a frame that stays")
+        return frames[-1]
+
+    def test_drag_and_resize(self):
+        program = self.open()
+        x, y = self.centre()
+        self.desktop.drag(x, y, -300, -150)
+        self.wait_for_frame((480, 236, 480, 314), "dragged by the picture")
+        self.desktop.drag(480 + 150, 236 + 314 - 22, 200, 100)
+        self.wait_for_frame((680, 336, 480, 314), "dragged by the bar")
+
+        # It takes its shape with the first resize; from then on the opposite corner stays.
+        self.desktop.drag(680 + 478, 336 + 312, 60, 60)
+        x, y, width, height = self.settled_frame()
+        self.assertEqual((x, y), (680, 336))
+        self.assertGreater(width, 500)
+        self.assertAlmostEqual(width / height, 16 / 9, delta=0.01)
+        corner = (x + width, y + height)
+        self.desktop.drag(x + 2, y + 2, -100, -100)
+        x, y, grown, height = self.settled_frame()
+        self.assertGreater(grown, width + 90)
+        self.assertEqual((x + grown, y + height), corner)
+        self.assertAlmostEqual(grown / height, 16 / 9, delta=0.01)
+        self.desktop.drag(x + grown - 2, y + height - 2, -900, -500)
+        wait_until(lambda: program.frame()[2:] == (320, 180), "the smallest size")
+        self.desktop.drag(x + 318, y + 90, 300, 0)
+        width, height = self.settled_frame()[2:]
+        self.assertGreater(width, 600)
+        self.assertAlmostEqual(width / height, 16 / 9, delta=0.01)
+        frame = program.frame()
+        self.assertEqual(program.quit(), 0)
+        # The size that is no longer a person's choice is not bent either.
+        stored = "{{%d, %d}, {%d, %d}}" % frame
+        self.assertEqual(program.preferences()["windowFrame"], stored)
+        self.assertEqual(self.open_here().frame(), frame)
+
+    def test_full_screen(self):
+        program = self.open()
+        frame = program.frame()
+        for way in ("picture", "button", "notification"):
+            if way == "picture":
+                toggle = lambda: self.desktop.double_click(*self.centre())
+            elif way == "button":
+                toggle = lambda: self.desktop.click(
+                    program.frame()[0] + program.frame()[2] - 6 - 32 - 72 + 16,
+                    program.frame()[1] + program.frame()[3] - 22)
+            else:
+                toggle = lambda: program.tell("fullscreen")
+            toggle()
+            self.wait_for_frame((0, 0, 1280, 720), f"full screen by {way}")
+            wait_until(lambda: program.tell("state") == "fullscreen", "the state")
+            toggle()
+            self.wait_for_frame(frame, f"back by {way}")
+            wait_until(lambda: program.tell("state") == "window", "the state")
+        program.tell("fullscreen")
+        self.wait_for_frame((0, 0, 1280, 720), "full screen")
+        self.assertEqual(program.quit(), 0)
+        self.assertEqual(program.preferences()["windowFrame"], "{{780, 386}, {480, 314}}")
+
+    def bar_is_up(self) -> bool:
+        x, y, width, height = self.program.frame()
+        return min(self.desktop.pixel(x + width // 2 - 40, y + height - 22)) > BAR_GREY - 20
+
+    def bar_is_gone(self) -> bool:
+        x, y, width, height = self.program.frame()
+        return max(self.desktop.pixel(x + width // 2 - 40, y + height - 22)) < 10
+
+    def test_control_bar(self):
+        self.open()
+        self.assertTrue(self.bar_is_up())
+        self.desktop.point(*self.centre())
+        self.desktop.point(10, 10)
+        left = time.monotonic()
+        wait_until(self.bar_is_gone, "the bar gone with the pointer")
+        print(f"the bar was gone {time.monotonic() - left:.2f} s after the pointer")
+
+        # Brought up and left without a movement, it goes by itself.
+        self.desktop.point(*self.centre())
+        wait_until(self.bar_is_up, "the bar back")
+        came = time.monotonic()
+        wait_until(self.bar_is_gone, "the bar gone by itself")
+        print(f"a bar that was left alone was gone after {time.monotonic() - came:.2f} s")
+
+        # Brought up and followed by a movement, it stays, longer than the timer of the other case.
+        x, y = self.centre()
+        self.desktop.point(x + 1, y)
+        wait_until(self.bar_is_up, "the bar back again")
+        self.desktop.point(x, y)
+        moved = time.monotonic()
+        while time.monotonic() < moved + 4:
+            self.assertFalse(self.bar_is_gone(), "it goes only with the pointer")
+        self.assertTrue(self.bar_is_up())
+
+    def test_overlay(self):
+        program = self.open()
+        x, y, width, height = program.frame()
+        middle = (x + width // 2, y + height // 2)
+
+        def brightest(top, bottom):
+            area = (middle[0] - 60, middle[1] + top, middle[0] + 60, middle[1] + bottom)
+            return max(max(p) for p in self.desktop.screenshot().crop(area).getdata())
+
+        spinner, text, button = (-40, -8), (-6, 30), (44, 70)
+        program.tell("loading")
+        wait_until(lambda: brightest(*spinner) > 200 and brightest(*text) > 200 and brightest(*button) < 10,
+                   "a spinner, a text and no button")
+        program.tell("error something went wrong")
+        wait_until(lambda: brightest(*spinner) < 10 and brightest(*text) > 200 and brightest(*button) > 200,
+                   "a text, a button and no spinner")
+        program.tell("playing")
+        wait_until(lambda: max(brightest(*place) for place in (spinner, text, button)) < 10, "the picture")
+
+    def test_window_manager_goes(self):
+        program = self.open()
+        backdrop = self.enterContext(Backdrop(self.desktop, COLOUR))
+        frame = program.frame()
+        self.desktop.replace_window_manager()
+        self.wait_for_frame(frame, "where it was")
+        backdrop.raise_()
+        x, y = self.centre()
+        wait_until(lambda: not is_backdrop(self.desktop.pixel(x, y)), "the window above the other one")
+        self.desktop.drag(x, y, -100, -50)
+        self.wait_for_frame((680, 336, 480, 314), "dragged with the new window manager")
+        self.assertEqual(program.quit(), 0)
+
+    def test_scale_factors(self):
+        """The window is where it was, to the pixel, and as large."""
+        self.desktop = self.enterContext(Desktop("2560x1440", compositor=True))
+        for scale in ("1", "1.5", "2"):
+            program = self.open_here(QT_SCALE_FACTOR=scale)
+            x, y = self.centre()
+            before = program.frame()
+            self.desktop.drag(x, y, -151, -77)
+            frame = self.settled_frame()
+            self.assertEqual(frame[2:], before[2:])
+            # Mice are told in whole points.
+            self.assertLess(abs(frame[0] - (before[0] - 151)) + abs(frame[1] - (before[1] - 77)), 2 * float(scale))
+            self.assertEqual(program.quit(), 0)
+            self.assertEqual(self.open_here(QT_SCALE_FACTOR=scale).frame(), frame)
+            self.assertEqual(self.program.quit(), 0)
+            (self.desktop.folder / "home/.config/orvane/preferences.json").unlink()
+
+
+if __name__ == "__main__":
+    unittest.main()

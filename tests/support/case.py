@@ -1,0 +1,48 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""What every test of the built program on a desktop needs."""
+
+import os
+import pathlib
+import shutil
+import time
+import unittest
+
+from desktop import Desktop, Program, descendants
+
+BUILD = os.environ["ORVANE_BUILD"]
+RESULTS = pathlib.Path(os.environ.get("ORVANE_TEST_RESULTS", "results"))
+# The program leaves after 0.4 s at the latest; a way out that waits for a server takes far longer than
+# this, on however busy a machine.
+QUIT_LIMIT = 5.0
+
+
+class DesktopCase(unittest.TestCase):
+    desktop: Desktop
+    program: Program
+
+    def start(self, binary: str, site: str = "", **variables) -> Program:
+        self.program = Program(self.desktop, f"{BUILD}/{binary}", site, **variables)
+        self.enterContext(self.program)
+        self.addCleanup(self.keep_evidence)
+        return self.program
+
+    def keep_evidence(self):
+        """On failure the screen and the log stay."""
+        outcome = self._outcome.result
+        if not any(test is self for test, _ in outcome.failures + outcome.errors):
+            return
+        kept = RESULTS / self.id()
+        kept.mkdir(parents=True, exist_ok=True)
+        self.desktop.screenshot().save(kept / "screen.png")
+        shutil.copy(self.desktop.folder / "program.log", kept)
+        print("milestones:", self.program.milestones())
+        print(f"the screen and the log are in {kept}")
+
+    def quit_cleanly(self):
+        """Quits as a session manager would: at once, with exit code 0, leaving nobody behind."""
+        started = [pid for pid, _ in descendants(self.program.process.pid)]
+        before = time.monotonic()
+        self.assertEqual(self.program.quit(), 0, self.program.log())
+        self.assertLess(time.monotonic() - before, QUIT_LIMIT)
+        for pid in started:
+            self.assertFalse(pathlib.Path(f"/proc/{pid}").exists(), f"{pid} was left behind")
