@@ -90,6 +90,7 @@ void AppDelegate::openPlayerWindow() {
                                         .events = m_services.events,
                                         .actions = *this,
                                         .videoOutput = m_services.videoOutput});
+        m_playerWindow->winId(); // Makes the native window, whose first exposure is awaited.
         new FirstExposure(m_playerWindow->windowHandle(),
                           [this] { m_services.timeline.mark("window-shown"); });
         m_services.player.setPlayerView(&m_playerWindow->containerView().playerView());

@@ -24,6 +24,7 @@ public:
     void setInputArea(InputArea, double) override {}
     [[nodiscard]] Concealment concealment() const override { return Concealment::opacity; }
     void setShapeEmpty(bool) override {}
+    void flush() override {}
 
 private:
     QWidget& m_window;

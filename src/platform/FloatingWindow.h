@@ -56,6 +56,10 @@ public:
     [[nodiscard]] virtual Concealment concealment() const = 0;
     virtual void setShapeEmpty(bool isEmpty) = 0;
 
+    /// Sends what the toolkit has only written down; after its calls that change the window. Else
+    /// it may wait for the next event.
+    virtual void flush() = 0;
+
     /// Has the window manager move a window with the pointer, which is `distance` points away from
     /// where it was pressed already.
     static void startMove(QWidget& window, QPointF distance);

@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace orvane {
@@ -65,6 +66,16 @@ const QScreen& screenOf(const QRectF& frame) {
     return **std::ranges::max_element(screens, {}, shown);
 }
 
+/// The toolkit keeps whole points, which on a screen of 1.5 pixels to a point is not where the
+/// window was. The corner of a screen is the same in points and in pixels.
+QRect pixelsOf(const QRectF& frame) {
+    const QScreen& screen = screenOf(frame);
+    const double scale = screen.devicePixelRatio();
+    const QPointF corner = screen.geometry().topLeft();
+    return {((frame.topLeft() - corner) * scale + corner).toPoint(),
+            (frame.size() * scale).toSize()};
+}
+
 xcb_rectangle_t rectangle(int x, int y, int width, int height) {
     return {.x = static_cast<int16_t>(x),
             .y = static_cast<int16_t>(y),
@@ -105,12 +116,17 @@ void X11FloatingWindow::aboutToShow() {
                         XCB_ATOM_ATOM, 32, static_cast<uint32_t>(states.size()), states.data());
     xcb_change_property(X11::connection(), XCB_PROP_MODE_REPLACE, id(),
                         X11::atom("_NET_WM_DESKTOP"), XCB_ATOM_CARDINAL, 32, 1, &allDesktops);
-    m_frameToShow = nativeFrame();
+    if (!m_frameToShow)
+        m_frameToShow = nativeFrame();
 }
 
 void X11FloatingWindow::shown() {
     applySizeHints();
-    configure(id(), m_frameToShow.topLeft(), m_frameToShow.size());
+    // Only where it has to be: some window managers forget the place of a window that is
+    // configured.
+    const auto frame = std::exchange(m_frameToShow, std::nullopt);
+    if (frame && *frame != pixelsOf(m_window.geometry()))
+        configure(id(), frame->topLeft(), frame->size());
 }
 
 void X11FloatingWindow::setSizeHints(QSize smallest, QSize narrowest, QSize widest) {
@@ -124,6 +140,8 @@ void X11FloatingWindow::setSizeHints(QSize smallest, QSize narrowest, QSize wide
 // shapes, and at scale factors such as 1.5 with steps that not every exact frame keeps to.
 
 void X11FloatingWindow::applySizeHints() {
+    if (m_window.internalWinId() == 0)
+        return;
     xcb_size_hints_t hints{};
     xcb_icccm_get_wm_normal_hints_reply(
         X11::connection(), xcb_icccm_get_wm_normal_hints(X11::connection(), id()), &hints, nullptr);
@@ -144,11 +162,8 @@ QRect X11FloatingWindow::nativeFrame() const {
     return {cornerIn(X11::root(), id()), QSize(reply->width, reply->height)};
 }
 
-// The toolkit keeps whole points, which on a screen of 1.5 pixels to a point is not where the
-// window was. The corner of a screen is the same in points and in pixels.
-
 QRectF X11FloatingWindow::frame() const {
-    const QRectF pixels = nativeFrame();
+    const QRectF pixels = m_frameToShow.value_or(nativeFrame());
     const double scale = m_window.devicePixelRatioF();
     const QPointF corner = m_window.screen()->geometry().topLeft();
     return {(pixels.topLeft() - corner) / scale + corner, pixels.size() / scale};
@@ -156,11 +171,12 @@ QRectF X11FloatingWindow::frame() const {
 
 void X11FloatingWindow::setFrame(const QRectF& frame) {
     m_window.setGeometry(frame.toRect());
-    const QScreen& screen = screenOf(frame);
-    const double scale = screen.devicePixelRatio();
-    const QPointF corner = screen.geometry().topLeft();
-    const QRect pixels(((frame.topLeft() - corner) * scale + corner).toPoint(),
-                       (frame.size() * scale).toSize());
+    const QRect pixels = pixelsOf(frame);
+    // Window managers are asked about windows that are not shown too, and answer in their own time.
+    if (!m_window.isVisible())
+        m_frameToShow = pixels;
+    if (m_window.internalWinId() == 0)
+        return;
     applySizeHints();
     configure(id(), pixels.topLeft(), pixels.size());
 }
@@ -215,6 +231,10 @@ void X11FloatingWindow::setShapeEmpty(bool isEmpty) {
     else
         xcb_shape_mask(X11::connection(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, id(), 0, 0,
                        XCB_PIXMAP_NONE);
+    xcb_flush(X11::connection());
+}
+
+void X11FloatingWindow::flush() {
     xcb_flush(X11::connection());
 }
 

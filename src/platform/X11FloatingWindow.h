@@ -8,6 +8,8 @@
 
 #include <xcb/xcb.h>
 
+#include <optional>
+
 namespace orvane {
 
 /// `FloatingWindow` for an X server, by the hints of EWMH and ICCCM and by window shapes. In a
@@ -29,6 +31,7 @@ public:
     void setInputArea(InputArea area, double ringWidth) override;
     [[nodiscard]] Concealment concealment() const override;
     void setShapeEmpty(bool isEmpty) override;
+    void flush() override;
 
 private:
     [[nodiscard]] xcb_window_t id() const;
@@ -41,8 +44,8 @@ private:
     QSize m_smallest;
     QSize m_narrowest;
     QSize m_widest;
-    /// Pixels.
-    QRect m_frameToShow;
+    /// Pixels; while the window is not shown and has been given a frame, or is being shown.
+    std::optional<QRect> m_frameToShow;
 };
 
 } // namespace orvane

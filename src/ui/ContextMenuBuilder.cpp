@@ -10,7 +10,7 @@ namespace orvane {
 Menu ContextMenuBuilder::build(const ChannelRegistry& registry, const Preferences& preferences,
                                const AppState& state) {
     const QSet<QString> enabled = preferences.enabledChannelIDs();
-    const QString current = state.currentChannel() ? state.currentChannel()->id() : QString();
+    const std::optional<Channel>& current = state.currentChannel();
     Menu menu;
     for (const ChannelCategory category : allCases<ChannelCategory>) {
         Menu items;
@@ -19,7 +19,7 @@ Menu ContextMenuBuilder::build(const ChannelRegistry& registry, const Preference
                 items.append({.title = channel.displayName(),
                               .action = MenuAction::channelSelected,
                               .representedObject = channel.id(),
-                              .isOn = channel.id() == current,
+                              .isOn = current == channel,
                               .indentationLevel = 1});
         }
         if (items.isEmpty())

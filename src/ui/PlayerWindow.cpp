@@ -43,15 +43,15 @@ PlayerWindow::PlayerWindow(const Collaborators& collaborators)
       m_floating(FloatingWindow::make(*this)),
       m_containerView(new PlayerContainerView(m_with.state, m_with.player, m_with.actions,
                                               m_with.notifications, m_with.videoOutput, this)),
-      m_fade(this, "windowOpacity"),
       m_ghostMode(*this, m_with.events) {
     setWindowTitle(AppConstants::appName);
     setMinimumSize(smallestPlayerSize);
     setWindowOpacity(m_with.preferences.windowOpacity());
-    winId(); // Frames are set and hints given on the native window.
     setFrame(initialPlayerFrame(m_with.preferences.windowFrame(), usableAreas()));
 
     m_fade.setDuration(GhostMode::ghostFadeDuration);
+    connect(&m_fade, &QVariantAnimation::valueChanged, this,
+            [this](const QVariant& value) { setOpacity(value.toDouble()); });
     connect(&m_fade, &QAbstractAnimation::finished, this, &PlayerWindow::conceal);
     auto* resizer = new EdgeResizer(this);
     resizer->onResize([this] {
@@ -72,7 +72,7 @@ void PlayerWindow::registerObservers() {
             if (opacity == nullptr || m_ghostMode.isHiddenByGhost())
                 return;
             m_fade.stop();
-            setWindowOpacity(*opacity);
+            setOpacity(*opacity);
         }));
     m_observers.push_back(m_with.notifications.addObserver(
         AppNotification::ghostModeChanged, [this](const NotificationCenter::Notification& n) {
@@ -114,6 +114,7 @@ void PlayerWindow::toggleFullScreen() {
     if (!isFullScreen())
         m_frameBeforeFullScreen = m_floating->frame();
     setWindowState(windowState() ^ Qt::WindowFullScreen);
+    m_floating->flush();
 }
 
 void PlayerWindow::changeEvent(QEvent* event) {
@@ -171,6 +172,11 @@ void PlayerWindow::setIgnoresMouseEvents(bool ignores) {
         m_floating->setInputArea(ring, GhostMode::ghostPadding);
     else
         m_floating->setInputArea(nowhere, 0);
+}
+
+void PlayerWindow::setOpacity(double opacity) {
+    setWindowOpacity(opacity);
+    m_floating->flush();
 }
 
 void PlayerWindow::fadeTo(double opacity) {

@@ -5,8 +5,8 @@
 #include "platform/NotificationCenter.h"
 #include "ui/GhostMode.h"
 
-#include <QPropertyAnimation>
 #include <QRectF>
+#include <QVariantAnimation>
 #include <QWidget>
 
 #include <memory>
@@ -62,6 +62,7 @@ private:
     void registerObservers();
     void setFrame(const QRectF& frame);
     void keepShape();
+    void setOpacity(double opacity);
     void fadeTo(double opacity);
     void conceal();
 
@@ -77,7 +78,7 @@ private:
     /// What the program has made the window, until a person makes it something else.
     std::optional<QSize> m_sizeByProgram;
     std::optional<QRectF> m_frameBeforeFullScreen;
-    QPropertyAnimation m_fade;
+    QVariantAnimation m_fade;
     GhostMode m_ghostMode;
     std::vector<NotificationCenter::Token> m_observers;
 };

@@ -56,6 +56,7 @@ QString obey(Services& services, const QStringList& words) {
 
 int main(int argc, char** argv) {
     limitMemoryArenas();
+    qputenv("QT_QPA_PLATFORM", "xcb");
     QApplication::setQuitOnLastWindowClosed(false);
     const QApplication application(argc, argv);
     std::setlocale(LC_NUMERIC, "C");

@@ -1,14 +1,17 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """The player window on a desktop: where it is, what a mouse does with it, and how it vanishes."""
 
+import pathlib
 import time
 import unittest
 
 from case import BUILD, DesktopCase
-from desktop import Backdrop, Desktop, wait_until
+from desktop import Backdrop, Desktop, WaylandDesktop, wait_until
 
 BAR_GREY = 220
 COLOUR = (0, 170, 0)
+# What buffers that happen to be in use make of the memory; the sanitizers keep what was freed.
+NOISE_KIB = 5 * 1024 if "asan" not in BUILD else 200 * 1024
 
 
 def is_backdrop(pixel) -> bool:
@@ -212,6 +215,189 @@ class Window(WindowCase):
             self.assertEqual(self.open_here(QT_SCALE_FACTOR=scale).frame(), frame)
             self.assertEqual(self.program.quit(), 0)
             (self.desktop.folder / "home/.config/orvane/preferences.json").unlink()
+
+
+class Ghost(WindowCase):
+    """In front of a green window, with pictures of the screen to say what can be seen."""
+
+    def open_over_backdrop(self, compositor: bool = True):
+        program = self.open(compositor)
+        self.backdrop = self.enterContext(Backdrop(self.desktop, COLOUR))
+        program.tell("playing")
+        self.wait_until_shown()
+        return program
+
+    def seen(self):
+        return self.desktop.pixel(*self.centre())
+
+    def wait_until_shown(self, opacity: float = 1):
+        """The picture is black, so that much of the green comes through."""
+        green = round(COLOUR[1] * (1 - opacity))
+        wait_until(lambda: abs(self.seen()[1] - green) < 12 and self.seen()[0] < 12, f"opacity {opacity}")
+
+    def wait_until_vanished(self):
+        since = time.monotonic()
+        wait_until(lambda: is_backdrop(self.seen()), "the other window in its place")
+        print(f"it had vanished after {time.monotonic() - since:.2f} s")
+
+    def click_reaches_the_other(self, x: int, y: int):
+        before = self.backdrop.clicks()
+        self.desktop.click(x, y)
+        wait_until(lambda: self.backdrop.clicks() == before + [(x, y)], "the click in the other program")
+
+    def come_and_go(self):
+        """The pointer comes and goes, by each side of the padding too."""
+        x, y, width, height = self.program.frame()
+        self.program.tell("ghost on")
+        self.assertFalse(is_backdrop(self.seen()), "the pointer is elsewhere")
+        self.desktop.point(*self.centre())
+        self.wait_until_vanished()
+        self.click_reaches_the_other(*self.centre())
+        self.desktop.point(x - 20, y + 50)
+        self.wait_until_shown()
+        for place in ((x - 7, y + 50), (x + 50, y - 7)):
+            self.desktop.point(*place)
+            self.wait_until_vanished()
+            self.click_reaches_the_other(x + 100, y + 50)
+            self.desktop.point(x - 10, y - 10)
+            self.wait_until_shown()
+
+    def be_turned_off(self):
+        self.desktop.point(*self.centre())
+        self.wait_until_vanished()
+        self.program.tell("ghost off")
+        self.wait_until_shown()
+        clicks = self.backdrop.clicks()
+        self.desktop.click(*self.centre())
+        self.desktop.point(100, 300)
+        self.click_reaches_the_other(100, 300)
+        self.assertEqual(len(self.backdrop.clicks()), len(clicks) + 1, "the one on the window was its own")
+
+    def test_with_a_compositor(self):
+        program = self.open_over_backdrop()
+        self.come_and_go()
+        # A new opacity waits until the pointer has left.
+        self.desktop.point(*self.centre())
+        self.wait_until_vanished()
+        program.tell("opacity 0.5")
+        self.assertTrue(is_backdrop(self.seen()))
+        self.desktop.point(100, 300)
+        self.wait_until_shown(0.5)
+        program.tell("opacity 0.7")
+        self.wait_until_shown(0.7)
+        program.tell("opacity 1")
+        self.be_turned_off()
+        # With the pointer there already.
+        self.desktop.point(*self.centre())
+        program.tell("ghost on")
+        self.wait_until_vanished()
+        self.assertEqual(program.quit(), 0)
+        # The next run begins as this one ended.
+        self.assertIs(program.preferences()["ghostModeEnabled"], True)
+        self.open_here()
+        self.wait_until_vanished()
+
+    def test_without_a_compositor(self):
+        program = self.open_over_backdrop(compositor=False)
+        self.come_and_go()
+        self.desktop.point(*self.centre())
+        self.wait_until_vanished()
+        program.tell("opacity 0.5")
+        self.assertTrue(is_backdrop(self.seen()))
+        self.desktop.point(100, 300)
+        self.wait_until_shown()
+        hint = lambda: self.desktop.run("xprop", "-id", program.window(), "_NET_WM_WINDOW_OPACITY")
+        wait_until(lambda: hint().split()[-1] == str(0x80000000), "the hint of half the opacity")
+        self.be_turned_off()
+
+    def test_in_a_wayland_session(self):
+        self.desktop = self.enterContext(WaylandDesktop())
+        program = self.open_here()
+        program.tell("playing")
+        frame = program.frame()
+        self.assertEqual(frame, (780, 386, 480, 314))
+
+        def has_vanished() -> bool:
+            """The desktop is as bright as ever where the picture would be black."""
+            return min(self.desktop.pixel(frame[0] + 40, frame[1] + 40)) > 80
+
+        def leave_and_wait(how):
+            since = time.monotonic()
+            how()
+            wait_until(lambda: not has_vanished(), "the window back")
+            print(f"it was back after {time.monotonic() - since:.2f} s")
+
+        program.tell("ghost on")
+        self.assertFalse(has_vanished())
+        self.desktop.point(*self.centre())
+        wait_until(has_vanished, "the desktop in its place")
+        # That it looks whether the pointer is there is not to be seen.
+        since = time.monotonic()
+        while time.monotonic() < since + 1.5:
+            self.assertTrue(has_vanished())
+        leave_and_wait(lambda: self.desktop.point(300, 300))
+
+        def stroll_out():
+            x, y = self.desktop.pointer()
+            for step in range(frame[0] - 40, x, 3):
+                self.desktop.point(x - (step - frame[0] + 40), y)
+
+        self.desktop.point(frame[0] + 60, frame[1] + 100)
+        wait_until(has_vanished, "the desktop in its place")
+        leave_and_wait(stroll_out)
+        self.desktop.point(*self.centre())
+        wait_until(has_vanished, "the desktop in its place")
+        program.tell("opacity 1")
+        self.assertTrue(has_vanished())
+        program.tell("ghost off")
+        wait_until(lambda: not has_vanished(), "the window back")
+        self.assertEqual(program.quit(), 0)
+
+        # Clicks, with a window of another program behind it.
+        backdrop = self.enterContext(Backdrop(self.desktop, COLOUR))
+        program = self.open_here()
+        program.tell("ghost on")
+        self.desktop.point(*self.centre())
+        wait_until(lambda: is_backdrop(self.desktop.pixel(frame[0] + 40, frame[1] + 40)), "the other window")
+        self.desktop.click(*self.centre())
+        wait_until(lambda: backdrop.clicks() == [self.centre()], "the click in the other program")
+
+    def test_two_hundred_times(self):
+        program = self.open_over_backdrop()
+        program.tell("ghost on")
+        inside, outside = self.centre(), (100, 300)
+
+        def memory() -> int:
+            text = pathlib.Path(f"/proc/{program.process.pid}/smaps_rollup").read_text(encoding="ascii")
+            return int(text.split("Pss:")[1].split()[0])
+
+        def pointed(place, property_is):
+            self.desktop.point(*place)
+            opacity = lambda: self.desktop.run("xprop", "-id", window, "_NET_WM_WINDOW_OPACITY")
+            wait_until(lambda: property_is(opacity()), f"the opacity at {place}")
+
+        window = program.window()
+        samples = []
+        for i in range(200):
+            pointed(inside, lambda text: text.split()[-1] == "0")
+            pointed(outside, lambda text: "not found" in text or text.split()[-1] == str(0xFFFFFFFF))
+            if i % 50 == 49:
+                samples.append(memory())
+        print("memory after each 50 transitions, KiB:", samples)
+        self.assertLess(samples[-1] - samples[0], NOISE_KIB)
+        program.tell("ghost off")
+        frame = program.frame()
+        samples = []
+        for i in range(200):
+            program.tell("fullscreen")
+            full = (i % 2 == 0)
+            self.wait_for_frame((0, 0, 1280, 720) if full else frame, f"toggle {i}")
+            if i % 50 == 49:
+                samples.append(memory())
+        print("memory after each 50 toggles, KiB:", samples)
+        self.assertLess(samples[-1] - samples[0], NOISE_KIB)
+        self.wait_until_shown()
+        self.assertEqual(program.quit(), 0)
 
 
 if __name__ == "__main__":

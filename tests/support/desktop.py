@@ -8,6 +8,7 @@ import contextlib
 import json
 import os
 import pathlib
+import re
 import signal
 import subprocess
 import tempfile
@@ -84,6 +85,9 @@ class Desktop:
         ).stdout.split()
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus[0]
         self._stack.callback(lambda: os.kill(int(bus[1]), signal.SIGTERM))
+        self._start_session()
+
+    def _start_session(self) -> None:
         self._start_window_manager()
         if self._compositor:
             self.background(["picom", "--backend", "xrender"])
@@ -146,17 +150,23 @@ class Desktop:
 
     # Input as from a mouse: every one of these makes the events that a real one would.
 
+    def _mouse(self, *arguments: str) -> str:
+        environment = self.environment | {"DISPLAY": self.display}
+        return subprocess.run(
+            ["xdotool", *arguments], env=environment, check=True, capture_output=True, text=True
+        ).stdout
+
     def pointer(self) -> tuple[int, int]:
-        values = dict(v.split("=") for v in self.run("xdotool", "getmouselocation", "--shell").split())
+        values = dict(v.split("=") for v in self._mouse("getmouselocation", "--shell").split())
         return int(values["X"]), int(values["Y"])
 
     def point(self, x: float, y: float) -> None:
         now = self.pointer()
-        self.run("xdotool", "mousemove_relative", "--", str(int(x) - now[0]), str(int(y) - now[1]))
+        self._mouse("mousemove_relative", "--", str(int(x) - now[0]), str(int(y) - now[1]))
 
     def button(self, action: str, *arguments: str) -> None:
         """`action` is "mousedown", "mouseup" or "click"."""
-        self.run("xdotool", action, *arguments)
+        self._mouse(action, *arguments)
 
     def click(self, x: float, y: float) -> None:
         self.point(x, y)
@@ -173,6 +183,29 @@ class Desktop:
         for step in range(1, steps + 1):
             self.point(x + dx * step // steps, y + dy * step // steps)
         self.button("mouseup", "1")
+
+
+class WaylandDesktop(Desktop):
+    """A Wayland session in which programs run through XWayland. Input and screenshots are those of the
+    X server around it, to which the whole session is one window as large as the screen."""
+
+    def _start_session(self) -> None:
+        width, height = self._size.split("x")
+        log = self.folder / "weston.log"
+        self.background([
+            "weston", "--backend=x11-backend.so", "--xwayland", "--use-pixman", "--no-config",
+            "--idle-time=0", f"--width={width}", f"--height={height}", "--socket=session", f"--log={log}",
+        ])
+        said = r"xserver listening on display (:\d+)"
+        listening = wait_until(
+            lambda: log.exists() and re.search(said, log.read_text(encoding="utf-8")), "XWayland")
+        self.environment |= {"WAYLAND_DISPLAY": "session", "DISPLAY": listening.group(1)}
+        # It starts with its first client, and the desktop is there when it has been painted.
+        wait_until(self._has_window_manager, "XWayland's window manager")
+        wait_until(lambda: max(self.pixel(600, 300)) > 0, "the background")
+        # The session counts how far its pointer is moved, and begins in its own corner.
+        width, height = (-int(length) for length in self._size.split("x"))
+        self._mouse("mousemove_relative", "--", str(width), str(height))
 
 
 class Program:
@@ -256,9 +289,9 @@ class Program:
 
     def frame(self) -> tuple[int, int, int, int]:
         """x, y, width and height of the player window on the screen."""
-        text = self.desktop.run("xdotool", "getwindowgeometry", "--shell", self.window())
-        values = dict(line.split("=") for line in text.split())
-        return tuple(int(values[key]) for key in ("X", "Y", "WIDTH", "HEIGHT"))
+        text = self.desktop.run("xwininfo", "-id", self.window())
+        labels = ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height")
+        return tuple(int(re.search(f"{label}: +(-?\\d+)", text).group(1)) for label in labels)
 
     def picture(self) -> Image.Image:
         x, y, width, height = self.frame()
