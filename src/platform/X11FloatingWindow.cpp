@@ -12,6 +12,7 @@
 #include <xcb/xcb_icccm.h>
 
 #include <algorithm>
+#include <cmath>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -122,10 +123,13 @@ void X11FloatingWindow::aboutToShow() {
 
 void X11FloatingWindow::shown() {
     applySizeHints();
-    // Only where it has to be: some window managers forget the place of a window that is
-    // configured.
     const auto frame = std::exchange(m_frameToShow, std::nullopt);
-    if (frame && *frame != pixelsOf(m_window.geometry()))
+    if (!frame)
+        return;
+    // Only where it has to be, for some window managers forget the place of a window that is
+    // configured: where the toolkit has asked for steps, or for whole points only.
+    const double scale = m_window.devicePixelRatioF();
+    if (scale != std::floor(scale) || *frame != pixelsOf(m_window.geometry()))
         configure(id(), frame->topLeft(), frame->size());
 }
 

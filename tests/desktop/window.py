@@ -206,6 +206,10 @@ class Window(WindowCase):
             program = self.open_here(QT_SCALE_FACTOR=scale)
             x, y = self.centre()
             before = program.frame()
+            self.assertEqual(before[2:], (480 * float(scale), 314 * float(scale)))
+            # The usable area is told in whole points.
+            for far_edge, size in zip((before[0] + before[2], before[1] + before[3]), (2560, 1440)):
+                self.assertAlmostEqual(far_edge, size - 20 * float(scale), delta=1)
             self.desktop.drag(x, y, -151, -77)
             frame = self.settled_frame()
             self.assertEqual(frame[2:], before[2:])
