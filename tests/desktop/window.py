@@ -186,6 +186,15 @@ class Window(WindowCase):
         program.tell("playing")
         wait_until(lambda: max(brightest(*place) for place in (spinner, text, button)) < 10, "the picture")
 
+    def test_close_button(self):
+        program = self.open()
+        x, y = program.frame()[:2]
+        self.desktop.drag(*self.centre(), -100, -100)
+        self.wait_for_frame((x - 100, y - 100, 480, 314), "dragged")
+        self.desktop.click(x - 100 + 19, y - 100 + 19)
+        self.assertEqual(program.process.wait(10), 0)
+        self.assertEqual(program.preferences()["windowFrame"], "{{680, 286}, {480, 314}}")
+
     def test_window_manager_goes(self):
         program = self.open()
         backdrop = self.enterContext(Backdrop(self.desktop, COLOUR))
@@ -200,23 +209,25 @@ class Window(WindowCase):
         self.assertEqual(program.quit(), 0)
 
     def test_scale_factors(self):
-        """The window is where it was, to the pixel, and as large."""
+        """Dragged to the second of two screens, it is where it was, to the pixel, and as large."""
         self.desktop = self.enterContext(Desktop("2560x1440", compositor=True))
-        for scale in ("1", "1.5", "2"):
-            program = self.open_here(QT_SCALE_FACTOR=scale)
-            x, y = self.centre()
-            before = program.frame()
-            self.assertEqual(before[2:], (480 * float(scale), 314 * float(scale)))
+        self.desktop.run("xrandr", "--setmonitor", "left", "1280/300x1440/340+0+0", "screen")
+        self.desktop.run("xrandr", "--setmonitor", "right", "1280/300x1440/340+1280+0", "none")
+        for scale in (1, 1.5, 2):
+            program = self.open_here(QT_SCALE_FACTOR=str(scale))
+            x, y, width, height = program.frame()
+            self.assertEqual((width, height), (480 * scale, 314 * scale))
             # The usable area is told in whole points.
-            for far_edge, size in zip((before[0] + before[2], before[1] + before[3]), (2560, 1440)):
-                self.assertAlmostEqual(far_edge, size - 20 * float(scale), delta=1)
-            self.desktop.drag(x, y, -151, -77)
+            self.assertAlmostEqual(x + width, 1280 - 20 * scale, delta=1)
+            self.assertAlmostEqual(y + height, 1440 - 20 * scale, delta=1)
+            self.desktop.drag(*self.centre(), 1007, -77)
             frame = self.settled_frame()
-            self.assertEqual(frame[2:], before[2:])
-            # Mice are told in whole points.
-            self.assertLess(abs(frame[0] - (before[0] - 151)) + abs(frame[1] - (before[1] - 77)), 2 * float(scale))
+            self.assertEqual(frame[2:], (width, height))
+            # Mice are told of in whole points.
+            self.assertAlmostEqual(frame[0], x + 1007, delta=scale)
+            self.assertAlmostEqual(frame[1], y - 77, delta=scale)
             self.assertEqual(program.quit(), 0)
-            self.assertEqual(self.open_here(QT_SCALE_FACTOR=scale).frame(), frame)
+            self.assertEqual(self.open_here(QT_SCALE_FACTOR=str(scale)).frame(), frame)
             self.assertEqual(self.program.quit(), 0)
             (self.desktop.folder / "home/.config/orvane/preferences.json").unlink()
 
@@ -266,6 +277,14 @@ class Ghost(WindowCase):
             self.desktop.point(x - 10, y - 10)
             self.wait_until_shown()
 
+    def change_the_opacity(self):
+        """To the half, while the window is hidden: that waits until the pointer has left."""
+        self.desktop.point(*self.centre())
+        self.wait_until_vanished()
+        self.program.tell("opacity 0.5")
+        self.assertTrue(is_backdrop(self.seen()))
+        self.desktop.point(100, 300)
+
     def be_turned_off(self):
         self.desktop.point(*self.centre())
         self.wait_until_vanished()
@@ -280,12 +299,7 @@ class Ghost(WindowCase):
     def test_with_a_compositor(self):
         program = self.open_over_backdrop()
         self.come_and_go()
-        # A new opacity waits until the pointer has left.
-        self.desktop.point(*self.centre())
-        self.wait_until_vanished()
-        program.tell("opacity 0.5")
-        self.assertTrue(is_backdrop(self.seen()))
-        self.desktop.point(100, 300)
+        self.change_the_opacity()
         self.wait_until_shown(0.5)
         program.tell("opacity 0.7")
         self.wait_until_shown(0.7)
@@ -304,11 +318,7 @@ class Ghost(WindowCase):
     def test_without_a_compositor(self):
         program = self.open_over_backdrop(compositor=False)
         self.come_and_go()
-        self.desktop.point(*self.centre())
-        self.wait_until_vanished()
-        program.tell("opacity 0.5")
-        self.assertTrue(is_backdrop(self.seen()))
-        self.desktop.point(100, 300)
+        self.change_the_opacity()
         self.wait_until_shown()
         hint = lambda: self.desktop.run("xprop", "-id", program.window(), "_NET_WM_WINDOW_OPACITY")
         wait_until(lambda: hint().split()[-1] == str(0x80000000), "the hint of half the opacity")

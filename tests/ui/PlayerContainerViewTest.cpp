@@ -164,6 +164,16 @@ TEST_F(PlayerContainerViewTest, ShowsTheBarWhileThePointerIsInsideAndHasMoved) {
     EXPECT_FALSE(hideTimer->isActive());
 }
 
+TEST_F(PlayerContainerViewTest, HidesThePointerWithTheBarInFullScreen) {
+    leave();
+    EXPECT_NE(view.cursor().shape(), Qt::BlankCursor);
+    view.showFullScreen();
+    view.updateCursor();
+    EXPECT_EQ(view.cursor().shape(), Qt::BlankCursor);
+    enter();
+    EXPECT_NE(view.cursor().shape(), Qt::BlankCursor);
+}
+
 TEST_F(PlayerContainerViewTest, VolumeSliderReportsOnlyWhatThePersonDoes) {
     services.preferences.setVolume(0.25F);
     VolumeSlider slider(services.preferences, services.state);
