@@ -69,6 +69,9 @@ int main(int argc, char** argv) {
     const TerminationSignals signals;
     QObject::connect(&signals, &TerminationSignals::received, &delegate, &AppDelegate::terminate);
     delegate.applicationDidFinishLaunching();
+    // No site, no picture: the window shows what it is told to.
+    services.player.stop();
+    services.state.setError(services.registry.featured().first(), u"No site"_s);
 
     QSocketNotifier input(0, QSocketNotifier::Read);
     QObject::connect(&input, &QSocketNotifier::activated, &input, [&] {
