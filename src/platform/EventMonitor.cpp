@@ -18,7 +18,8 @@ namespace {
 class GlobalPointerMonitor final : public QObject, QAbstractNativeEventFilter {
 public:
     explicit GlobalPointerMonitor(EventMonitor::Handler handler) : m_handler(std::move(handler)) {
-        if (X11::connection() == nullptr)
+        // A request to an extension that is not there would end the connection.
+        if (X11::connection() == nullptr || !hasXInput())
             return;
         select(XCB_INPUT_XI_EVENT_MASK_RAW_MOTION);
         QCoreApplication::instance()->installNativeEventFilter(this);
@@ -26,11 +27,17 @@ public:
 
     ~GlobalPointerMonitor() override {
         // After the application object has gone there is no connection either.
-        if (QCoreApplication::instance() != nullptr && X11::connection() != nullptr)
+        if (QCoreApplication::instance() != nullptr && X11::connection() != nullptr && hasXInput())
             select(0);
     }
 
 private:
+    static const xcb_query_extension_reply_t& xInput() {
+        return *xcb_get_extension_data(X11::connection(), &xcb_input_id);
+    }
+
+    static bool hasXInput() { return xInput().present != 0; }
+
     static void select(uint32_t events) {
         const struct {
             xcb_input_event_mask_t head;
@@ -45,9 +52,7 @@ private:
             return false;
         const auto* event = static_cast<const xcb_ge_generic_event_t*>(message);
         if ((event->response_type & 0x7f) != XCB_GE_GENERIC ||
-            event->event_type != XCB_INPUT_RAW_MOTION ||
-            event->extension !=
-                xcb_get_extension_data(X11::connection(), &xcb_input_id)->major_opcode)
+            event->event_type != XCB_INPUT_RAW_MOTION || event->extension != xInput().major_opcode)
             return false;
         if (!m_isCallDue) {
             m_isCallDue = true;

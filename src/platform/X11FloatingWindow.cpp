@@ -77,6 +77,11 @@ QRect pixelsOf(const QRectF& frame) {
             (frame.size() * scale).toSize()};
 }
 
+/// A request to an extension that is not there would end the connection.
+bool hasShapes() {
+    return xcb_get_extension_data(X11::connection(), &xcb_shape_id)->present != 0;
+}
+
 xcb_rectangle_t rectangle(int x, int y, int width, int height) {
     return {.x = static_cast<int16_t>(x),
             .y = static_cast<int16_t>(y),
@@ -192,6 +197,8 @@ void X11FloatingWindow::moveBy(QWidget& window, QPointF distance) {
 }
 
 void X11FloatingWindow::setInputArea(InputArea area, double ringWidth) {
+    if (!hasShapes())
+        return;
     std::vector<xcb_rectangle_t> rectangles;
     if (area == InputArea::ring) {
         const QSize size = nativeFrame().size();
@@ -229,6 +236,8 @@ FloatingWindow::Concealment X11FloatingWindow::concealment() const {
 }
 
 void X11FloatingWindow::setShapeEmpty(bool isEmpty) {
+    if (!hasShapes())
+        return;
     if (isEmpty)
         xcb_shape_rectangles(X11::connection(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING,
                              XCB_CLIP_ORDERING_UNSORTED, id(), 0, 0, 0, nullptr);

@@ -16,6 +16,7 @@
 #include <QGuiApplication>
 #include <QMenu>
 #include <QScreen>
+#include <QShowEvent>
 
 #include <algorithm>
 #include <cstdlib>
@@ -143,7 +144,6 @@ void PlayerWindow::contextMenuEvent(QContextMenuEvent* event) {
 
 void PlayerWindow::resizeEvent(QResizeEvent*) {
     m_containerView->setGeometry(rect());
-    m_containerView->setGeometry(rect());
     if (!m_sizeByProgram || isFullScreen())
         return;
     const QSize change = size() - *m_sizeByProgram;
@@ -153,7 +153,9 @@ void PlayerWindow::resizeEvent(QResizeEvent*) {
     }
 }
 
-void PlayerWindow::showEvent(QShowEvent*) {
+void PlayerWindow::showEvent(QShowEvent* event) {
+    if (event->spontaneous())
+        return; // The window manager has brought back what it had hidden itself.
     m_floating->aboutToShow();
     QMetaObject::invokeMethod(this, [this] { m_floating->shown(); }, Qt::QueuedConnection);
 }

@@ -43,7 +43,7 @@ class WindowCase(DesktopCase):
 class Window(WindowCase):
     def test_place_and_level(self):
         program = self.open()
-        self.assertEqual(program.frame(), (1280 - 480 - 20, 720 - 314 - 20, 480, 314))
+        self.wait_for_frame((1280 - 480 - 20, 720 - 314 - 20, 480, 314), "first start")
         backdrop = self.enterContext(Backdrop(self.desktop, COLOUR))
         backdrop.raise_()
         x, y = self.centre()
@@ -99,6 +99,7 @@ class Window(WindowCase):
         self.assertAlmostEqual(grown / height, 16 / 9, delta=0.01)
         self.desktop.drag(x + grown - 2, y + height - 2, -900, -500)
         wait_until(lambda: program.frame()[2:] == (320, 180), "the smallest size")
+        self.settled_frame()
         self.desktop.drag(x + 318, y + 90, 300, 0)
         width, height = self.settled_frame()[2:]
         self.assertGreater(width, 600)
@@ -108,7 +109,8 @@ class Window(WindowCase):
         # The size that is no longer a person's choice is not bent either.
         stored = "{{%d, %d}, {%d, %d}}" % frame
         self.assertEqual(program.preferences()["windowFrame"], stored)
-        self.assertEqual(self.open_here().frame(), frame)
+        self.open_here()
+        self.wait_for_frame(frame, "where it was")
 
     def test_full_screen(self):
         program = self.open()
@@ -143,7 +145,7 @@ class Window(WindowCase):
 
     def test_control_bar(self):
         self.open()
-        self.assertTrue(self.bar_is_up())
+        wait_until(self.bar_is_up, "the bar, for a start")
         self.desktop.point(*self.centre())
         self.desktop.point(10, 10)
         left = time.monotonic()
@@ -215,8 +217,8 @@ class Window(WindowCase):
         self.desktop.run("xrandr", "--setmonitor", "right", "1280/300x1440/340+1280+0", "none")
         for scale in (1, 1.5, 2):
             program = self.open_here(QT_SCALE_FACTOR=str(scale))
-            x, y, width, height = program.frame()
-            self.assertEqual((width, height), (480 * scale, 314 * scale))
+            wait_until(lambda: program.frame()[2:] == (480 * scale, 314 * scale), "the first size")
+            x, y, width, height = self.settled_frame()
             # The usable area is told in whole points.
             self.assertAlmostEqual(x + width, 1280 - 20 * scale, delta=1)
             self.assertAlmostEqual(y + height, 1440 - 20 * scale, delta=1)
@@ -227,7 +229,8 @@ class Window(WindowCase):
             self.assertAlmostEqual(frame[0], x + 1007, delta=scale)
             self.assertAlmostEqual(frame[1], y - 77, delta=scale)
             self.assertEqual(program.quit(), 0)
-            self.assertEqual(self.open_here(QT_SCALE_FACTOR=str(scale)).frame(), frame)
+            self.open_here(QT_SCALE_FACTOR=str(scale))
+            self.wait_for_frame(frame, f"where it was at {scale}")
             self.assertEqual(self.program.quit(), 0)
             (self.desktop.folder / "home/.config/orvane/preferences.json").unlink()
 
@@ -328,8 +331,8 @@ class Ghost(WindowCase):
         self.desktop = self.enterContext(WaylandDesktop())
         program = self.open_here()
         program.tell("playing")
-        frame = program.frame()
-        self.assertEqual(frame, (780, 386, 480, 314))
+        frame = (780, 386, 480, 314)
+        self.wait_for_frame(frame, "first start")
 
         def has_vanished() -> bool:
             """The desktop is as bright as ever where the picture would be black."""
@@ -341,8 +344,8 @@ class Ghost(WindowCase):
             wait_until(lambda: not has_vanished(), "the window back")
             print(f"it was back after {time.monotonic() - since:.2f} s")
 
+        wait_until(lambda: not has_vanished(), "the window, for a start")
         program.tell("ghost on")
-        self.assertFalse(has_vanished())
         self.desktop.point(*self.centre())
         wait_until(has_vanished, "the desktop in its place")
         # That it looks whether the pointer is there is not to be seen.
@@ -368,11 +371,16 @@ class Ghost(WindowCase):
         self.assertEqual(program.quit(), 0)
 
         # Clicks, with a window of another program behind it.
+        def backdrop_is_seen() -> bool:
+            return is_backdrop(self.desktop.pixel(frame[0] + 40, frame[1] + 40))
+
         backdrop = self.enterContext(Backdrop(self.desktop, COLOUR))
+        wait_until(backdrop_is_seen, "the other window")
         program = self.open_here()
+        wait_until(lambda: not backdrop_is_seen(), "the window before it")
         program.tell("ghost on")
         self.desktop.point(*self.centre())
-        wait_until(lambda: is_backdrop(self.desktop.pixel(frame[0] + 40, frame[1] + 40)), "the other window")
+        wait_until(backdrop_is_seen, "the other window in its place")
         self.desktop.click(*self.centre())
         wait_until(lambda: backdrop.clicks() == [self.centre()], "the click in the other program")
 
