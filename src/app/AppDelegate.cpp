@@ -4,6 +4,7 @@
 #include "app/Services.h"
 #include "model/AppNotification.h"
 #include "platform/VideoView.h"
+#include "ui/Menu.h"
 #include "ui/PlayerContainerView.h"
 
 #include <QCoreApplication>
@@ -60,6 +61,11 @@ void AppDelegate::registerObservers() {
     markMilestones();
     m_observers.push_back(m_services.notifications.addObserver(
         AppNotification::closePlayer, [this](const auto&) { terminate(); }));
+    m_observers.push_back(
+        m_services.notifications.addObserver(AppNotification::sleepTimerFired, [this](const auto&) {
+            if (m_playerWindow)
+                m_playerWindow->close();
+        }));
     m_observers.push_back(m_services.notifications.addObserver(
         AppNotification::streamError, [this](const auto&) { retryOnceAfterInstalling(); }));
     m_observers.push_back(m_services.notifications.addObserver(
@@ -84,6 +90,7 @@ void AppDelegate::openPlayerWindow() {
         m_playerWindow = std::make_unique<PlayerWindow>(
             PlayerWindow::Collaborators{.preferences = m_services.preferences,
                                         .registry = m_services.registry,
+                                        .sleepTimer = m_services.sleepTimer,
                                         .state = m_services.state,
                                         .player = m_services.player,
                                         .notifications = m_services.notifications,
@@ -121,6 +128,42 @@ void AppDelegate::menuChannelSelected(const QString& id) {
         return;
     openPlayerWindow();
     m_services.player.play(*channel);
+}
+
+bool AppDelegate::canPerform(MenuAction action) const {
+    switch (action) {
+    case MenuAction::openSettings:
+    case MenuAction::addChannel:
+    case MenuAction::showAbout:
+    case MenuAction::checkForUpdates:
+        return false; // Their windows do not exist yet.
+    default:
+        return true;
+    }
+}
+
+void AppDelegate::menuResolutionSelected(const QString& text) {
+    const auto resolution = fromRawValue<Resolution>(text);
+    if (!resolution)
+        return;
+    m_services.state.setResolution(*resolution);
+    const std::optional<Channel> channel = m_services.state.currentChannel();
+    if (!channel)
+        return;
+    m_services.resolver.invalidateCache(*channel);
+    m_services.player.play(*channel);
+}
+
+void AppDelegate::menuSleepTimer(int minutes) {
+    m_services.sleepTimer.schedule(minutes);
+}
+
+void AppDelegate::menuCancelSleepTimer() {
+    m_services.sleepTimer.cancel();
+}
+
+void AppDelegate::menuToggleGhostMode() {
+    m_services.state.setGhostMode(!m_services.state.isGhostMode());
 }
 
 QCoro::Task<> AppDelegate::prepareYtDlp() {
@@ -168,6 +211,7 @@ void AppDelegate::terminate() {
 
 void AppDelegate::applicationWillTerminate() {
     m_services.player.stop();
+    m_services.sleepTimer.cancel();
     if (m_playerWindow)
         m_services.preferences.setWindowFrame(m_playerWindow->frame());
 }

@@ -31,7 +31,12 @@ public:
     /// soon as no child process and no player is left, or when the person has waited long enough.
     void terminate() override;
 
+    [[nodiscard]] bool canPerform(MenuAction action) const override;
     void menuChannelSelected(const QString& id) override;
+    void menuResolutionSelected(const QString& rawValue) override;
+    void menuSleepTimer(int minutes) override;
+    void menuCancelSleepTimer() override;
+    void menuToggleGhostMode() override;
 
     /// Whether everything that was started has ended; if not, the process must be left at once.
     [[nodiscard]] bool isDrained() const { return m_isDrained; }

@@ -18,6 +18,7 @@ Services::Services(const Environment& environment, const QString& preferencesPat
       ytDlp(HostFileSystem::real(), processes, clock, http, environment, tasks),
       resolver(environment.videoSite, HostFileSystem::real(), processes, clock, tasks),
       channelResolver(environment.videoSite, HostFileSystem::real(), processes),
-      player(state, resolver, players, tasks) {}
+      player(state, resolver, players, tasks),
+      sleepTimer(state, player, notifications, clock, tasks) {}
 
 } // namespace orvane

@@ -15,6 +15,7 @@
 #include "platform/Timeline.h"
 #include "platform/UserDefaults.h"
 #include "playback/PlayerManager.h"
+#include "playback/SleepTimer.h"
 #include "settings/Preferences.h"
 #include "streaming/ChannelResolver.h"
 #include "streaming/StreamResolver.h"
@@ -48,6 +49,7 @@ struct Services {
     StreamResolver resolver;
     ChannelResolver channelResolver;
     PlayerManager player;
+    SleepTimer sleepTimer;
 };
 
 } // namespace orvane

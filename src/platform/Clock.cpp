@@ -6,10 +6,19 @@
 #include <QPromise>
 #include <QTimer>
 
+#include <ctime>
+
 namespace orvane {
 
 Clock::TimePoint SystemClock::now() const {
     return std::chrono::system_clock::now();
+}
+
+std::chrono::milliseconds SystemClock::sinceBoot() const {
+    timespec time{};
+    clock_gettime(CLOCK_BOOTTIME, &time);
+    return std::chrono::duration_cast<std::chrono::milliseconds>(
+        std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec));
 }
 
 QCoro::Task<> SystemClock::sleep(std::chrono::milliseconds duration, std::stop_token stop) {

@@ -18,6 +18,9 @@ public:
     /// Wall clock.
     [[nodiscard]] virtual TimePoint now() const = 0;
 
+    /// Time since the machine was started, the time included for which it was suspended.
+    [[nodiscard]] virtual std::chrono::milliseconds sinceBoot() const = 0;
+
     /// Ends after `duration`, or soon after `stop` is requested. The caller asks `stop` which it
     /// was.
     [[nodiscard]] virtual QCoro::Task<> sleep(std::chrono::milliseconds duration,
@@ -28,6 +31,7 @@ public:
 class SystemClock final : public Clock {
 public:
     [[nodiscard]] TimePoint now() const override;
+    [[nodiscard]] std::chrono::milliseconds sinceBoot() const override;
     [[nodiscard]] QCoro::Task<> sleep(std::chrono::milliseconds duration,
                                       std::stop_token stop) override;
 };

@@ -2,32 +2,60 @@
 #include "ui/ContextMenuBuilder.h"
 
 #include "model/AppState.h"
-#include "model/ChannelRegistry.h"
-#include "settings/Preferences.h"
+#include "playback/SleepTimer.h"
 
 namespace orvane {
 
-Menu ContextMenuBuilder::build(const ChannelRegistry& registry, const Preferences& preferences,
-                               const AppState& state) {
-    const QSet<QString> enabled = preferences.enabledChannelIDs();
-    const std::optional<Channel>& current = state.currentChannel();
+using namespace Qt::StringLiterals;
+
+namespace {
+
+Menu resolutions(Resolution chosen) {
     Menu menu;
-    for (const ChannelCategory category : allCases<ChannelCategory>) {
-        Menu items;
-        for (const Channel& channel : registry.channels(category)) {
-            if (enabled.contains(channel.id()))
-                items.append({.title = channel.displayName(),
-                              .action = MenuAction::channelSelected,
-                              .representedObject = channel.id(),
-                              .isOn = current == channel,
-                              .indentationLevel = 1});
-        }
-        if (items.isEmpty())
-            continue;
-        menu.append({.title = displayName(category)});
-        menu += items;
+    for (const Resolution resolution : allCases<Resolution>)
+        menu.append({.title = displayName(resolution),
+                     .action = MenuAction::resolutionSelected,
+                     .representedObject = rawValue(resolution),
+                     .isOn = resolution == chosen});
+    return menu;
+}
+
+Menu sleepTimes(bool isActive) {
+    Menu menu;
+    for (const int minutes : {15, 30, 60, 90, 120})
+        menu.append({.title = QString::number(minutes) + u" minutes"_s,
+                     .action = MenuAction::sleepTimer,
+                     .tag = minutes});
+    if (isActive) {
+        menu.append(MenuItem::separator());
+        menu.append({.title = u"Cancel Timer"_s, .action = MenuAction::cancelSleepTimer});
+    }
+    return menu;
+}
+
+} // namespace
+
+Menu ContextMenuBuilder::build(const MenuSources& sources, StatusItemPresence statusItem) {
+    const bool isAlone = statusItem == StatusItemPresence::absent;
+    Menu menu = channelSection(sources, [](MenuItem& item) { item.indentationLevel = 1; });
+    menu.append({.title = u"Resolution"_s, .submenu = resolutions(sources.state.resolution())});
+    menu.append(MenuItem::separator());
+    menu.append({.title = u"👻 Ghost Mode"_s,
+                 .action = MenuAction::toggleGhostMode,
+                 .keyEquivalent = u"g"_s,
+                 .modifierMask = ModifierMask::none,
+                 .isOn = sources.state.isGhostMode()});
+    menu.append(MenuItem::separator());
+    menu.append({.title = u"Sleep Timer"_s, .submenu = sleepTimes(sources.sleepTimer.isActive())});
+    menu.append(MenuItem::separator());
+    if (isAlone)
+        menu.append(addChannelItem());
+    menu.append(settingsItem());
+    if (isAlone) {
+        menu.append({checkForUpdatesItem(), aboutItem()});
         menu.append(MenuItem::separator());
     }
+    menu.append(quitItem());
     return menu;
 }
 

@@ -1,20 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "ui/Menu.h"
+#include "ui/MenuSources.h"
 
 namespace orvane {
 
-class AppState;
-class ChannelRegistry;
-class Preferences;
+/// Whether the desktop shows the status item, and with it the menu that holds everything.
+enum class StatusItemPresence { present, absent };
 
 /// Builds the menu that the player window shows on a right click, anew from the current state each
 /// time. Main thread.
 namespace ContextMenuBuilder {
 
-[[nodiscard]] Menu build(const ChannelRegistry& registry, const Preferences& preferences,
-                         const AppState& state);
+/// Without a status item it also has what could not be reached otherwise.
+[[nodiscard]] Menu build(const MenuSources& sources, StatusItemPresence statusItem);
 
 } // namespace ContextMenuBuilder
 

@@ -5,6 +5,8 @@
 
 #include <QMenu>
 
+#include <tuple>
+
 namespace orvane {
 
 using namespace Qt::StringLiterals;
@@ -14,30 +16,64 @@ namespace {
 void perform(const MenuItem& item, ApplicationActions& actions) {
     switch (item.action) {
     case MenuAction::none:
-        return;
+    case MenuAction::openSettings:
+    case MenuAction::addChannel:
+    case MenuAction::showAbout:
+    case MenuAction::checkForUpdates:
+        return; // Nothing that could be chosen.
     case MenuAction::channelSelected:
-        actions.menuChannelSelected(item.representedObject);
-        return;
+        return actions.menuChannelSelected(item.representedObject);
+    case MenuAction::resolutionSelected:
+        return actions.menuResolutionSelected(item.representedObject);
+    case MenuAction::sleepTimer:
+        return actions.menuSleepTimer(item.tag);
+    case MenuAction::cancelSleepTimer:
+        return actions.menuCancelSleepTimer();
+    case MenuAction::toggleGhostMode:
+        return actions.menuToggleGhostMode();
+    case MenuAction::terminate:
+        return actions.terminate();
     }
+}
+
+QString label(const MenuItem& item) {
+    QString text = u"    "_s.repeated(item.indentationLevel) + item.title;
+    // An ampersand of a name is no mnemonic.
+    text.replace(u'&', u"&&"_s);
+    if (item.keyEquivalent.isEmpty())
+        return text;
+    // As text and not as a shortcut: the keys are listened to in one place, which is not here.
+    const QString modifier = item.modifierMask == ModifierMask::command ? u"Ctrl+"_s : QString();
+    return text + u'\t' + modifier + item.keyEquivalent.toUpper();
 }
 
 } // namespace
 
+bool operator==(const MenuItem& a, const MenuItem& b) {
+    const auto all = [](const MenuItem& item) {
+        return std::tie(item.title, item.action, item.representedObject, item.tag,
+                        item.keyEquivalent, item.modifierMask, item.isOn, item.indentationLevel,
+                        item.submenu, item.isSeparator);
+    };
+    return all(a) == all(b);
+}
+
 void renderMenu(const Menu& menu, ApplicationActions& actions, QMenu& target) {
+    target.clear();
+    qDeleteAll(target.findChildren<QMenu*>(Qt::FindDirectChildrenOnly)); // The submenus.
     for (const MenuItem& item : menu) {
         if (item.isSeparator) {
             target.addSeparator();
             continue;
         }
-        // An ampersand of a name is no mnemonic.
-        QString title = item.title;
-        title.replace(u'&', u"&&"_s);
-        QAction* action = target.addAction(u"    "_s.repeated(item.indentationLevel) + title);
-        action->setEnabled(item.action != MenuAction::none);
-        if (item.action != MenuAction::none) {
-            action->setCheckable(item.isOn);
-            action->setChecked(item.isOn);
+        if (!item.submenu.isEmpty()) {
+            renderMenu(item.submenu, actions, *target.addMenu(label(item)));
+            continue;
         }
+        QAction* action = target.addAction(label(item));
+        action->setEnabled(item.action != MenuAction::none && actions.canPerform(item.action));
+        action->setCheckable(item.isOn);
+        action->setChecked(item.isOn);
         QObject::connect(action, &QAction::triggered, &target,
                          [item, &actions] { perform(item, actions); });
     }

@@ -137,8 +137,12 @@ void PlayerWindow::closeEvent(QCloseEvent* event) {
 void PlayerWindow::contextMenuEvent(QContextMenuEvent* event) {
     auto* menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    renderMenu(ContextMenuBuilder::build(m_with.registry, m_with.preferences, m_with.state),
-               m_with.actions, *menu);
+    const MenuSources sources{.registry = m_with.registry,
+                              .preferences = m_with.preferences,
+                              .state = m_with.state,
+                              .sleepTimer = m_with.sleepTimer};
+    renderMenu(ContextMenuBuilder::build(sources, StatusItemPresence::absent), m_with.actions,
+               *menu);
     menu->popup(event->globalPos());
 }
 

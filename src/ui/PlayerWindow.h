@@ -22,6 +22,7 @@ class FloatingWindow;
 class PlayerContainerView;
 class PlayerManager;
 class Preferences;
+class SleepTimer;
 
 /// The small floating window that shows the channel. Created by the application controller on first
 /// need and kept; main thread. Closing it only announces the wish: the controller acts on it.
@@ -33,6 +34,7 @@ public:
     struct Collaborators {
         Preferences& preferences;
         const ChannelRegistry& registry;
+        const SleepTimer& sleepTimer;
         AppState& state;
         PlayerManager& player;
         NotificationCenter& notifications;

@@ -123,6 +123,7 @@ int main(int argc, char** argv) {
     AppDelegate delegate(services);
     PlayerWindow window({.preferences = services.preferences,
                          .registry = services.registry,
+                         .sleepTimer = services.sleepTimer,
                          .state = services.state,
                          .player = services.player,
                          .notifications = services.notifications,

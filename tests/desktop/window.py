@@ -400,10 +400,10 @@ class Ghost(WindowCase):
 
         window = program.window()
         samples = []
-        for i in range(200):
+        for i in range(100):
             pointed(inside, lambda text: text.split()[-1] == "0")
             pointed(outside, lambda text: "not found" in text or text.split()[-1] == str(0xFFFFFFFF))
-            if i % 50 == 49:
+            if i % 25 == 24:
                 samples.append(memory())
         print("memory after each 50 transitions, KiB:", samples)
         self.assertLess(samples[-1] - samples[0], NOISE_KIB)

@@ -14,6 +14,9 @@ public:
     std::vector<std::chrono::milliseconds> sleeps;
 
     [[nodiscard]] TimePoint now() const override { return time; }
+    [[nodiscard]] std::chrono::milliseconds sinceBoot() const override {
+        return std::chrono::duration_cast<std::chrono::milliseconds>(time.time_since_epoch());
+    }
     [[nodiscard]] QCoro::Task<> sleep(std::chrono::milliseconds duration,
                                       std::stop_token) override {
         sleeps.push_back(duration);

@@ -26,7 +26,12 @@ class RecordingActions final : public ApplicationActions {
 public:
     QStringList calls;
 
+    [[nodiscard]] bool canPerform(MenuAction) const override { return true; }
     void menuChannelSelected(const QString& id) override { calls.append(id); }
+    void menuResolutionSelected(const QString& text) override { calls.append(text); }
+    void menuSleepTimer(int minutes) override { calls.append(QString::number(minutes)); }
+    void menuCancelSleepTimer() override { calls.append(u"cancel"_s); }
+    void menuToggleGhostMode() override { calls.append(u"ghost"_s); }
     void terminate() override { calls.append(u"terminate"_s); }
 };
 
