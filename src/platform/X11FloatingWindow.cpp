@@ -172,7 +172,7 @@ QRect X11FloatingWindow::nativeFrame() const {
 }
 
 QRectF X11FloatingWindow::frame() const {
-    const QRectF pixels = m_frameToShow.value_or(nativeFrame());
+    const QRectF pixels = m_frameToShow ? *m_frameToShow : nativeFrame();
     const double scale = m_window.devicePixelRatioF();
     const QPointF corner = m_window.screen()->geometry().topLeft();
     return {(pixels.topLeft() - corner) / scale + corner, pixels.size() / scale};

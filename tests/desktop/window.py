@@ -25,8 +25,8 @@ class WindowCase(DesktopCase):
         self.desktop = self.enterContext(Desktop(compositor=compositor))
         return self.open_here(**variables)
 
-    def open_here(self, binary: str = "window_probe", **variables):
-        program = self.start(binary, **variables)
+    def open_here(self, **variables):
+        program = self.start("window_probe", **variables)
         program.wait_for("window-shown")
         program.wait_for("error")
         return program

@@ -128,11 +128,10 @@ class Desktop:
 
     def _has_window_manager(self) -> bool:
         """A crashed one leaves its mark on the root window, but not the window that it names."""
-        mark = self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK").split()[-1]
+        mark = self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK").rpartition(" ")[2].strip()
         return mark.startswith("0x") and mark in self.run("xprop", "-id", mark, "_NET_SUPPORTING_WM_CHECK")
 
     def _has_compositor(self) -> bool:
-        # Every compositor has an unmapped window of this name, or none that could be asked for.
         return "picom" in self.run("xwininfo", "-root", "-tree")
 
     def run(self, *command: str) -> str:
@@ -204,8 +203,7 @@ class WaylandDesktop(Desktop):
         wait_until(self._has_window_manager, "XWayland's window manager")
         wait_until(lambda: max(self.pixel(600, 300)) > 0, "the background")
         # The session counts how far its pointer is moved, and begins in its own corner.
-        width, height = (-int(length) for length in self._size.split("x"))
-        self._mouse("mousemove_relative", "--", str(width), str(height))
+        self._mouse("mousemove_relative", "--", f"-{width}", f"-{height}")
 
 
 class Program:
