@@ -43,6 +43,19 @@ private:
 
 } // namespace
 
+PlayerWindow::Collaborators playerWindowCollaborators(Services& services,
+                                                      ApplicationActions& actions) {
+    return {.preferences = services.preferences,
+            .registry = services.registry,
+            .sleepTimer = services.sleepTimer,
+            .state = services.state,
+            .player = services.player,
+            .notifications = services.notifications,
+            .events = services.events,
+            .actions = actions,
+            .videoOutput = services.videoOutput};
+}
+
 AppDelegate::AppDelegate(Services& services) : m_services(services) {}
 
 AppDelegate::~AppDelegate() = default;
@@ -87,16 +100,8 @@ void AppDelegate::markMilestones() {
 
 void AppDelegate::openPlayerWindow() {
     if (!m_playerWindow) {
-        m_playerWindow = std::make_unique<PlayerWindow>(
-            PlayerWindow::Collaborators{.preferences = m_services.preferences,
-                                        .registry = m_services.registry,
-                                        .sleepTimer = m_services.sleepTimer,
-                                        .state = m_services.state,
-                                        .player = m_services.player,
-                                        .notifications = m_services.notifications,
-                                        .events = m_services.events,
-                                        .actions = *this,
-                                        .videoOutput = m_services.videoOutput});
+        m_playerWindow =
+            std::make_unique<PlayerWindow>(playerWindowCollaborators(m_services, *this));
         m_playerWindow->winId(); // Makes the native window, whose first exposure is awaited.
         new FirstExposure(m_playerWindow->windowHandle(),
                           [this] { m_services.timeline.mark("window-shown"); });

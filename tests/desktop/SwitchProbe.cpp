@@ -121,15 +121,7 @@ int main(int argc, char** argv) {
     Services services(environment, folder.filePath(u"preferences.json"_s),
                       chooseVideoOutput(environment.videoOutput));
     AppDelegate delegate(services);
-    PlayerWindow window({.preferences = services.preferences,
-                         .registry = services.registry,
-                         .sleepTimer = services.sleepTimer,
-                         .state = services.state,
-                         .player = services.player,
-                         .notifications = services.notifications,
-                         .events = services.events,
-                         .actions = delegate,
-                         .videoOutput = services.videoOutput});
+    PlayerWindow window(playerWindowCollaborators(services, delegate));
     window.show();
     int exitCode = 1;
     run(services, exitCode);
