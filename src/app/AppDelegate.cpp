@@ -7,7 +7,8 @@
 #include "ui/Menu.h"
 #include "ui/PlayerContainerView.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
+#include <QSessionManager>
 #include <QTimer>
 #include <QWindow>
 
@@ -46,8 +47,6 @@ private:
 PlayerWindow::Collaborators playerWindowCollaborators(Services& services,
                                                       ApplicationActions& actions) {
     return {.preferences = services.preferences,
-            .registry = services.registry,
-            .sleepTimer = services.sleepTimer,
             .state = services.state,
             .player = services.player,
             .notifications = services.notifications,
@@ -56,11 +55,27 @@ PlayerWindow::Collaborators playerWindowCollaborators(Services& services,
             .videoOutput = services.videoOutput};
 }
 
-AppDelegate::AppDelegate(Services& services) : m_services(services) {}
+AppDelegate::AppDelegate(Services& services)
+    : m_services(services),
+      m_menuSources{.registry = services.registry,
+                    .preferences = services.preferences,
+                    .state = services.state,
+                    .sleepTimer = services.sleepTimer},
+      m_menuBarManager(m_menuSources, *this),
+      m_hotkeys({.state = services.state,
+                 .preferences = services.preferences,
+                 .registry = services.registry,
+                 .player = services.player,
+                 .notifications = services.notifications,
+                 .events = services.events,
+                 .actions = *this}) {}
 
 AppDelegate::~AppDelegate() = default;
 
 void AppDelegate::applicationDidFinishLaunching() {
+    followTheSession();
+    m_menuBarManager.setup();
+    m_hotkeys.start();
     registerObservers();
     openPlayerWindow();
     playAtLaunch();
@@ -70,19 +85,40 @@ void AppDelegate::applicationDidFinishLaunching() {
     m_services.tasks.spawn(prepareYtDlp());
 }
 
+void AppDelegate::followTheSession() {
+    QCoreApplication::instance()->installEventFilter(this);
+    // The session may go on after all: only what would be lost is saved.
+    connect(qGuiApp, &QGuiApplication::commitDataRequest, this,
+            [this](QSessionManager&) {
+                if (m_playerWindow)
+                    storeWindowFrame();
+            });
+}
+
+bool AppDelegate::eventFilter(QObject* watched, QEvent* event) {
+    // The end of the session. Left alone it would close the windows one after the other, and what
+    // is closed is not played again.
+    if (event->type() != QEvent::Quit || watched != QCoreApplication::instance())
+        return false;
+    terminate();
+    return true;
+}
+
 void AppDelegate::registerObservers() {
+    const auto observe = [this](AppNotification::Name name, std::function<void()> react) {
+        m_observers.push_back(m_services.notifications.addObserver(
+            name, [react = std::move(react)](const auto&) { react(); }));
+    };
     markMilestones();
-    m_observers.push_back(m_services.notifications.addObserver(
-        AppNotification::closePlayer, [this](const auto&) { terminate(); }));
-    m_observers.push_back(
-        m_services.notifications.addObserver(AppNotification::sleepTimerFired, [this](const auto&) {
-            if (m_playerWindow)
-                m_playerWindow->close();
-        }));
-    m_observers.push_back(m_services.notifications.addObserver(
-        AppNotification::streamError, [this](const auto&) { retryOnceAfterInstalling(); }));
-    m_observers.push_back(m_services.notifications.addObserver(
-        AppNotification::streamResolved, [this](const auto&) { m_isRetryDue = false; }));
+    observe(AppNotification::closePlayer, [this] { closePlayerWindow(); });
+    observe(AppNotification::channelChanged, [this] { m_menuBarManager.updateCurrentChannel(); });
+    observe(AppNotification::sleepTimerFired, [this] {
+        if (m_playerWindow)
+            m_playerWindow->close();
+    });
+    observe(AppNotification::ghostModeChanged, [this] { m_menuBarManager.rebuildMenu(); });
+    observe(AppNotification::streamError, [this] { retryOnceAfterInstalling(); });
+    observe(AppNotification::streamResolved, [this] { m_isRetryDue = false; });
 }
 
 void AppDelegate::markMilestones() {
@@ -109,6 +145,19 @@ void AppDelegate::openPlayerWindow() {
     }
     m_playerWindow->show();
     m_playerWindow->raise();
+}
+
+void AppDelegate::closePlayerWindow() {
+    storeWindowFrame();
+    m_services.player.stop();
+    m_services.state.setCurrentChannel(std::nullopt);
+    if (m_playerWindow)
+        m_playerWindow->hide();
+}
+
+void AppDelegate::storeWindowFrame() {
+    m_services.preferences.setWindowFrame(
+        m_playerWindow ? std::optional(m_playerWindow->frame()) : std::nullopt);
 }
 
 void AppDelegate::playAtLaunch() {
@@ -147,6 +196,10 @@ bool AppDelegate::canPerform(MenuAction action) const {
     }
 }
 
+Menu AppDelegate::contextMenu() const {
+    return ContextMenuBuilder::build(m_menuSources, m_menuBarManager.presence());
+}
+
 void AppDelegate::menuResolutionSelected(const QString& text) {
     const auto resolution = fromRawValue<Resolution>(text);
     if (!resolution)
@@ -170,6 +223,8 @@ void AppDelegate::menuCancelSleepTimer() {
 void AppDelegate::menuToggleGhostMode() {
     m_services.state.setGhostMode(!m_services.state.isGhostMode());
 }
+
+void AppDelegate::menuCheckForUpdates() {}
 
 QCoro::Task<> AppDelegate::prepareYtDlp() {
     m_services.ytDlp.onInstalling([this](bool isInstalling) {
@@ -215,10 +270,11 @@ void AppDelegate::terminate() {
 }
 
 void AppDelegate::applicationWillTerminate() {
+    m_hotkeys.stop();
     m_services.player.stop();
     m_services.sleepTimer.cancel();
     if (m_playerWindow)
-        m_services.preferences.setWindowFrame(m_playerWindow->frame());
+        storeWindowFrame();
 }
 
 QCoro::Task<> AppDelegate::drain() {

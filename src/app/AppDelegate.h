@@ -3,6 +3,8 @@
 
 #include "platform/NotificationCenter.h"
 #include "ui/ApplicationActions.h"
+#include "ui/HotkeyManager.h"
+#include "ui/MenuBarManager.h"
 #include "ui/PlayerWindow.h"
 
 #include <QCoroTask>
@@ -28,7 +30,8 @@ public:
     explicit AppDelegate(Services& services);
     ~AppDelegate() override;
 
-    /// Opens the player window and plays the last channel, or else the first featured one.
+    /// Installs menu and keys, opens the player window and plays the last channel, or else the
+    /// first featured one.
     void applicationDidFinishLaunching();
 
     /// Saves what is to be saved, hides the window, and leaves the event loop with exit code 0 as
@@ -36,19 +39,27 @@ public:
     void terminate() override;
 
     [[nodiscard]] bool canPerform(MenuAction action) const override;
+    [[nodiscard]] Menu contextMenu() const override;
     void menuChannelSelected(const QString& id) override;
     void menuResolutionSelected(const QString& rawValue) override;
     void menuSleepTimer(int minutes) override;
     void menuCancelSleepTimer() override;
     void menuToggleGhostMode() override;
+    void menuCheckForUpdates() override;
 
     /// Whether everything that was started has ended; if not, the process must be left at once.
     [[nodiscard]] bool isDrained() const { return m_isDrained; }
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
+    void followTheSession();
     void registerObservers();
     void markMilestones();
     void openPlayerWindow();
+    void closePlayerWindow();
+    void storeWindowFrame();
     void playAtLaunch();
     void applicationWillTerminate();
     [[nodiscard]] QCoro::Task<> prepareYtDlp();
@@ -56,6 +67,9 @@ private:
     QCoro::Task<> drain();
 
     Services& m_services;
+    MenuSources m_menuSources;
+    MenuBarManager m_menuBarManager;
+    HotkeyManager m_hotkeys;
     std::unique_ptr<PlayerWindow> m_playerWindow;
     std::vector<NotificationCenter::Token> m_observers;
     bool m_hasInstalledYtDlp = false;

@@ -5,7 +5,7 @@
 #include "model/ChannelRegistry.h"
 #include "platform/Clock.h"
 #include "platform/Environment.h"
-#include "platform/EventMonitor.h"
+#include "platform/SystemEventMonitor.h"
 #include "platform/HttpClient.h"
 #include "platform/MpvInstance.h"
 #include "platform/MpvMediaPlayer.h"

@@ -6,6 +6,7 @@
 #include "platform/Memory.h"
 #include "platform/TerminationSignals.h"
 #include "platform/VideoView.h"
+#include "ui/MenuBarManager.h"
 
 #include <QApplication>
 #include <QDir>
@@ -48,6 +49,7 @@ int main(int argc, char** argv) {
     QApplication::setApplicationVersion(AppConstants::appVersion);
     QApplication::setDesktopFileName(AppConstants::bundleIdentifier);
     const QApplication application(argc, argv);
+    QApplication::setWindowIcon(applicationIcon());
     std::setlocale(LC_NUMERIC, "C");
 
     const Environment environment = Environment::read();

@@ -56,10 +56,14 @@ bool isXWayland() {
 }
 
 bool isComposited() {
+    return hasSelectionOwner("_NET_WM_CM_S0");
+}
+
+bool hasSelectionOwner(std::string_view selection) {
     if (connection() == nullptr)
         return false;
     const Reply<xcb_get_selection_owner_reply_t> reply(xcb_get_selection_owner_reply(
-        connection(), xcb_get_selection_owner(connection(), atom("_NET_WM_CM_S0")), nullptr));
+        connection(), xcb_get_selection_owner(connection(), atom(selection)), nullptr));
     return reply && reply->owner != XCB_WINDOW_NONE;
 }
 

@@ -27,6 +27,9 @@ namespace orvane::X11 {
 /// Whether a compositing manager draws the screen.
 [[nodiscard]] bool isComposited();
 
+/// Whether some program has taken this part of the desktop upon itself; false without a connection.
+[[nodiscard]] bool hasSelectionOwner(std::string_view selection);
+
 struct Free {
     void operator()(void* reply) const { std::free(reply); }
 };

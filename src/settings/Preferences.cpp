@@ -33,6 +33,7 @@ constexpr QLatin1StringView windowOpacity{"windowOpacity"};
 constexpr QLatin1StringView theme{"theme"};
 constexpr QLatin1StringView ghostModeEnabled{"ghostModeEnabled"};
 constexpr QLatin1StringView customChannels{"customChannels"};
+constexpr QLatin1StringView shortcutsInTextFields{"shortcutsInTextFields"};
 constexpr QLatin1StringView onboardingCompleted{"onboardingCompleted"};
 } // namespace Key
 
@@ -228,6 +229,14 @@ void Preferences::removeCustomChannel(const QString& handle) {
     QList<Channel> channels = customChannels();
     channels.removeIf([&](const Channel& c) { return sameHandle(c.handle(), handle); });
     setCustomChannels(channels);
+}
+
+bool Preferences::shortcutsInTextFields() const {
+    return m_defaults.boolean(Key::shortcutsInTextFields).value_or(true);
+}
+
+void Preferences::setShortcutsInTextFields(bool on) {
+    m_defaults.set(Key::shortcutsInTextFields, on);
 }
 
 bool Preferences::onboardingCompleted() const {

@@ -84,6 +84,10 @@ public:
     /// stay.
     void removeCustomChannel(const QString& handle);
 
+    /// Whether single keys act while a text field has the focus; default true.
+    [[nodiscard]] bool shortcutsInTextFields() const;
+    void setShortcutsInTextFields(bool on);
+
     /// Default false.
     [[nodiscard]] bool onboardingCompleted() const;
     void setOnboardingCompleted(bool completed);

@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-class QString;
+#include "ui/Menu.h"
 
 namespace orvane {
-
-enum class MenuAction;
 
 /// What menus and buttons ask of the application as a whole. Implemented by the application
 /// controller, which outlives every view; main thread. Input that makes no sense is ignored.
@@ -15,6 +13,8 @@ public:
 
     /// Menus show what cannot be performed, but do not let it be chosen.
     [[nodiscard]] virtual bool canPerform(MenuAction action) const = 0;
+    /// What a right click on the player window shows, as of now.
+    [[nodiscard]] virtual Menu contextMenu() const = 0;
 
     /// Opens the player window with the channel of this id.
     virtual void menuChannelSelected(const QString& id) = 0;
@@ -23,6 +23,7 @@ public:
     virtual void menuSleepTimer(int minutes) = 0;
     virtual void menuCancelSleepTimer() = 0;
     virtual void menuToggleGhostMode() = 0;
+    virtual void menuCheckForUpdates() = 0;
     /// Ends the program the orderly way.
     virtual void terminate() = 0;
 };

@@ -3,6 +3,8 @@
 
 #include "ui/ApplicationActions.h"
 
+#include <QCoreApplication>
+#include <QKeySequence>
 #include <QMenu>
 
 #include <tuple>
@@ -19,7 +21,6 @@ void perform(const MenuItem& item, ApplicationActions& actions) {
     case MenuAction::openSettings:
     case MenuAction::addChannel:
     case MenuAction::showAbout:
-    case MenuAction::checkForUpdates:
         return; // Nothing that could be chosen.
     case MenuAction::channelSelected:
         return actions.menuChannelSelected(item.representedObject);
@@ -31,20 +32,35 @@ void perform(const MenuItem& item, ApplicationActions& actions) {
         return actions.menuCancelSleepTimer();
     case MenuAction::toggleGhostMode:
         return actions.menuToggleGhostMode();
+    case MenuAction::checkForUpdates:
+        return actions.menuCheckForUpdates();
     case MenuAction::terminate:
         return actions.terminate();
     }
 }
 
 QString label(const MenuItem& item) {
-    QString text = u"    "_s.repeated(item.indentationLevel) + item.title;
+    QString title = item.title;
     // An ampersand of a name is no mnemonic.
-    text.replace(u'&', u"&&"_s);
+    title.replace(u'&', u"&&"_s);
+    // A name keeps its own direction, whatever stands beside it.
+    if (title.isRightToLeft())
+        title = QChar(0x2068) + title + QChar(0x2069); // FIRST STRONG ISOLATE ... POP
+    return u"    "_s.repeated(item.indentationLevel) + title;
+}
+
+/// The keys are listened to in one place, which is not here: a menu that belongs to no window only
+/// shows its shortcuts.
+void showKeyEquivalent(const MenuItem& item, QAction& action) {
     if (item.keyEquivalent.isEmpty())
-        return text;
-    // As text and not as a shortcut: the keys are listened to in one place, which is not here.
+        return;
     const QString modifier = item.modifierMask == ModifierMask::command ? u"Ctrl+"_s : QString();
-    return text + u'\t' + modifier + item.keyEquivalent.toUpper();
+    const QString keys = modifier + item.keyEquivalent.toUpper();
+    // The tenth favourite has a number and no key.
+    if (item.keyEquivalent.size() > 1)
+        return action.setText(action.text() + u'\t' + keys);
+    action.setShortcut(QKeySequence(keys));
+    action.setShortcutVisibleInContextMenu(true);
 }
 
 } // namespace
@@ -59,6 +75,8 @@ bool operator==(const MenuItem& a, const MenuItem& b) {
 }
 
 void renderMenu(const Menu& menu, ApplicationActions& actions, QMenu& target) {
+    // A list that is higher than the screen scrolls instead of breaking into columns.
+    target.setStyleSheet(u"QMenu { menu-scrollable: 1; }"_s);
     target.clear();
     qDeleteAll(target.findChildren<QMenu*>(Qt::FindDirectChildrenOnly)); // The submenus.
     for (const MenuItem& item : menu) {
@@ -74,8 +92,13 @@ void renderMenu(const Menu& menu, ApplicationActions& actions, QMenu& target) {
         action->setEnabled(item.action != MenuAction::none && actions.canPerform(item.action));
         action->setCheckable(item.isOn);
         action->setChecked(item.isOn);
-        QObject::connect(action, &QAction::triggered, &target,
-                         [item, &actions] { perform(item, actions); });
+        showKeyEquivalent(item, *action);
+        // Later, because it may build this menu anew, and not by the menu, which may go first.
+        QObject::connect(action, &QAction::triggered, &target, [item, &actions] {
+            QMetaObject::invokeMethod(
+                QCoreApplication::instance(), [item, &actions] { perform(item, actions); },
+                Qt::QueuedConnection);
+        });
     }
 }
 

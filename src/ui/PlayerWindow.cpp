@@ -6,7 +6,7 @@
 #include "model/AppState.h"
 #include "platform/FloatingWindow.h"
 #include "settings/Preferences.h"
-#include "ui/ContextMenuBuilder.h"
+#include "ui/ApplicationActions.h"
 #include "ui/EdgeResizer.h"
 #include "ui/PlayerContainerView.h"
 #include "ui/WindowGeometry.h"
@@ -137,12 +137,7 @@ void PlayerWindow::closeEvent(QCloseEvent* event) {
 void PlayerWindow::contextMenuEvent(QContextMenuEvent* event) {
     auto* menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    const MenuSources sources{.registry = m_with.registry,
-                              .preferences = m_with.preferences,
-                              .state = m_with.state,
-                              .sleepTimer = m_with.sleepTimer};
-    renderMenu(ContextMenuBuilder::build(sources, StatusItemPresence::absent), m_with.actions,
-               *menu);
+    renderMenu(m_with.actions.contextMenu(), m_with.actions, *menu);
     menu->popup(event->globalPos());
 }
 

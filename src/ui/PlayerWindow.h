@@ -17,12 +17,10 @@ namespace orvane {
 
 class AppState;
 class ApplicationActions;
-class ChannelRegistry;
 class FloatingWindow;
 class PlayerContainerView;
 class PlayerManager;
 class Preferences;
-class SleepTimer;
 
 /// The small floating window that shows the channel. Created by the application controller on first
 /// need and kept; main thread. Closing it only announces the wish: the controller acts on it.
@@ -33,8 +31,6 @@ public:
     /// All outlive the window. `videoOutput` is not `automatic`.
     struct Collaborators {
         Preferences& preferences;
-        const ChannelRegistry& registry;
-        const SleepTimer& sleepTimer;
         AppState& state;
         PlayerManager& player;
         NotificationCenter& notifications;

@@ -36,6 +36,12 @@ public:
     [[nodiscard]] std::unique_ptr<QObject> addLocalPointerMonitor(Handler handler) override {
         return add(local, std::move(handler));
     }
+    [[nodiscard]] std::unique_ptr<QObject> addGlobalKeyDownMonitor(KeyHandler) override {
+        return nullptr;
+    }
+    [[nodiscard]] std::unique_ptr<QObject> addLocalKeyDownMonitor(KeyHandler) override {
+        return nullptr;
+    }
     [[nodiscard]] std::optional<QPointF> pointerLocation() const override { return location; }
 
 private:

@@ -32,6 +32,8 @@ public:
     void menuSleepTimer(int minutes) override { calls.append(QString::number(minutes)); }
     void menuCancelSleepTimer() override { calls.append(u"cancel"_s); }
     void menuToggleGhostMode() override { calls.append(u"ghost"_s); }
+    [[nodiscard]] Menu contextMenu() const override { return {}; }
+    void menuCheckForUpdates() override { calls.append(u"updates"_s); }
     void terminate() override { calls.append(u"terminate"_s); }
 };
 

@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/HotkeyManager.h"
+
+#include "model/AppNotification.h"
+#include "model/AppState.h"
+#include "model/ChannelRegistry.h"
+#include "playback/PlayerManager.h"
+#include "settings/Preferences.h"
+#include "ui/ApplicationActions.h"
+
+#include <utility>
+
+namespace orvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Every modifier but the one of the number pad, and the locks that change what is typed.
+constexpr std::uint32_t rejectedModifiers = 0xFFDF0000;
+constexpr float volumeStep = 0.1F;
+
+bool isArrow(KeyCode key) {
+    return key >= KeyCode::leftArrow && key <= KeyCode::upArrow;
+}
+
+} // namespace
+
+HotkeyManager::HotkeyManager(const Collaborators& collaborators) : m_with(collaborators) {}
+
+HotkeyManager::~HotkeyManager() = default;
+
+void HotkeyManager::start() {
+    m_monitor =
+        m_with.events.addLocalKeyDownMonitor([this](const KeyEvent& event) { return handle(event); });
+    m_ghostModeObserver = m_with.notifications.addObserver(
+        AppNotification::ghostModeChanged, [this](const auto&) { followGhostMode(); });
+    followGhostMode();
+}
+
+void HotkeyManager::stop() {
+    m_ghostModeObserver = {};
+    m_globalMonitor.reset();
+    m_monitor.reset();
+}
+
+void HotkeyManager::followGhostMode() {
+    if (!m_with.state.isGhostMode())
+        m_globalMonitor.reset();
+    else if (!m_globalMonitor)
+        m_globalMonitor = m_with.events.addGlobalKeyDownMonitor(
+            [this](const KeyEvent& event) { return handle(event); });
+}
+
+HotkeyManager::Outcome HotkeyManager::handle(const KeyEvent& event) {
+    if (event.target == KeyEvent::Target::textField && !m_with.preferences.shortcutsInTextFields())
+        return Outcome::passedOn;
+    // A switch that is held down flips once.
+    if (event.repeat == KeyEvent::Repeat::again && !isArrow(event.keyCode))
+        return m_firstOutcome;
+    m_firstOutcome = press(event);
+    return m_firstOutcome;
+}
+
+HotkeyManager::Outcome HotkeyManager::press(const KeyEvent& event) {
+    if ((event.modifierFlags & rejectedModifiers) != 0)
+        return Outcome::passedOn;
+    if (playFavorite(event.keyCode) ||
+        pressCharacter(event.charactersIgnoringModifiers.toLower()))
+        return Outcome::consumed;
+    return pressKey(event.keyCode);
+}
+
+bool HotkeyManager::playFavorite(KeyCode key) {
+    if (key < KeyCode::digit1 || key > KeyCode::digit7)
+        return false;
+    // By the place of the key and not by its digit: the order of the codes is the order of the
+    // favourites.
+    const int index = std::to_underlying(key) - std::to_underlying(KeyCode::digit1);
+    const QStringList favorites = m_with.preferences.favoriteChannelIDs();
+    if (index >= favorites.size())
+        return false;
+    const auto channel = m_with.registry.channel(favorites.at(index));
+    if (channel)
+        m_with.player.play(*channel);
+    return channel.has_value();
+}
+
+bool HotkeyManager::pressCharacter(const QString& character) {
+    if (character == u"g")
+        m_with.actions.menuToggleGhostMode();
+    else if (character == u"m")
+        m_with.player.toggleMute();
+    else if (character == u"q")
+        m_with.actions.terminate();
+    else if (character == u" ")
+        m_with.player.togglePlayPause();
+    else if (character == u"f") {
+        if (!m_with.state.isGhostMode())
+            m_with.notifications.post(AppNotification::toggleFullscreen);
+    } else if (character == u",")
+        m_with.notifications.post(AppNotification::openSettings);
+    else
+        return false;
+    return true;
+}
+
+HotkeyManager::Outcome HotkeyManager::pressKey(KeyCode key) {
+    switch (key) {
+    case KeyCode::escape:
+        if (m_with.state.isGhostMode()) {
+            m_with.state.setGhostMode(false);
+            return Outcome::consumed;
+        }
+        m_with.notifications.post(AppNotification::toggleFullscreen);
+        return Outcome::passedOn; // The window with the focus has its own use for it.
+    case KeyCode::leftArrow:
+        navigateChannel(-1);
+        return Outcome::consumed;
+    case KeyCode::rightArrow:
+        navigateChannel(1);
+        return Outcome::consumed;
+    case KeyCode::downArrow:
+        m_with.player.adjustVolume(-volumeStep);
+        return Outcome::consumed;
+    case KeyCode::upArrow:
+        m_with.player.adjustVolume(volumeStep);
+        return Outcome::consumed;
+    default:
+        return Outcome::passedOn;
+    }
+}
+
+void HotkeyManager::navigateChannel(int step) {
+    const QSet<QString> enabled = m_with.preferences.enabledChannelIDs();
+    QList<Channel> channels = m_with.registry.all();
+    channels.removeIf([&](const Channel& channel) { return !enabled.contains(channel.id()); });
+    if (channels.isEmpty())
+        return;
+    const auto& current = m_with.state.currentChannel();
+    const qsizetype found = current ? channels.indexOf(*current) : -1;
+    const qsizetype count = channels.size();
+    m_with.player.play(channels.at((qMax(found, 0) + step + count) % count));
+}
+
+} // namespace orvane
