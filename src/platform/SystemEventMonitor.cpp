@@ -62,7 +62,9 @@ public:
         KeyEvent key = m_keyboard.keyEvent(press->nativeScanCode(), press->nativeModifiers());
         key.repeat = repeat(press->isAutoRepeat());
         key.target = keyTarget();
-        return m_handler(key) == EventMonitor::Outcome::consumed;
+        // What it does may end this monitor.
+        const EventMonitor::KeyHandler handle = m_handler;
+        return handle(key) == EventMonitor::Outcome::consumed;
     }
 
 private:

@@ -77,6 +77,18 @@ KeyEvent X11Keyboard::keyEvent(std::uint32_t key) {
     return keyEvent(key, m_state);
 }
 
+X11Keyboard::Repetition X11Keyboard::repetition() {
+    xcb_connection_t* connection = X11::connection();
+    if (xcb_get_extension_data(connection, &xcb_xkb_id)->present == 0)
+        return {};
+    const X11::Reply<xcb_xkb_get_controls_reply_t> controls(xcb_xkb_get_controls_reply(
+        connection, xcb_xkb_get_controls(connection, XCB_XKB_ID_USE_CORE_KBD), nullptr));
+    if (!controls || controls->repeatDelay == 0 || controls->repeatInterval == 0)
+        return {};
+    return {.delay = std::chrono::milliseconds(controls->repeatDelay),
+            .interval = std::chrono::milliseconds(controls->repeatInterval)};
+}
+
 bool X11Keyboard::nativeEventFilter(const QByteArray& type, void* message, qintptr*) {
     if (type != "xcb_generic_event_t")
         return false;

@@ -5,6 +5,7 @@
 
 #include <QAbstractNativeEventFilter>
 
+#include <chrono>
 #include <cstdint>
 #include <optional>
 
@@ -22,6 +23,14 @@ public:
     [[nodiscard]] KeyEvent keyEvent(std::uint32_t key, std::uint32_t state);
     /// With the state as the server has told it last.
     [[nodiscard]] KeyEvent keyEvent(std::uint32_t key);
+
+    /// How a key is repeated that is held down.
+    struct Repetition {
+        std::chrono::milliseconds delay{500};
+        std::chrono::milliseconds interval{40};
+    };
+    /// As the person has set it.
+    [[nodiscard]] static Repetition repetition();
 
 private:
     [[nodiscard]] bool select();

@@ -2,6 +2,7 @@
 #include "platform/X11RawInput.h"
 
 #include "platform/X11.h"
+#include "platform/X11Keyboard.h"
 
 #include <QCoreApplication>
 #include <QMetaMethod>
@@ -25,6 +26,10 @@ bool hasXInput() {
 } // namespace
 
 X11RawInput::X11RawInput() {
+    connect(&m_repetition, &QTimer::timeout, this, [this] {
+        m_repetition.setInterval(X11Keyboard::repetition().interval);
+        Q_EMIT keyPressed(m_heldKey, true);
+    });
     QCoreApplication::instance()->installNativeEventFilter(this);
 }
 
@@ -45,7 +50,9 @@ void X11RawInput::select() {
     if (isSignalConnected(QMetaMethod::fromSignal(&X11RawInput::pointerMoved)))
         wanted |= XCB_INPUT_XI_EVENT_MASK_RAW_MOTION;
     if (isSignalConnected(QMetaMethod::fromSignal(&X11RawInput::keyPressed)))
-        wanted |= XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS;
+        wanted |= XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE;
+    else
+        m_repetition.stop();
     if (wanted == m_selected)
         return;
     m_selected = wanted;
@@ -64,25 +71,44 @@ bool X11RawInput::nativeEventFilter(const QByteArray& type, void* message, qintp
     if ((event->response_type & 0x7f) != XCB_GE_GENERIC ||
         event->extension != xInput().major_opcode)
         return false;
-    if (event->event_type == XCB_INPUT_RAW_KEY_PRESS) {
-        const auto* press = reinterpret_cast<const xcb_input_raw_key_press_event_t*>(event);
-        Q_EMIT keyPressed(press->detail,
-                          (press->flags & XCB_INPUT_KEY_EVENT_FLAGS_KEY_REPEAT) != 0);
+    const auto* raw = reinterpret_cast<const xcb_input_raw_key_press_event_t*>(event);
+    switch (event->event_type) {
+    case XCB_INPUT_RAW_MOTION:
+        moved();
         return true;
-    }
-    if (event->event_type != XCB_INPUT_RAW_MOTION)
+    case XCB_INPUT_RAW_KEY_PRESS:
+        pressed(raw->detail);
+        return true;
+    case XCB_INPUT_RAW_KEY_RELEASE:
+        released(raw->detail);
+        return true;
+    default:
         return false;
-    if (!m_isMoveDue) {
-        m_isMoveDue = true;
-        QMetaObject::invokeMethod(
-            this,
-            [this] {
-                m_isMoveDue = false;
-                Q_EMIT pointerMoved();
-            },
-            Qt::QueuedConnection);
     }
-    return true;
+}
+
+void X11RawInput::moved() {
+    if (m_isMoveDue)
+        return;
+    m_isMoveDue = true;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            m_isMoveDue = false;
+            Q_EMIT pointerMoved();
+        },
+        Qt::QueuedConnection);
+}
+
+void X11RawInput::pressed(std::uint32_t key) {
+    m_heldKey = key;
+    m_repetition.start(X11Keyboard::repetition().delay);
+    Q_EMIT keyPressed(key, false);
+}
+
+void X11RawInput::released(std::uint32_t key) {
+    if (key == m_heldKey)
+        m_repetition.stop();
 }
 
 } // namespace orvane

@@ -3,6 +3,7 @@
 
 #include <QAbstractNativeEventFilter>
 #include <QObject>
+#include <QTimer>
 
 #include <cstdint>
 
@@ -21,7 +22,8 @@ public:
 Q_SIGNALS:
     /// Soon after it has; once for a burst.
     void pointerMoved();
-    /// `key` is a code of the X server.
+    /// `key` is a code of the X server. The server tells of no repetitions, so those are made here,
+    /// at its pace.
     void keyPressed(std::uint32_t key, bool isRepeat);
 
 protected:
@@ -31,9 +33,15 @@ protected:
 private:
     void select();
     bool nativeEventFilter(const QByteArray& type, void* message, qintptr*) override;
+    void moved();
+    void pressed(std::uint32_t key);
+    void released(std::uint32_t key);
 
     std::uint32_t m_selected = 0;
     bool m_isMoveDue = false;
+    std::uint32_t m_heldKey = 0;
+    /// Runs while a key is held down.
+    QTimer m_repetition;
 };
 
 } // namespace orvane

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Some other program: a large window of one colour, which says on the standard output what is
-// clicked on it. usage: backdrop_probe COLOUR
+// clicked on it and which keys it is given. usage: backdrop_probe COLOUR
 #include <QApplication>
 #include <QMouseEvent>
 #include <QWidget>
@@ -11,6 +11,11 @@ namespace {
 
 class Backdrop final : public QWidget {
 protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        std::printf("key %u\n", event->nativeScanCode());
+        std::fflush(stdout);
+    }
+
     void mousePressEvent(QMouseEvent* event) override {
         const QPoint position = event->globalPosition().toPoint();
         std::printf("click %d %d\n", position.x(), position.y());

@@ -21,6 +21,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+/// How often somebody has asked for the settings.
+int settingsWishes = 0;
+
 /// The answer to a line.
 QString obey(Services& services, const QStringList& words) {
     const QString& command = words.first();
@@ -41,6 +44,15 @@ QString obey(Services& services, const QStringList& words) {
         services.state.setPlaying(channel);
     else if (command == u"state"_s)
         return services.state.isFullscreen() ? u"fullscreen"_s : u"window"_s;
+    else if (command == u"favourites"_s) {
+        // They are the enabled ones, too.
+        const QStringList ids = words.sliced(1);
+        services.preferences.setFavoriteChannelIDs(ids);
+        services.preferences.setEnabledChannelIDs({ids.begin(), ids.end()});
+    } else if (command == u"sleep"_s)
+        services.sleepTimer.schedule(argument.toInt());
+    else if (command == u"settings"_s)
+        return QString::number(settingsWishes);
     else if (command == u"close"_s)
         for (QWidget* window : QApplication::topLevelWidgets())
             window->hide();
@@ -69,6 +81,8 @@ int main(int argc, char** argv) {
     const TerminationSignals signals;
     QObject::connect(&signals, &TerminationSignals::received, &delegate, &AppDelegate::terminate);
     delegate.applicationDidFinishLaunching();
+    const auto wish = services.notifications.addObserver(AppNotification::openSettings,
+                                                         [](const auto&) { ++settingsWishes; });
     // No site, no picture: the window shows what it is told to.
     services.player.stop();
     services.state.setError(services.registry.featured().first(), u"No site"_s);

@@ -4,28 +4,17 @@
 Each test has a desktop and a site of its own. The milestones that the program writes tell when it
 believes that something happened; the screen tells whether it did."""
 
-import pathlib
-import tempfile
 import time
 import unittest
 
-from case import DesktopCase
-from desktop import Desktop, Program, moves, wait_for_motion, wait_until
-from livesite import LiveSite, background, shows
+from case import SiteCase
+from desktop import moves, wait_for_motion, wait_until
+from livesite import background, shows
 
 BAR_HEIGHT = 44
 
 
-class Playback(DesktopCase):
-    def setUp(self):
-        folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
-        self.site = self.enterContext(LiveSite(folder))
-        self.desktop = self.enterContext(Desktop(compositor=True))
-        self.channel = self.site.channels["AlArabiya"]
-
-    def start(self, binary: str = "orvane", **variables) -> Program:
-        return super().start(binary, site=self.site.origin, **variables)
-
+class Playback(SiteCase):
     def picture_area(self):
         """The picture without the control bar."""
         _, _, width, height = self.program.frame()
@@ -138,12 +127,16 @@ class Playback(DesktopCase):
         self.assertTrue(any("yt-dlp" in command for command in program.children()))
         self.quit_cleanly()
 
-        # Closing the window is a way out too.
+    def test_close_while_busy(self):
+        """The window goes and yt-dlp with it; the program stays, and does not play this channel again."""
+        self.channel.faults["page"] = "hang"
         program = self.start()
-        program.wait_for("loading")
-        wait_until(program.children, "yt-dlp")
+        wait_until(lambda: self.site.count("/@AlArabiya/live"), "yt-dlp's request")
         self.desktop.run("wmctrl", "-i", "-c", program.window())
-        self.assertEqual(program.process.wait(10), 0)
+        wait_until(lambda: not program.is_shown(), "a hidden window")
+        wait_until(lambda: not program.children(), "the end of yt-dlp")
+        self.assertEqual(program.preferences()["lastChannelID"], "")
+        self.quit_cleanly()
 
     # A long day
 

@@ -194,7 +194,8 @@ class Window(WindowCase):
         self.desktop.drag(*self.centre(), -100, -100)
         self.wait_for_frame((x - 100, y - 100, 480, 314), "dragged")
         self.desktop.click(x - 100 + 19, y - 100 + 19)
-        self.assertEqual(program.process.wait(10), 0)
+        wait_until(lambda: not program.is_shown(), "a hidden window")
+        self.assertEqual(program.quit(), 0)
         self.assertEqual(program.preferences()["windowFrame"], "{{680, 286}, {480, 314}}")
 
     def test_window_manager_goes(self):

@@ -4,10 +4,12 @@
 import os
 import pathlib
 import shutil
+import tempfile
 import time
 import unittest
 
 from desktop import Desktop, Program, descendants
+from livesite import LiveSite
 
 BUILD = os.environ["ORVANE_BUILD"]
 RESULTS = pathlib.Path(os.environ.get("ORVANE_TEST_RESULTS", "results"))
@@ -46,3 +48,16 @@ class DesktopCase(unittest.TestCase):
         self.assertLess(time.monotonic() - before, QUIT_LIMIT)
         for pid in started:
             self.assertFalse(pathlib.Path(f"/proc/{pid}").exists(), f"{pid} was left behind")
+
+
+class SiteCase(DesktopCase):
+    """With a live site of its own."""
+
+    def setUp(self):
+        folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
+        self.site = self.enterContext(LiveSite(folder))
+        self.desktop = self.enterContext(Desktop(compositor=True))
+        self.channel = self.site.channels["AlArabiya"]
+
+    def start(self, binary: str = "orvane", site: str = "", **variables) -> Program:
+        return super().start(binary, site=site or self.site.origin, **variables)

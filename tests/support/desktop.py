@@ -167,6 +167,18 @@ class Desktop:
         """`action` is "mousedown", "mouseup" or "click"."""
         self._mouse(action, *arguments)
 
+    def key(self, *keys: str | int) -> None:
+        """Pressed one after the other; each is a key symbol's name or the X server's code of a key."""
+        for key in keys:
+            self._mouse("key", str(key))
+
+    def hold(self, key: int):
+        """A context manager in which the key is held down."""
+        self._mouse("keydown", str(key))
+        stack = contextlib.ExitStack()
+        stack.callback(self._mouse, "keyup", str(key))
+        return stack
+
     def click(self, x: float, y: float) -> None:
         self.point(x, y)
         self.button("click", "1")
@@ -278,12 +290,15 @@ class Program:
         wait_until(reached, f"{milestone} x {count}; so far: {self.milestones()}", deadline)
         return [at for name, at in self.milestones() if name == milestone][count - 1]
 
+    def _windows(self) -> list[str]:
+        return self.desktop.run("xdotool", "search", "--onlyvisible", "--name", "^Orvane$").split()
+
+    def is_shown(self) -> bool:
+        return bool(self._windows())
+
     def window(self) -> str:
         """The id of the player window."""
-        return wait_until(
-            lambda: self.desktop.run("xdotool", "search", "--onlyvisible", "--name", "^Orvane$"),
-            "the player window",
-        ).split()[0]
+        return wait_until(self._windows, "the player window")[0]
 
     def frame(self) -> tuple[int, int, int, int]:
         """x, y, width and height of the player window on the screen."""
@@ -333,9 +348,16 @@ class Backdrop:
     def raise_(self) -> None:
         self._desktop.run("xdotool", "windowactivate", "--sync", self._window, "windowraise", self._window)
 
-    def clicks(self) -> list[tuple[int, int]]:
-        lines = self._said.read_text(encoding="utf-8").splitlines()
-        return [(int(x), int(y)) for _, x, y in (line.split() for line in lines)]
+    def _heard(self, what: str) -> list[tuple[int, ...]]:
+        lines = [line.split() for line in self._said.read_text(encoding="utf-8").splitlines()]
+        return [tuple(int(word) for word in words[1:]) for words in lines if words[0] == what]
+
+    def clicks(self) -> list[tuple[int, ...]]:
+        return self._heard("click")
+
+    def keys(self) -> list[int]:
+        """The codes of the keys, again for each repetition."""
+        return [code for code, in self._heard("key")]
 
 
 def descendants(pid: int) -> list[tuple[int, str]]:

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/GhostMode.h"
 
-#include "platform/EventMonitor.h"
 #include "support/EventLoop.h"
+#include "support/FakeEvents.h"
 
 #include <QList>
 #include <QString>
@@ -12,46 +12,10 @@
 namespace orvane {
 
 using namespace Qt::StringLiterals;
+using test::FakeEvents;
 using test::runUntil;
 
 namespace {
-
-class FakeEvents final : public EventMonitor {
-public:
-    std::optional<QPointF> location;
-    Handler global;
-    Handler local;
-
-    void moveTo(std::optional<QPointF> point) {
-        location = point;
-        for (const Handler& handler : {global, local}) {
-            if (handler)
-                handler();
-        }
-    }
-
-    [[nodiscard]] std::unique_ptr<QObject> addGlobalPointerMonitor(Handler handler) override {
-        return add(global, std::move(handler));
-    }
-    [[nodiscard]] std::unique_ptr<QObject> addLocalPointerMonitor(Handler handler) override {
-        return add(local, std::move(handler));
-    }
-    [[nodiscard]] std::unique_ptr<QObject> addGlobalKeyDownMonitor(KeyHandler) override {
-        return nullptr;
-    }
-    [[nodiscard]] std::unique_ptr<QObject> addLocalKeyDownMonitor(KeyHandler) override {
-        return nullptr;
-    }
-    [[nodiscard]] std::optional<QPointF> pointerLocation() const override { return location; }
-
-private:
-    static std::unique_ptr<QObject> add(Handler& slot, Handler handler) {
-        slot = std::move(handler);
-        auto token = std::make_unique<QObject>();
-        QObject::connect(token.get(), &QObject::destroyed, [&slot] { slot = {}; });
-        return token;
-    }
-};
 
 class RecordingWindow final : public GhostMode::Window {
 public:

@@ -4,7 +4,7 @@
 #include "app/Services.h"
 #include "model/AppNotification.h"
 #include "support/EventLoop.h"
-#include "ui/ApplicationActions.h"
+#include "support/RecordingActions.h"
 #include "ui/ControlBar.h"
 #include "ui/VolumeSlider.h"
 
@@ -18,24 +18,10 @@
 namespace orvane {
 
 using namespace Qt::StringLiterals;
+using test::RecordingActions;
 using test::runUntil;
 
 namespace {
-
-class RecordingActions final : public ApplicationActions {
-public:
-    QStringList calls;
-
-    [[nodiscard]] bool canPerform(MenuAction) const override { return true; }
-    void menuChannelSelected(const QString& id) override { calls.append(id); }
-    void menuResolutionSelected(const QString& text) override { calls.append(text); }
-    void menuSleepTimer(int minutes) override { calls.append(QString::number(minutes)); }
-    void menuCancelSleepTimer() override { calls.append(u"cancel"_s); }
-    void menuToggleGhostMode() override { calls.append(u"ghost"_s); }
-    [[nodiscard]] Menu contextMenu() const override { return {}; }
-    void menuCheckForUpdates() override { calls.append(u"updates"_s); }
-    void terminate() override { calls.append(u"terminate"_s); }
-};
 
 class PlayerContainerViewTest : public testing::Test {
 protected:

@@ -1,0 +1,181 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/AppDelegate.h"
+
+#include "app/Services.h"
+#include "model/AppNotification.h"
+#include "support/EventLoop.h"
+#include "support/ManualClock.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace orvane {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using test::runUntil;
+
+namespace {
+
+/// A run of the program, without its main function and without a site.
+struct Program {
+    explicit Program(const QString& preferencesPath)
+        : services(Environment{}, preferencesPath, VideoOutput::software) {}
+    ~Program() {
+        delegate.terminate();
+        EXPECT_TRUE(runUntil([&] { return delegate.isDrained(); }));
+    }
+
+    [[nodiscard]] QString channel() const {
+        const auto& current = services.state.currentChannel();
+        return current ? current->id() : u"none"_s;
+    }
+    [[nodiscard]] static PlayerWindow* window() {
+        for (QWidget* widget : QApplication::topLevelWidgets()) {
+            if (auto* window = dynamic_cast<PlayerWindow*>(widget))
+                return window;
+        }
+        return nullptr;
+    }
+
+    Services services;
+    AppDelegate delegate{services};
+};
+
+class AppDelegateTest : public testing::Test {
+protected:
+    QTemporaryDir folder;
+    QString path = folder.filePath(u"preferences.json"_s);
+    const QString first = u"alarabiya"_s;
+};
+
+TEST_F(AppDelegateTest, ChoosesWhatToPlayAtLaunch) {
+    struct Case {
+        const char* what;
+        std::optional<bool> autoPlay;
+        std::optional<QString> stored;
+        QString played;
+    };
+    const QList<Case> cases{
+        {"fresh", std::nullopt, std::nullopt, first},
+        {"stored", std::nullopt, u"dwnews"_s, u"dwnews"_s},
+        {"stored and on", true, u"dwnews"_s, u"dwnews"_s},
+        {"stored but off", false, u"dwnews"_s, first},
+        {"custom", true, u"custom_mine"_s, u"custom_mine"_s},
+        {"removed", true, u"custom_gone"_s, first},
+        {"unknown", true, u"DWNews"_s, first},
+        {"empty", true, QString(u""_s), first},
+        {"nothing, and off", false, std::nullopt, first},
+    };
+    for (const Case& c : cases) {
+        QFile::remove(path);
+        Program run(path);
+        Preferences& preferences = run.services.preferences;
+        preferences.addCustomChannel(u"Mine"_s, u"Mine"_s);
+        preferences.addCustomChannel(u"Gone"_s, u"Gone"_s);
+        preferences.removeCustomChannel(u"Gone"_s);
+        preferences.setLastChannelID(c.stored);
+        if (c.autoPlay)
+            preferences.setAutoPlayLastChannel(*c.autoPlay);
+        run.delegate.applicationDidFinishLaunching();
+        EXPECT_EQ(run.channel(), c.played) << c.what;
+        EXPECT_TRUE(Program::window()->isVisible());
+        EXPECT_TRUE(preferences.onboardingCompleted());
+    }
+}
+
+TEST_F(AppDelegateTest, RestoresGhostModeOnceTheWindowIsThere) {
+    for (const bool isStored : {true, false}) {
+        Program run(path);
+        run.services.preferences.setGhostModeEnabled(isStored);
+        int announced = 0;
+        const auto token = run.services.notifications.addObserver(
+            AppNotification::ghostModeChanged, [&](const auto& n) {
+                EXPECT_TRUE(std::any_cast<bool>(n.object));
+                EXPECT_NE(Program::window(), nullptr);
+                ++announced;
+            });
+        run.delegate.applicationDidFinishLaunching();
+        EXPECT_EQ(announced, isStored ? 1 : 0);
+    }
+}
+
+TEST_F(AppDelegateTest, AClosedPlayerIsNotPlayedAgainButOneThatWasQuitIs) {
+    {
+        Program run(path);
+        run.services.preferences.setLastChannelID(u"dwnews"_s);
+        run.delegate.applicationDidFinishLaunching();
+        PlayerWindow* window = Program::window();
+        window->close();
+        EXPECT_FALSE(window->isVisible());
+        EXPECT_EQ(run.channel(), u"none"_s);
+        EXPECT_EQ(run.services.preferences.lastChannelID(), QString(u""_s));
+        // The same window comes back with the next channel.
+        run.delegate.menuChannelSelected(u"no such channel"_s);
+        EXPECT_FALSE(window->isVisible());
+        run.delegate.menuChannelSelected(u"dwnews"_s);
+        EXPECT_TRUE(Program::window() == window && window->isVisible());
+        window->close();
+        // Hidden or not, it is remembered where it is.
+        run.services.preferences.setWindowFrame(std::nullopt);
+    }
+    {
+        Program run(path);
+        EXPECT_TRUE(run.services.preferences.windowFrame());
+        run.delegate.applicationDidFinishLaunching();
+        EXPECT_EQ(run.channel(), first);
+        run.delegate.menuChannelSelected(u"dwnews"_s);
+        // What a session manager sends at its end; it must not close the window on its way.
+        QEvent end(QEvent::Quit);
+        QApplication::sendEvent(QApplication::instance(), &end);
+        ASSERT_TRUE(runUntil([&] { return run.delegate.isDrained(); }));
+    }
+    Program run(path);
+    EXPECT_EQ(run.services.preferences.lastChannelID(), u"dwnews"_s);
+}
+
+TEST_F(AppDelegateTest, AResolutionReplaysOnlyWhatPlays) {
+    Program run(path);
+    run.delegate.applicationDidFinishLaunching();
+    int loads = 0;
+    const auto token = run.services.notifications.addObserver(
+        AppNotification::streamLoading, [&](const auto&) { ++loads; });
+    run.delegate.menuResolutionSelected(u"1080p"_s);
+    EXPECT_EQ(run.services.state.resolution(), Resolution::r480);
+    EXPECT_EQ(loads, 0);
+    run.delegate.menuResolutionSelected(u"720p"_s);
+    EXPECT_EQ(loads, 1);
+    EXPECT_EQ(run.channel(), first);
+    run.services.notifications.post(AppNotification::closePlayer);
+    run.delegate.menuResolutionSelected(u"360p"_s);
+    EXPECT_EQ(run.services.preferences.resolution(), Resolution::r360);
+    EXPECT_EQ(loads, 1);
+    EXPECT_FALSE(Program::window()->isVisible());
+}
+
+TEST_F(AppDelegateTest, TheSleepTimerClosesThePlayerAndTheProgramStays) {
+    Program run(path);
+    run.delegate.applicationDidFinishLaunching();
+    test::ManualClock clock;
+    SleepTimer timer(run.services.state, run.services.player, run.services.notifications, clock,
+                     run.services.tasks);
+    int fired = 0;
+    const auto token = run.services.notifications.addObserver(AppNotification::sleepTimerFired,
+                                                              [&](const auto&) { ++fired; });
+    timer.schedule(15);
+    for (int second = 0; second < 899; ++second)
+        clock.advance(1s);
+    EXPECT_TRUE(Program::window()->isVisible());
+    clock.advance(1s);
+    EXPECT_EQ(fired, 1);
+    EXPECT_FALSE(Program::window()->isVisible());
+    EXPECT_EQ(run.channel(), u"none"_s);
+    EXPECT_EQ(run.services.preferences.lastChannelID(), QString(u""_s));
+    EXPECT_FALSE(run.delegate.isDrained());
+}
+
+} // namespace
+} // namespace orvane

@@ -1,0 +1,147 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""Every key, pressed as on a keyboard: by its place, under three layouts, in and outside ghost mode."""
+
+import unittest
+
+from case import SiteCase
+from desktop import Backdrop, moves, wait_for_motion, wait_until
+
+COLOUR = (0, 170, 0)
+CHANNELS = ["alarabiya", "alhadath", "aljazeera", "aljazeeralive"]
+FAVOURITES = (CHANNELS * 3)[:9]
+# The codes of the keys 1, 2, 3, 4, 6, 5, =, 9 and 7 of a US keyboard.
+FAVOURITE_KEYS = [10, 11, 12, 13, 15, 14, 21, 18, 16]
+EIGHT, ZERO, ESCAPE, SPACE = 17, 19, "Escape", 65
+UP, LEFT, RIGHT, DOWN = 111, 113, 114, 116
+# Where the letters are.
+US = {"q": 24, "g": 42, "m": 58, "f": 41, ",": 59}
+LAYOUTS = {"us": US, "fr": US | {"q": 38, "m": 47, ",": 58}, "ara": US}
+
+
+class Keys(SiteCase):
+    def open(self):
+        """The window probe with the four channels of the site, one of which plays."""
+        program = self.start("window_probe")
+        program.tell("favourites " + " ".join(FAVOURITES))
+        program.wait_for("error")
+        self.desktop.run("xdotool", "windowactivate", "--sync", program.window())
+        return program
+
+    def wait_for(self, what: str, value):
+        wait_until(lambda: self.program.preferences().get(what) == value, f"{what} = {value}")
+
+    def press_favourites(self):
+        """Each by its place; neighbours are different channels."""
+        for key, channel in zip(FAVOURITE_KEYS, FAVOURITES):
+            self.desktop.key(key)
+            self.wait_for("lastChannelID", channel)
+        self.desktop.key(EIGHT, ZERO)  # Nobody's.
+
+    def press_arrows(self):
+        """From the last favourite on."""
+        for key, channel in ((RIGHT, 1), (RIGHT, 2), (LEFT, 1), (LEFT, 0), (LEFT, 3), (RIGHT, 0)):
+            self.desktop.key(key)
+            self.wait_for("lastChannelID", CHANNELS[channel])
+        for key, volume in ((DOWN, 0.9), (DOWN, 0.8), (UP, 0.9), (UP, 1.0)):
+            self.desktop.key(key)
+            wait_until(lambda v=volume: abs(self.program.preferences().get("volume", 1) - v) < 0.001, f"volume {volume}")
+
+    def press_mute(self, letters):
+        for muted in (True, False):
+            self.desktop.key(letters["m"])
+            self.wait_for("isMuted", muted)
+
+    def press_space(self):
+        """The picture stands still, and goes on."""
+        program = self.program
+        _, _, width, height = program.frame()
+        area = (0, 0, width, height - 44)
+        wait_for_motion(program, area)
+        self.desktop.key(SPACE)
+        wait_until(lambda: not moves(program.picture().crop(area), program.picture().crop(area)), "a still picture")
+        self.desktop.key(SPACE)
+        wait_for_motion(program, area)
+
+    def test_every_key_on_three_layouts(self):
+        program = self.open()
+        frame = program.frame()
+        for number, (layout, letters) in enumerate(LAYOUTS.items()):
+            self.desktop.run("setxkbmap", layout)
+            self.press_favourites()
+            self.press_arrows()
+            self.press_space()
+            self.press_mute(letters)
+            for key in (letters["f"], ESCAPE):
+                self.desktop.key(key)
+                wait_until(lambda: program.frame() == (0, 0, 1280, 720), f"full screen by {key}, {layout}")
+                self.desktop.key(key)
+                wait_until(lambda: program.frame() == frame, f"back by {key}, {layout}")
+            self.desktop.key(letters[","])
+            wait_until(lambda n=number: program.tell("settings") == str(n + 1), "the wish for the settings")
+            self.desktop.key(letters["g"])
+            self.wait_for("ghostModeEnabled", True)
+            self.desktop.key(letters["f"], ESCAPE)  # The first one does nothing.
+            self.wait_for("ghostModeEnabled", False)
+            self.assertEqual(program.frame(), frame)
+            # A modifier makes it another key.
+            for modifier in ("shift", "ctrl", "alt", "super"):
+                self.desktop.key(f"{modifier}+{letters['m']}")
+            self.desktop.key("Caps_Lock", letters["m"], letters["q"], "Caps_Lock", DOWN)
+            wait_until(lambda: program.preferences()["volume"] < 0.95, "the key after those")
+            self.assertIs(program.preferences()["isMuted"], False)
+            self.desktop.key(UP)
+        self.desktop.key(LAYOUTS["ara"]["q"])
+        self.assertEqual(program.process.wait(10), 0)
+
+    def test_in_another_program(self):
+        program = self.open()
+        backdrop = self.enterContext(Backdrop(self.desktop, COLOUR))
+        backdrop.raise_()
+
+        def press_elsewhere(*keys):
+            self.desktop.key(*keys)
+            wait_until(lambda: backdrop.keys()[-len(keys):] == list(keys), f"{keys} in the other program")
+
+        # Outside ghost mode nothing is listened to. What is pressed later in the own window comes later.
+        press_elsewhere(US["m"], 11, DOWN)
+        self.desktop.run("xdotool", "windowactivate", "--sync", program.window())
+        self.desktop.key(US["g"])
+        self.wait_for("ghostModeEnabled", True)
+        self.assertNotIn("isMuted", program.preferences())
+        self.assertNotIn("volume", program.preferences())
+        backdrop.raise_()
+
+        for layout, letters in LAYOUTS.items():
+            self.desktop.run("setxkbmap", layout)
+            before = len(backdrop.keys())
+            self.press_favourites()
+            self.press_arrows()
+            self.press_mute(letters)
+            wished = int(program.tell("settings"))
+            self.desktop.key(letters[","])
+            wait_until(lambda n=wished: program.tell("settings") == str(n + 1), "the wish for the settings")
+            heard = FAVOURITE_KEYS + [EIGHT, ZERO, RIGHT, RIGHT, LEFT, LEFT, LEFT, RIGHT, DOWN, DOWN, UP, UP]
+            heard += [letters["m"]] * 2 + [letters[","]]
+            wait_until(lambda n=before, h=heard: backdrop.keys()[n:] == h, "all of them in the other program")
+        self.desktop.run("setxkbmap", "us")
+
+        # Held down, a switch flips once and an arrow goes on.
+        held = len(backdrop.keys())
+        with self.desktop.hold(US["m"]):
+            self.wait_for("isMuted", True)
+            while len(backdrop.keys()) < held + 6:
+                self.assertIs(program.preferences()["isMuted"], True)
+        with self.desktop.hold(DOWN):
+            wait_until(lambda: program.preferences()["volume"] < 0.65, "a volume that falls on")
+
+        # Its own window and its own menu are no other program.
+        self.desktop.key(ESCAPE)
+        self.wait_for("ghostModeEnabled", False)
+        press_elsewhere(US["g"], US["q"])
+        self.assertIsNone(program.process.poll())
+        self.assertIs(program.preferences()["ghostModeEnabled"], False)
+        self.assertEqual(program.quit(), 0)
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,180 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""The tray icon in real trays of both kinds, the two menus, and what is there without a tray."""
+
+import pathlib
+import unittest
+
+from case import SiteCase
+from desktop import wait_until
+from livesite import shows
+
+XFCE_PANEL = """<?xml version="1.0" encoding="UTF-8"?>
+<channel name="xfce4-panel" version="1.0">
+  <property name="configver" type="int" value="2"/>
+  <property name="panels" type="array">
+    <value type="int" value="1"/>
+    <property name="panel-1" type="empty">
+      <property name="position" type="string" value="p=6;x=0;y=0"/>
+      <property name="length" type="uint" value="100"/>
+      <property name="size" type="uint" value="32"/>
+      <property name="plugin-ids" type="array"><value type="int" value="1"/></property>
+    </property>
+  </property>
+  <property name="plugins" type="empty">
+    <property name="plugin-1" type="string" value="systray"/>
+  </property>
+</channel>
+"""
+TINT2 = "panel_items = S\npanel_size = 100% 32\npanel_position = top center horizontal\nsystray_icon_size = 24\n"
+
+
+def is_of_the_icon(pixel) -> bool:
+    """The orange of the drawn television, which is on nothing else here."""
+    red, green, blue = pixel
+    return red > 180 and 70 < green < 180 and blue < 110
+
+
+class Menus(SiteCase):
+    def start_tint2(self):
+        """A tray that embeds windows."""
+        settings = self.desktop.folder / "tint2rc"
+        settings.write_text(TINT2, encoding="ascii")
+        return self.desktop.background(["tint2", "-c", str(settings)])
+
+    def start_xfce_panel(self):
+        """A tray on the session bus."""
+        folder = pathlib.Path(self.desktop.environment["XDG_CONFIG_HOME"]) / "xfce4/xfconf/xfce-perchannel-xml"
+        folder.mkdir(parents=True, exist_ok=True)
+        (folder / "xfce4-panel.xml").write_text(XFCE_PANEL, encoding="ascii")
+        return self.desktop.background(["xfce4-panel", "--disable-wm-check"])
+
+    def icon(self) -> tuple[int, int] | None:
+        """Where it is, in the bar along the upper edge of the screen."""
+        bar = self.desktop.screenshot().crop((0, 0, 1280, 32))
+        places = [(i % 1280, i // 1280) for i, pixel in enumerate(bar.getdata()) if is_of_the_icon(pixel)]
+        if len(places) < 30:
+            return None
+        return tuple(sum(place[axis] for place in places) // len(places) for axis in (0, 1))
+
+    def wait_for_icon(self) -> tuple[int, int]:
+        return wait_until(self.icon, "the icon in the tray")
+
+    def menu_is_open(self) -> bool:
+        """Something white and large is where nothing was."""
+        area = self.desktop.screenshot().crop((0, 40, 1280, 380))
+        return sum(1 for pixel in area.getdata() if min(pixel) > 225) > 20000
+
+    def wait_for_menu(self):
+        wait_until(self.menu_is_open, "an open menu")
+
+    def wait_for_channel(self, handle: str, channel: str):
+        """Without the control bar: the pointer is elsewhere."""
+        wait_until(lambda: self.program.preferences().get("lastChannelID") == channel, channel)
+        wait_until(lambda: shows(self.program.picture(), self.site.channels[handle]), f"the picture of {handle}")
+
+    def test_embedding_tray(self):
+        panel = self.start_tint2()
+        program = self.start()
+        program.wait_for("playing")
+        icon = self.wait_for_icon()
+        self.desktop.click(*icon)
+        self.wait_for_menu()
+        # The headers are no place to stop: the ghost mode, then the channels.
+        self.desktop.key("Down", "Down", "Down", "Return")
+        self.wait_for_channel("AlHadath", "alhadath")
+        wait_until(lambda: not self.menu_is_open(), "a closed menu")
+
+        self.desktop.point(*icon)
+        self.desktop.button("click", "3")
+        self.wait_for_menu()
+        # No shortcut acts on the way, and the check mark has moved.
+        self.desktop.key("m", "g", "Escape")
+        wait_until(lambda: not self.menu_is_open(), "a closed menu")
+        self.assertNotIn("isMuted", program.preferences())
+        self.assertNotIn("ghostModeEnabled", program.preferences())
+
+        # A window that was closed comes back with the next channel.
+        self.desktop.run("wmctrl", "-i", "-c", program.window())
+        wait_until(lambda: not program.is_shown(), "a hidden window")
+        self.desktop.click(*icon)
+        self.wait_for_menu()
+        self.desktop.key("Down", "Down", "Down", "Down", "Return")
+        self.wait_for_channel("aljazeera", "aljazeera")
+
+        # The panel crashes, and comes back.
+        panel.kill()
+        panel.wait()
+        wait_until(lambda: not self.icon(), "the end of the tray")
+        self.start_tint2()
+        self.desktop.click(*self.wait_for_icon())
+        self.wait_for_menu()
+        self.desktop.key("Up", "Return")
+        self.assertEqual(program.process.wait(10), 0, "the last item quits")
+        self.assertEqual(program.preferences()["lastChannelID"], "aljazeera")
+
+    def test_late_tray_on_the_bus(self):
+        program = self.start()
+        program.wait_for("playing")
+        self.assertIsNone(self.icon())
+        panel = self.start_xfce_panel()
+        icon = self.wait_for_icon()
+        self.desktop.click(*icon)
+        self.wait_for_menu()
+        self.desktop.key("Down", "Down", "Down", "Return")
+        self.wait_for_channel("AlHadath", "alhadath")
+
+        # The panel draws this one itself.
+        self.desktop.point(*icon)
+        self.desktop.button("click", "3")
+        self.wait_for_menu()
+        self.desktop.key("Down", "Down", "Down", "Return")
+        wait_until(lambda: program.preferences().get("lastChannelID") == "alhadath", "a channel")
+
+        panel.kill()
+        panel.wait()
+        wait_until(lambda: not self.icon(), "the end of the tray")
+        self.start_xfce_panel()
+        self.wait_for_icon()
+        self.quit_cleanly()
+
+    def test_without_a_tray(self):
+        program = self.start()
+        program.wait_for("playing")
+        x, y, width, height = program.frame()
+
+        def open_menu():
+            self.desktop.point(x + width // 2, y + 60)
+            self.desktop.button("click", "3")
+            self.wait_for_menu()
+
+        open_menu()
+        self.desktop.key("Down", "Down", "Return")
+        self.desktop.point(10, 10)
+        self.wait_for_channel("AlHadath", "alhadath")
+
+        # From the keyboard alone, and back without a choice.
+        self.desktop.run("xdotool", "windowactivate", "--sync", program.window())
+        self.desktop.key("Menu")
+        self.wait_for_menu()
+        self.desktop.key("Escape")
+        wait_until(lambda: not self.menu_is_open(), "a closed menu")
+        self.assertEqual(program.frame()[2:], (480, 314), "Escape was the menu's")
+
+        # From the end: Quit, About, Check for Updates, Settings, Add Channel, and the sleep timer.
+        open_menu()
+        self.desktop.key("Up", "Return")
+        self.assertEqual(program.process.wait(10), 0)
+
+    def test_sleep_timer(self):
+        """The shortest one, on the real clock."""
+        program = self.start("window_probe")
+        program.wait_for("window-shown")
+        program.tell("sleep 0")
+        wait_until(lambda: not program.is_shown(), "a hidden window")
+        self.assertEqual(program.preferences()["lastChannelID"], "")
+        self.assertIsNone(program.process.poll())
+        self.assertEqual(program.quit(), 0)
+
+
+if __name__ == "__main__":
+    unittest.main()

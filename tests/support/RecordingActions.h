@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "ui/ApplicationActions.h"
+
+#include <QStringList>
+
+namespace orvane::test {
+
+/// Writes down what was asked of the application.
+class RecordingActions final : public ApplicationActions {
+public:
+    QStringList calls;
+
+    [[nodiscard]] bool canPerform(MenuAction) const override { return true; }
+    [[nodiscard]] Menu contextMenu() const override { return {}; }
+    void menuChannelSelected(const QString& id) override { calls += id; }
+    void menuResolutionSelected(const QString& text) override { calls += text; }
+    void menuSleepTimer(int minutes) override { calls += QString::number(minutes); }
+    void menuCancelSleepTimer() override { calls += QStringLiteral("cancel"); }
+    void menuToggleGhostMode() override { calls += QStringLiteral("ghost"); }
+    void menuCheckForUpdates() override { calls += QStringLiteral("updates"); }
+    void terminate() override { calls += QStringLiteral("terminate"); }
+};
+
+} // namespace orvane::test
