@@ -127,8 +127,8 @@ class Menus(SiteCase):
         self.desktop.point(*icon)
         self.desktop.button("click", "3")
         self.wait_for_menu()
-        self.desktop.key("Down", "Down", "Down", "Return")
-        wait_until(lambda: program.preferences().get("lastChannelID") == "alhadath", "a channel")
+        self.desktop.key("Down", "Down", "Down", "Down", "Return")
+        self.wait_for_channel("aljazeera", "aljazeera")
 
         panel.kill()
         panel.wait()
