@@ -88,11 +88,10 @@ void AppDelegate::applicationDidFinishLaunching() {
 void AppDelegate::followTheSession() {
     QCoreApplication::instance()->installEventFilter(this);
     // The session may go on after all: only what would be lost is saved.
-    connect(qGuiApp, &QGuiApplication::commitDataRequest, this,
-            [this](QSessionManager&) {
-                if (m_playerWindow)
-                    storeWindowFrame();
-            });
+    connect(qGuiApp, &QGuiApplication::commitDataRequest, this, [this](QSessionManager&) {
+        if (m_playerWindow)
+            storeWindowFrame();
+    });
 }
 
 bool AppDelegate::eventFilter(QObject* watched, QEvent* event) {
@@ -156,8 +155,8 @@ void AppDelegate::closePlayerWindow() {
 }
 
 void AppDelegate::storeWindowFrame() {
-    m_services.preferences.setWindowFrame(
-        m_playerWindow ? std::optional(m_playerWindow->frame()) : std::nullopt);
+    m_services.preferences.setWindowFrame(m_playerWindow ? std::optional(m_playerWindow->frame())
+                                                         : std::nullopt);
 }
 
 void AppDelegate::playAtLaunch() {

@@ -31,7 +31,8 @@ constexpr std::array<std::pair<std::string_view, KeyCode>, 14> places{{
 /// Letters, on every layout that has any.
 constexpr std::array homeRow{"AC01", "AC02", "AC03"};
 
-constexpr auto noKeys = "xkb_keymap { xkb_keycodes {}; xkb_types {}; xkb_compat {}; xkb_symbols {}; };";
+constexpr auto noKeys =
+    "xkb_keymap { xkb_keycodes {}; xkb_types {}; xkb_compat {}; xkb_symbols {}; };";
 
 std::string_view name(xkb_keymap* keymap, xkb_keycode_t key) {
     const char* name = xkb_keymap_key_get_name(keymap, key);
@@ -66,11 +67,8 @@ xkb_context* KeyboardLayouts::context() {
 }
 
 KeyboardLayouts::Keymap KeyboardLayouts::keymap(const char* layouts, const char* variants) {
-    const xkb_rule_names names{.rules = "evdev",
-                               .model = "pc105",
-                               .layout = layouts,
-                               .variant = variants,
-                               .options = ""};
+    const xkb_rule_names names{
+        .rules = "evdev", .model = "pc105", .layout = layouts, .variant = variants, .options = ""};
     return Keymap(xkb_keymap_new_from_names(context(), &names, XKB_KEYMAP_COMPILE_NO_FLAGS));
 }
 
@@ -111,13 +109,12 @@ std::optional<char32_t> KeyboardLayouts::onLatinLayout(xkb_keycode_t key) const 
 std::uint32_t modifierFlags(std::uint32_t state) {
     using namespace ModifierFlags;
     // Alt and AltGr are what Option is elsewhere, and Super is Command.
-    constexpr std::array<std::pair<std::uint32_t, std::uint32_t>, 6> flags{
-        {{1U << 0, shift},
-         {1U << 1, capsLock},
-         {1U << 2, control},
-         {1U << 3, option},
-         {1U << 6, command},
-         {1U << 7, option}}};
+    constexpr std::array<std::pair<std::uint32_t, std::uint32_t>, 6> flags{{{1U << 0, shift},
+                                                                            {1U << 1, capsLock},
+                                                                            {1U << 2, control},
+                                                                            {1U << 3, option},
+                                                                            {1U << 6, command},
+                                                                            {1U << 7, option}}};
     std::uint32_t result = 0;
     for (const auto& [bit, flag] : flags)
         result |= (state & bit) != 0 ? flag : 0;

@@ -40,8 +40,8 @@ TrayWatcher::~TrayWatcher() = default;
 
 void TrayWatcher::watchBus() {
     const QDBusConnection bus = QDBusConnection::sessionBus();
-    auto* names = new QDBusServiceWatcher(busName, bus,
-                                          QDBusServiceWatcher::WatchForOwnerChange, this);
+    auto* names =
+        new QDBusServiceWatcher(busName, bus, QDBusServiceWatcher::WatchForOwnerChange, this);
     connect(names, &QDBusServiceWatcher::serviceUnregistered, this, [this] { m_isOnBus = false; });
     connect(names, &QDBusServiceWatcher::serviceRegistered, this, [this] {
         m_isOnBus = true;

@@ -2,13 +2,9 @@
 #include "platform/X11Keyboard.h"
 
 #include "platform/X11.h"
+#include "platform/XkbProtocol.h"
 
 #include <QCoreApplication>
-
-// The member that C++ cannot name is not used here.
-#define explicit explicit_
-#include <xcb/xkb.h>
-#undef explicit
 
 #include <xkbcommon/xkbcommon-x11.h>
 
@@ -45,16 +41,15 @@ X11Keyboard::~X11Keyboard() = default;
 
 bool X11Keyboard::select() {
     xcb_connection_t* connection = X11::connection();
-    if (xkb_x11_setup_xkb_extension(connection, XKB_X11_MIN_MAJOR_XKB_VERSION,
-                                    XKB_X11_MIN_MINOR_XKB_VERSION,
-                                    XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS, nullptr, nullptr,
-                                    &m_eventType, nullptr) == 0)
+    if (xkb_x11_setup_xkb_extension(
+            connection, XKB_X11_MIN_MAJOR_XKB_VERSION, XKB_X11_MIN_MINOR_XKB_VERSION,
+            XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS, nullptr, nullptr, &m_eventType, nullptr) == 0)
         return false;
     constexpr std::uint16_t events = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY |
                                      XCB_XKB_EVENT_TYPE_MAP_NOTIFY |
                                      XCB_XKB_EVENT_TYPE_STATE_NOTIFY;
-    constexpr std::uint16_t parts = XCB_XKB_MAP_PART_KEY_TYPES | XCB_XKB_MAP_PART_KEY_SYMS |
-                                    XCB_XKB_MAP_PART_MODIFIER_MAP;
+    constexpr std::uint16_t parts =
+        XCB_XKB_MAP_PART_KEY_TYPES | XCB_XKB_MAP_PART_KEY_SYMS | XCB_XKB_MAP_PART_MODIFIER_MAP;
     xcb_xkb_select_events(connection, XCB_XKB_ID_USE_CORE_KBD, events, 0, events, parts, parts,
                           nullptr);
     const X11::Reply<xcb_xkb_get_state_reply_t> state(xcb_xkb_get_state_reply(

@@ -31,8 +31,8 @@ HotkeyManager::HotkeyManager(const Collaborators& collaborators) : m_with(collab
 HotkeyManager::~HotkeyManager() = default;
 
 void HotkeyManager::start() {
-    m_monitor =
-        m_with.events.addLocalKeyDownMonitor([this](const KeyEvent& event) { return handle(event); });
+    m_monitor = m_with.events.addLocalKeyDownMonitor(
+        [this](const KeyEvent& event) { return handle(event); });
     m_ghostModeObserver = m_with.notifications.addObserver(
         AppNotification::ghostModeChanged, [this](const auto&) { followGhostMode(); });
     followGhostMode();
@@ -65,8 +65,7 @@ HotkeyManager::Outcome HotkeyManager::handle(const KeyEvent& event) {
 HotkeyManager::Outcome HotkeyManager::press(const KeyEvent& event) {
     if ((event.modifierFlags & rejectedModifiers) != 0)
         return Outcome::passedOn;
-    if (playFavorite(event.keyCode) ||
-        pressCharacter(event.charactersIgnoringModifiers.toLower()))
+    if (playFavorite(event.keyCode) || pressCharacter(event.charactersIgnoringModifiers.toLower()))
         return Outcome::consumed;
     return pressKey(event.keyCode);
 }

@@ -22,15 +22,16 @@ MenuBarManager::MenuBarManager(const MenuSources& sources, ApplicationActions& a
 MenuBarManager::~MenuBarManager() = default;
 
 void MenuBarManager::setup() {
-    m_statusItem = std::make_unique<StatusItem>(
-        applicationIcon(), AppConstants::appName, [this](QMenu& target) {
-            Menu menu = StatusMenuBuilder::build(m_sources);
-            // A tray in another process that is told of new items forgets a click on the old ones.
-            if (menu == m_menu && !target.isEmpty())
-                return;
-            m_menu = std::move(menu);
-            renderMenu(m_menu, m_actions, target);
-        });
+    m_statusItem = std::make_unique<StatusItem>(applicationIcon(), AppConstants::appName,
+                                                [this](QMenu& target) {
+                                                    Menu menu = StatusMenuBuilder::build(m_sources);
+                                                    // A tray in another process that is told of new
+                                                    // items forgets a click on the old ones.
+                                                    if (menu == m_menu && !target.isEmpty())
+                                                        return;
+                                                    m_menu = std::move(menu);
+                                                    renderMenu(m_menu, m_actions, target);
+                                                });
 }
 
 void MenuBarManager::rebuildMenu() {

@@ -141,8 +141,8 @@ TEST_F(AppDelegateTest, AResolutionReplaysOnlyWhatPlays) {
     Program run(path);
     run.delegate.applicationDidFinishLaunching();
     int loads = 0;
-    const auto token = run.services.notifications.addObserver(
-        AppNotification::streamLoading, [&](const auto&) { ++loads; });
+    const auto token = run.services.notifications.addObserver(AppNotification::streamLoading,
+                                                              [&](const auto&) { ++loads; });
     run.delegate.menuResolutionSelected(u"1080p"_s);
     EXPECT_EQ(run.services.state.resolution(), Resolution::r480);
     EXPECT_EQ(loads, 0);

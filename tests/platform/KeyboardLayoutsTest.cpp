@@ -15,7 +15,8 @@ QString typed(const char* layouts, xkb_layout_index_t layout, const char* varian
     xkb_keymap* keys = keymap.get();
     const KeyboardLayouts keyboard(std::move(keymap));
     QString text;
-    for (const char* place : {"AD01", "AC01", "AC05", "AB07", "AC10", "AB08", "AE02", "SPCE", "LFSH"}) {
+    for (const char* place :
+         {"AD01", "AC01", "AC05", "AB07", "AC10", "AB08", "AE02", "SPCE", "LFSH"}) {
         const auto key = xkb_keymap_key_by_name(keys, place);
         const QString character = keyboard.charactersIgnoringModifiers(key, layout);
         text += character.isEmpty() ? u"."_s : character;
@@ -48,7 +49,8 @@ TEST(KeyboardLayouts, TellKeysApartByTheirPlace) {
         };
         // 1, 2, 3, 4, 6, 5, =, 9, 7
         int expected = 18;
-        for (const char* place : {"AE01", "AE02", "AE03", "AE04", "AE06", "AE05", "AE12", "AE09", "AE07"})
+        for (const char* place :
+             {"AE01", "AE02", "AE03", "AE04", "AE06", "AE05", "AE12", "AE09", "AE07"})
             EXPECT_EQ(code(place), expected++) << layout << " " << place;
         expected = 123;
         for (const char* place : {"LEFT", "RGHT", "DOWN", "UP"})
