@@ -47,7 +47,10 @@ Environment Environment::read() {
             .gitHub = origin("ORVANE_GITHUB", u"https://github.com"_s),
             .gitHubRaw = origin("ORVANE_GITHUB_RAW", u"https://raw.githubusercontent.com"_s),
             .videoOutput = orvane::videoOutput(qEnvironmentVariable("ORVANE_VIDEO_OUTPUT")),
-            .timelinePath = qEnvironmentVariable("ORVANE_TIMELINE")};
+            .timelinePath = qEnvironmentVariable("ORVANE_TIMELINE"),
+            .appcast =
+                qEnvironmentVariable("ORVANE_APPCAST", QStringLiteral(ORVANE_APPCAST)).trimmed(),
+            .appcastKey = QByteArrayLiteral(ORVANE_APPCAST_KEY)};
 }
 
 QString searchPathWith(const QString& path, const QString& folder) {

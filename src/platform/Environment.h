@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 #include <QStringView>
 
@@ -44,6 +45,12 @@ struct Environment {
     VideoOutput videoOutput = VideoOutput::automatic;
     /// ORVANE_TIMELINE: a file that receives a line for each milestone; empty for none.
     QString timelinePath;
+    /// ORVANE_APPCAST, or what was built in: the whole address at which new versions are announced;
+    /// empty when nowhere.
+    QString appcast;
+    /// The public key, in base64, that new versions are signed with. It can only be built in: an
+    /// environment must not choose whom the program trusts.
+    QByteArray appcastKey;
 
     [[nodiscard]] static Environment read();
 };
