@@ -2,23 +2,41 @@
 #include "support/LoopbackServer.h"
 
 #include <QHostAddress>
+#include <QSslConfiguration>
+#include <QSslServer>
 #include <QTcpSocket>
 
 namespace orvane::test {
 
 using namespace Qt::StringLiterals;
 
-LoopbackServer::LoopbackServer() {
-    if (!m_server.listen(QHostAddress::LocalHost))
+namespace {
+
+std::unique_ptr<QTcpServer> tlsServer(const QSslConfiguration& tls) {
+    auto server = std::make_unique<QSslServer>();
+    server->setSslConfiguration(tls);
+    return server;
+}
+
+} // namespace
+
+LoopbackServer::LoopbackServer() : LoopbackServer(std::make_unique<QTcpServer>(), u"http"_s) {}
+
+LoopbackServer::LoopbackServer(const QSslConfiguration& tls)
+    : LoopbackServer(tlsServer(tls), u"https"_s) {}
+
+LoopbackServer::LoopbackServer(std::unique_ptr<QTcpServer> server, QString scheme)
+    : m_server(std::move(server)), m_scheme(std::move(scheme)) {
+    if (!m_server->listen(QHostAddress::LocalHost))
         qFatal("no port on loopback");
-    QObject::connect(&m_server, &QTcpServer::newConnection, [this] {
-        QTcpSocket* socket = m_server.nextPendingConnection();
+    QObject::connect(m_server.get(), &QTcpServer::pendingConnectionAvailable, [this] {
+        QTcpSocket* socket = m_server->nextPendingConnection();
         QObject::connect(socket, &QTcpSocket::readyRead, socket, [this, socket] { serve(socket); });
     });
 }
 
 std::optional<Origin> LoopbackServer::origin() const {
-    return Origin::parse(u"http://127.0.0.1:%1"_s.arg(m_server.serverPort()));
+    return Origin::parse(u"%1://127.0.0.1:%2"_s.arg(m_scheme).arg(m_server->serverPort()));
 }
 
 void LoopbackServer::serve(QTcpSocket* socket) {
@@ -35,9 +53,13 @@ void LoopbackServer::serve(QTcpSocket* socket) {
     requests += path + u' ' + QString::fromLatin1(agent);
     const Answer answer = answers.value(path, Answer{.status = 404, .body = "no such thing"});
     socket->write("HTTP/1.1 " + QByteArray::number(answer.status) + " Answer\r\nContent-Length: " +
-                  QByteArray::number(answer.body.size()) + "\r\nConnection: close\r\n\r\n");
+                  QByteArray::number(answer.body.size()) + "\r\nConnection: close\r\n");
+    if (!answer.location.isEmpty())
+        socket->write("Location: " + answer.location + "\r\n");
+    socket->write("\r\n");
     socket->write(answer.cutAfter < 0 ? answer.body : answer.body.first(answer.cutAfter));
-    socket->disconnectFromHost();
+    if (answer.end == Answer::End::closed)
+        socket->disconnectFromHost();
 }
 
 } // namespace orvane::test

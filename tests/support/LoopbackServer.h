@@ -9,6 +9,10 @@
 #include <QStringList>
 #include <QTcpServer>
 
+#include <memory>
+
+class QSslConfiguration;
+
 namespace orvane::test {
 
 /// A web server on loopback with fixed answers; what it does not know is answered with 404.
@@ -19,9 +23,15 @@ public:
         QByteArray body;
         /// The connection is cut after this many bytes of the body; negative for never.
         qsizetype cutAfter = -1;
+        /// Where a redirection leads.
+        QByteArray location;
+        /// What becomes of the connection after that.
+        enum class End { closed, hanging } end = End::closed;
     };
 
     LoopbackServer();
+    /// Speaks https, with the certificate and the key of the configuration.
+    explicit LoopbackServer(const QSslConfiguration& tls);
 
     QHash<QString, Answer> answers;
     /// Path and user agent of each request.
@@ -30,9 +40,11 @@ public:
     [[nodiscard]] std::optional<Origin> origin() const;
 
 private:
+    LoopbackServer(std::unique_ptr<QTcpServer> server, QString scheme);
     void serve(QTcpSocket* socket);
 
-    QTcpServer m_server;
+    const std::unique_ptr<QTcpServer> m_server;
+    const QString m_scheme;
 };
 
 } // namespace orvane::test
