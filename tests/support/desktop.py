@@ -141,6 +141,12 @@ class Desktop:
         )
         return done.stdout
 
+    def frame(self, window: str) -> tuple[int, int, int, int]:
+        """x, y, width and height of a window on the screen."""
+        text = self.run("xwininfo", "-id", window)
+        labels = ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height")
+        return tuple(int(re.search(f"{label}: +(-?\\d+)", text).group(1)) for label in labels)
+
     def screenshot(self) -> Image.Image:
         return ImageGrab.grab(xdisplay=self.display).convert("RGB")
 
@@ -221,7 +227,7 @@ class WaylandDesktop(Desktop):
 class Program:
     """The built program on a desktop. Ends it, and all it has started, when it goes out of use."""
 
-    def __init__(self, desktop: Desktop, binary: str, site: str = "", **variables: str):
+    def __init__(self, desktop: Desktop, binary: str, site: str = "", arguments=(), **variables: str):
         self.desktop = desktop
         self._timeline = desktop.folder / "timeline"
         self._timeline.unlink(missing_ok=True)
@@ -233,7 +239,7 @@ class Program:
         self.environment |= OFFLINE | variables
         self.started = time.monotonic()
         self.process = subprocess.Popen(
-            [binary], env=self.environment, stdin=subprocess.PIPE,
+            [binary, *arguments], env=self.environment, stdin=subprocess.PIPE,
             stdout=self._log, stderr=subprocess.STDOUT, text=True,
         )
         self._lines_told = 0
@@ -301,10 +307,8 @@ class Program:
         return wait_until(self._windows, "the player window")[0]
 
     def frame(self) -> tuple[int, int, int, int]:
-        """x, y, width and height of the player window on the screen."""
-        text = self.desktop.run("xwininfo", "-id", self.window())
-        labels = ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height")
-        return tuple(int(re.search(f"{label}: +(-?\\d+)", text).group(1)) for label in labels)
+        """That of the player window."""
+        return self.desktop.frame(self.window())
 
     def picture(self) -> Image.Image:
         x, y, width, height = self.frame()
