@@ -3,6 +3,8 @@
 
 #include "app/Services.h"
 #include "model/AppNotification.h"
+#include "platform/ShowInFolder.h"
+#include "platform/UpdaterDialog.h"
 #include "platform/VideoView.h"
 #include "ui/Menu.h"
 #include "ui/PlayerContainerView.h"
@@ -68,7 +70,9 @@ AppDelegate::AppDelegate(Services& services)
                  .player = services.player,
                  .notifications = services.notifications,
                  .events = services.events,
-                 .actions = *this}) {}
+                 .actions = *this}),
+      m_updaterController(services.updates, services.http, services.tasks,
+                          std::make_unique<UpdaterDialog>(), showInFolder) {}
 
 AppDelegate::~AppDelegate() = default;
 
@@ -188,7 +192,6 @@ bool AppDelegate::canPerform(MenuAction action) const {
     case MenuAction::openSettings:
     case MenuAction::addChannel:
     case MenuAction::showAbout:
-    case MenuAction::checkForUpdates:
         return false; // Their windows do not exist yet.
     default:
         return true;
@@ -223,7 +226,9 @@ void AppDelegate::menuToggleGhostMode() {
     m_services.state.setGhostMode(!m_services.state.isGhostMode());
 }
 
-void AppDelegate::menuCheckForUpdates() {}
+void AppDelegate::menuCheckForUpdates() {
+    m_updaterController.checkForUpdates();
+}
 
 QCoro::Task<> AppDelegate::prepareYtDlp() {
     m_services.ytDlp.onInstalling([this](bool isInstalling) {
@@ -262,6 +267,7 @@ void AppDelegate::terminate() {
     applicationWillTerminate();
     if (m_playerWindow)
         m_playerWindow->hide();
+    m_updaterController.stop();
     m_services.ytDlp.stop();
     m_services.processes.shutDown();
     QTimer::singleShot(drainLimit, this, [] { QCoreApplication::exit(0); });

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/NotificationCenter.h"
+#include "platform/UpdaterController.h"
 #include "ui/ApplicationActions.h"
 #include "ui/HotkeyManager.h"
 #include "ui/MenuBarManager.h"
@@ -70,6 +71,7 @@ private:
     MenuSources m_menuSources;
     MenuBarManager m_menuBarManager;
     HotkeyManager m_hotkeys;
+    UpdaterController m_updaterController;
     std::unique_ptr<PlayerWindow> m_playerWindow;
     std::vector<NotificationCenter::Token> m_observers;
     bool m_hasInstalledYtDlp = false;

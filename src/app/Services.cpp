@@ -3,11 +3,17 @@
 
 #include "model/AppConstants.h"
 
+#include <QStandardPaths>
+
 namespace orvane {
 
 Services::Services(const Environment& environment, const QString& preferencesPath,
                    VideoOutput chosenOutput)
     : videoOutput(chosenOutput),
+      updates{.feed = environment.appcast,
+              .publicKey = environment.appcastKey,
+              .version = AppConstants::appVersion,
+              .downloadFolder = QStandardPaths::writableLocation(QStandardPaths::DownloadLocation)},
       timeline(environment.timelinePath),
       defaults(preferencesPath),
       preferences(defaults),

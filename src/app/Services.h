@@ -13,6 +13,7 @@
 #include "platform/SystemEventMonitor.h"
 #include "platform/TaskScope.h"
 #include "platform/Timeline.h"
+#include "platform/UpdaterController.h"
 #include "platform/UserDefaults.h"
 #include "playback/PlayerManager.h"
 #include "playback/SleepTimer.h"
@@ -32,6 +33,7 @@ struct Services {
              VideoOutput videoOutput);
 
     VideoOutput videoOutput;
+    UpdaterSettings updates;
     Timeline timeline;
     NotificationCenter notifications;
     UserDefaults defaults;

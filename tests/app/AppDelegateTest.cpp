@@ -9,6 +9,7 @@
 #include <QApplication>
 #include <QFile>
 #include <QTemporaryDir>
+#include <QTimer>
 
 #include <gtest/gtest.h>
 
@@ -27,6 +28,10 @@ struct Program {
     ~Program() {
         delegate.terminate();
         EXPECT_TRUE(runUntil([&] { return delegate.isDrained(); }));
+        // The program has left its event loop for good; only another one makes those of the tests
+        // after this one run.
+        QTimer::singleShot(0, QApplication::instance(), [] { QApplication::exit(0); });
+        QApplication::exec();
     }
 
     [[nodiscard]] QString channel() const {
