@@ -5,3 +5,9 @@
 extern "C" int dlclose(void*) {
     return 0;
 }
+
+/// The toolkit forgets a call on the bus, such as that of a new tray icon, whose answer has not
+/// come when the program ends.
+extern "C" const char* __lsan_default_suppressions() {
+    return "leak:libQt6DBus.so";
+}

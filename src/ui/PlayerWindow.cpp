@@ -11,10 +11,12 @@
 #include "ui/PlayerContainerView.h"
 #include "ui/WindowGeometry.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QContextMenuEvent>
 #include <QGuiApplication>
 #include <QMenu>
+#include <QMouseEvent>
 #include <QScreen>
 #include <QShowEvent>
 
@@ -35,6 +37,30 @@ QList<QRectF> usableAreas() {
         areas.append(screen->availableGeometry());
     return areas;
 }
+
+/// A menu that finds no room below the pointer opens under it, and on a busy machine before the
+/// button that opened it is released. That release chooses nothing, unless the pointer was dragged
+/// to what it chooses.
+class OpeningClick final : public QObject {
+public:
+    OpeningClick(QMenu* menu, QPoint place) : QObject(menu), m_place(place) {
+        menu->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() != QEvent::MouseButtonPress &&
+            event->type() != QEvent::MouseButtonRelease)
+            return false;
+        watched->removeEventFilter(this); // What comes later is a click of its own.
+        const auto* click = static_cast<const QMouseEvent*>(event);
+        const QPoint way = click->globalPosition().toPoint() - m_place;
+        return event->type() == QEvent::MouseButtonRelease &&
+               way.manhattanLength() < QApplication::startDragDistance();
+    }
+
+private:
+    QPoint m_place;
+};
 
 } // namespace
 
@@ -138,6 +164,8 @@ void PlayerWindow::contextMenuEvent(QContextMenuEvent* event) {
     auto* menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     renderMenu(m_with.actions.contextMenu(), m_with.actions, *menu);
+    if (event->reason() == QContextMenuEvent::Mouse)
+        new OpeningClick(menu, event->globalPos());
     menu->popup(event->globalPos());
 }
 
