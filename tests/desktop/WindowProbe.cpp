@@ -51,6 +51,8 @@ QString obey(Services& services, const QStringList& words) {
         services.preferences.setEnabledChannelIDs({ids.begin(), ids.end()});
     } else if (command == u"sleep"_s)
         services.sleepTimer.schedule(argument.toInt());
+    else if (command == u"focus"_s)
+        return QGuiApplication::focusWindow() != nullptr ? u"ours"_s : u"elsewhere"_s;
     else if (command == u"settings"_s)
         return QString::number(settingsWishes);
     else if (command == u"close"_s)

@@ -110,6 +110,8 @@ class Keys(SiteCase):
         self.assertNotIn("isMuted", program.preferences())
         self.assertNotIn("volume", program.preferences())
         backdrop.raise_()
+        # The toolkit waits a moment for the focus to come back before it believes that it has gone.
+        wait_until(lambda: program.tell("focus") == "elsewhere", "the focus in the other program")
 
         for layout, letters in LAYOUTS.items():
             self.desktop.run("setxkbmap", layout)
