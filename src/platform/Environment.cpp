@@ -46,6 +46,7 @@ Environment Environment::read() {
             .gitHubApi = origin("ORVANE_GITHUB_API", u"https://api.github.com"_s),
             .gitHub = origin("ORVANE_GITHUB", u"https://github.com"_s),
             .gitHubRaw = origin("ORVANE_GITHUB_RAW", u"https://raw.githubusercontent.com"_s),
+            .telemetry = origin("ORVANE_TELEMETRY", u"https://nom.telemetrydeck.com"_s),
             .videoOutput = orvane::videoOutput(qEnvironmentVariable("ORVANE_VIDEO_OUTPUT")),
             .timelinePath = qEnvironmentVariable("ORVANE_TIMELINE"),
             .appcast =

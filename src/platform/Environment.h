@@ -41,6 +41,8 @@ struct Environment {
     std::optional<Origin> gitHubApi;
     std::optional<Origin> gitHub;
     std::optional<Origin> gitHubRaw;
+    /// ORVANE_TELEMETRY: where signals of use are sent; nothing when nowhere.
+    std::optional<Origin> telemetry;
     /// ORVANE_VIDEO_OUTPUT: "opengl", "software", or anything else for `automatic`.
     VideoOutput videoOutput = VideoOutput::automatic;
     /// ORVANE_TIMELINE: a file that receives a line for each milestone; empty for none.

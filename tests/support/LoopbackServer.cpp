@@ -18,6 +18,25 @@ std::unique_ptr<QTcpServer> tlsServer(const QSslConfiguration& tls) {
     return server;
 }
 
+/// Nothing until all of it is there.
+std::optional<LoopbackServer::Request> parsed(const QByteArray& bytes) {
+    const qsizetype end = bytes.indexOf("\r\n\r\n");
+    if (end < 0)
+        return std::nullopt;
+    QList<QByteArray> lines = bytes.first(end).split('\n');
+    const QList<QByteArray> first = lines.takeFirst().split(' ');
+    LoopbackServer::Request request{.method = first.at(0),
+                                    .path = QString::fromLatin1(first.at(1))};
+    for (const QByteArray& line : lines) {
+        const qsizetype colon = line.indexOf(':');
+        request.headers.insert(line.first(colon).toLower(), line.sliced(colon + 1).trimmed());
+    }
+    request.body = bytes.sliced(end + 4);
+    if (request.body.size() < request.headers.value("content-length").toLongLong())
+        return std::nullopt;
+    return request;
+}
+
 } // namespace
 
 LoopbackServer::LoopbackServer() : LoopbackServer(std::make_unique<QTcpServer>(), u"http"_s) {}
@@ -40,23 +59,19 @@ std::optional<Origin> LoopbackServer::origin() const {
 }
 
 void LoopbackServer::serve(QTcpSocket* socket) {
-    const QByteArray head = socket->peek(64 * 1024);
-    if (!head.contains("\r\n\r\n"))
+    const std::optional<Request> request = parsed(socket->peek(64 * 1024));
+    if (!request)
         return;
     socket->readAll();
-    const QString path = QString::fromLatin1(head.split(' ').at(1));
-    QByteArray agent;
-    for (const QByteArray& line : head.split('\n')) {
-        if (line.toLower().startsWith("user-agent:"))
-            agent = line.sliced(11).trimmed();
-    }
-    requests += path + u' ' + QString::fromLatin1(agent);
-    const Answer answer = answers.value(path, Answer{.status = 404, .body = "no such thing"});
+    received += *request;
+    requests += request->path + u' ' + QString::fromLatin1(request->headers.value("user-agent"));
+    const Answer answer =
+        answers.value(request->path, Answer{.status = 404, .body = "no such thing"});
     socket->write("HTTP/1.1 " + QByteArray::number(answer.status) + " Answer\r\nContent-Length: " +
                   QByteArray::number(answer.body.size()) + "\r\nConnection: close\r\n");
     if (!answer.location.isEmpty())
         socket->write("Location: " + answer.location + "\r\n");
-    socket->write("\r\n");
+    socket->write(answer.moreHeaders + "\r\n");
     socket->write(answer.cutAfter < 0 ? answer.body : answer.body.first(answer.cutAfter));
     if (answer.end == Answer::End::closed)
         socket->disconnectFromHost();

@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <QHash>
+#include <QList>
 #include <QString>
 #include <QStringList>
 #include <QTcpServer>
@@ -27,6 +28,15 @@ public:
         QByteArray location;
         /// What becomes of the connection after that.
         enum class End { closed, hanging } end = End::closed;
+        /// Whole lines, each with its end.
+        QByteArray moreHeaders;
+    };
+    struct Request {
+        QByteArray method;
+        QString path;
+        /// By their names in lower case.
+        QHash<QByteArray, QByteArray> headers;
+        QByteArray body;
     };
 
     LoopbackServer();
@@ -36,6 +46,8 @@ public:
     QHash<QString, Answer> answers;
     /// Path and user agent of each request.
     QStringList requests;
+    /// The same requests, with all that was in them.
+    QList<Request> received;
 
     [[nodiscard]] std::optional<Origin> origin() const;
 

@@ -20,7 +20,8 @@ DEADLINE = float(os.environ.get("ORVANE_TEST_DEADLINE", "60"))
 
 
 # Turns off every service that is not on this machine.
-OFFLINE = {"ORVANE_GITHUB_API": "", "ORVANE_GITHUB": "", "ORVANE_GITHUB_RAW": ""}
+OFFLINE = {"ORVANE_GITHUB_API": "", "ORVANE_GITHUB": "", "ORVANE_GITHUB_RAW": "",
+           "ORVANE_TELEMETRY": ""}
 
 
 class Timeout(AssertionError):

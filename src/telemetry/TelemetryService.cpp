@@ -1,0 +1,106 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "telemetry/TelemetryService.h"
+
+#include "model/Channel.h"
+#include "platform/UserDefaults.h"
+
+#include <QCryptographicHash>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QNetworkReply>
+#include <QNetworkRequest>
+#include <QUrl>
+#include <QUuid>
+
+namespace orvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QLatin1StringView appID{"5D2C8E41-7A93-4B6F-9E20-3C1A8F64B7D5"};
+constexpr QLatin1StringView userIDKey{"lumenfold.orvane.telemetryUserID"};
+
+/// 36 characters, upper-case.
+QString randomID() {
+    return QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
+}
+
+} // namespace
+
+TelemetryService::TelemetryService(UserDefaults& defaults, std::optional<Origin> endpoint)
+    : m_defaults(defaults), m_endpoint(std::move(endpoint)), m_sessionID(randomID()) {}
+
+TelemetryService::~TelemetryService() = default;
+
+void TelemetryService::appLaunched() {
+    send(u"appLaunched"_s);
+}
+
+void TelemetryService::channelPlayed(const Channel& channel) {
+    send(u"channelPlayed"_s,
+         {{u"channelID"_s, channel.id()}, {u"channelName"_s, channel.nameEn()}});
+}
+
+void TelemetryService::settingsOpened() {
+    send(u"settingsOpened"_s);
+}
+
+void TelemetryService::resolutionChanged(Resolution resolution) {
+    send(u"resolutionChanged"_s, {{u"resolution"_s, rawValue(resolution)}});
+}
+
+void TelemetryService::send(const QString& signal, const QJsonObject& payload) {
+    if (!m_endpoint)
+        return;
+    const QJsonObject object{{u"appID"_s, appID},
+                             {u"clientUser"_s, hashedUser()},
+                             {u"sessionID"_s, m_sessionID},
+                             {u"type"_s, signal},
+                             {u"payload"_s, payload}};
+    const QByteArray body = QJsonDocument(QJsonArray{object}).toJson(QJsonDocument::Compact);
+    // Whoever tells of something goes on first with what it was.
+    QMetaObject::invokeMethod(this, [this, body] { post(body); }, Qt::QueuedConnection);
+}
+
+void TelemetryService::post(const QByteArray& body) {
+    if (!m_network)
+        m_network = std::make_unique<QNetworkAccessManager>();
+    QNetworkRequest request(QUrl(m_endpoint->address(u"/v2/")));
+    request.setHeader(QNetworkRequest::ContentTypeHeader, u"application/json"_s);
+    request.setTransferTimeout(static_cast<int>(patience.count()));
+    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
+                         QNetworkRequest::ManualRedirectPolicy);
+    // A cookie would be one more name for the person.
+    request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
+    request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
+
+    ++m_requests;
+    QNetworkReply* reply = m_network->post(request, body);
+    connect(reply, &QNetworkReply::finished, this, [this, reply] {
+        --m_requests;
+        reply->deleteLater();
+    });
+    // The answer has begun, so the signal has arrived. Nobody reads the rest, however long it is.
+    connect(reply, &QNetworkReply::metaDataChanged, reply, &QNetworkReply::abort,
+            Qt::QueuedConnection);
+}
+
+const QString& TelemetryService::userID() {
+    if (!m_userID) {
+        m_userID = m_defaults.string(userIDKey);
+        if (!m_userID) {
+            m_userID = randomID();
+            m_defaults.set(userIDKey, *m_userID);
+        }
+    }
+    return *m_userID;
+}
+
+QString TelemetryService::hashedUser() {
+    const QByteArray digest =
+        QCryptographicHash::hash(userID().toUtf8(), QCryptographicHash::Sha256);
+    return QString::fromLatin1(digest.toHex());
+}
+
+} // namespace orvane
