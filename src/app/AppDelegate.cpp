@@ -142,8 +142,10 @@ void AppDelegate::openPlayerWindow() {
         m_playerWindow =
             std::make_unique<PlayerWindow>(playerWindowCollaborators(m_services, *this));
         m_playerWindow->winId(); // Makes the native window, whose first exposure is awaited.
-        new FirstExposure(m_playerWindow->windowHandle(),
-                          [this] { m_services.timeline.mark("window-shown"); });
+        new FirstExposure(m_playerWindow->windowHandle(), [this] {
+            m_services.timeline.mark("window-shown");
+            m_services.telemetry.appLaunched();
+        });
         m_services.player.setPlayerView(&m_playerWindow->containerView().playerView());
     }
     m_playerWindow->show();
@@ -185,6 +187,7 @@ void AppDelegate::menuChannelSelected(const QString& id) {
         return;
     openPlayerWindow();
     m_services.player.play(*channel);
+    m_services.telemetry.channelPlayed(*channel);
 }
 
 bool AppDelegate::canPerform(MenuAction action) const {
@@ -212,6 +215,7 @@ void AppDelegate::menuResolutionSelected(const QString& text) {
         return;
     m_services.resolver.invalidateCache(*channel);
     m_services.player.play(*channel);
+    m_services.telemetry.channelPlayed(*channel);
 }
 
 void AppDelegate::menuSleepTimer(int minutes) {

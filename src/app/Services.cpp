@@ -20,6 +20,7 @@ Services::Services(const Environment& environment, const QString& preferencesPat
       registry(preferences),
       state(preferences, notifications),
       http(AppConstants::appName),
+      telemetry(defaults, environment.telemetry),
       players(graveyard, chosenOutput),
       ytDlp(HostFileSystem::real(), processes, clock, http, environment, tasks),
       resolver(environment.videoSite, HostFileSystem::real(), processes, clock, tasks),

@@ -21,6 +21,7 @@
 #include "streaming/ChannelResolver.h"
 #include "streaming/StreamResolver.h"
 #include "streaming/YtDlpManager.h"
+#include "telemetry/TelemetryService.h"
 
 namespace orvane {
 
@@ -45,6 +46,7 @@ struct Services {
     SystemClock clock;
     LocalProcessRunner processes;
     HttpClient http;
+    TelemetryService telemetry;
     MpvGraveyard graveyard;
     MpvMediaPlayerFactory players;
     YtDlpManager ytDlp;

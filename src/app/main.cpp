@@ -60,7 +60,8 @@ int main(int argc, char** argv) {
 
     delegate.applicationDidFinishLaunching();
     const int code = QApplication::exec();
-    if (!delegate.isDrained()) {
+    // What has not ended would be waited for on the ordinary way out.
+    if (!delegate.isDrained() || services.telemetry.isSending()) {
         services.defaults.synchronize();
         std::_Exit(code);
     }

@@ -4,10 +4,13 @@
 #include "app/Services.h"
 #include "model/AppNotification.h"
 #include "support/EventLoop.h"
+#include "support/LoopbackServer.h"
 #include "support/ManualClock.h"
 
 #include <QApplication>
 #include <QFile>
+#include <QJsonDocument>
+#include <QJsonValue>
 #include <QTemporaryDir>
 #include <QTimer>
 
@@ -23,8 +26,8 @@ namespace {
 
 /// A run of the program, without its main function and without a site.
 struct Program {
-    explicit Program(const QString& preferencesPath)
-        : services(Environment{}, preferencesPath, VideoOutput::software) {}
+    explicit Program(const QString& preferencesPath, const Environment& environment = {})
+        : services(environment, preferencesPath, VideoOutput::software) {}
     ~Program() {
         delegate.terminate();
         EXPECT_TRUE(runUntil([&] { return delegate.isDrained(); }));
@@ -159,6 +162,35 @@ TEST_F(AppDelegateTest, AResolutionReplaysOnlyWhatPlays) {
     EXPECT_EQ(run.services.preferences.resolution(), Resolution::r360);
     EXPECT_EQ(loads, 1);
     EXPECT_FALSE(Program::window()->isVisible());
+}
+
+TEST_F(AppDelegateTest, TellsOfTheLaunchAndOfWhatIsChosenInTheMenu) {
+    test::LoopbackServer server;
+    Program run(path, {.telemetry = server.origin()});
+    TelemetryService& telemetry = run.services.telemetry;
+    const auto arrived = [&](qsizetype count) {
+        return runUntil([&] { return server.received.size() >= count && !telemetry.isSending(); });
+    };
+    run.delegate.applicationDidFinishLaunching();
+    EXPECT_EQ(run.channel(), first);
+    EXPECT_TRUE(arrived(1));
+    run.delegate.menuChannelSelected(u"dwnews"_s);
+    EXPECT_TRUE(arrived(2));
+    run.delegate.menuResolutionSelected(u"720p"_s);
+    EXPECT_TRUE(arrived(3));
+    run.services.notifications.post(AppNotification::closePlayer);
+    run.delegate.menuResolutionSelected(u"360p"_s);
+    run.delegate.menuChannelSelected(u"no such channel"_s);
+    telemetry.settingsOpened(); // Whatever was sent before has been sent when this one arrives.
+    EXPECT_TRUE(arrived(4));
+    QStringList told;
+    for (const auto& request : server.received) {
+        const QJsonValue signal = QJsonDocument::fromJson(request.body)[0];
+        told += (signal[u"type"].toString() + u' ' + signal[u"payload"][u"channelID"].toString())
+                    .trimmed();
+    }
+    EXPECT_EQ(told, (QStringList{u"appLaunched"_s, u"channelPlayed dwnews"_s,
+                                 u"channelPlayed dwnews"_s, u"settingsOpened"_s}));
 }
 
 TEST_F(AppDelegateTest, TheSleepTimerClosesThePlayerAndTheProgramStays) {

@@ -4,9 +4,8 @@
 import pathlib
 import unittest
 
-from case import SiteCase
+from case import MenuCase
 from desktop import wait_until
-from livesite import shows
 
 XFCE_PANEL = """<?xml version="1.0" encoding="UTF-8"?>
 <channel name="xfce4-panel" version="1.0">
@@ -34,7 +33,7 @@ def is_of_the_icon(pixel) -> bool:
     return red > 180 and 70 < green < 180 and blue < 110
 
 
-class Menus(SiteCase):
+class Menus(MenuCase):
     def start_tint2(self):
         """A tray that embeds windows."""
         settings = self.desktop.folder / "tint2rc"
@@ -58,19 +57,6 @@ class Menus(SiteCase):
 
     def wait_for_icon(self) -> tuple[int, int]:
         return wait_until(self.icon, "the icon in the tray")
-
-    def menu_is_open(self) -> bool:
-        """Something white and large is where nothing was."""
-        area = self.desktop.screenshot().crop((0, 40, 1280, 380))
-        return sum(1 for pixel in area.getdata() if min(pixel) > 225) > 20000
-
-    def wait_for_menu(self):
-        wait_until(self.menu_is_open, "an open menu")
-
-    def wait_for_channel(self, handle: str, channel: str):
-        """Without the control bar: the pointer is elsewhere."""
-        wait_until(lambda: self.program.preferences().get("lastChannelID") == channel, channel)
-        wait_until(lambda: shows(self.program.picture(), self.site.channels[handle]), f"the picture of {handle}")
 
     def test_embedding_tray(self):
         panel = self.start_tint2()
@@ -140,16 +126,7 @@ class Menus(SiteCase):
     def test_without_a_tray(self):
         program = self.start()
         program.wait_for("playing")
-        x, y, width, height = program.frame()
-
-        def open_menu():
-            self.desktop.point(x + width // 2, y + 60)
-            self.desktop.button("click", "3")
-            self.wait_for_menu()
-            # Away from the menu, which opens under it and would begin with what is there.
-            self.desktop.point(10, 10)
-
-        open_menu()
+        self.open_own_menu()
         self.desktop.key("Down", "Down", "Return")
         self.wait_for_channel("AlHadath", "alhadath")
 
@@ -162,7 +139,7 @@ class Menus(SiteCase):
         self.assertEqual(program.frame()[2:], (480, 314), "Escape was the menu's")
 
         # What only the tray's menu has otherwise, from the end; what is grey is no place to stop.
-        open_menu()
+        self.open_own_menu()
         self.desktop.key("Up", "Up", "Return")
         answer = wait_until(
             lambda: self.desktop.run("xdotool", "search", "--onlyvisible", "--name", "^Orvane Update$").split(),
@@ -170,7 +147,7 @@ class Menus(SiteCase):
         wait_until(self.menu_is_open, "the answer, which is as bright as a menu")
         self.desktop.run("wmctrl", "-i", "-c", answer)
         wait_until(lambda: not self.menu_is_open(), "the end of the answer")
-        open_menu()
+        self.open_own_menu()
         self.desktop.key("Up", "Return")
         self.assertEqual(program.process.wait(10), 0)
 

@@ -8,8 +8,8 @@ import tempfile
 import time
 import unittest
 
-from desktop import Desktop, Program, descendants
-from livesite import LiveSite
+from desktop import Desktop, Program, descendants, wait_until
+from livesite import LiveSite, shows
 
 BUILD = os.environ["ORVANE_BUILD"]
 RESULTS = pathlib.Path(os.environ.get("ORVANE_TEST_RESULTS", "results"))
@@ -61,3 +61,29 @@ class SiteCase(DesktopCase):
 
     def start(self, binary: str = "orvane", site: str = "", **variables) -> Program:
         return super().start(binary, site=site or self.site.origin, **variables)
+
+
+class MenuCase(SiteCase):
+    """Whose program's menus are opened."""
+
+    def menu_is_open(self) -> bool:
+        """Something white and large is where nothing was."""
+        area = self.desktop.screenshot().crop((0, 40, 1280, 380))
+        return sum(1 for pixel in area.getdata() if min(pixel) > 225) > 20000
+
+    def wait_for_menu(self):
+        wait_until(self.menu_is_open, "an open menu")
+
+    def wait_for_channel(self, handle: str, channel: str):
+        """Without the control bar: the pointer is elsewhere."""
+        wait_until(lambda: self.program.preferences().get("lastChannelID") == channel, channel)
+        wait_until(lambda: shows(self.program.picture(), self.site.channels[handle]), f"the picture of {handle}")
+
+    def open_own_menu(self):
+        """That of the player window."""
+        x, y, width, _ = self.program.frame()
+        self.desktop.point(x + width // 2, y + 60)
+        self.desktop.button("click", "3")
+        self.wait_for_menu()
+        # Away from the menu, which opens under it and would begin with what is there.
+        self.desktop.point(10, 10)

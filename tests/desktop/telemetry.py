@@ -1,0 +1,90 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""What the program tells of its use, seen by the server that it tells."""
+
+import http.server
+import json
+import threading
+
+from case import MenuCase
+from desktop import wait_until
+
+
+class SignalServer:
+    """Keeps the body of each signal that is posted. Answers only after `allowed` is set."""
+
+    def __init__(self):
+        allowed = self.allowed = threading.Event()
+        signals = self.signals = []
+
+        class Handler(http.server.BaseHTTPRequestHandler):
+            def do_POST(self):
+                body = self.rfile.read(int(self.headers["Content-Length"]))
+                signals.append((self.path, self.headers["Content-Type"], json.loads(body)))
+                allowed.wait()
+                self.send_response(200)
+                self.send_header("Content-Length", "0")
+                self.end_headers()
+
+            def log_message(self, *_):
+                pass
+
+        self._server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), Handler)
+        self.origin = f"http://127.0.0.1:{self._server.server_address[1]}"
+
+    def wait_for(self, count: int) -> list[dict]:
+        """The objects of the signals so far."""
+        wait_until(lambda: len(self.signals) >= count, f"{count} signals; so far: {self.signals}")
+        for path, kind, body in self.signals:
+            assert (path, kind, len(body)) == ("/v2/", "application/json", 1), (path, kind, body)
+        return [body[0] for _, _, body in self.signals]
+
+    def __enter__(self):
+        threading.Thread(target=self._server.serve_forever, daemon=True).start()
+        return self
+
+    def __exit__(self, *_):
+        self.allowed.set()
+        self._server.shutdown()
+        self._server.server_close()
+
+
+class Telemetry(MenuCase):
+    def setUp(self):
+        super().setUp()
+        self.server = self.enterContext(SignalServer())
+
+    def test_two_runs(self):
+        self.server.allowed.set()
+        for run in (1, 2):
+            program = self.start(ORVANE_TELEMETRY=self.server.origin)
+            program.wait_for("playing")
+            self.server.wait_for(2 * run - 1)
+            self.open_own_menu()
+            self.desktop.key("Down", "Down", "Return")
+            self.server.wait_for(2 * run)
+            self.wait_for_channel("AlHadath", "alhadath")
+            self.quit_cleanly()
+        signals = self.server.wait_for(4)
+        users = {signal.pop("clientUser") for signal in signals}
+        sessions = [signal.pop("sessionID") for signal in signals]
+        self.assertEqual(len(users), 1)
+        self.assertRegex(users.pop(), "^[0-9a-f]{64}$")
+        self.assertTrue(sessions[0] == sessions[1] != sessions[2] == sessions[3], sessions)
+        app = "5D2C8E41-7A93-4B6F-9E20-3C1A8F64B7D5"
+        launch = {"appID": app, "type": "appLaunched", "payload": {}}
+        played = {"appID": app, "type": "channelPlayed",
+                  "payload": {"channelID": "alhadath", "channelName": "Al Hadath"}}
+        self.assertEqual(signals, [launch, played] * 2)
+
+    def test_quit_while_sending(self):
+        """The server takes the signal and says nothing, and nor does the program."""
+        said = []
+        for origin in ("", self.server.origin):
+            # Nothing plays there: what plays makes other libraries talk.
+            program = self.start(site="http://127.0.0.1:1", ORVANE_TELEMETRY=origin)
+            program.wait_for("window-shown")
+            self.server.wait_for(1 if origin else 0)
+            self.quit_cleanly()
+            said.append(program.log())
+        self.assertEqual(said[0], said[1])
+        self.assertIn("lumenfold.orvane.telemetryUserID", program.preferences())
