@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/AboutWindow.h"
+
+#include "support/EventLoop.h"
+
+#include <QApplication>
+#include <QDesktopServices>
+#include <QPushButton>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace orvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Stands for the browser.
+class Browser final : public QObject {
+    Q_OBJECT
+
+public:
+    Browser() { QDesktopServices::setUrlHandler(u"https"_s, this, "open"); }
+    ~Browser() override { QDesktopServices::unsetUrlHandler(u"https"_s); }
+
+    QStringList opened;
+
+public Q_SLOTS:
+    void open(const QUrl& address) { opened += address.toString(); }
+};
+
+TEST(AboutWindowTest, SaysWhatTheProgramIs) {
+    const AboutWindow window;
+    EXPECT_EQ(window.windowTitle(), u"About Orvane"_s);
+    EXPECT_EQ(window.size(), QSize(320, 280));
+    EXPECT_FALSE(window.windowFlags() & Qt::WindowMinimizeButtonHint);
+    QStringList texts;
+    for (const QLabel* label : window.findChildren<QLabel*>())
+        texts += label->text();
+    EXPECT_EQ(texts, (QStringList{u"📺"_s, u"Orvane"_s, u"Version 2.2.0 (6)"_s,
+                                  u"Live Arabic & international news channels in your menu bar. "
+                                  "Free, no account needed."_s}));
+}
+
+TEST(AboutWindowTest, OpensTheWebPage) {
+    Browser browser;
+    AboutWindow window(u"https://orvane.example/about?x=1"_s);
+    auto* button = window.findChild<QPushButton*>(u"websiteButton"_s);
+    EXPECT_EQ(button->text(), u"orvane.example"_s);
+    QTest::mouseClick(button, Qt::LeftButton);
+    EXPECT_EQ(browser.opened, QStringList{u"https://orvane.example/about?x=1"_s});
+    for (const QString& address : {u""_s, u"https://"_s, u"https://a b"_s, u"file:///etc/passwd"_s})
+        AboutWindow(address).openWebsite();
+    EXPECT_EQ(browser.opened.size(), 1);
+}
+
+TEST(AboutWindowTest, IsOnlyHiddenByEscape) {
+    AboutWindow window;
+    window.show();
+    QTest::keyClick(&window, Qt::Key_Escape);
+    EXPECT_FALSE(window.isVisible());
+    window.show();
+    EXPECT_TRUE(window.close() && !window.testAttribute(Qt::WA_DeleteOnClose));
+}
+
+TEST(AboutWindowTest, CutsNothingOfALargeText) {
+    const QFont before = QApplication::font();
+    AboutWindow window(u"https://a-rather-long-name-of-a-site.example"_s);
+    for (const int pixels : {14, 22, 40}) {
+        QFont large = before;
+        large.setPixelSize(pixels);
+        QApplication::setFont(large);
+        test::settle();
+        EXPECT_EQ(window.height() > 280, pixels > 16);
+        int above = 0;
+        for (const QWidget* child : window.findChildren<QWidget*>()) {
+            const bool isWrapped = child->hasHeightForWidth();
+            EXPECT_GE(child->height(), isWrapped ? child->heightForWidth(child->width())
+                                                 : child->fontMetrics().height());
+            EXPECT_GE(child->width(), isWrapped ? 260 : child->sizeHint().width());
+            EXPECT_TRUE(window.rect().contains(child->geometry()));
+            EXPECT_GE(child->y(), above) << "they do not overlap";
+            above = child->geometry().bottom() + 1;
+        }
+    }
+    QApplication::setFont(before);
+    test::settle();
+    EXPECT_EQ(window.height(), 280);
+}
+
+} // namespace
+} // namespace orvane
+
+#include "AboutWindowTest.moc"
