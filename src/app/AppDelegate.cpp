@@ -9,6 +9,7 @@
 #include "ui/Menu.h"
 #include "ui/PlayerContainerView.h"
 
+#include <QApplication>
 #include <QGuiApplication>
 #include <QSessionManager>
 #include <QTimer>
@@ -44,6 +45,14 @@ private:
     std::function<void()> m_callback;
 };
 
+/// Also out of the task bar, and over what another program shows.
+void bringToFront(QWidget& window) {
+    window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+    window.show();
+    window.raise();
+    window.activateWindow();
+}
+
 } // namespace
 
 PlayerWindow::Collaborators playerWindowCollaborators(Services& services,
@@ -55,6 +64,19 @@ PlayerWindow::Collaborators playerWindowCollaborators(Services& services,
             .events = services.events,
             .actions = actions,
             .videoOutput = services.videoOutput};
+}
+
+SettingsWindow::Collaborators settingsWindowCollaborators(Services& services) {
+    return {.preferences = services.preferences,
+            .registry = services.registry,
+            .state = services.state,
+            .notifications = services.notifications,
+            .tasks = services.tasks,
+            .resolve =
+                [&resolver = services.channelResolver](const QString& input, std::stop_token stop) {
+                    return resolver.resolve(input, std::move(stop));
+                },
+            .siteHost = services.siteHost};
 }
 
 AppDelegate::AppDelegate(Services& services)
@@ -113,6 +135,8 @@ void AppDelegate::registerObservers() {
             name, [react = std::move(react)](const auto&) { react(); }));
     };
     markMilestones();
+    observe(AppNotification::openSettings, [this] { openSettings(); });
+    observe(AppNotification::openAddChannel, [this] { openAddChannel(); });
     observe(AppNotification::closePlayer, [this] { closePlayerWindow(); });
     observe(AppNotification::channelChanged, [this] { m_menuBarManager.updateCurrentChannel(); });
     observe(AppNotification::sleepTimerFired, [this] {
@@ -150,6 +174,18 @@ void AppDelegate::openPlayerWindow() {
     }
     m_playerWindow->show();
     m_playerWindow->raise();
+}
+
+void AppDelegate::openSettings() {
+    if (!m_settingsWindow)
+        m_settingsWindow =
+            std::make_unique<SettingsWindow>(settingsWindowCollaborators(m_services));
+    bringToFront(*m_settingsWindow);
+}
+
+void AppDelegate::openAddChannel() {
+    openSettings();
+    m_settingsWindow->showCustomChannelsTab();
 }
 
 void AppDelegate::closePlayerWindow() {
@@ -190,17 +226,6 @@ void AppDelegate::menuChannelSelected(const QString& id) {
     m_services.telemetry.channelPlayed(*channel);
 }
 
-bool AppDelegate::canPerform(MenuAction action) const {
-    switch (action) {
-    case MenuAction::openSettings:
-    case MenuAction::addChannel:
-    case MenuAction::showAbout:
-        return false; // Their windows do not exist yet.
-    default:
-        return true;
-    }
-}
-
 Menu AppDelegate::contextMenu() const {
     return ContextMenuBuilder::build(m_menuSources, m_menuBarManager.presence());
 }
@@ -224,6 +249,20 @@ void AppDelegate::menuSleepTimer(int minutes) {
 
 void AppDelegate::menuCancelSleepTimer() {
     m_services.sleepTimer.cancel();
+}
+
+void AppDelegate::menuOpenSettings() {
+    openSettings();
+}
+
+void AppDelegate::menuAddChannel() {
+    openAddChannel();
+}
+
+void AppDelegate::menuShowAbout() {
+    if (!m_aboutWindow)
+        m_aboutWindow = std::make_unique<AboutWindow>();
+    bringToFront(*m_aboutWindow);
 }
 
 void AppDelegate::menuToggleGhostMode() {
@@ -269,8 +308,9 @@ void AppDelegate::terminate() {
         return;
     m_isTerminating = true;
     applicationWillTerminate();
-    if (m_playerWindow)
-        m_playerWindow->hide();
+    for (QWidget* window : QApplication::topLevelWidgets())
+        window->hide();
+    m_settingsWindow.reset();
     m_updaterController.stop();
     m_services.ytDlp.stop();
     m_services.processes.shutDown();

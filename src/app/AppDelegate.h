@@ -3,10 +3,12 @@
 
 #include "platform/NotificationCenter.h"
 #include "platform/UpdaterController.h"
+#include "ui/AboutWindow.h"
 #include "ui/ApplicationActions.h"
 #include "ui/HotkeyManager.h"
 #include "ui/MenuBarManager.h"
 #include "ui/PlayerWindow.h"
+#include "ui/SettingsWindow.h"
 
 #include <QCoroTask>
 #include <QObject>
@@ -39,13 +41,15 @@ public:
     /// soon as no child process and no player is left, or when the person has waited long enough.
     void terminate() override;
 
-    [[nodiscard]] bool canPerform(MenuAction action) const override;
     [[nodiscard]] Menu contextMenu() const override;
     void menuChannelSelected(const QString& id) override;
     void menuResolutionSelected(const QString& rawValue) override;
     void menuSleepTimer(int minutes) override;
     void menuCancelSleepTimer() override;
+    void menuOpenSettings() override;
+    void menuAddChannel() override;
     void menuToggleGhostMode() override;
+    void menuShowAbout() override;
     void menuCheckForUpdates() override;
 
     /// Whether everything that was started has ended; if not, the process must be left at once.
@@ -59,6 +63,8 @@ private:
     void registerObservers();
     void markMilestones();
     void openPlayerWindow();
+    void openSettings();
+    void openAddChannel();
     void closePlayerWindow();
     void storeWindowFrame();
     void playAtLaunch();
@@ -73,6 +79,8 @@ private:
     HotkeyManager m_hotkeys;
     UpdaterController m_updaterController;
     std::unique_ptr<PlayerWindow> m_playerWindow;
+    std::unique_ptr<SettingsWindow> m_settingsWindow;
+    std::unique_ptr<AboutWindow> m_aboutWindow;
     std::vector<NotificationCenter::Token> m_observers;
     bool m_hasInstalledYtDlp = false;
     bool m_isRetryDue = false;

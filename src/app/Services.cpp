@@ -10,6 +10,7 @@ namespace orvane {
 Services::Services(const Environment& environment, const QString& preferencesPath,
                    VideoOutput chosenOutput)
     : videoOutput(chosenOutput),
+      siteHost(environment.videoSite ? environment.videoSite->host() : QString()),
       updates{.feed = environment.appcast,
               .publicKey = environment.appcastKey,
               .version = AppConstants::appVersion,

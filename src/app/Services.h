@@ -34,6 +34,8 @@ struct Services {
              VideoOutput videoOutput);
 
     VideoOutput videoOutput;
+    /// Of the site whose channels are played; empty without one.
+    QString siteHost;
     UpdaterSettings updates;
     Timeline timeline;
     NotificationCenter notifications;

@@ -41,6 +41,10 @@ QString Origin::address(QStringView path) const {
     return m_text + path.toString();
 }
 
+QString Origin::host() const {
+    return QUrl(m_text).host();
+}
+
 Environment Environment::read() {
     return {.videoSite = origin("ORVANE_VIDEO_SITE", u"https://www.youtube.com"_s),
             .gitHubApi = origin("ORVANE_GITHUB_API", u"https://api.github.com"_s),

@@ -19,6 +19,9 @@ public:
     /// `path` begins with "/" and is appended as it is.
     [[nodiscard]] QString address(QStringView path) const;
 
+    /// The host alone.
+    [[nodiscard]] QString host() const;
+
     friend bool operator==(const Origin&, const Origin&) = default;
 
 private:

@@ -15,6 +15,9 @@ namespace {
 /// The longest reference that is understood, "&" and ";" included.
 constexpr qsizetype longestReference = 10;
 
+constexpr uint zeroWidthNonJoiner = 0x200C;
+constexpr uint zeroWidthJoiner = 0x200D;
+
 /// An angle bracket that something other than a tag follows is just a character.
 bool beginsTag(QStringView text) {
     return text.size() > 1 && text.front() == u'<' &&
@@ -147,9 +150,20 @@ QString plainText(QStringView markup) {
 }
 
 QString oneLine(QStringView text, qsizetype maximum) {
-    QString line = text.toString().simplified();
-    line.removeIf([](QChar c) { return !c.isPrint() || c.category() == QChar::Other_Format; });
-    return line.left(maximum);
+    // Longer texts are cut before anything else is done with them; blanks may shrink, hence more.
+    QList<uint> points = text.trimmed().left(4 * maximum).toString().simplified().toUcs4();
+    points.removeIf([](uint c) {
+        const bool joins = c == zeroWidthNonJoiner || c == zeroWidthJoiner;
+        return !joins && (!QChar::isPrint(c) || QChar::category(c) == QChar::Other_Format);
+    });
+    QString line;
+    for (const uint c : points) {
+        const auto piece = QChar::fromUcs4(c);
+        if (line.size() + QStringView(piece).size() > maximum)
+            break;
+        line += piece;
+    }
+    return line;
 }
 
 } // namespace orvane

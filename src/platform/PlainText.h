@@ -16,7 +16,7 @@ namespace orvane {
 inline constexpr qsizetype maximumPlainText = 64 * 1024;
 
 /// `text` on one line, without characters that change the direction or cannot be seen, and with at
-/// most `maximum` characters.
+/// most `maximum` UTF-16 units. Joiners stay, as scripts and emoji need them.
 [[nodiscard]] QString oneLine(QStringView text, qsizetype maximum);
 
 } // namespace orvane

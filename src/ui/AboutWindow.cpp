@@ -2,14 +2,12 @@
 #include "ui/AboutWindow.h"
 
 #include "model/AppConstants.h"
+#include "ui/FormPage.h"
+#include "ui/SystemColors.h"
 
 #include <QDesktopServices>
-#include <QEvent>
-#include <QFontInfo>
-#include <QScreen>
+#include <QPushButton>
 #include <QUrl>
-
-#include <algorithm>
 
 namespace orvane {
 
@@ -17,52 +15,33 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Points, y downwards.
-constexpr QSize windowSize(320, 280);
-constexpr QRect iconFrame(0, 10, 320, 70);
-constexpr QRect nameFrame(0, 80, 320, 28);
-constexpr QRect versionFrame(0, 108, 320, 20);
-constexpr QRect descriptionFrame(30, 134, 260, 46);
-constexpr QRect buttonFrame(110, 216, 100, 24);
-constexpr int iconPixelSize = 64;
-constexpr int namePixelSize = 20;
-constexpr int textPixelSize = 12;
-/// A desktop whose own text is larger than this has everything here enlarged likewise.
-constexpr int ordinaryPixelSize = 16;
-/// Above and below the button's text together.
-constexpr int buttonPadding = 6;
-/// What stays free above the button, and half of what does below it, when texts need more room.
-constexpr int smallestGap = 12;
-
-QLabel* centredLabel(const QString& text, QPalette::ColorRole role, QWidget* parent) {
-    auto* label = new QLabel(text, parent);
-    label->setTextFormat(Qt::PlainText);
-    label->setAlignment(Qt::AlignCenter);
-    label->setForegroundRole(role);
-    return label;
-}
-
-void setText(QLabel& label, double pixelSize, QFont::Weight weight) {
-    QFont font = label.font();
-    font.setPixelSize(qRound(pixelSize));
-    font.setWeight(weight);
-    label.setFont(font);
-}
-
-/// The usual size, or more where the text would be cut.
-QSize neededSize(const QWidget& widget, const QSize& usual) {
-    QSize text = widget.sizeHint();
-    if (widget.hasHeightForWidth())
-        text = QSize(0, widget.heightForWidth(usual.width()));
-    else if (qobject_cast<const QPushButton*>(&widget) != nullptr)
-        text.setHeight(widget.fontMetrics().height() + buttonPadding); // Styles like it taller.
-    return usual.expandedTo(text);
-}
+constexpr QSizeF contentSize(320, 280);
+constexpr QRectF buttonFrame(110, 40, 100, 24);
+/// Beside the button's text, together.
+constexpr double buttonPadding = 16;
 
 QUrl webAddress(const QString& text) {
     const QUrl url(text, QUrl::StrictMode);
-    const bool isWeb = url.scheme() == "https"_L1 || url.scheme() == "http"_L1;
+    const bool isWeb = url.scheme() == u"https" || url.scheme() == u"http";
     return url.isValid() && isWeb && !url.host().isEmpty() ? url : QUrl();
+}
+
+void addTexts(FormPage& page) {
+    using enum QPalette::ColorRole;
+    const Qt::Alignment centred = Qt::AlignHCenter;
+    QLabel* icon = page.addLabel(u"📺"_s, {0, 200, 320, 70}, {.size = 64, .alignment = centred});
+    // The fonts of symbols have a plain one, and come first otherwise.
+    QFont glyphs = icon->font();
+    glyphs.setFamilies({u"Noto Color Emoji"_s, glyphs.family()});
+    icon->setFont(glyphs);
+    page.addLabel(AppConstants::appName, {0, 172, 320, 28},
+                  {.size = 20, .weight = QFont::Bold, .alignment = centred});
+    page.addLabel(u"Version %1 (%2)"_s.arg(AppConstants::appVersion, AppConstants::buildNumber),
+                  {0, 152, 320, 20}, {.size = 12, .color = PlaceholderText, .alignment = centred});
+    page.addLabel(u"Live Arabic & international news channels in your menu bar. "
+                  "Free, no account needed."_s,
+                  {30, 100, 260, 46}, {.size = 12, .color = PlaceholderText, .alignment = centred})
+        ->setWordWrap(true);
 }
 
 } // namespace
@@ -73,78 +52,32 @@ AboutWindow::AboutWindow(const QString& website)
     : QDialog(nullptr, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                            Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint |
                            Qt::WindowStaysOnTopHint),
-      m_website(website),
-      m_icon(centredLabel(u"📺"_s, QPalette::WindowText, this)),
-      m_name(centredLabel(AppConstants::appName, QPalette::WindowText, this)),
-      m_version(centredLabel(
-          u"Version %1 (%2)"_s.arg(AppConstants::appVersion, AppConstants::buildNumber),
-          QPalette::PlaceholderText, this)),
-      m_description(centredLabel(u"Live Arabic & international news channels in your menu bar. "
-                                 "Free, no account needed."_s,
-                                 QPalette::PlaceholderText, this)),
-      m_websiteButton(new QPushButton(webAddress(website).host(), this)) {
+      m_website(website) {
     setWindowTitle(u"About Orvane"_s);
-    // The fonts of symbols have a plain one, and come first otherwise.
-    QFont glyphs = m_icon->font();
-    glyphs.setFamilies({u"Noto Color Emoji"_s, glyphs.family()});
-    m_icon->setFont(glyphs);
-    m_description->setWordWrap(true);
-    m_websiteButton->setObjectName(u"websiteButton"_s);
-    m_websiteButton->setHidden(m_websiteButton->text().isEmpty());
-    connect(m_websiteButton, &QPushButton::clicked, this, &AboutWindow::openWebsite);
-    adoptDesktop();
-    move(screen()->availableGeometry().center() - rect().center());
+    setFixedSize(FormPage::scaled(contentSize));
+    centreOnScreen(*this);
+    auto* page = new FormPage(this);
+    page->setGeometry(rect());
+    addTexts(*page);
+
+    const QString host = webAddress(website).host();
+    if (host.isEmpty())
+        return;
+    auto* button = new QPushButton(host);
+    button->setObjectName(u"websiteButton"_s);
+    setTextColor(*button, SystemColors::blue);
+    connect(button, &QPushButton::clicked, this, &AboutWindow::openWebsite);
+    // A longer name takes room on both sides.
+    const double textWidth =
+        button->fontMetrics().horizontalAdvance(host) / FormPage::scale() + buttonPadding;
+    const double more = std::max(0.0, textWidth - buttonFrame.width()) / 2;
+    page->place(button, buttonFrame.adjusted(-more, 0, more, 0));
 }
 
 void AboutWindow::openWebsite() const {
     const QUrl address = webAddress(m_website);
     if (address.isValid())
         QDesktopServices::openUrl(address);
-}
-
-void AboutWindow::changeEvent(QEvent* event) {
-    QDialog::changeEvent(event);
-    if (event->type() == QEvent::FontChange || event->type() == QEvent::PaletteChange)
-        adoptDesktop();
-}
-
-void AboutWindow::adoptDesktop() {
-    const double scale =
-        std::max(1.0, static_cast<double>(QFontInfo(font()).pixelSize()) / ordinaryPixelSize);
-    setText(*m_icon, iconPixelSize * scale, QFont::Normal);
-    setText(*m_name, namePixelSize * scale, QFont::Bold);
-    setText(*m_version, textPixelSize * scale, QFont::Normal);
-    setText(*m_description, textPixelSize * scale, QFont::Normal);
-    QPalette blue = palette();
-    blue.setColor(QPalette::ButtonText, blue.color(QPalette::Link));
-    m_websiteButton->setPalette(blue);
-    arrange(scale);
-}
-
-void AboutWindow::arrange(double scale) {
-    struct Row {
-        QWidget* widget;
-        QRect frame;
-    };
-    const Row rows[]{{m_icon, iconFrame},
-                     {m_name, nameFrame},
-                     {m_version, versionFrame},
-                     {m_description, descriptionFrame},
-                     {m_websiteButton, buttonFrame}};
-    const auto scaled = [scale](int length) { return qRound(length * scale); };
-    const int gap = scaled(smallestGap);
-    int width = scaled(windowSize.width());
-    int bottom = 0;
-    for (const auto& [widget, frame] : rows) {
-        widget->resize(neededSize(*widget, frame.size() * scale));
-        const int highest = widget == m_websiteButton ? bottom + gap : bottom;
-        widget->move(0, std::max(scaled(frame.y()), highest));
-        width = std::max(width, widget->width());
-        bottom = widget->geometry().bottom() + 1;
-    }
-    for (const Row& row : rows)
-        row.widget->move((width - row.widget->width()) / 2, row.widget->y());
-    setFixedSize(width, std::max(scaled(windowSize.height()), bottom + 2 * gap));
 }
 
 } // namespace orvane

@@ -11,8 +11,6 @@ class ApplicationActions {
 public:
     virtual ~ApplicationActions() = default;
 
-    /// Menus show what cannot be performed, but do not let it be chosen.
-    [[nodiscard]] virtual bool canPerform(MenuAction action) const = 0;
     /// What a right click on the player window shows, as of now.
     [[nodiscard]] virtual Menu contextMenu() const = 0;
 
@@ -22,7 +20,12 @@ public:
     virtual void menuResolutionSelected(const QString& rawValue) = 0;
     virtual void menuSleepTimer(int minutes) = 0;
     virtual void menuCancelSleepTimer() = 0;
+    /// Brings the settings to the front.
+    virtual void menuOpenSettings() = 0;
+    /// The same, with the page for channels of one's own.
+    virtual void menuAddChannel() = 0;
     virtual void menuToggleGhostMode() = 0;
+    virtual void menuShowAbout() = 0;
     virtual void menuCheckForUpdates() = 0;
     /// Ends the program the orderly way.
     virtual void terminate() = 0;

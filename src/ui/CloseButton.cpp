@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/CloseButton.h"
 
+#include "ui/SystemColors.h"
+
 #include <QPainter>
 
 namespace orvane {
@@ -20,7 +22,7 @@ void CloseButton::paintEvent(QPaintEvent*) {
     painter.setOpacity(underMouse() ? 1.0 : 0.35);
     const QRectF circle = QRectF(rect()).adjusted(1, 1, -1, -1);
     painter.setPen(QPen(QColor::fromRgbF(1, 1, 1, 0.7F), 1));
-    painter.setBrush(isDown() ? QColor(255, 59, 48) : QColor(60, 60, 60));
+    painter.setBrush(isDown() ? SystemColors::red : QColor(60, 60, 60));
     painter.drawEllipse(circle);
     const QRectF cross = circle.adjusted(4, 4, -4, -4);
     painter.setPen(QPen(Qt::white, 1.5, Qt::SolidLine, Qt::RoundCap));

@@ -7,6 +7,8 @@
 #include "ui/ApplicationActions.h"
 #include "ui/GlyphButton.h"
 #include "ui/LiveIndicator.h"
+#include "ui/PlainName.h"
+#include "ui/SystemColors.h"
 #include "ui/WindowDrag.h"
 
 #include <QLabel>
@@ -30,12 +32,6 @@ constexpr int margin = 6;
 constexpr int buttonSize = 32;
 constexpr int buttonStep = 36;
 
-constexpr QColor systemBlue(0, 122, 255);
-constexpr QColor systemPurple(175, 82, 222);
-constexpr QColor systemGreen(40, 205, 65);
-constexpr QColor systemOrange(255, 149, 0);
-constexpr QColor systemRed(255, 59, 48);
-
 } // namespace
 
 ControlBar::ControlBar(AppState& state, PlayerManager& player, ApplicationActions& actions,
@@ -47,11 +43,11 @@ ControlBar::ControlBar(AppState& state, PlayerManager& player, ApplicationAction
       m_notifications(notifications),
       m_liveIndicator(new LiveIndicator(this)),
       m_channelLabel(new QLabel(this)),
-      m_muteButton(new GlyphButton(systemBlue, this)),
-      m_ghostButton(new GlyphButton(systemPurple, this)),
-      m_fullscreenBtn(new GlyphButton(systemGreen, this)),
-      m_closeButton(new GlyphButton(systemOrange, this)),
-      m_quitButton(new GlyphButton(systemRed, this)) {
+      m_muteButton(new GlyphButton(SystemColors::blue, this)),
+      m_ghostButton(new GlyphButton(SystemColors::purple, this)),
+      m_fullscreenBtn(new GlyphButton(SystemColors::green, this)),
+      m_closeButton(new GlyphButton(SystemColors::orange, this)),
+      m_quitButton(new GlyphButton(SystemColors::red, this)) {
     new WindowDrag(this);
     setUpLabel();
     setUpButtons();
@@ -111,7 +107,7 @@ void ControlBar::registerObservers() {
 
 void ControlBar::updateChannel() {
     const auto& channel = m_state.currentChannel();
-    m_channelName = channel ? channel->displayName() : u"Select a channel"_s;
+    m_channelName = channel ? plainName(channel->displayName()) : u"Select a channel"_s;
     fitChannelName();
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/LiveIndicator.h"
 
+#include "ui/SystemColors.h"
+
 #include <QPainter>
 
 #include <cmath>
@@ -33,7 +35,7 @@ void LiveIndicator::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(QColor(255, 59, 48));
+    painter.setBrush(SystemColors::red);
     painter.setOpacity(pulseOpacity(std::chrono::milliseconds(m_shownFor.elapsed())));
     const QPointF centre = QRectF(rect()).center();
     painter.drawEllipse(centre, dotSize / 2, dotSize / 2);

@@ -2,6 +2,7 @@
 #include "ui/Menu.h"
 
 #include "ui/ApplicationActions.h"
+#include "ui/PlainName.h"
 
 #include <QCoreApplication>
 #include <QKeySequence>
@@ -18,10 +19,7 @@ namespace {
 void perform(const MenuItem& item, ApplicationActions& actions) {
     switch (item.action) {
     case MenuAction::none:
-    case MenuAction::openSettings:
-    case MenuAction::addChannel:
-    case MenuAction::showAbout:
-        return; // Nothing that could be chosen.
+        return;
     case MenuAction::channelSelected:
         return actions.menuChannelSelected(item.representedObject);
     case MenuAction::resolutionSelected:
@@ -30,8 +28,14 @@ void perform(const MenuItem& item, ApplicationActions& actions) {
         return actions.menuSleepTimer(item.tag);
     case MenuAction::cancelSleepTimer:
         return actions.menuCancelSleepTimer();
+    case MenuAction::openSettings:
+        return actions.menuOpenSettings();
+    case MenuAction::addChannel:
+        return actions.menuAddChannel();
     case MenuAction::toggleGhostMode:
         return actions.menuToggleGhostMode();
+    case MenuAction::showAbout:
+        return actions.menuShowAbout();
     case MenuAction::checkForUpdates:
         return actions.menuCheckForUpdates();
     case MenuAction::terminate:
@@ -40,13 +44,7 @@ void perform(const MenuItem& item, ApplicationActions& actions) {
 }
 
 QString label(const MenuItem& item) {
-    QString title = item.title;
-    // An ampersand of a name is no mnemonic.
-    title.replace(u'&', u"&&"_s);
-    // A name keeps its own direction, whatever stands beside it.
-    if (title.isRightToLeft())
-        title = QChar(0x2068) + title + QChar(0x2069); // FIRST STRONG ISOLATE ... POP
-    return u"    "_s.repeated(item.indentationLevel) + title;
+    return u"    "_s.repeated(item.indentationLevel) + controlText(plainName(item.title));
 }
 
 /// The keys are listened to in one place, which is not here: a menu that belongs to no window only
@@ -89,7 +87,7 @@ void renderMenu(const Menu& menu, ApplicationActions& actions, QMenu& target) {
             continue;
         }
         QAction* action = target.addAction(label(item));
-        action->setEnabled(item.action != MenuAction::none && actions.canPerform(item.action));
+        action->setEnabled(item.action != MenuAction::none);
         action->setCheckable(item.isOn);
         action->setChecked(item.isOn);
         showKeyEquivalent(item, *action);

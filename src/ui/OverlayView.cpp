@@ -26,7 +26,7 @@ constexpr double shade = 0.75;
 
 OverlayView::OverlayView(QWidget* parent)
     : QWidget(parent),
-      m_spinner(new Spinner(this)),
+      m_spinner(new Spinner(Qt::white, this)),
       m_messageLabel(new QLabel(this)),
       m_retryButton(new QPushButton(u"Retry"_s, this)) {
     QFont font = m_messageLabel->font();

@@ -119,6 +119,13 @@ QRectF PlayerWindow::frame() const {
     return m_floating->frame();
 }
 
+void PlayerWindow::setContentSize(const QSizeF& size) {
+    if (isFullScreen())
+        return;
+    setFrame(resizedPlayerFrame(m_floating->frame(), size, usableAreas()));
+    m_floating->flush();
+}
+
 void PlayerWindow::setFrame(const QRectF& frame) {
     m_sizeByProgram = frame.size().toSize();
     keepShape();

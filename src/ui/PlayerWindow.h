@@ -47,6 +47,9 @@ public:
     /// Points in desktop coordinates, y downwards; in full screen the frame before it.
     [[nodiscard]] QRectF frame() const;
 
+    /// Points. The corner nearest to a corner of the screen stays. Full screen stays what it is.
+    void setContentSize(const QSizeF& size);
+
     void toggleFullScreen();
 
 protected:

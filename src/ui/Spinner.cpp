@@ -14,7 +14,7 @@ constexpr std::chrono::milliseconds stepTime{80};
 
 } // namespace
 
-Spinner::Spinner(QWidget* parent) : QWidget(parent) {
+Spinner::Spinner(const QColor& color, QWidget* parent) : QWidget(parent), m_color(color) {
     m_timer.setInterval(stepTime);
     connect(&m_timer, &QTimer::timeout, this, [this] {
         m_step = (m_step + 1) % spokes;
@@ -36,13 +36,13 @@ void Spinner::paintEvent(QPaintEvent*) {
     painter.setRenderHint(QPainter::Antialiasing);
     const double radius = std::min(width(), height()) / 2.0;
     painter.translate(QRectF(rect()).center());
-    QPen pen(Qt::white, radius * 0.16);
+    QPen pen(m_color, radius * 0.16);
     pen.setCapStyle(Qt::RoundCap);
     for (int spoke = 0; spoke < spokes; ++spoke) {
         const int age = (m_step - spoke + spokes) % spokes;
-        QColor colour(Qt::white);
-        colour.setAlphaF(1.0F - 0.85F * static_cast<float>(age) / spokes);
-        pen.setColor(colour);
+        QColor color = m_color;
+        color.setAlphaF(1.0F - 0.85F * static_cast<float>(age) / spokes);
+        pen.setColor(color);
         painter.setPen(pen);
         painter.save();
         painter.rotate(360.0 * spoke / spokes);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QColor>
 #include <QTimer>
 #include <QWidget>
 
@@ -12,7 +13,7 @@ class Spinner final : public QWidget {
     Q_OBJECT
 
 public:
-    explicit Spinner(QWidget* parent = nullptr);
+    explicit Spinner(const QColor& color, QWidget* parent = nullptr);
 
     void start();
     void stop();
@@ -23,6 +24,7 @@ protected:
     void hideEvent(QHideEvent* event) override;
 
 private:
+    QColor m_color;
     QTimer m_timer;
     int m_step = 0;
 };

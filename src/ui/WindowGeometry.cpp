@@ -27,6 +27,11 @@ double squaredDistance(const QRectF& area, const QPointF& point) {
     return QPointF::dotProduct(nearest - point, nearest - point);
 }
 
+QRectF nearestArea(const QList<QRectF>& areas, const QPointF& point) {
+    return *std::ranges::min_element(
+        areas, {}, [&](const QRectF& area) { return squaredDistance(area, point); });
+}
+
 /// As near to where it is as its being whole inside the area allows; not larger than the area.
 QRectF movedInto(const QRectF& area, QRectF frame) {
     frame.setSize(frame.size().boundedTo(area.size()));
@@ -57,10 +62,18 @@ QRectF initialPlayerFrame(const std::optional<QRectF>& saved, const QList<QRectF
     if (isInReach && !isTooSmall)
         return *saved;
     const QRectF frame(saved->topLeft(), saved->size().expandedTo(smallestPlayerSize));
-    const QRectF nearest = *std::ranges::min_element(usableAreas, {}, [&](const QRectF& area) {
-        return squaredDistance(area, saved->center());
-    });
-    return movedInto(nearest, frame);
+    return movedInto(nearestArea(usableAreas, saved->center()), frame);
+}
+
+QRectF resizedPlayerFrame(const QRectF& frame, const QSizeF& size,
+                          const QList<QRectF>& usableAreas) {
+    const QRectF area = nearestArea(usableAreas, frame.center());
+    QRectF resized(frame.topLeft(), size);
+    if (area.right() - frame.right() < frame.left() - area.left())
+        resized.moveRight(frame.right());
+    if (area.bottom() - frame.bottom() < frame.top() - area.top())
+        resized.moveBottom(frame.bottom());
+    return movedInto(area, resized);
 }
 
 Qt::Edges edgesAt(const QPointF& position, const QSizeF& size) {

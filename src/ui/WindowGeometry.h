@@ -26,6 +26,12 @@ inline constexpr QSize smallestPlayerSize(320, 180);
 [[nodiscard]] QRectF initialPlayerFrame(const std::optional<QRectF>& saved,
                                         const QList<QRectF>& usableAreas);
 
+/// `frame` with another size. The corner that is nearest to a corner of its screen stays where it
+/// is, so that a window in a corner stays there; then it is moved as far as its being whole on that
+/// screen asks for.
+[[nodiscard]] QRectF resizedPlayerFrame(const QRectF& frame, const QSizeF& size,
+                                        const QList<QRectF>& usableAreas);
+
 /// The edges of a window of this size by which a press at `position` resizes it: a band of 6 points
 /// along the inside, whose ends are the corners. None elsewhere.
 [[nodiscard]] Qt::Edges edgesAt(const QPointF& position, const QSizeF& size);

@@ -21,9 +21,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// How often somebody has asked for the settings.
-int settingsWishes = 0;
-
 /// The answer to a line.
 QString obey(Services& services, const QStringList& words) {
     const QString& command = words.first();
@@ -53,8 +50,6 @@ QString obey(Services& services, const QStringList& words) {
         services.sleepTimer.schedule(argument.toInt());
     else if (command == u"focus"_s)
         return QGuiApplication::focusWindow() != nullptr ? u"ours"_s : u"elsewhere"_s;
-    else if (command == u"settings"_s)
-        return QString::number(settingsWishes);
     else if (command == u"close"_s)
         for (QWidget* window : QApplication::topLevelWidgets())
             window->hide();
@@ -83,8 +78,6 @@ int main(int argc, char** argv) {
     const TerminationSignals signals;
     QObject::connect(&signals, &TerminationSignals::received, &delegate, &AppDelegate::terminate);
     delegate.applicationDidFinishLaunching();
-    const auto wish = services.notifications.addObserver(AppNotification::openSettings,
-                                                         [](const auto&) { ++settingsWishes; });
     // No site, no picture: the window shows what it is told to.
     services.player.stop();
     services.state.setError(services.registry.featured().first(), u"No site"_s);

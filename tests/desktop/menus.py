@@ -4,8 +4,8 @@
 import pathlib
 import unittest
 
-from case import MenuCase
 from desktop import wait_until
+from tray import TrayCase
 
 XFCE_PANEL = """<?xml version="1.0" encoding="UTF-8"?>
 <channel name="xfce4-panel" version="1.0">
@@ -24,22 +24,8 @@ XFCE_PANEL = """<?xml version="1.0" encoding="UTF-8"?>
   </property>
 </channel>
 """
-TINT2 = "panel_items = S\npanel_size = 100% 32\npanel_position = top center horizontal\nsystray_icon_size = 24\n"
 
-
-def is_of_the_icon(pixel) -> bool:
-    """The orange of the drawn television, which is on nothing else here."""
-    red, green, blue = pixel
-    return red > 180 and 70 < green < 180 and blue < 110
-
-
-class Menus(MenuCase):
-    def start_tint2(self):
-        """A tray that embeds windows."""
-        settings = self.desktop.folder / "tint2rc"
-        settings.write_text(TINT2, encoding="ascii")
-        return self.desktop.background(["tint2", "-c", str(settings)])
-
+class Menus(TrayCase):
     def start_xfce_panel(self):
         """A tray on the session bus."""
         folder = pathlib.Path(self.desktop.environment["XDG_CONFIG_HOME"]) / "xfce4/xfconf/xfce-perchannel-xml"
@@ -47,24 +33,12 @@ class Menus(MenuCase):
         (folder / "xfce4-panel.xml").write_text(XFCE_PANEL, encoding="ascii")
         return self.desktop.background(["xfce4-panel", "--disable-wm-check"])
 
-    def icon(self) -> tuple[int, int] | None:
-        """Where it is, in the bar along the upper edge of the screen."""
-        bar = self.desktop.screenshot().crop((0, 0, 1280, 32))
-        places = [(i % 1280, i // 1280) for i, pixel in enumerate(bar.getdata()) if is_of_the_icon(pixel)]
-        if len(places) < 30:
-            return None
-        return tuple(sum(place[axis] for place in places) // len(places) for axis in (0, 1))
-
-    def wait_for_icon(self) -> tuple[int, int]:
-        return wait_until(self.icon, "the icon in the tray")
-
     def test_embedding_tray(self):
         panel = self.start_tint2()
         program = self.start()
         program.wait_for("playing")
         icon = self.wait_for_icon()
-        self.desktop.click(*icon)
-        self.wait_for_menu()
+        self.open_menu()
         # The headers are no place to stop: the ghost mode, then the channels.
         self.desktop.key("Down", "Down", "Down", "Return")
         self.wait_for_channel("AlHadath", "alhadath")
@@ -80,10 +54,9 @@ class Menus(MenuCase):
         self.assertNotIn("ghostModeEnabled", program.preferences())
 
         # A window that was closed comes back with the next channel.
-        self.desktop.run("wmctrl", "-i", "-c", program.window())
+        self.desktop.close(program.window())
         wait_until(lambda: not program.is_shown(), "a hidden window")
-        self.desktop.click(*icon)
-        self.wait_for_menu()
+        self.open_menu()
         self.desktop.key("Down", "Down", "Down", "Down", "Return")
         self.wait_for_channel("aljazeera", "aljazeera")
 
@@ -92,8 +65,7 @@ class Menus(MenuCase):
         panel.wait()
         wait_until(lambda: not self.icon(), "the end of the tray")
         self.start_tint2()
-        self.desktop.click(*self.wait_for_icon())
-        self.wait_for_menu()
+        self.open_menu()
         self.desktop.key("Up", "Return")
         self.assertEqual(program.process.wait(10), 0, "the last item quits")
         self.assertEqual(program.preferences()["lastChannelID"], "aljazeera")
@@ -104,8 +76,7 @@ class Menus(MenuCase):
         self.assertIsNone(self.icon())
         panel = self.start_xfce_panel()
         icon = self.wait_for_icon()
-        self.desktop.click(*icon)
-        self.wait_for_menu()
+        self.open_menu()
         self.desktop.key("Down", "Down", "Down", "Return")
         self.wait_for_channel("AlHadath", "alhadath")
 
@@ -138,14 +109,12 @@ class Menus(MenuCase):
         wait_until(lambda: not self.menu_is_open(), "a closed menu")
         self.assertEqual(program.frame()[2:], (480, 314), "Escape was the menu's")
 
-        # What only the tray's menu has otherwise, from the end; what is grey is no place to stop.
+        # What only the tray's menu has otherwise, from the end.
         self.open_own_menu()
-        self.desktop.key("Up", "Up", "Return")
-        answer = wait_until(
-            lambda: self.desktop.run("xdotool", "search", "--onlyvisible", "--name", "^Orvane Update$").split(),
-            "what there is to say about updates")[0]
+        self.desktop.key("Up", "Up", "Up", "Return")
+        answer = self.desktop.window("Orvane Update")
         wait_until(self.menu_is_open, "the answer, which is as bright as a menu")
-        self.desktop.run("wmctrl", "-i", "-c", answer)
+        self.desktop.close(answer)
         wait_until(lambda: not self.menu_is_open(), "the end of the answer")
         self.open_own_menu()
         self.desktop.key("Up", "Return")

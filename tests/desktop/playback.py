@@ -132,7 +132,7 @@ class Playback(SiteCase):
         self.channel.faults["page"] = "hang"
         program = self.start()
         wait_until(lambda: self.site.count("/@AlArabiya/live"), "yt-dlp's request")
-        self.desktop.run("wmctrl", "-i", "-c", program.window())
+        self.desktop.close(program.window())
         wait_until(lambda: not program.is_shown(), "a hidden window")
         wait_until(lambda: not program.children(), "the end of yt-dlp")
         self.assertEqual(program.preferences()["lastChannelID"], "")

@@ -120,7 +120,7 @@ class Updates(DesktopCase):
         return wait_until(has_focus, f"{headline}; so far: {self.shown()}")
 
     def windows(self) -> list[str]:
-        return self.desktop.run("xdotool", "search", "--onlyvisible", "--name", "^Orvane Update$").split()
+        return self.desktop.windows("Orvane Update")
 
     def wait_for_offer(self) -> tuple[int, int]:
         """Waits for the offer with its notes; gives the place of its Download button."""

@@ -12,12 +12,14 @@ class RecordingActions final : public ApplicationActions {
 public:
     QStringList calls;
 
-    [[nodiscard]] bool canPerform(MenuAction) const override { return true; }
     [[nodiscard]] Menu contextMenu() const override { return {}; }
     void menuChannelSelected(const QString& id) override { calls += id; }
     void menuResolutionSelected(const QString& text) override { calls += text; }
     void menuSleepTimer(int minutes) override { calls += QString::number(minutes); }
     void menuCancelSleepTimer() override { calls += QStringLiteral("cancel"); }
+    void menuOpenSettings() override { calls += QStringLiteral("settings"); }
+    void menuAddChannel() override { calls += QStringLiteral("add"); }
+    void menuShowAbout() override { calls += QStringLiteral("about"); }
     void menuToggleGhostMode() override { calls += QStringLiteral("ghost"); }
     void menuCheckForUpdates() override { calls += QStringLiteral("updates"); }
     void terminate() override { calls += QStringLiteral("terminate"); }

@@ -142,6 +142,17 @@ class Desktop:
         )
         return done.stdout
 
+    def windows(self, title: str) -> list[str]:
+        """The ids of those that can be seen."""
+        return self.run("xdotool", "search", "--onlyvisible", "--name", f"^{title}$").split()
+
+    def window(self, title: str) -> str:
+        return wait_until(lambda: self.windows(title), f"the window {title}")[0]
+
+    def close(self, window: str) -> None:
+        """As by the button of its frame."""
+        self.run("wmctrl", "-i", "-c", window)
+
     def frame(self, window: str) -> tuple[int, int, int, int]:
         """x, y, width and height of a window on the screen."""
         text = self.run("xwininfo", "-id", window)
@@ -297,15 +308,12 @@ class Program:
         wait_until(reached, f"{milestone} x {count}; so far: {self.milestones()}", deadline)
         return [at for name, at in self.milestones() if name == milestone][count - 1]
 
-    def _windows(self) -> list[str]:
-        return self.desktop.run("xdotool", "search", "--onlyvisible", "--name", "^Orvane$").split()
-
     def is_shown(self) -> bool:
-        return bool(self._windows())
+        return bool(self.desktop.windows("Orvane"))
 
     def window(self) -> str:
         """The id of the player window."""
-        return wait_until(self._windows, "the player window")[0]
+        return self.desktop.window("Orvane")
 
     def frame(self) -> tuple[int, int, int, int]:
         """That of the player window."""
@@ -339,10 +347,7 @@ class Backdrop:
             probe = pathlib.Path(os.environ["ORVANE_BUILD"]) / "backdrop_probe"
             command = [str(probe), "#%02x%02x%02x" % colour]
             self._process = desktop.background(command, stdout=said)
-        self._window = wait_until(
-            lambda: desktop.run("xdotool", "search", "--onlyvisible", "--name", "^Backdrop$"),
-            "the other window",
-        ).split()[0]
+        self._window = desktop.window("Backdrop")
 
     def __enter__(self) -> "Backdrop":
         return self

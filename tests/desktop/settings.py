@@ -1,0 +1,106 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""The settings window with the real pointer and keyboard, and a channel of one's own from the address on
+a page to the picture and back out."""
+
+import pathlib
+import subprocess
+import unittest
+
+from desktop import wait_until
+from tray import TrayCase
+
+WIDTH, HEIGHT = 520, 440
+# Where controls are, in points from the lower left corner of the window; rows of lists from that of what
+# is scrolled to its end.
+INPUT = (290, 300)
+RESOLVE = (465, 300)
+ADD_CHANNEL = (442, 219)
+PREVIEW = (200, 240)
+FIRST_REMOVE = (435, 25)
+LAST_CHANNEL = (40, 83)
+LAST_STAR = (466, 83)
+STAR_COLOUR = (255, 149, 0)
+
+
+def is_near(pixel, colour) -> bool:
+    return all(abs(a - b) < 40 for a, b in zip(pixel, colour))
+
+
+class Settings(TrayCase):
+    def setUp(self):
+        super().setUp()
+        # The resolver checks certificates, as it should; the person's own settings for yt-dlp apply.
+        settings = pathlib.Path(self.desktop.environment["XDG_CONFIG_HOME"]) / "yt-dlp"
+        settings.mkdir(parents=True)
+        (settings / "config").write_text("--no-check-certificates\n", encoding="ascii")
+
+    def place(self, point) -> tuple[int, int]:
+        x, y, width, height = self.desktop.frame(self.window)
+        self.assertEqual((width, height), (WIDTH, HEIGHT))
+        return x + point[0], y + height - point[1]
+
+    def click(self, point):
+        self.desktop.click(*self.place(point))
+
+    def pixel(self, point):
+        return self.desktop.pixel(*self.place(point))
+
+    def custom_channels(self) -> str:
+        return self.program.preferences().get("customChannels", "[]")
+
+    def copy(self, text: str):
+        """To the clipboard, as a browser does from its address field."""
+        command = ["xclip", "-selection", "clipboard", "-quiet"]
+        clipboard = self.desktop.background(command, stdin=subprocess.PIPE, text=True)
+        clipboard.stdin.write(text)
+        clipboard.stdin.close()
+        wait_until(lambda: self.desktop.run("xclip", "-selection", "clipboard", "-out") == text, "the clipboard")
+
+    def test_channel_of_ones_own(self):
+        self.start_tint2()
+        program = self.start()
+        program.wait_for("playing")
+        self.copy(f"{self.site.origin}/@AlHadath/videos")
+
+        self.open_menu()
+        self.desktop.key(*["Up"] * 5, "Return")  # "Add Channel..."
+        self.window = self.desktop.window("Orvane Settings")
+        wait_until(lambda: min(self.pixel(INPUT)) > 240, "the field")
+        background = self.pixel(PREVIEW)
+        self.click(INPUT)
+        self.desktop.key("ctrl+v")
+        self.click(RESOLVE)
+        wait_until(lambda: self.pixel(PREVIEW) != background, "the preview")
+        self.assertEqual(self.custom_channels(), "[]")
+        self.click(ADD_CHANNEL)
+        wait_until(lambda: '"AlHadath"' in self.custom_channels(), "the channel")
+        self.assertIn("قناة AlHadath", self.custom_channels())
+
+        # It plays from the menu, above the lines that follow all channels.
+        self.open_menu()
+        self.desktop.key(*["Up"] * 6, "Return")
+        self.wait_for_channel("AlHadath", "custom_alhadath")
+
+        # It is the last of the channels, where it can be made a favourite and be hidden from the menu.
+        self.desktop.run("wmctrl", "-i", "-a", self.window)
+        self.desktop.key("ctrl+shift+Tab", "ctrl+shift+Tab")
+        wait_until(lambda: is_near(self.pixel((466, 290)), STAR_COLOUR), "the channels")
+        self.desktop.point(*self.place((250, 200)))
+        self.desktop.button("click", "--repeat", "20", "5")
+        self.click(LAST_STAR)
+        wait_until(lambda: is_near(self.pixel(LAST_STAR), STAR_COLOUR), "a full star")
+        self.assertEqual(program.preferences()["favoriteChannelIDs"][-1], "custom_alhadath")
+        self.click(LAST_CHANNEL)
+        wait_until(lambda: "custom_alhadath" not in program.preferences()["enabledChannelIDs"], "hidden")
+
+        self.desktop.key("ctrl+Tab", "ctrl+Tab")
+        wait_until(lambda: self.pixel(FIRST_REMOVE) != background, "its row")
+        self.click(FIRST_REMOVE)
+        wait_until(lambda: self.custom_channels() == "[]", "its removal")
+        # What plays goes on.
+        self.assertEqual(program.preferences()["lastChannelID"], "custom_alhadath")
+        self.quit_cleanly()
+
+
+if __name__ == "__main__":
+    unittest.main()
