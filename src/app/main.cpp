@@ -61,7 +61,8 @@ int main(int argc, char** argv) {
     delegate.applicationDidFinishLaunching();
     const int code = QApplication::exec();
     // What has not ended would be waited for on the ordinary way out.
-    if (!delegate.isDrained() || services.telemetry.isSending()) {
+    if (!delegate.isDrained() || services.http.hasUnansweredRequests() ||
+        services.telemetry.hasUnansweredRequests()) {
         services.defaults.synchronize();
         std::_Exit(code);
     }

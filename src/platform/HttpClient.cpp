@@ -75,6 +75,10 @@ std::optional<TransferError> transferError(QNetworkReply::NetworkError error, in
     return status == statusOk ? TransferError::cut : TransferError::unreachable;
 }
 
+bool wasAnswered(const QNetworkReply& reply) {
+    return reply.error() != QNetworkReply::OperationCanceledError || statusOf(reply) != 0;
+}
+
 HttpClient::HttpClient(QString userAgent) : m_userAgent(std::move(userAgent)) {}
 
 QNetworkRequest HttpClient::requestTo(const QUrl& address,
@@ -88,7 +92,17 @@ QNetworkRequest HttpClient::requestTo(const QUrl& address,
 }
 
 QNetworkReply* HttpClient::send(const QString& address, std::chrono::milliseconds timeout) {
-    return m_network.get(requestTo(QUrl(address), timeout));
+    return send(requestTo(QUrl(address), timeout));
+}
+
+QNetworkReply* HttpClient::send(const QNetworkRequest& request) {
+    ++m_unanswered;
+    QNetworkReply* reply = m_network.get(request);
+    QObject::connect(reply, &QNetworkReply::finished, &m_network, [this, reply] {
+        if (wasAnswered(*reply))
+            --m_unanswered;
+    });
+    return reply;
 }
 
 QNetworkReply* HttpClient::sendSecurely(const SecureRequest& secure) {
@@ -97,7 +111,7 @@ QNetworkReply* HttpClient::sendSecurely(const SecureRequest& secure) {
     request.setRawHeader("Accept-Encoding", "identity");
     // Over HTTP/2 the toolkit keeps receiving while nobody takes what has come.
     request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
-    QNetworkReply* reply = m_network.get(request);
+    QNetworkReply* reply = send(request);
     reply->setReadBufferSize(largestPiece);
     return reply;
 }

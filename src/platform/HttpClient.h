@@ -32,6 +32,10 @@ enum class TransferError {
 [[nodiscard]] std::optional<TransferError> transferError(QNetworkReply::NetworkError error,
                                                          int status);
 
+/// Whether somebody has answered or refused a request that is finished. If not, the toolkit may
+/// still be waiting for a name server, and would do so at the end of the program too.
+[[nodiscard]] bool wasAnswered(const QNetworkReply& reply);
+
 /// A small HTTP client. Main thread; nothing blocks it. Redirects are followed unless they lead
 /// from https to http. `get` and `download` tell whatever goes wrong as nothing: those who use them
 /// have no better answer to one fault than to another. `fetch` is for those who have.
@@ -79,13 +83,19 @@ public:
     [[nodiscard]] QCoro::Task<std::expected<Body, TransferError>> fetchAll(SecureRequest request,
                                                                            std::stop_token stop);
 
+    /// Whether the way out of the program may have to wait for a server; see `wasAnswered`.
+    [[nodiscard]] bool hasUnansweredRequests() const { return m_unanswered > 0; }
+
 private:
     [[nodiscard]] QNetworkRequest requestTo(const QUrl& address,
                                             std::chrono::milliseconds timeout) const;
     [[nodiscard]] QNetworkReply* send(const QString& address, std::chrono::milliseconds timeout);
     [[nodiscard]] QNetworkReply* sendSecurely(const SecureRequest& request);
 
+    [[nodiscard]] QNetworkReply* send(const QNetworkRequest& request);
+
     QString m_userAgent;
+    int m_unanswered = 0;
     QNetworkAccessManager m_network;
 };
 

@@ -2,6 +2,7 @@
 #include "telemetry/TelemetryService.h"
 
 #include "model/Channel.h"
+#include "platform/HttpClient.h"
 #include "platform/UserDefaults.h"
 
 #include <QCryptographicHash>
@@ -9,7 +10,6 @@
 #include <QJsonDocument>
 #include <QNetworkReply>
 #include <QNetworkRequest>
-#include <QUrl>
 #include <QUuid>
 
 namespace orvane {
@@ -60,13 +60,15 @@ void TelemetryService::send(const QString& signal, const QJsonObject& payload) {
                              {u"payload"_s, payload}};
     const QByteArray body = QJsonDocument(QJsonArray{object}).toJson(QJsonDocument::Compact);
     // Whoever tells of something goes on first with what it was.
-    QMetaObject::invokeMethod(this, [this, body] { post(body); }, Qt::QueuedConnection);
+    const QUrl address(m_endpoint->address(u"/v2/"));
+    QMetaObject::invokeMethod(
+        this, [this, address, body] { post(address, body); }, Qt::QueuedConnection);
 }
 
-void TelemetryService::post(const QByteArray& body) {
+void TelemetryService::post(const QUrl& address, const QByteArray& body) {
     if (!m_network)
         m_network = std::make_unique<QNetworkAccessManager>();
-    QNetworkRequest request(QUrl(m_endpoint->address(u"/v2/")));
+    QNetworkRequest request(address);
     request.setHeader(QNetworkRequest::ContentTypeHeader, u"application/json"_s);
     request.setTransferTimeout(static_cast<int>(patience.count()));
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
@@ -75,10 +77,11 @@ void TelemetryService::post(const QByteArray& body) {
     request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
     request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
 
-    ++m_requests;
+    ++m_unanswered;
     QNetworkReply* reply = m_network->post(request, body);
     connect(reply, &QNetworkReply::finished, this, [this, reply] {
-        --m_requests;
+        if (wasAnswered(*reply))
+            --m_unanswered;
         reply->deleteLater();
     });
     // The answer has begun, so the signal has arrived. Nobody reads the rest, however long it is.

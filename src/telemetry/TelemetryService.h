@@ -9,6 +9,7 @@
 #include <QNetworkAccessManager>
 #include <QObject>
 #include <QString>
+#include <QUrl>
 
 #include <chrono>
 #include <memory>
@@ -22,7 +23,7 @@ class UserDefaults;
 /// Tells a server which of a few things a person does, under a pseudonym: one request for each,
 /// sent at once and forgotten. Owned by the composition root; main thread; nothing blocks it.
 /// Whatever goes wrong leaves no trace. A request that is under way when the program ends is lost,
-/// and must not be waited for: see `isSending`.
+/// and must not be waited for: see `hasUnansweredRequests`.
 class TelemetryService final : public QObject {
 public:
     /// The defaults keep the random id of the installation, which is made with the first signal.
@@ -35,16 +36,15 @@ public:
     void settingsOpened();
     void resolutionChanged(Resolution resolution);
 
-    /// Whether a request is under way. To destroy the service meanwhile, or what the toolkit has
-    /// begun for it, may take as long as its server or a name server lets it.
-    [[nodiscard]] bool isSending() const { return m_requests > 0; }
+    /// Whether the way out of the program may have to wait for a server; see `wasAnswered`.
+    [[nodiscard]] bool hasUnansweredRequests() const { return m_unanswered > 0; }
 
 private:
     /// Without a sign of life from the server for this long, a request is given up.
     static constexpr std::chrono::milliseconds patience{60000};
 
     void send(const QString& signal, const QJsonObject& payload = {});
-    void post(const QByteArray& body);
+    void post(const QUrl& address, const QByteArray& body);
     [[nodiscard]] const QString& userID();
     [[nodiscard]] QString hashedUser();
 
@@ -53,7 +53,7 @@ private:
     const QString m_sessionID;
     /// Empty until the first signal.
     std::optional<QString> m_userID;
-    int m_requests = 0;
+    int m_unanswered = 0;
     /// Made for the first request, as it is not for nothing.
     std::unique_ptr<QNetworkAccessManager> m_network;
 };

@@ -169,7 +169,8 @@ TEST_F(AppDelegateTest, TellsOfTheLaunchAndOfWhatIsChosenInTheMenu) {
     Program run(path, {.telemetry = server.origin()});
     TelemetryService& telemetry = run.services.telemetry;
     const auto arrived = [&](qsizetype count) {
-        return runUntil([&] { return server.received.size() >= count && !telemetry.isSending(); });
+        return runUntil(
+            [&] { return server.received.size() >= count && !telemetry.hasUnansweredRequests(); });
     };
     run.delegate.applicationDidFinishLaunching();
     EXPECT_EQ(run.channel(), first);
