@@ -1,35 +1,25 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """What the program tells of its use, seen by the server that it tells."""
 
-import http.server
 import json
-import threading
 
 from case import MenuCase
 from desktop import wait_until
+from loopback import LoopbackServer
 
 
-class SignalServer:
+class SignalServer(LoopbackServer):
     """Keeps the body of each signal that is posted. Answers only after `allowed` is set."""
 
     def __init__(self):
-        allowed = self.allowed = threading.Event()
-        signals = self.signals = []
+        super().__init__()
+        self.signals: list[tuple[str, str, list]] = []
 
-        class Handler(http.server.BaseHTTPRequestHandler):
-            def do_POST(self):
-                body = self.rfile.read(int(self.headers["Content-Length"]))
-                signals.append((self.path, self.headers["Content-Type"], json.loads(body)))
-                allowed.wait()
-                self.send_response(200)
-                self.send_header("Content-Length", "0")
-                self.end_headers()
-
-            def log_message(self, *_):
-                pass
-
-        self._server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), Handler)
-        self.origin = f"http://127.0.0.1:{self._server.server_address[1]}"
+    def answer(self, request):
+        body = request.rfile.read(int(request.headers["Content-Length"]))
+        self.signals.append((request.path, request.headers["Content-Type"], json.loads(body)))
+        self.allowed.wait()
+        self.begin(request, 200, 0)
 
     def wait_for(self, count: int) -> list[dict]:
         """The objects of the signals so far."""
@@ -37,15 +27,6 @@ class SignalServer:
         for path, kind, body in self.signals:
             assert (path, kind, len(body)) == ("/v2/", "application/json", 1), (path, kind, body)
         return [body[0] for _, _, body in self.signals]
-
-    def __enter__(self):
-        threading.Thread(target=self._server.serve_forever, daemon=True).start()
-        return self
-
-    def __exit__(self, *_):
-        self.allowed.set()
-        self._server.shutdown()
-        self._server.server_close()
 
 
 class Telemetry(MenuCase):

@@ -2,54 +2,36 @@
 """yt-dlp itself: the real one asked for a channel's name, and a machine that has none at first."""
 
 import hashlib
-import http.server
 import os
 import pathlib
 import platform
 import shutil
 import subprocess
 import tempfile
-import threading
 import unittest
 
 from desktop import Desktop, Program, wait_for_motion
 from livesite import LiveSite, shows
+from loopback import LoopbackServer
 
 BUILD = os.environ["ORVANE_BUILD"]
 RELEASE = "/yt-dlp/yt-dlp/releases/latest/download"
 PACKAGE = pathlib.Path("/usr/lib/python3/dist-packages/yt_dlp")
 
 
-class ReleaseServer:
-    """Serves a release's files on loopback, the executable only after `allowed` is set."""
+class ReleaseServer(LoopbackServer):
+    """Serves a release's files, the executable only after `allowed` is set."""
 
     def __init__(self, files: dict[str, bytes]):
-        allowed = self.allowed = threading.Event()
+        super().__init__()
+        self._files = files
 
-        class Handler(http.server.BaseHTTPRequestHandler):
-            def do_GET(self):
-                body = files.get(self.path)
-                if not self.path.endswith("SUMS"):
-                    allowed.wait()
-                self.send_response(404 if body is None else 200)
-                self.send_header("Content-Length", str(len(body or b"")))
-                self.end_headers()
-                self.wfile.write(body or b"")
-
-            def log_message(self, *_):
-                pass
-
-        self._server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), Handler)
-        self.origin = f"http://127.0.0.1:{self._server.server_address[1]}"
-
-    def __enter__(self):
-        threading.Thread(target=self._server.serve_forever, daemon=True).start()
-        return self
-
-    def __exit__(self, *_):
-        self.allowed.set()
-        self._server.shutdown()
-        self._server.server_close()
+    def answer(self, request):
+        body = self._files.get(request.path)
+        if not request.path.endswith("SUMS"):
+            self.allowed.wait()
+        self.begin(request, 404 if body is None else 200, len(body or b""))
+        request.wfile.write(body or b"")
 
 
 class Tool(unittest.TestCase):

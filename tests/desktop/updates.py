@@ -2,17 +2,14 @@
 """The updater's window on a desktop, driven by mouse and keys, against a feed over https."""
 
 import base64
-import contextlib
-import http.server
 import pathlib
-import ssl
 import subprocess
 import tempfile
-import threading
 
 from case import DesktopCase
 from desktop import Desktop, wait_until
 from livesite import certificate
+from loopback import LoopbackServer
 
 NAME = "orvane-2.3.0.tar.gz"
 NOTES = """<h2>What is new</h2>
@@ -27,13 +24,12 @@ def openssl(folder: pathlib.Path, command: str) -> None:
     subprocess.run(["openssl", *command.split()], cwd=folder, check=True, capture_output=True)
 
 
-class UpdateServer:
+class UpdateServer(LoopbackServer):
     """Announces version 2.3 over https on loopback, with a certificate and a signature of its own.
     The second half of the archive is sent only after `allowed` is set."""
 
     def __init__(self, folder: pathlib.Path):
         self.archive = b"a new version\n" * 200_000
-        self.allowed = threading.Event()
         (folder / NAME).write_bytes(self.archive)
         openssl(folder, "genpkey -algorithm ed25519 -out sign.key")
         openssl(folder, "pkey -in sign.key -pubout -outform DER -out sign.pub")
@@ -42,29 +38,17 @@ class UpdateServer:
         tls = certificate(folder)
         self.certificate = str(folder / "certificate.pem")
         self._signature = base64.b64encode((folder / "sig").read_bytes()).decode()
-        server = self
+        super().__init__(tls)
 
-        class Handler(http.server.BaseHTTPRequestHandler):
-            def do_GET(self):
-                body = server.archive if self.path.endswith(NAME) else server.feed()
-                self.send_response(200)
-                self.send_header("Content-Length", str(len(body)))
-                self.end_headers()
-                half = len(body) // 2
-                self.wfile.write(body[:half])
-                if self.path.endswith(NAME):
-                    server.allowed.wait()
-                with contextlib.suppress(OSError):  # Whoever asked may have gone.
-                    self.wfile.write(body[half:])
-
-            def log_message(self, *_):
-                pass
-
-        context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
-        context.load_cert_chain(tls)
-        self._server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), Handler)
-        self._server.socket = context.wrap_socket(self._server.socket, server_side=True)
-        self.origin = f"https://127.0.0.1:{self._server.server_address[1]}"
+    def answer(self, request):
+        is_archive = request.path.endswith(NAME)
+        body = self.archive if is_archive else self.feed()
+        half = len(body) // 2
+        self.begin(request, 200, len(body))
+        request.wfile.write(body[:half])
+        if is_archive:
+            self.allowed.wait()
+        request.wfile.write(body[half:])
 
     def feed(self) -> bytes:
         return f"""<rss xmlns:sparkle="http://www.andymatuschak.org/xml-namespaces/sparkle"><channel>
@@ -73,15 +57,6 @@ class UpdateServer:
             <description><![CDATA[{NOTES}]]></description>
             <enclosure url="{self.origin}/{NAME}" length="{len(self.archive)}" sparkle:os="linux"
             sparkle:edSignature="{self._signature}"/></item></channel></rss>""".encode()
-
-    def __enter__(self):
-        threading.Thread(target=self._server.serve_forever, daemon=True).start()
-        return self
-
-    def __exit__(self, *_):
-        self.allowed.set()
-        self._server.shutdown()
-        self._server.server_close()
 
 
 class Updates(DesktopCase):
