@@ -9,6 +9,8 @@
 
 #include <xcb/xinput.h>
 
+#include <utility>
+
 namespace orvane {
 
 namespace {
@@ -40,7 +42,21 @@ void X11RawInput::connectNotify(const QMetaMethod&) {
 }
 
 void X11RawInput::disconnectNotify(const QMetaMethod&) {
-    select();
+    // A receiver that is being destroyed holds a lock of the toolkit meanwhile, which may be the
+    // one that asking for connections needs: a few locks serve all objects.
+    selectSoon();
+}
+
+void X11RawInput::selectSoon() {
+    if (std::exchange(m_isSelectionDue, true))
+        return;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            m_isSelectionDue = false;
+            select();
+        },
+        Qt::QueuedConnection);
 }
 
 void X11RawInput::select() {

@@ -32,12 +32,14 @@ protected:
 
 private:
     void select();
+    void selectSoon();
     bool nativeEventFilter(const QByteArray& type, void* message, qintptr*) override;
     void moved();
     void pressed(std::uint32_t key);
     void released(std::uint32_t key);
 
     std::uint32_t m_selected = 0;
+    bool m_isSelectionDue = false;
     bool m_isMoveDue = false;
     std::uint32_t m_heldKey = 0;
     /// Runs while a key is held down.
