@@ -32,4 +32,16 @@ QList<Channel> ChannelRegistry::featured() const {
     return channels(ChannelCategory::featured);
 }
 
+std::optional<Channel> ChannelRegistry::enabledNeighbor(const std::optional<Channel>& from,
+                                                        int step) const {
+    const QSet<QString> enabled = m_preferences.enabledChannelIDs();
+    QList<Channel> channels = all();
+    channels.removeIf([&](const Channel& channel) { return !enabled.contains(channel.id()); });
+    if (channels.isEmpty())
+        return std::nullopt;
+    const qsizetype found = from ? channels.indexOf(*from) : -1;
+    const qsizetype count = channels.size();
+    return channels.at((qMax(found, 0) + step + count) % count);
+}
+
 } // namespace orvane

@@ -25,6 +25,10 @@ public:
     [[nodiscard]] std::optional<Channel> channel(const QString& id) const;
     [[nodiscard]] QList<Channel> channels(ChannelCategory category) const;
     [[nodiscard]] QList<Channel> featured() const;
+    /// The channel `step` places after `from` among the enabled ones, which are a ring. Where
+    /// `from` is not among them, the first one stands for it. Nothing when none is enabled.
+    [[nodiscard]] std::optional<Channel> enabledNeighbor(const std::optional<Channel>& from,
+                                                         int step) const;
 
 private:
     const Preferences& m_preferences;

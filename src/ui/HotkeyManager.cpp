@@ -131,15 +131,9 @@ HotkeyManager::Outcome HotkeyManager::pressKey(KeyCode key) {
 }
 
 void HotkeyManager::navigateChannel(int step) {
-    const QSet<QString> enabled = m_with.preferences.enabledChannelIDs();
-    QList<Channel> channels = m_with.registry.all();
-    channels.removeIf([&](const Channel& channel) { return !enabled.contains(channel.id()); });
-    if (channels.isEmpty())
-        return;
-    const auto& current = m_with.state.currentChannel();
-    const qsizetype found = current ? channels.indexOf(*current) : -1;
-    const qsizetype count = channels.size();
-    m_with.player.play(channels.at((qMax(found, 0) + step + count) % count));
+    const auto channel = m_with.registry.enabledNeighbor(m_with.state.currentChannel(), step);
+    if (channel)
+        m_with.player.play(*channel);
 }
 
 } // namespace orvane
