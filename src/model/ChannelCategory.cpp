@@ -25,4 +25,20 @@ QString displayName(ChannelCategory category) {
     return rawValue(category);
 }
 
+QString identifier(ChannelCategory category) {
+    switch (category) {
+    case ChannelCategory::featured:
+        return u"featured"_s;
+    case ChannelCategory::saudiGulf:
+        return u"saudi-gulf"_s;
+    case ChannelCategory::religious:
+        return u"religious"_s;
+    case ChannelCategory::international:
+        return u"international"_s;
+    case ChannelCategory::custom:
+        break;
+    }
+    return u"custom"_s;
+}
+
 } // namespace orvane

@@ -21,5 +21,7 @@ inline constexpr auto allCases<ChannelCategory> =
 /// The Arabic title; there is no other one, so it serves as the raw value too.
 [[nodiscard]] QString rawValue(ChannelCategory category);
 [[nodiscard]] QString displayName(ChannelCategory category);
+/// A word for command lines and scripts, which does not change.
+[[nodiscard]] QString identifier(ChannelCategory category);
 
 } // namespace orvane
