@@ -3,6 +3,7 @@
 
 #include "app/Services.h"
 #include "model/AppNotification.h"
+#include "platform/Overloaded.h"
 #include "platform/ShowInFolder.h"
 #include "platform/UpdaterDialog.h"
 #include "platform/VideoView.h"
@@ -15,6 +16,7 @@
 #include <QTimer>
 #include <QWindow>
 
+#include <algorithm>
 #include <chrono>
 
 namespace orvane {
@@ -98,17 +100,58 @@ AppDelegate::AppDelegate(Services& services)
 
 AppDelegate::~AppDelegate() = default;
 
-void AppDelegate::applicationDidFinishLaunching() {
+void AppDelegate::applicationDidFinishLaunching(const QList<Verb::Value>& verbs) {
     followTheSession();
     m_menuBarManager.setup();
     m_hotkeys.start();
     registerObservers();
     openPlayerWindow();
-    playAtLaunch();
+    const auto isPlay = [](const Verb::Value& verb) {
+        return std::holds_alternative<Verb::Play>(verb);
+    };
+    if (std::ranges::none_of(verbs, isPlay))
+        playAtLaunch();
     if (m_services.preferences.ghostModeEnabled())
         m_services.state.setGhostMode(true);
     m_services.preferences.setOnboardingCompleted(true);
     m_services.tasks.spawn(prepareYtDlp());
+    for (const Verb::Value& verb : verbs)
+        perform(verb);
+}
+
+void AppDelegate::perform(const Verb::Value& verb) {
+    NotificationCenter& notifications = m_services.notifications;
+    std::visit(
+        Overloaded{
+            [&](const Verb::Show&) { show(); },
+            [&](const Verb::Play& play) { menuChannelSelected(play.text); },
+            [&](const Verb::Next&) { playNeighbor(1); },
+            [&](const Verb::Previous&) { playNeighbor(-1); },
+            [&](const Verb::ToggleGhost&) { menuToggleGhostMode(); },
+            [&](const Verb::Mute&) { m_services.player.toggleMute(); },
+            [&](const Verb::Settings&) { notifications.post(AppNotification::openSettings); },
+            [&](const Verb::Add& add) {
+                notifications.post(AppNotification::openAddChannel, add.text);
+            },
+            [&](const Verb::Quit&) { terminate(); },
+        },
+        verb);
+}
+
+void AppDelegate::show() {
+    openPlayerWindow();
+    if (!m_services.state.currentChannel())
+        playAtLaunch();
+}
+
+void AppDelegate::playNeighbor(int step) {
+    const auto& current = m_services.state.currentChannel();
+    const auto channel = m_services.registry.enabledNeighbor(current, step);
+    // Where nothing plays there is nothing to go on from.
+    if (current && channel)
+        menuChannelSelected(channel->id());
+    else
+        show();
 }
 
 void AppDelegate::followTheSession() {
@@ -307,6 +350,7 @@ void AppDelegate::terminate() {
     if (m_isTerminating)
         return;
     m_isTerminating = true;
+    Q_EMIT terminating();
     applicationWillTerminate();
     for (QWidget* window : QApplication::topLevelWidgets())
         window->hide();

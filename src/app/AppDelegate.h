@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/Verb.h"
 #include "platform/NotificationCenter.h"
 #include "platform/UpdaterController.h"
 #include "ui/AboutWindow.h"
@@ -33,9 +34,12 @@ public:
     explicit AppDelegate(Services& services);
     ~AppDelegate() override;
 
-    /// Installs menu and keys, opens the player window and plays the last channel, or else the
-    /// first featured one.
-    void applicationDidFinishLaunching();
+    /// Installs menu and keys, opens the player window, and does what the command line asks for.
+    /// Unless that names a channel, it first plays the last one, or else the first featured one.
+    void applicationDidFinishLaunching(const QList<Verb::Value>& verbs = {});
+
+    /// Does at once what was asked from a command line.
+    void perform(const Verb::Value& verb);
 
     /// Saves what is to be saved, hides the window, and leaves the event loop with exit code 0 as
     /// soon as no child process and no player is left, or when the person has waited long enough.
@@ -55,6 +59,10 @@ public:
     /// Whether everything that was started has ended; if not, the process must be left at once.
     [[nodiscard]] bool isDrained() const { return m_isDrained; }
 
+Q_SIGNALS:
+    /// The end has begun: nothing can be asked any more.
+    void terminating();
+
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -68,6 +76,8 @@ private:
     void closePlayerWindow();
     void storeWindowFrame();
     void playAtLaunch();
+    void show();
+    void playNeighbor(int step);
     void applicationWillTerminate();
     [[nodiscard]] QCoro::Task<> prepareYtDlp();
     void retryOnceAfterInstalling();

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/AppDelegate.h"
+#include "app/Launch.h"
 #include "app/Services.h"
 #include "model/AppConstants.h"
 #include "platform/Environment.h"
@@ -39,15 +40,32 @@ QString preferencesPath() {
            u"/orvane/preferences.json"_s;
 }
 
-} // namespace
+/// The words after the program's name.
+QStringList argumentsOf(int argc, char** argv) {
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments += QString::fromLocal8Bit(argv[i]);
+    return arguments;
+}
 
-int main(int argc, char** argv) {
-    limitMemoryArenas();
-    prepareEnvironment();
+void prepareToolkit() {
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setApplicationName(AppConstants::appName);
     QApplication::setApplicationVersion(AppConstants::appVersion);
     QApplication::setDesktopFileName(AppConstants::bundleIdentifier);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    limitMemoryArenas();
+    Launch::Outcome launch = Launch::prepare(argumentsOf(argc, argv), preferencesPath());
+    if (const auto* exit = std::get_if<Launch::Exit>(&launch))
+        return exit->code;
+    Launch::Start& start = std::get<Launch::Start>(launch);
+
+    prepareEnvironment();
+    prepareToolkit();
     const QApplication application(argc, argv);
     QApplication::setWindowIcon(applicationIcon());
     std::setlocale(LC_NUMERIC, "C");
@@ -58,7 +76,9 @@ int main(int argc, char** argv) {
     const TerminationSignals signals;
     QObject::connect(&signals, &TerminationSignals::received, &delegate, &AppDelegate::terminate);
 
-    delegate.applicationDidFinishLaunching();
+    delegate.applicationDidFinishLaunching(start.verbs);
+    if (start.instance)
+        Launch::serve(*start.instance, delegate);
     const int code = QApplication::exec();
     // What has not ended would be waited for on the ordinary way out.
     if (!delegate.isDrained() || services.http.hasUnansweredRequests() ||

@@ -215,5 +215,44 @@ TEST_F(AppDelegateTest, TheSleepTimerClosesThePlayerAndTheProgramStays) {
     EXPECT_FALSE(run.delegate.isDrained());
 }
 
+TEST_F(AppDelegateTest, DoesWhatACommandLineAsksFor) {
+    Program run(path);
+    run.services.preferences.setLastChannelID(u"dwnews"_s);
+    QStringList seen;
+    const auto note = [&](AppNotification::Name name, const QString& what) {
+        return run.services.notifications.addObserver(name, [&seen, what](const auto& n) {
+            const auto* text = std::any_cast<QString>(&n.object);
+            seen += text != nullptr ? what + *text : what;
+        });
+    };
+    const auto loading = note(AppNotification::streamLoading, u"loading"_s);
+    const auto settings = note(AppNotification::openSettings, u"settings"_s);
+    const auto add = note(AppNotification::openAddChannel, u"add "_s);
+    run.delegate.applicationDidFinishLaunching({Verb::Play{u"wion"_s}, Verb::Mute{}});
+    EXPECT_EQ(run.channel(), u"wion"_s);
+    EXPECT_TRUE(run.services.state.isMuted());
+    EXPECT_EQ(seen, QStringList(u"loading"_s)) << "the last channel was not begun";
+
+    run.delegate.perform(Verb::Next{});
+    EXPECT_EQ(run.channel(), u"aljazeeradoc"_s);
+    run.delegate.perform(Verb::Previous{});
+    EXPECT_EQ(run.channel(), u"wion"_s);
+    run.delegate.perform(Verb::ToggleGhost{});
+    EXPECT_TRUE(run.services.state.isGhostMode());
+    seen.clear();
+    run.delegate.perform(Verb::Settings{});
+    run.delegate.perform(Verb::Add{u"@somebody"_s});
+    run.delegate.perform(Verb::Show{});
+    EXPECT_EQ(seen, QStringList({u"settings"_s, u"add @somebody"_s})) << "it went on playing";
+
+    // A closed player comes back with what a start plays, whichever way it is asked for.
+    for (const Verb::Value& verb : {Verb::Value(Verb::Show{}), Verb::Value(Verb::Previous{})}) {
+        Program::window()->close();
+        run.delegate.perform(verb);
+        EXPECT_TRUE(Program::window()->isVisible());
+        EXPECT_EQ(run.channel(), first);
+    }
+}
+
 } // namespace
 } // namespace orvane

@@ -308,8 +308,11 @@ class Program:
         wait_until(reached, f"{milestone} x {count}; so far: {self.milestones()}", deadline)
         return [at for name, at in self.milestones() if name == milestone][count - 1]
 
+    def windows(self) -> list[str]:
+        return self.desktop.windows("Orvane")
+
     def is_shown(self) -> bool:
-        return bool(self.desktop.windows("Orvane"))
+        return bool(self.windows())
 
     def window(self) -> str:
         """The id of the player window."""

@@ -1,0 +1,180 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/Launch.h"
+
+#include "app/AppDelegate.h"
+#include "app/ChannelText.h"
+#include "app/CommandLine.h"
+#include "model/AppConstants.h"
+#include "model/ChannelRegistry.h"
+#include "platform/UserDefaults.h"
+#include "settings/Preferences.h"
+
+#include <QFileInfo>
+
+#include <chrono>
+#include <cstdio>
+
+namespace orvane::Launch {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int failed = 1;
+constexpr int notUnderstood = 2;
+
+/// For a copy that is only just starting on a busy machine, and for a person who waits.
+constexpr std::chrono::seconds claimPatience{10};
+/// For a message of a few bytes that is under way already.
+constexpr std::chrono::seconds messagePatience{3};
+
+Exit print(const QByteArray& text) {
+    std::fwrite(text.constData(), 1, static_cast<std::size_t>(text.size()), stdout);
+    return {std::fflush(stdout) == 0 ? 0 : failed};
+}
+
+void complain(const QString& message) {
+    const QByteArray text = "orvane: " + message.trimmed().toUtf8() + '\n';
+    std::fwrite(text.constData(), 1, static_cast<std::size_t>(text.size()), stderr);
+}
+
+Exit complain(const QString& message, int code) {
+    complain(message);
+    return {code};
+}
+
+QList<Channel> allChannels(const QString& preferencesPath) {
+    UserDefaults defaults(preferencesPath);
+    const Preferences preferences(defaults);
+    return ChannelRegistry(preferences).all();
+}
+
+/// Puts the id in the place of what the person typed; gives a complaint where there is none.
+std::optional<QString> lookUp(Verb::Play& play, const QList<Channel>& channels) {
+    const ChannelLookup::Result result = ChannelLookup::find(channels, play.text);
+    if (const auto* channel = std::get_if<Channel>(&result)) {
+        play.text = channel->id();
+        return std::nullopt;
+    }
+    if (const auto* ambiguous = std::get_if<ChannelLookup::Ambiguous>(&result))
+        return ChannelText::explain(play.text, *ambiguous);
+    return ChannelText::explain(play.text, std::get<ChannelLookup::Unknown>(result));
+}
+
+std::optional<QString> lookUpChannels(QList<Verb::Value>& verbs, const QString& preferencesPath) {
+    for (Verb::Value& verb : verbs) {
+        auto* const play = std::get_if<Verb::Play>(&verb);
+        if (play == nullptr)
+            continue;
+        if (auto complaint = lookUp(*play, allChannels(preferencesPath)))
+            return complaint;
+    }
+    return std::nullopt;
+}
+
+std::optional<InstanceAddress> address(const QString& preferencesPath) {
+    // Copies that go by other settings have other channels too, so they are asked other things.
+    return instanceAddress(instanceFolders(u"orvane"_s),
+                           instanceName(qEnvironmentVariable("DISPLAY"),
+                                        qEnvironmentVariable("WAYLAND_DISPLAY"),
+                                        QFileInfo(preferencesPath).absoluteFilePath()));
+}
+
+SingleInstance::Claim claim(const QList<Verb::Value>& verbs, const QString& preferencesPath) {
+    const auto place = address(preferencesPath);
+    if (!place)
+        return SingleInstance::Failure::noLock;
+    const QByteArray message =
+        Verb::encode(verbs.isEmpty() ? QList{Verb::Value(Verb::Show{})} : verbs);
+    return SingleInstance::claim(*place, message, claimPatience);
+}
+
+/// Without one there is no session in which a copy could run or be looked for.
+bool hasDisplay() {
+    return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ||
+           qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
+}
+
+bool onlyQuits(const QList<Verb::Value>& verbs) {
+    return verbs.size() == 1 && std::holds_alternative<Verb::Quit>(verbs.first());
+}
+
+Outcome goOnWithout(SingleInstance::Failure failure, const QList<Verb::Value>& verbs) {
+    switch (failure) {
+    case SingleInstance::Failure::tooLong:
+        return complain(u"what was asked is too long"_s, notUnderstood);
+    case SingleInstance::Failure::refused:
+        return complain(u"another version of Orvane is running, which does not know what was "
+                        "asked; end it first"_s,
+                        failed);
+    case SingleInstance::Failure::noAnswer:
+        return complain(u"Orvane is running, but does not answer"_s, failed);
+    case SingleInstance::Failure::noLock:
+    case SingleInstance::Failure::noSocket:
+        break;
+    }
+    complain(u"neither XDG_RUNTIME_DIR nor the folder for temporary files can be used, so nothing "
+             "tells whether Orvane is running already"_s);
+    return onlyQuits(verbs) ? Outcome(Exit{failed}) : Outcome(Start{nullptr, verbs});
+}
+
+Outcome run(QList<Verb::Value> verbs, const QString& preferencesPath) {
+    if (const auto complaint = lookUpChannels(verbs, preferencesPath))
+        return complain(*complaint, notUnderstood);
+    if (!hasDisplay())
+        return complain(u"there is no display; neither DISPLAY nor WAYLAND_DISPLAY is set"_s,
+                        failed);
+    SingleInstance::Claim result = claim(verbs, preferencesPath);
+    if (const auto* failure = std::get_if<SingleInstance::Failure>(&result))
+        return goOnWithout(*failure, verbs);
+    if (std::holds_alternative<SingleInstance::Delivered>(result) || onlyQuits(verbs))
+        return Exit{};
+    return Start{std::get<std::unique_ptr<SingleInstance>>(std::move(result)), std::move(verbs)};
+}
+
+/// One for each thing that a command line can ask for.
+struct CarryOut {
+    const QString& preferencesPath;
+
+    Outcome operator()(const CommandLine::ShowHelp&) const {
+        return print(CommandLine::help().toUtf8());
+    }
+    Outcome operator()(const CommandLine::ShowVersion&) const {
+        return print((AppConstants::appName + u' ' + AppConstants::appVersion + u'\n').toUtf8());
+    }
+    Outcome operator()(const CommandLine::ListChannels& list) const {
+        const QList<Channel> channels = allChannels(preferencesPath);
+        return print(list.format == CommandLine::ListChannels::Format::json
+                         ? ChannelText::json(channels)
+                         : ChannelText::table(channels).toUtf8());
+    }
+    Outcome operator()(const CommandLine::Run& command) const {
+        return run(command.verbs, preferencesPath);
+    }
+};
+
+} // namespace
+
+Outcome prepare(const QStringList& arguments, const QString& preferencesPath) {
+    const auto command = CommandLine::parse(arguments);
+    if (!command)
+        return complain(command.error().message + u"\nTry orvane --help."_s, notUnderstood);
+    return std::visit(CarryOut{preferencesPath}, *command);
+}
+
+void serve(SingleInstance& instance, AppDelegate& delegate) {
+    QObject::connect(&delegate, &AppDelegate::terminating, &delegate,
+                     [&instance] { instance.close(); });
+    instance.serve(
+        [&delegate](const QByteArray& message) {
+            const auto verbs = Verb::decode(message);
+            if (!verbs)
+                return MessageServer::Answer::refused;
+            for (const Verb::Value& verb : *verbs)
+                delegate.perform(verb);
+            return MessageServer::Answer::done;
+        },
+        messagePatience);
+}
+
+} // namespace orvane::Launch

@@ -1,0 +1,118 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""One running copy: what a second start does, and that nothing is lost when several meet. There is no
+session bus here."""
+
+import os
+import subprocess
+import unittest
+
+from case import BUILD
+from desktop import OFFLINE, Desktop, Program, wait_until
+
+PAIRS = int(os.environ.get("ORVANE_TEST_PAIRS", "15"))
+
+
+class Instance(unittest.TestCase):
+    def setUp(self):
+        self.desktop = self.enterContext(Desktop())
+        self.desktop.environment["DBUS_SESSION_BUS_ADDRESS"] = f"unix:path={self.desktop.folder}/none"
+
+    def start(self, *arguments: str) -> Program:
+        """A start in this session, which may or may not become the running copy."""
+        started = Program(self.desktop, f"{BUILD}/orvane", arguments=arguments)
+        return self.enterContext(started)
+
+    def ask(self, *arguments: str) -> tuple[int, str]:
+        """A start that is waited for: the exit code and the complaint."""
+        environment = self.desktop.environment | OFFLINE
+        done = subprocess.run([f"{BUILD}/orvane", *arguments], env=environment, timeout=30, check=False,
+                              stderr=subprocess.PIPE, text=True)
+        return done.returncode, done.stderr
+
+    def wait_for_preference(self, program: Program, **wanted):
+        for key, value in wanted.items():
+            wait_until(lambda: program.preferences().get(key, False) == value, f"{key}: {value}")
+
+    def the_player(self, starts: list[Program]) -> Program:
+        """Waits until all of them but one have ended well; gives the one that runs."""
+        def running():
+            return [p for p in starts if p.process.poll() is None]
+
+        wait_until(lambda: len(running()) <= 1, "the end of all starts but one")
+        ended = [p.process.returncode for p in starts if p not in running()]
+        self.assertEqual(ended, [0] * (len(starts) - 1), starts[0].log())
+        return running()[0]
+
+    def test_second_start(self):
+        program = self.start("--play", "al hadath")
+        program.wait_for("window-shown")
+        self.wait_for_preference(program, lastChannelID="alhadath")
+        self.assertEqual(program.count("loading"), 1)
+        self.desktop.run("wmctrl", "-i", "-c", program.window())
+        wait_until(lambda: not program.is_shown(), "a hidden window")
+        self.assertEqual(self.ask(), (0, ""))
+        self.wait_for_preference(program, lastChannelID="alarabiya")
+        wait_until(program.is_shown, "the window")
+        code, complaint = self.ask("--play", "dwnew")
+        self.assertEqual(code, 2)
+        self.assertIn("dwnews", complaint)
+        # Another name of the same display.
+        self.desktop.environment["DISPLAY"] += ".0"
+        self.assertEqual(self.ask("--play", "DW News", "--next"), (0, ""))
+        self.wait_for_preference(program, lastChannelID="euronews")
+
+    def test_start_after_a_crash(self):
+        """In the folder for temporary files, where there is none for the session."""
+        del self.desktop.environment["XDG_RUNTIME_DIR"]
+        self.desktop.environment["TMPDIR"] = str(self.desktop.folder)
+        folder = self.desktop.folder / f"orvane-{os.getuid()}"
+        first = self.start()
+        first.wait_for("window-shown")
+        first.process.kill()
+        first.process.wait()
+        self.assertEqual(len(list(folder.glob("*.socket"))), 1)
+        second = self.start("--mute")
+        self.wait_for_preference(second, isMuted=True)
+        self.assertEqual(self.ask("--mute"), (0, ""))
+        self.wait_for_preference(second, isMuted=False)
+        self.assertEqual(folder.stat().st_mode & 0o777, 0o700)
+        self.assertEqual(self.ask("--quit"), (0, ""))
+        self.assertEqual(second.process.wait(10), 0)
+        self.assertEqual(self.ask("--quit"), (0, ""), "there is nothing to end")
+        self.assertEqual(list(folder.glob("*.socket")), [])
+
+    def test_pairs(self):
+        """Two starts at the same moment, over and over: one player, and what both ask for is done."""
+        won = 0
+        for pair in range(PAIRS):
+            on = pair % 2 == 0
+            starts = [self.start("--mute"), self.start("--toggle-ghost")]
+            player = self.the_player(starts)
+            won += player is starts[0]
+            self.wait_for_preference(player, isMuted=on, ghostModeEnabled=on)
+            player.window()
+            self.assertEqual(len(player.windows()), 1)
+            self.assertEqual(self.ask("--quit"), (0, ""))
+            self.assertEqual(player.process.wait(10), 0)
+        print(f"{PAIRS} pairs; the first start won {won} times")
+
+    def test_quit_meets_another_start(self):
+        """The running copy does what is asked before it ends, or the asking one takes its place."""
+        starts = []
+        for attempt in range(max(PAIRS // 3, 1)):
+            starts.append(self.start("--play", "dwnews"))
+            self.wait_for_preference(starts[-1], lastChannelID="dwnews")
+            leaving, asking = self.start("--quit"), self.start("--mute")
+            starts += [leaving, asking]
+            self.assertEqual(leaving.process.wait(30), 0)
+            self.wait_for_preference(asking, isMuted=attempt % 2 == 0)
+            # Nobody may be left by now.
+            starts.append(self.start("--play", "cgtn"))
+            self.wait_for_preference(asking, lastChannelID="cgtn")
+            self.the_player(starts)
+        self.assertEqual(self.ask("--quit"), (0, ""))
+        self.assertEqual([start.process.wait(10) for start in starts], [0] * len(starts))
+
+
+if __name__ == "__main__":
+    unittest.main()
