@@ -55,6 +55,20 @@ void bringToFront(QWidget& window) {
     window.activateWindow();
 }
 
+SettingsWindow::Collaborators settingsWindowCollaborators(Services& services) {
+    return {.preferences = services.preferences,
+            .registry = services.registry,
+            .state = services.state,
+            .notifications = services.notifications,
+            .tasks = services.tasks,
+            .resolve =
+                [&resolver = services.channelResolver](const QString& input, std::stop_token stop) {
+                    return resolver.resolve(input, std::move(stop));
+                },
+            .siteHost = services.siteHost,
+            .autostart = services.autostart};
+}
+
 } // namespace
 
 PlayerWindow::Collaborators playerWindowCollaborators(Services& services,
@@ -66,19 +80,6 @@ PlayerWindow::Collaborators playerWindowCollaborators(Services& services,
             .events = services.events,
             .actions = actions,
             .videoOutput = services.videoOutput};
-}
-
-SettingsWindow::Collaborators settingsWindowCollaborators(Services& services) {
-    return {.preferences = services.preferences,
-            .registry = services.registry,
-            .state = services.state,
-            .notifications = services.notifications,
-            .tasks = services.tasks,
-            .resolve =
-                [&resolver = services.channelResolver](const QString& input, std::stop_token stop) {
-                    return resolver.resolve(input, std::move(stop));
-                },
-            .siteHost = services.siteHost};
 }
 
 AppDelegate::AppDelegate(Services& services)
@@ -124,7 +125,7 @@ void AppDelegate::perform(const Verb::Value& verb) {
     std::visit(
         Overloaded{
             [&](const Verb::Show&) { show(); },
-            [&](const Verb::Play& play) { menuChannelSelected(play.text); },
+            [&](const Verb::Play& play) { open(play.text); },
             [&](const Verb::Next&) { playNeighbor(1); },
             [&](const Verb::Previous&) { playNeighbor(-1); },
             [&](const Verb::ToggleGhost&) { menuToggleGhostMode(); },
@@ -149,7 +150,7 @@ void AppDelegate::playNeighbor(int step) {
     const auto channel = m_services.registry.enabledNeighbor(current, step);
     // Where nothing plays there is nothing to go on from.
     if (current && channel)
-        menuChannelSelected(channel->id());
+        open(channel->id());
     else
         show();
 }
@@ -179,7 +180,13 @@ void AppDelegate::registerObservers() {
     };
     markMilestones();
     observe(AppNotification::openSettings, [this] { openSettings(); });
-    observe(AppNotification::openAddChannel, [this] { openAddChannel(); });
+    m_observers.push_back(m_services.notifications.addObserver(
+        AppNotification::openAddChannel, [this](const NotificationCenter::Notification& n) {
+            openAddChannel();
+            const auto* text = std::any_cast<QString>(&n.object);
+            if (text != nullptr && !text->isEmpty())
+                m_settingsWindow->resolveChannel(*text);
+        }));
     observe(AppNotification::closePlayer, [this] { closePlayerWindow(); });
     observe(AppNotification::channelChanged, [this] { m_menuBarManager.updateCurrentChannel(); });
     observe(AppNotification::sleepTimerFired, [this] {
@@ -260,13 +267,18 @@ void AppDelegate::playAtLaunch() {
         m_services.player.play(*channel);
 }
 
+std::optional<Channel> AppDelegate::open(const QString& id) {
+    std::optional<Channel> channel = m_services.registry.channel(id);
+    if (channel) {
+        openPlayerWindow();
+        m_services.player.play(*channel);
+    }
+    return channel;
+}
+
 void AppDelegate::menuChannelSelected(const QString& id) {
-    const std::optional<Channel> channel = m_services.registry.channel(id);
-    if (!channel)
-        return;
-    openPlayerWindow();
-    m_services.player.play(*channel);
-    m_services.telemetry.channelPlayed(*channel);
+    if (const std::optional<Channel> channel = open(id))
+        m_services.telemetry.channelPlayed(*channel);
 }
 
 Menu AppDelegate::contextMenu() const {

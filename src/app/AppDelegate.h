@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/Verb.h"
+#include "model/Channel.h"
 #include "platform/NotificationCenter.h"
 #include "platform/UpdaterController.h"
 #include "ui/AboutWindow.h"
@@ -76,6 +77,8 @@ private:
     void closePlayerWindow();
     void storeWindowFrame();
     void playAtLaunch();
+    /// Plays the channel of this id in the window; nothing when there is none.
+    std::optional<Channel> open(const QString& id);
     void show();
     void playNeighbor(int step);
     void applicationWillTerminate();

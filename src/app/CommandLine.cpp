@@ -31,7 +31,8 @@ const QList<Option>& options() {
         {u"mute"_s, {}, u"mute, or unmute"_s},
         {u"toggle-ghost"_s, {}, u"turn ghost mode on, or off"_s},
         {u"settings"_s, {}, u"open the settings"_s},
-        {u"add"_s, u"TEXT"_s, u"look up a channel to add: a link, a handle or a name"_s},
+        {u"add"_s, u"TEXT"_s,
+         u"look up a channel to add: a link, a handle or a name; \"\" to be asked"_s},
         {u"quit"_s, {}, u"end the running Orvane; without one, do nothing"_s},
         {list, {}, u"print id, category and name of every channel"_s},
         {json, {}, u"with --list: as JSON"_s},
@@ -76,14 +77,16 @@ std::expected<Word, UsageError> takeOption(QStringList& rest) {
         return equals < 0 ? std::expected<Word, UsageError>(Word{name, {}})
                           : usageError(u"--%1 has no value"_s.arg(name));
     // An option is not another one's value, unless it is attached to it.
-    QString value;
+    std::optional<QString> value;
     if (equals >= 0)
         value = first.sliced(equals + 1);
     else if (!rest.isEmpty() && !rest.first().startsWith(u"--"))
         value = rest.takeFirst();
-    if (value.trimmed().isEmpty())
+    // What is added can still be typed where it is asked for.
+    const bool mayBeBlank = name == Verb::Add::name;
+    if (!value || (value->trimmed().isEmpty() && !mayBeBlank))
         return usageError(u"--%1 needs %2"_s.arg(name, option->value));
-    return Word{name, value};
+    return Word{name, *value};
 }
 
 std::expected<Command, UsageError> commandOf(const QList<Word>& words) {

@@ -3,9 +3,12 @@
 
 #include "model/AppConstants.h"
 
+#include <QCoreApplication>
 #include <QStandardPaths>
 
 namespace orvane {
+
+using namespace Qt::StringLiterals;
 
 Services::Services(const Environment& environment, const QString& preferencesPath,
                    VideoOutput chosenOutput)
@@ -15,6 +18,11 @@ Services::Services(const Environment& environment, const QString& preferencesPat
               .publicKey = environment.appcastKey,
               .version = AppConstants::appVersion,
               .downloadFolder = QStandardPaths::writableLocation(QStandardPaths::DownloadLocation)},
+      autostart({.folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+                           u"/autostart"_s,
+                 .identifier = AppConstants::bundleIdentifier,
+                 .name = AppConstants::appName,
+                 .executable = QCoreApplication::applicationFilePath()}),
       timeline(environment.timelinePath),
       defaults(preferencesPath),
       preferences(defaults),

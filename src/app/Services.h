@@ -3,6 +3,7 @@
 
 #include "model/AppState.h"
 #include "model/ChannelRegistry.h"
+#include "platform/Autostart.h"
 #include "platform/Clock.h"
 #include "platform/Environment.h"
 #include "platform/HttpClient.h"
@@ -37,6 +38,7 @@ struct Services {
     /// Of the site whose channels are played; empty without one.
     QString siteHost;
     UpdaterSettings updates;
+    Autostart autostart;
     Timeline timeline;
     NotificationCenter notifications;
     UserDefaults defaults;

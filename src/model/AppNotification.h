@@ -33,7 +33,7 @@ inline constexpr Name themeChanged{"lumenfold.orvane.themeChanged"};
 inline constexpr Name windowOpacityChanged{"lumenfold.orvane.windowOpacityChanged"};
 /// None.
 inline constexpr Name openSettings{"lumenfold.orvane.openSettings"};
-/// QString to look up at once, or none.
+/// QString to look up at once; empty or none for nothing.
 inline constexpr Name openAddChannel{"lumenfold.orvane.openAddChannel"};
 /// None.
 inline constexpr Name toggleFullscreen{"lumenfold.orvane.toggleFullscreen"};

@@ -4,6 +4,7 @@
 #include "model/AppNotification.h"
 #include "model/AppState.h"
 #include "settings/Preferences.h"
+#include "ui/SystemColors.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -25,7 +26,7 @@ QStringList titles(Text text) {
 } // namespace
 
 GeneralPage::GeneralPage(Preferences& preferences, AppState& state,
-                         NotificationCenter& notifications)
+                         NotificationCenter& notifications, const Autostart& autostart)
     : m_preferences(preferences),
       m_state(state),
       m_notifications(notifications),
@@ -38,13 +39,20 @@ GeneralPage::GeneralPage(Preferences& preferences, AppState& state,
                        titles<AppTheme>([](AppTheme theme) { return rawValue(theme); }))),
       m_shortcutsInTextFields(addCheckBox(u"shortcutsInTextFields"_s,
                                           u"Use single-key shortcuts while typing"_s,
-                                          {20, 200, 320, 22})) {
+                                          {20, 200, 320, 22})),
+      m_autostart(autostart),
+      m_startAtLogin(
+          addCheckBox(u"startAtLogin"_s, u"Start Orvane at login"_s, {20, 170, 320, 22})),
+      m_autostartFault(addLabel({}, {42, 148, 420, 20}, {.size = 12})) {
+    setTextColor(*m_autostartFault, SystemColors::red);
+    m_autostartFault->setObjectName(u"autostartFault"_s);
     connect(m_resolution, &QComboBox::activated, this, &GeneralPage::resolutionChanged);
     connect(m_theme, &QComboBox::activated, this, &GeneralPage::themeChanged);
     connect(m_autoPlay, &QCheckBox::clicked, this,
             [this](bool isOn) { m_preferences.setAutoPlayLastChannel(isOn); });
     connect(m_shortcutsInTextFields, &QCheckBox::clicked, this,
             [this](bool isOn) { m_preferences.setShortcutsInTextFields(isOn); });
+    connect(m_startAtLogin, &QCheckBox::clicked, this, &GeneralPage::autostartChanged);
 }
 
 void GeneralPage::refresh() {
@@ -52,6 +60,8 @@ void GeneralPage::refresh() {
     m_autoPlay->setChecked(m_preferences.autoPlayLastChannel());
     m_theme->setCurrentText(rawValue(m_preferences.theme()));
     m_shortcutsInTextFields->setChecked(m_preferences.shortcutsInTextFields());
+    m_startAtLogin->setChecked(m_autostart.isEnabled());
+    m_autostartFault->clear();
 }
 
 QCheckBox* GeneralPage::addCheckBox(const QString& name, const QString& title,
@@ -86,6 +96,12 @@ void GeneralPage::themeChanged() {
         return;
     m_preferences.setTheme(*theme);
     m_notifications.post(AppNotification::themeChanged, *theme);
+}
+
+void GeneralPage::autostartChanged(bool isOn) {
+    const bool isDone = m_autostart.setEnabled(isOn);
+    m_startAtLogin->setChecked(m_autostart.isEnabled());
+    m_autostartFault->setText(isDone ? QString() : u"The autostart folder cannot be changed."_s);
 }
 
 } // namespace orvane

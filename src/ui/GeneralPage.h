@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/Autostart.h"
 #include "ui/FormPage.h"
 
 class QCheckBox;
@@ -18,8 +19,9 @@ class GeneralPage final : public FormPage {
     Q_OBJECT
 
 public:
-    /// All outlive the page.
-    GeneralPage(Preferences& preferences, AppState& state, NotificationCenter& notifications);
+    /// What is referred to outlives the page.
+    GeneralPage(Preferences& preferences, AppState& state, NotificationCenter& notifications,
+                const Autostart& autostart);
 
 protected:
     void refresh() override;
@@ -30,6 +32,7 @@ private:
                         const QStringList& titles);
     void resolutionChanged();
     void themeChanged();
+    void autostartChanged(bool isOn);
 
     Preferences& m_preferences;
     AppState& m_state;
@@ -38,6 +41,9 @@ private:
     QCheckBox* m_autoPlay;
     QComboBox* m_theme;
     QCheckBox* m_shortcutsInTextFields;
+    Autostart m_autostart;
+    QCheckBox* m_startAtLogin;
+    QLabel* m_autostartFault;
 };
 
 } // namespace orvane

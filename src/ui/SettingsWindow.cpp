@@ -31,8 +31,9 @@ SettingsWindow::SettingsWindow(const Collaborators& with)
     setFixedSize(FormPage::scaled(contentSize));
     m_tabView->setObjectName(u"tabView"_s);
     m_tabView->setGeometry(rect());
-    m_tabView->addTab(new GeneralPage(with.preferences, with.state, with.notifications),
-                      u"General"_s);
+    m_tabView->addTab(
+        new GeneralPage(with.preferences, with.state, with.notifications, with.autostart),
+        u"General"_s);
     m_tabView->addTab(new ChannelsPage(with.preferences, with.registry), u"Channels"_s);
     m_tabView->addTab(new AppearancePage(with.preferences, with.notifications), u"Appearance"_s);
     m_tabView->addTab(m_addChannel, u"Add Channel"_s);

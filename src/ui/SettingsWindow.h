@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/Autostart.h"
 #include "platform/NotificationCenter.h"
 #include "ui/AddChannelPage.h"
 
@@ -31,6 +32,7 @@ public:
         AddChannelPage::Resolve resolve;
         /// Of the site whose channels can be added.
         QString siteHost;
+        Autostart autostart;
     };
 
     explicit SettingsWindow(const Collaborators& collaborators);

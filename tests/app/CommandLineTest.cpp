@@ -31,6 +31,7 @@ TEST(CommandLine, KeepsVerbsInOrderWithTheirTexts) {
               message(uR"({"name":"play","text":"-الجزيرة"},{"name":"mute"},)"
                       R"({"name":"next"},{"name":"next"})"_s));
     EXPECT_EQ(parsed({u"--add=--x=\n"_s}), message(uR"({"name":"add","text":"--x=\n"})"_s));
+    EXPECT_EQ(parsed({u"--add"_s, u""_s}), message(uR"({"name":"add","text":""})"_s));
     EXPECT_EQ(parsed({u"-session"_s, u"some_id"_s, u"--quit"_s}), message(uR"({"name":"quit"})"_s));
     EXPECT_EQ(parsed({u"-session"_s}), message(u""_s));
 }

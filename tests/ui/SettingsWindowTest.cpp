@@ -76,7 +76,11 @@ protected:
             .tasks = services.tasks,
             .resolve = [this](QString input,
                               std::stop_token stop) { return resolver.resolve(input, stop); },
-            .siteHost = u"site.example"_s});
+            .siteHost = u"site.example"_s,
+            .autostart = Autostart({.folder = autostartFolder,
+                                    .identifier = u"orvane"_s,
+                                    .name = u"Orvane"_s,
+                                    .executable = u"/opt/my 100% \"own\"/orvane"_s})});
         window->show();
     }
 
@@ -117,6 +121,7 @@ protected:
     bool isPreviewShown() { return part<QWidget>(u"previewBg"_s)->isVisible(); }
 
     QTemporaryDir folder;
+    QString autostartFolder = folder.filePath(u"config/autostart"_s);
     Services services{Environment{}, folder.filePath(u"preferences.json"_s), VideoOutput::software};
     StandInResolver resolver;
     std::unique_ptr<SettingsWindow> window;
@@ -145,6 +150,35 @@ TEST_F(SettingsWindowTest, GeneralControlsWriteAtOnceAndShowWhatIsStored) {
     window->show();
     EXPECT_EQ(resolution->currentText(), u"360p"_s);
     EXPECT_FALSE(part<QCheckBox>(u"autoPlay"_s)->isChecked());
+}
+
+TEST_F(SettingsWindowTest, StartsAtLoginByAnEntryThatDesktopsMaySwitchOff) {
+    const QString path = autostartFolder + u"/orvane.desktop"_s;
+    const auto isOn = [&] {
+        window->close();
+        window->show();
+        return part<QCheckBox>(u"startAtLogin"_s)->isChecked();
+    };
+    EXPECT_FALSE(isOn());
+    click(u"startAtLogin"_s);
+    EXPECT_TRUE(isOn());
+    QFile entry(path);
+    ASSERT_TRUE(entry.open(QIODevice::ReadWrite));
+    EXPECT_TRUE(entry.readAll().contains(R"(Exec="/opt/my 100%% \\"own\\"/orvane")"));
+    entry.write("Hidden=true\n");
+    entry.close();
+    EXPECT_FALSE(isOn());
+    click(u"startAtLogin"_s);
+    EXPECT_TRUE(isOn());
+    click(u"startAtLogin"_s);
+    EXPECT_FALSE(QFile::exists(path));
+
+    ASSERT_TRUE(QDir().rmdir(autostartFolder));
+    ASSERT_TRUE(QFile(autostartFolder).open(QIODevice::WriteOnly)); // No folder can be there now.
+    click(u"startAtLogin"_s);
+    EXPECT_EQ(part<QLabel>(u"autostartFault"_s)->text(),
+              u"The autostart folder cannot be changed."_s);
+    EXPECT_FALSE(isOn());
 }
 
 TEST_F(SettingsWindowTest, ChannelsTabShowsWhatIsSoWhenItIsSelected) {
