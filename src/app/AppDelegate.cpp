@@ -65,7 +65,7 @@ SettingsWindow::Collaborators settingsWindowCollaborators(Services& services) {
                 [&resolver = services.channelResolver](const QString& input, std::stop_token stop) {
                     return resolver.resolve(input, std::move(stop));
                 },
-            .siteHost = services.siteHost,
+            .siteHost = services.videoSite ? services.videoSite->host() : QString(),
             .autostart = services.autostart};
 }
 
@@ -97,7 +97,8 @@ AppDelegate::AppDelegate(Services& services)
                  .events = services.events,
                  .actions = *this}),
       m_updaterController(services.updates, services.http, services.tasks,
-                          std::make_unique<UpdaterDialog>(), showInFolder) {}
+                          std::make_unique<UpdaterDialog>(), showInFolder),
+      m_desktop(services, *this) {}
 
 AppDelegate::~AppDelegate() = default;
 
@@ -115,6 +116,7 @@ void AppDelegate::applicationDidFinishLaunching(const QList<Verb::Value>& verbs)
     if (m_services.preferences.ghostModeEnabled())
         m_services.state.setGhostMode(true);
     m_services.preferences.setOnboardingCompleted(true);
+    m_desktop.start();
     m_services.tasks.spawn(prepareYtDlp());
     for (const Verb::Value& verb : verbs)
         perform(verb);
@@ -124,7 +126,7 @@ void AppDelegate::perform(const Verb::Value& verb) {
     NotificationCenter& notifications = m_services.notifications;
     std::visit(
         Overloaded{
-            [&](const Verb::Show&) { show(); },
+            [&](const Verb::Show&) { showPlayer(); },
             [&](const Verb::Play& play) { open(play.text); },
             [&](const Verb::Next&) { playNeighbor(1); },
             [&](const Verb::Previous&) { playNeighbor(-1); },
@@ -139,7 +141,9 @@ void AppDelegate::perform(const Verb::Value& verb) {
         verb);
 }
 
-void AppDelegate::show() {
+void AppDelegate::showPlayer() {
+    if (m_isTerminating)
+        return;
     openPlayerWindow();
     if (!m_services.state.currentChannel())
         playAtLaunch();
@@ -152,7 +156,7 @@ void AppDelegate::playNeighbor(int step) {
     if (current && channel)
         open(channel->id());
     else
-        show();
+        showPlayer();
 }
 
 void AppDelegate::followTheSession() {
@@ -367,6 +371,7 @@ void AppDelegate::terminate() {
     for (QWidget* window : QApplication::topLevelWidgets())
         window->hide();
     m_settingsWindow.reset();
+    m_desktop.stop();
     m_updaterController.stop();
     m_services.ytDlp.stop();
     m_services.processes.shutDown();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/DesktopIntegration.h"
 #include "app/Verb.h"
 #include "model/Channel.h"
 #include "platform/NotificationCenter.h"
@@ -47,6 +48,7 @@ public:
     void terminate() override;
 
     [[nodiscard]] Menu contextMenu() const override;
+    void showPlayer() override;
     void menuChannelSelected(const QString& id) override;
     void menuResolutionSelected(const QString& rawValue) override;
     void menuSleepTimer(int minutes) override;
@@ -79,7 +81,6 @@ private:
     void playAtLaunch();
     /// Plays the channel of this id in the window; nothing when there is none.
     std::optional<Channel> open(const QString& id);
-    void show();
     void playNeighbor(int step);
     void applicationWillTerminate();
     [[nodiscard]] QCoro::Task<> prepareYtDlp();
@@ -91,6 +92,7 @@ private:
     MenuBarManager m_menuBarManager;
     HotkeyManager m_hotkeys;
     UpdaterController m_updaterController;
+    DesktopIntegration m_desktop;
     std::unique_ptr<PlayerWindow> m_playerWindow;
     std::unique_ptr<SettingsWindow> m_settingsWindow;
     std::unique_ptr<AboutWindow> m_aboutWindow;

@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 Services::Services(const Environment& environment, const QString& preferencesPath,
                    VideoOutput chosenOutput)
     : videoOutput(chosenOutput),
-      siteHost(environment.videoSite ? environment.videoSite->host() : QString()),
+      videoSite(environment.videoSite),
       updates{.feed = environment.appcast,
               .publicKey = environment.appcastKey,
               .version = AppConstants::appVersion,

@@ -24,6 +24,8 @@
 #include "streaming/YtDlpManager.h"
 #include "telemetry/TelemetryService.h"
 
+#include <optional>
+
 namespace orvane {
 
 /// The one place where the parts of the program are put together, each with its collaborators. The
@@ -35,8 +37,8 @@ struct Services {
              VideoOutput videoOutput);
 
     VideoOutput videoOutput;
-    /// Of the site whose channels are played; empty without one.
-    QString siteHost;
+    /// Of the channels that are played; nothing without one.
+    std::optional<Origin> videoSite;
     UpdaterSettings updates;
     Autostart autostart;
     Timeline timeline;

@@ -17,6 +17,8 @@ inline constexpr Name streamResolved{"lumenfold.orvane.streamResolved"};
 inline constexpr Name streamError{"lumenfold.orvane.streamError"};
 /// Channel that is being loaded.
 inline constexpr Name streamLoading{"lumenfold.orvane.streamLoading"};
+/// Transport.
+inline constexpr Name transportChanged{"lumenfold.orvane.transportChanged"};
 /// bool.
 inline constexpr Name muteChanged{"lumenfold.orvane.muteChanged"};
 /// float from 0 to 1.

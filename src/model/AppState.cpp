@@ -42,6 +42,13 @@ void AppState::setError(const Channel& channel, const QString& message) {
     m_notifications.post(AppNotification::streamError, message);
 }
 
+void AppState::setTransport(Transport transport) {
+    if (transport == m_transport)
+        return;
+    m_transport = transport;
+    m_notifications.post(AppNotification::transportChanged, m_transport);
+}
+
 void AppState::setVolume(float volume) {
     m_volume = volume;
     m_preferences.setVolume(m_volume);

@@ -29,6 +29,10 @@ struct Error {
 using Value = std::variant<Idle, Loading, Playing, Error>;
 } // namespace PlaybackState
 
+/// What the player has been told to do, whatever comes of it: a channel that loads or has failed is
+/// still meant to play.
+enum class Transport { stopped, playing, paused };
+
 /// The live state that Orvane's parts share. Owned by the composition root; main thread only.
 /// Settings that mirror a preference are written through first and announced after, on every
 /// assignment, even of the value already held. Never fails.
@@ -47,6 +51,10 @@ public:
     void setLoading(const Channel& channel);
     void setPlaying(const Channel& channel);
     void setError(const Channel& channel, const QString& message);
+
+    [[nodiscard]] Transport transport() const { return m_transport; }
+    /// Announced only where it is another one.
+    void setTransport(Transport transport);
 
     /// From 0 to 1.
     [[nodiscard]] float volume() const { return m_volume; }
@@ -74,6 +82,7 @@ private:
     NotificationCenter& m_notifications;
     std::optional<Channel> m_currentChannel;
     PlaybackState::Value m_playbackState = PlaybackState::Idle{};
+    Transport m_transport = Transport::stopped;
     float m_volume;
     bool m_isMuted;
     Resolution m_resolution;

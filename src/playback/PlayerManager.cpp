@@ -34,6 +34,7 @@ void PlayerManager::play(const Channel& channel) {
     m_didAutoRetry = false;
     m_state.setLoading(channel);
     m_state.setCurrentChannel(channel);
+    m_state.setTransport(Transport::playing);
     m_currentTask = std::stop_source();
     m_tasks.spawn(load(channel, m_currentTask.get_token()));
 }
@@ -69,7 +70,7 @@ void PlayerManager::open(std::unique_ptr<MediaPlayer> player, const Channel& cha
     QObject::connect(
         m_player.get(), &MediaPlayer::statusChanged, m_playerItemObserver.get(),
         [this, channel] { handleStatus(channel); }, Qt::QueuedConnection);
-    m_player->play();
+    resume();
 }
 
 void PlayerManager::handleStatus(Channel channel) {
@@ -103,22 +104,26 @@ void PlayerManager::retry(const Channel& channel) {
 }
 
 void PlayerManager::pause() {
-    if (m_player)
-        m_player->pause();
+    if (!m_player)
+        return;
+    m_player->pause();
+    m_state.setTransport(Transport::paused);
 }
 
 void PlayerManager::resume() {
-    if (m_player)
-        m_player->play();
+    if (!m_player)
+        return;
+    m_player->play();
+    m_state.setTransport(Transport::playing);
 }
 
 void PlayerManager::togglePlayPause() {
     if (!m_player)
         return;
     if (m_player->timeControlStatus() == MediaPlayer::TimeControlStatus::playing)
-        m_player->pause();
+        pause();
     else
-        m_player->play();
+        resume();
 }
 
 void PlayerManager::setMute(bool muted) {
@@ -151,6 +156,7 @@ void PlayerManager::stop() {
     m_player.reset();
     if (m_playerView != nullptr)
         m_playerView->setPlayer(nullptr);
+    m_state.setTransport(Transport::stopped);
 }
 
 } // namespace orvane

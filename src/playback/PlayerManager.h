@@ -38,7 +38,7 @@ public:
     /// Opens it with a fresh address.
     void retry(const Channel& channel);
 
-    /// The three below leave the state alone and do nothing without a player.
+    /// The three below do nothing without a player. Of the state they change the transport alone.
     void pause();
     void resume();
     void togglePlayPause();
@@ -49,7 +49,8 @@ public:
     void setVolume(float volume);
     void adjustVolume(float delta);
 
-    /// Lets go of the player and of what is being opened; the state stays as it is.
+    /// Lets go of the player and of what is being opened; but for the transport the state stays as
+    /// it is.
     void stop();
 
 private:

@@ -14,6 +14,8 @@ public:
     /// What a right click on the player window shows, as of now.
     [[nodiscard]] virtual Menu contextMenu() const = 0;
 
+    /// Brings the player window to the front; where nothing is being played, as at launch.
+    virtual void showPlayer() = 0;
     /// Opens the player window with the channel of this id.
     virtual void menuChannelSelected(const QString& id) = 0;
     /// Stores the resolution of this raw value, and opens the current channel anew with it.

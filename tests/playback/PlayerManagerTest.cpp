@@ -247,13 +247,16 @@ TEST_F(PlayerManagerTest, ClampsAndStoresTheVolumeWithAndWithoutAPlayer) {
     player.adjustVolume(0.25F);
     factory.last->time = MediaPlayer::TimeControlStatus::playing;
     player.togglePlayPause();
+    EXPECT_EQ(state.transport(), Transport::paused);
     factory.last->time = MediaPlayer::TimeControlStatus::waiting;
     player.togglePlayPause();
+    EXPECT_EQ(state.transport(), Transport::playing);
     EXPECT_EQ(takeLog(),
               (QStringList{u"a: unmuted"_s, u"a: volume 0.25"_s, u"a: pause"_s, u"a: play"_s}));
 
     player.stop();
     player.resume();
+    EXPECT_EQ(state.transport(), Transport::stopped);
     EXPECT_EQ(takeLog(), (QStringList{u"a: pause"_s, u"a: gone"_s}));
     EXPECT_EQ(view.shown, nullptr);
     EXPECT_EQ(state.currentChannel(), first);

@@ -13,6 +13,7 @@ public:
     QStringList calls;
 
     [[nodiscard]] Menu contextMenu() const override { return {}; }
+    void showPlayer() override { calls += QStringLiteral("show"); }
     void menuChannelSelected(const QString& id) override { calls += id; }
     void menuResolutionSelected(const QString& text) override { calls += text; }
     void menuSleepTimer(int minutes) override { calls += QString::number(minutes); }

@@ -80,13 +80,22 @@ class Desktop:
             "XDG_RUNTIME_DIR": str(runtime),
             "LANG": "C.UTF-8",
         }
-        bus = subprocess.run(
-            ["dbus-daemon", "--session", "--fork", "--print-address=1", "--print-pid=1"],
-            env=self.environment, check=True, capture_output=True, text=True,
-        ).stdout.split()
-        self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus[0]
-        self._stack.callback(lambda: os.kill(int(bus[1]), signal.SIGTERM))
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = f"unix:path={runtime}/bus"
+        self.start_bus()
         self._start_session()
+
+    def start_bus(self) -> None:
+        address = self.environment["DBUS_SESSION_BUS_ADDRESS"]
+        command = ["dbus-daemon", "--session", "--nofork", f"--address={address}", "--print-address=1"]
+        self._bus = self.background(command, stdout=subprocess.PIPE, text=True)
+        self._stack.callback(self._bus.stdout.close)
+        # It says so when it listens.
+        if not self._bus.stdout.readline():
+            raise RuntimeError("dbus-daemon did not start")
+
+    def kill_bus(self) -> None:
+        self._bus.kill()
+        self._bus.wait()
 
     def _start_session(self) -> None:
         self._start_window_manager()

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/RemoteControl.h"
+#include "platform/MessageBus.h"
+
+namespace orvane {
+
+class ApplicationActions;
+struct Services;
+
+/// What makes the program a good citizen of the desktop: it can be driven from outside. Owned by
+/// the application controller; main thread. Each part does without what the desktop does not have.
+class DesktopIntegration {
+public:
+    /// Both outlive it.
+    DesktopIntegration(Services& services, ApplicationActions& actions);
+
+    void start();
+    /// Gives back what was taken of the desktop.
+    void stop();
+
+private:
+    MessageBus m_sessionBus;
+    RemoteControl m_remoteControl;
+};
+
+} // namespace orvane

@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/RemoteControl.h"
+
+#include "model/AppNotification.h"
+#include "model/AppState.h"
+#include "model/ChannelRegistry.h"
+#include "playback/PlayerManager.h"
+#include "ui/ApplicationActions.h"
+
+#include <cmath>
+#include <utility>
+
+namespace orvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+bool hasFailed(const AppState& state) {
+    return std::holds_alternative<PlaybackState::Error>(state.playbackState());
+}
+
+} // namespace
+
+RemoteControl::RemoteControl(const Collaborators& collaborators)
+    : m_with(collaborators), m_remote(u"orvane"_s, collaborators.sessionBus, *this) {
+    using namespace AppNotification;
+    for (const Name name : {channelChanged, streamLoading, streamResolved, streamError,
+                            transportChanged, volumeChanged})
+        m_observers.push_back(
+            m_with.notifications.addObserver(name, [this](const auto&) { updateLater(); }));
+    updateLater();
+}
+
+RemoteControl::~RemoteControl() = default;
+
+void RemoteControl::play() {
+    const std::optional<Channel> channel = m_with.state.currentChannel();
+    if (!channel && m_stoppedChannel)
+        m_with.actions.menuChannelSelected(m_stoppedChannel->id());
+    else if (!channel)
+        m_with.actions.showPlayer();
+    else if (hasFailed(m_with.state))
+        m_with.player.retry(*channel);
+    else
+        m_with.player.resume();
+}
+
+void RemoteControl::pause() {
+    if (state().canPause)
+        m_with.player.pause();
+}
+
+void RemoteControl::playPause() {
+    if (state().status == MediaRemoteState::Status::playing)
+        pause();
+    else
+        play();
+}
+
+void RemoteControl::stop() {
+    const std::optional<Channel> channel = m_with.state.currentChannel();
+    if (!channel)
+        return;
+    m_with.notifications.post(AppNotification::closePlayer);
+    m_stoppedChannel = channel;
+}
+
+void RemoteControl::next() {
+    step(1);
+}
+
+void RemoteControl::previous() {
+    step(-1);
+}
+
+void RemoteControl::step(int places) {
+    const auto& current = m_with.state.currentChannel();
+    const auto from = current ? current : m_stoppedChannel;
+    if (const auto channel = m_with.registry.enabledNeighbor(from, places))
+        m_with.actions.menuChannelSelected(channel->id());
+}
+
+void RemoteControl::setVolume(double volume) {
+    if (!std::isnan(volume))
+        m_with.player.setVolume(static_cast<float>(volume));
+}
+
+void RemoteControl::raise() {
+    m_with.actions.showPlayer();
+}
+
+void RemoteControl::quit() {
+    m_with.actions.terminate();
+}
+
+void RemoteControl::updateLater() {
+    if (std::exchange(m_isUpdateDue, true))
+        return;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            m_isUpdateDue = false;
+            if (m_with.state.currentChannel())
+                m_stoppedChannel.reset();
+            m_remote.update(state());
+        },
+        Qt::QueuedConnection);
+}
+
+MediaRemoteState RemoteControl::state() const {
+    using Status = MediaRemoteState::Status;
+    const AppState& now = m_with.state;
+    const std::optional<Channel>& channel = now.currentChannel();
+    MediaRemoteState result{.volume = static_cast<double>(now.volume()), .canPlay = true};
+    result.canStep = m_with.registry.enabledNeighbor(channel, 1).has_value();
+    if (!channel)
+        return result;
+    const QUrl page = m_with.videoSite ? channel->youtubeURL(*m_with.videoSite) : QUrl();
+    result.track = {.id = channel->id(), .title = channel->displayName(), .url = page};
+    if (hasFailed(now) || now.transport() == Transport::stopped)
+        return result;
+    result.status = now.transport() == Transport::paused ? Status::paused : Status::playing;
+    // A channel that is still being opened cannot be held back.
+    result.canPause = std::holds_alternative<PlaybackState::Playing>(now.playbackState());
+    return result;
+}
+
+} // namespace orvane

@@ -1,0 +1,121 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""The services of a desktop that keep the screen awake and tell of sleep, as far as the program uses them.
+
+usage: fakedesktop.py NAME...     Takes the names on the session bus, says "ready", then says what it is
+asked for, a line each: "inhibit" with the texts that it was given, and "release", also when it is the program
+that has gone. On its standard input "slow" makes it keep its answers (and say "asked") until "answer", and
+"wake" announces the end of a sleep."""
+
+import sys
+
+import dbus
+import dbus.mainloop.glib
+import dbus.service
+from gi.repository import GLib
+
+SCREEN_SAVER = "org.freedesktop.ScreenSaver"
+PORTAL = "org.freedesktop.portal.Inhibit"
+IDLE = 8
+
+
+def say(line: str) -> None:
+    print(line, flush=True)
+
+
+class Service(dbus.service.Object):
+    def __init__(self, bus: dbus.Bus, path: str):
+        super().__init__(bus, path)
+        self._bus = bus
+        self._watches = {}
+        self._count = 0
+        self.is_slow = False
+        self.late_answers = []
+
+    def _grant(self, key, line: str, answer, sender: str) -> None:
+        def gone(owner):
+            if not owner:
+                self._release(key)
+
+        def grant():
+            say(line)
+            self._watches[key] = self._bus.watch_name_owner(sender, gone)
+            answer(key)
+
+        if self.is_slow:
+            self.late_answers.append(grant)
+            say("asked")
+        else:
+            grant()
+
+    def _release(self, key) -> None:
+        if watch := self._watches.pop(key, None):
+            watch.cancel()
+            say("release")
+
+    @dbus.service.method(SCREEN_SAVER, "ss", "u", async_callbacks=("answer", "_"), sender_keyword="sender")
+    def Inhibit(self, program, reason, answer, _, sender):
+        self._count += 1
+        self._grant(dbus.UInt32(self._count), f"inhibit {program} {reason}", answer, sender)
+
+    @dbus.service.method(SCREEN_SAVER, "u", "")
+    def UnInhibit(self, cookie):
+        self._release(cookie)
+
+
+class Portal(Service):
+    @dbus.service.method(PORTAL, "sua{sv}", "o", async_callbacks=("answer", "_"), sender_keyword="sender")
+    def Inhibit(self, _window, flags, options, answer, _, sender):
+        if flags != IDLE:
+            raise dbus.exceptions.DBusException(f"flags {flags}")
+        self._count += 1
+        path = f"/org/freedesktop/portal/desktop/request/{self._count}"
+        Request(self._bus, path, self)
+        self._grant(dbus.ObjectPath(path), f"inhibit {options['reason']}", answer, sender)
+
+    def close(self, path: str) -> None:
+        self._release(path)
+
+
+class Request(dbus.service.Object):
+    def __init__(self, bus: dbus.Bus, path: str, portal: Portal):
+        super().__init__(bus, path)
+        self._path, self._portal = path, portal
+
+    @dbus.service.method("org.freedesktop.portal.Request", "", "")
+    def Close(self):
+        self._portal.close(self._path)
+
+
+class Logind(dbus.service.Object):
+    @dbus.service.signal("org.freedesktop.login1.Manager", "b")
+    def PrepareForSleep(self, begins):
+        pass
+
+
+def main() -> None:
+    dbus.mainloop.glib.DBusGMainLoop(set_as_default=True)
+    bus = dbus.SessionBus()
+    service = Service(bus, "/org/freedesktop/ScreenSaver")
+    Portal(bus, "/org/freedesktop/portal/desktop")
+    logind = Logind(bus, "/org/freedesktop/login1")
+
+    def obey(*_) -> bool:
+        order = sys.stdin.readline().strip()
+        if order == "slow":
+            service.is_slow = True
+        elif order == "answer":
+            service.is_slow = False
+            while service.late_answers:
+                service.late_answers.pop(0)()
+        elif order == "wake":
+            logind.PrepareForSleep(False)
+        return bool(order)
+
+    names = [dbus.service.BusName(name, bus, do_not_queue=True) for name in sys.argv[1:]]
+    GLib.io_add_watch(sys.stdin, GLib.IO_IN | GLib.IO_HUP, obey)
+    say(f"ready {len(names)}")
+    GLib.MainLoop().run()
+
+
+if __name__ == "__main__":
+    main()
