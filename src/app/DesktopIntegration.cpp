@@ -2,8 +2,11 @@
 #include "app/DesktopIntegration.h"
 
 #include "app/Services.h"
+#include "model/AppConstants.h"
 
 namespace orvane {
+
+using namespace Qt::StringLiterals;
 
 DesktopIntegration::DesktopIntegration(Services& services, ApplicationActions& actions)
     : m_sessionBus(MessageBus::Kind::session, services.clock, services.tasks),
@@ -13,7 +16,10 @@ DesktopIntegration::DesktopIntegration(Services& services, ApplicationActions& a
                        .notifications = services.notifications,
                        .actions = actions,
                        .sessionBus = m_sessionBus,
-                       .videoSite = services.videoSite}) {}
+                       .videoSite = services.videoSite}),
+      m_screenSaver(m_sessionBus, AppConstants::appName, u"A channel is playing"_s),
+      m_screenKeeper(services.state, services.notifications, m_screenSaver, services.clock,
+                     services.tasks) {}
 
 void DesktopIntegration::start() {
     m_sessionBus.start();

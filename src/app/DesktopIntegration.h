@@ -2,15 +2,18 @@
 #pragma once
 
 #include "app/RemoteControl.h"
+#include "platform/DesktopScreenSaver.h"
 #include "platform/MessageBus.h"
+#include "playback/ScreenKeeper.h"
 
 namespace orvane {
 
 class ApplicationActions;
 struct Services;
 
-/// What makes the program a good citizen of the desktop: it can be driven from outside. Owned by
-/// the application controller; main thread. Each part does without what the desktop does not have.
+/// What makes the program a good citizen of the desktop: it can be driven from outside, and it
+/// keeps the screen awake while a channel plays. Owned by the application controller; main thread.
+/// Each part does without what the desktop does not have.
 class DesktopIntegration {
 public:
     /// Both outlive it.
@@ -23,6 +26,8 @@ public:
 private:
     MessageBus m_sessionBus;
     RemoteControl m_remoteControl;
+    DesktopScreenSaver m_screenSaver;
+    ScreenKeeper m_screenKeeper;
 };
 
 } // namespace orvane

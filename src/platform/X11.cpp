@@ -4,6 +4,8 @@
 #include <QGuiApplication>
 #include <QScreen>
 
+#include <xcb/screensaver.h>
+
 #include <map>
 #include <string>
 
@@ -65,6 +67,17 @@ bool hasSelectionOwner(std::string_view selection) {
     const Reply<xcb_get_selection_owner_reply_t> reply(xcb_get_selection_owner_reply(
         connection(), xcb_get_selection_owner(connection(), atom(selection)), nullptr));
     return reply && reply->owner != XCB_WINDOW_NONE;
+}
+
+bool setScreenSaver(ScreenSaver state) {
+    if (connection() == nullptr || isXWayland())
+        return false;
+    const auto* extension = xcb_get_extension_data(connection(), &xcb_screensaver_id);
+    if (extension == nullptr || extension->present == 0)
+        return false;
+    xcb_screensaver_suspend(connection(), state == ScreenSaver::suspended ? 1 : 0);
+    xcb_flush(connection());
+    return true;
 }
 
 } // namespace orvane::X11

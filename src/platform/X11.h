@@ -30,6 +30,12 @@ namespace orvane::X11 {
 /// Whether some program has taken this part of the desktop upon itself; false without a connection.
 [[nodiscard]] bool hasSelectionOwner(std::string_view selection);
 
+/// The server blanks the screen by itself after a while without input, unless that is suspended.
+enum class ScreenSaver { running, suspended };
+/// Each suspension lasts until it is taken back or the program has gone. False where there is no
+/// server that can do that.
+bool setScreenSaver(ScreenSaver state);
+
 struct Free {
     void operator()(void* reply) const { std::free(reply); }
 };

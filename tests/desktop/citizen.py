@@ -12,6 +12,8 @@ from desktop import Desktop, wait_until
 from livesite import shows
 
 FAKE_DESKTOP = pathlib.Path(__file__).parent.parent / "support/fakedesktop.py"
+SCREEN_SAVER = "org.freedesktop.ScreenSaver"
+PORTAL = "org.freedesktop.portal.Desktop"
 PLAYER = "org.mpris.MediaPlayer2.orvane"
 
 
@@ -44,14 +46,15 @@ class FakeDesktop:
     def kill(self) -> None:
         self._process.kill()
         self._process.wait()
-        self._process.stdin.close()
 
 
-class Remote(SiteCase):
-    """Through playerctl, as a panel or a media key would."""
-
+class RemoteCase(SiteCase):
     def ask(self, *command: str) -> str:
         return self.desktop.run("playerctl", "--player=orvane", *command).strip()
+
+
+class Remote(RemoteCase):
+    """Through playerctl, as a panel or a media key would."""
 
     def wait_for_answer(self, answer: str, *command: str):
         wait_until(lambda: self.ask(*command) == answer, f"{answer}, not {self.ask(*command)}")
@@ -114,6 +117,61 @@ class Remote(SiteCase):
         self.desktop.start_bus()
         wait_until(lambda: PLAYER in self.names(), "the usual name, which is free now")
         self.wait_for_answer("Playing", "status")
+        self.quit_cleanly()
+
+
+class Screen(RemoteCase):
+    """What the services that can keep the screen awake are asked for."""
+
+    def test_screen_saver(self):
+        service = FakeDesktop(self.desktop, SCREEN_SAVER)
+        self.site.channels["AlHadath"].faults["master"] = 404
+        program = self.start()
+        program.wait_for("playing")
+        service.wait_for("inhibit")
+        self.assertEqual(service.lines()[1], "inhibit Orvane A channel is playing")
+        self.ask("pause")
+        service.wait_for("inhibit", "release")
+        self.ask("play")
+        service.wait_for(*["inhibit", "release"], "inhibit")
+        self.ask("next")
+        program.wait_for("error")
+        service.wait_for(*["inhibit", "release"] * 2)
+        self.ask("previous")
+        service.wait_for(*["inhibit", "release"] * 2, "inhibit")
+        self.ask("stop")
+        service.wait_for(*["inhibit", "release"] * 3)
+        self.ask("play")
+        service.wait_for(*["inhibit", "release"] * 3, "inhibit")
+        program.process.kill()
+        service.wait_for(*["inhibit", "release"] * 4)
+
+    def test_services_come_and_go(self):
+        portal = FakeDesktop(self.desktop, PORTAL)
+        program = self.start()
+        program.wait_for("playing")
+        portal.wait_for("inhibit")
+        saver = FakeDesktop(self.desktop, SCREEN_SAVER)
+        saver.wait_for("inhibit")
+        portal.wait_for("inhibit", "release")
+        saver.kill()
+        portal.wait_for("inhibit", "release", "inhibit")
+        saver = FakeDesktop(self.desktop, SCREEN_SAVER)
+        saver.wait_for("inhibit")
+
+        # An answer that nobody waits for any more.
+        self.ask("pause")
+        saver.wait_for("inhibit", "release")
+        saver.tell("slow")
+        self.ask("play")
+        saver.wait_for("inhibit", "release", "asked")
+        self.ask("pause")
+        self.ask("status")
+        saver.tell("answer")
+        saver.wait_for("inhibit", "release", "asked", "inhibit", "release")
+        portal.wait_for("inhibit", "release", "inhibit", "release")
+        saver.kill()
+        portal.kill()
         self.quit_cleanly()
 
 

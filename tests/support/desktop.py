@@ -88,7 +88,6 @@ class Desktop:
         address = self.environment["DBUS_SESSION_BUS_ADDRESS"]
         command = ["dbus-daemon", "--session", "--nofork", f"--address={address}", "--print-address=1"]
         self._bus = self.background(command, stdout=subprocess.PIPE, text=True)
-        self._stack.callback(self._bus.stdout.close)
         # It says so when it listens.
         if not self._bus.stdout.readline():
             raise RuntimeError("dbus-daemon did not start")
@@ -270,7 +269,6 @@ class Program:
 
     def __exit__(self, *_) -> None:
         _end(self.process)
-        self.process.stdin.close()
         self._log.close()
 
     def tell(self, line: str) -> str:
@@ -422,3 +420,6 @@ def _end(process: subprocess.Popen) -> None:
         except subprocess.TimeoutExpired:
             process.kill()
             process.wait()
+    for stream in (process.stdin, process.stdout):
+        if stream:
+            stream.close()
