@@ -19,13 +19,25 @@ DesktopIntegration::DesktopIntegration(Services& services, ApplicationActions& a
                        .videoSite = services.videoSite}),
       m_screenSaver(m_sessionBus, AppConstants::appName, u"A channel is playing"_s),
       m_screenKeeper(services.state, services.notifications, m_screenSaver, services.clock,
-                     services.tasks) {}
+                     services.tasks),
+      m_systemBus(MessageBus::Kind::system, services.clock, services.tasks),
+      m_sleep(m_systemBus),
+      m_recovery(services.state, services.player, services.notifications, services.clock,
+                 services.tasks) {
+    const auto returned = [this] { m_recovery.returned(); };
+    QObject::connect(&m_sleep, &SleepWatcher::wokeUp, &m_sleep, returned);
+    QObject::connect(&m_network, &NetworkWatcher::addressGained, &m_network, returned);
+}
 
 void DesktopIntegration::start() {
     m_sessionBus.start();
+    m_systemBus.start();
+    m_network.start();
 }
 
 void DesktopIntegration::stop() {
+    m_recovery.stop();
+    m_systemBus.stop();
     m_sessionBus.stop();
 }
 

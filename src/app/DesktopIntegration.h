@@ -4,6 +4,9 @@
 #include "app/RemoteControl.h"
 #include "platform/DesktopScreenSaver.h"
 #include "platform/MessageBus.h"
+#include "platform/NetworkWatcher.h"
+#include "platform/SleepWatcher.h"
+#include "playback/ChannelRecovery.h"
 #include "playback/ScreenKeeper.h"
 
 namespace orvane {
@@ -11,8 +14,9 @@ namespace orvane {
 class ApplicationActions;
 struct Services;
 
-/// What makes the program a good citizen of the desktop: it can be driven from outside, and it
-/// keeps the screen awake while a channel plays. Owned by the application controller; main thread.
+/// What makes the program a good citizen of the desktop: it can be driven from outside, keeps
+/// the screen awake while a channel plays, and brings the picture back after the machine or its
+/// network was away. Owned by the application controller; main thread.
 /// Each part does without what the desktop does not have.
 class DesktopIntegration {
 public:
@@ -28,6 +32,10 @@ private:
     RemoteControl m_remoteControl;
     DesktopScreenSaver m_screenSaver;
     ScreenKeeper m_screenKeeper;
+    MessageBus m_systemBus;
+    SleepWatcher m_sleep;
+    NetworkWatcher m_network;
+    ChannelRecovery m_recovery;
 };
 
 } // namespace orvane

@@ -126,6 +126,10 @@ void PlayerManager::togglePlayPause() {
         resume();
 }
 
+bool PlayerManager::isWaiting() const {
+    return m_player && m_player->timeControlStatus() == MediaPlayer::TimeControlStatus::waiting;
+}
+
 void PlayerManager::setMute(bool muted) {
     m_state.setMuted(muted);
     if (m_player)

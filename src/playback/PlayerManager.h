@@ -43,6 +43,9 @@ public:
     void resume();
     void togglePlayPause();
 
+    /// Whether there is a player that has nothing to play just now.
+    [[nodiscard]] bool isWaiting() const;
+
     void setMute(bool muted);
     void toggleMute();
     /// Clamped to 0...1.

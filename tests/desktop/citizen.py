@@ -2,15 +2,20 @@
 """The program as a part of its desktop: driven from outside, keeping the screen awake, and back by itself
 after the machine or its network was away."""
 
+import functools
+import os
 import pathlib
 import re
 import subprocess
+import sys
+import time
 import unittest
 
-from case import SiteCase
-from desktop import Desktop, wait_until
+from case import BUILD, SiteCase
+from desktop import Desktop, Program, moves, wait_for_motion, wait_until
 from livesite import shows
 
+IS_INSIDE = "ORVANE_TEST_INSIDE" in os.environ
 FAKE_DESKTOP = pathlib.Path(__file__).parent.parent / "support/fakedesktop.py"
 SCREEN_SAVER = "org.freedesktop.ScreenSaver"
 PORTAL = "org.freedesktop.portal.Desktop"
@@ -172,6 +177,145 @@ class Screen(RemoteCase):
         portal.wait_for("inhibit", "release", "inhibit", "release")
         saver.kill()
         portal.kill()
+        self.quit_cleanly()
+
+
+def in_own_network(test):
+    """Has the test run in a process with a network of its own, in which nothing is yet."""
+
+    @functools.wraps(test)
+    def run(self):
+        if IS_INSIDE:
+            test(self)
+            return
+        as_root = [] if os.getuid() == 0 else ["--user", "--map-root-user"]
+        command = ["unshare", *as_root, "--net", sys.executable, "-B", "-m", "unittest", "-v", self.id()]
+        inside = subprocess.run(command, env=os.environ | {"ORVANE_TEST_INSIDE": "1"}, check=False,
+                                capture_output=True, text=True)
+        print(inside.stdout)
+        self.assertEqual(inside.returncode, 0, inside.stderr)
+
+    return run
+
+
+class Machine:
+    """Another machine, with a cable to this one, as far as the network goes."""
+
+    def __init__(self, here: str, there: str):
+        self._holder = subprocess.Popen(
+            ["unshare", "--net", "sh", "-c", "echo ready; exec cat"], stdin=subprocess.PIPE,
+            stdout=subprocess.PIPE, text=True)
+        self._holder.stdout.readline()
+        self._enter = ["nsenter", f"--net=/proc/{self._holder.pid}/ns/net"]
+        cable = f"ip link add cable type veth peer name eth0 netns {self._holder.pid}"
+        for command in ("ip link set lo up", cable, f"ip addr add {here}/24 dev cable", "ip link set cable up"):
+            subprocess.run(command.split(), check=True)
+        for command in ("ip link set lo up", f"ip addr add {there}/24 dev eth0", "ip link set eth0 up"):
+            self.run(*command.split())
+
+    def __enter__(self) -> "Machine":
+        return self
+
+    def __exit__(self, *_) -> None:
+        self._holder.communicate()
+
+    def run(self, *command: str) -> None:
+        subprocess.run([*self._enter, *command], check=True)
+
+    def launcher(self, folder: pathlib.Path, binary: str) -> str:
+        """A command that runs a program there."""
+        path = folder / "launcher"
+        path.write_text(f"#!/bin/sh\nexec {' '.join(self._enter)} {binary}\n", encoding="ascii")
+        path.chmod(0o755)
+        return str(path)
+
+    @staticmethod
+    def cable(state: str) -> None:
+        subprocess.run(["ip", "link", "set", "cable", state], check=True)
+
+
+class Return(RemoteCase):
+    """The picture comes back by itself."""
+
+    site_host = "10.213.7.1" if IS_INSIDE else "127.0.0.1"
+
+    def setUp(self):
+        if IS_INSIDE:
+            self.machine = self.enterContext(Machine(self.site_host, "10.213.7.2"))
+        super().setUp()
+
+    def wait_for_standstill(self):
+        """The picture has not changed for a second."""
+        last = [time.monotonic(), self.program.picture()]
+
+        def stands_still():
+            now = self.program.picture()
+            if moves(last[1], now):
+                last[:] = [time.monotonic(), now]
+            return time.monotonic() - last[0] > 1
+
+        wait_until(stands_still, "a picture that stands still")
+
+    def start_there(self) -> Program:
+        """The program runs on the other machine, the site on this one."""
+        launcher = self.machine.launcher(self.desktop.folder, f"{BUILD}/orvane")
+        self.program = self.enterContext(Program(self.desktop, launcher, self.site.origin))
+        self.addCleanup(self.keep_evidence)
+        self.program.wait_for("playing")
+        return self.program
+
+    def assert_comes_back(self, handle: str):
+        back = time.monotonic()
+        pictures = [self.program.picture()]
+
+        def is_back():
+            pictures[:] = [pictures[-1], self.program.picture()]
+            return moves(*pictures) and all(shows(picture, self.site.channels[handle]) for picture in pictures)
+
+        wait_until(is_back, f"the picture of {handle}")
+        away = time.monotonic() - back
+        print(f"the picture was back {away:.1f} s after the network: {self.program.milestones()}")
+        self.assertLess(away, 10)
+
+    @in_own_network
+    def test_picture_stands_still(self):
+        program = self.start_there()
+        self.machine.run("ip", "addr", "add", "10.213.8.2/24", "dev", "eth0")
+        wait_for_motion(program)
+        self.machine.cable("down")
+        self.wait_for_standstill()
+        self.assertEqual(program.count("loading"), 1, "another address is no reason to interrupt a picture")
+        self.machine.cable("up")
+        self.assert_comes_back("AlArabiya")
+        self.quit_cleanly()
+
+    @in_own_network
+    def test_channel_has_failed(self):
+        program = self.start_there()
+        self.machine.cable("down")
+        self.machine.run("ip", "addr", "flush", "dev", "eth0")
+        self.ask("next")
+        program.wait_for("error")
+        self.machine.cable("up")
+        self.machine.run("ip", "addr", "add", "10.213.7.3/24", "dev", "eth0")
+        self.assert_comes_back("AlHadath")
+        self.assertEqual(program.count("loading"), 3)
+        self.quit_cleanly()
+
+    def test_machine_asleep(self):
+        address = self.desktop.environment["DBUS_SESSION_BUS_ADDRESS"]
+        logind = FakeDesktop(self.desktop, "org.freedesktop.login1")
+        self.channel.faults["master"] = 404
+        program = self.start(DBUS_SYSTEM_BUS_ADDRESS=address)
+        program.wait_for("error")
+        self.channel.faults.clear()
+        logind.tell("wake")
+        program.wait_for("playing")
+        # Nothing happens to a picture that goes on: two more segments of two seconds each.
+        logind.tell("wake")
+        segments = self.site.count("/hls/AlArabiya/480/")
+        wait_until(lambda: self.site.count("/hls/AlArabiya/480/") > segments + 4, "more of the picture")
+        self.assertEqual(program.count("loading"), 2)
         self.quit_cleanly()
 
 

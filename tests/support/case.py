@@ -53,9 +53,11 @@ class DesktopCase(unittest.TestCase):
 class SiteCase(DesktopCase):
     """With a live site of its own."""
 
+    site_host = "127.0.0.1"
+
     def setUp(self):
         folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
-        self.site = self.enterContext(LiveSite(folder))
+        self.site = self.enterContext(LiveSite(folder, host=self.site_host))
         self.desktop = self.enterContext(Desktop(compositor=True))
         self.channel = self.site.channels["AlArabiya"]
 

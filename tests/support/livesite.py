@@ -152,19 +152,19 @@ def certificate(folder: pathlib.Path) -> pathlib.Path:
 class LiveSite:
     """The running site. Use as a context manager; `origin` is what ORVANE_VIDEO_SITE wants."""
 
-    def __init__(self, folder: pathlib.Path, channels=STANDARD_CHANNELS):
+    def __init__(self, folder: pathlib.Path, channels=STANDARD_CHANNELS, host="127.0.0.1"):
         self.channels = {name: Channel(name, video, colour) for name, video, colour in channels}
         self.requests: list[str] = []
         self.started = time.monotonic() - LOOP_SECONDS
         self._segments = {c.handle: encoded(c) for c in self.channels.values()}
         self._lock = threading.Lock()
         self.stopping = threading.Event()
-        self._server = _Server(("127.0.0.1", 0), _Handler)
+        self._server = _Server((host, 0), _Handler)
         self._server.site = self
         context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
         context.load_cert_chain(certificate(folder))
         self._server.tls = context
-        self.origin = f"https://127.0.0.1:{self._server.server_address[1]}"
+        self.origin = f"https://{host}:{self._server.server_address[1]}"
         self._thread = threading.Thread(target=self._server.serve_forever, daemon=True)
 
     def __enter__(self) -> "LiveSite":

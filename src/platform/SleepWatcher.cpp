@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/SleepWatcher.h"
+
+#include "platform/MessageBus.h"
+
+namespace orvane {
+
+using namespace Qt::StringLiterals;
+
+SleepWatcher::SleepWatcher(MessageBus& systemBus) : m_bus(systemBus) {
+    connect(&m_bus, &MessageBus::connected, this, [this] {
+        QDBusConnection bus = *m_bus.connection();
+        bus.connect(u"org.freedesktop.login1"_s, u"/org/freedesktop/login1"_s,
+                    u"org.freedesktop.login1.Manager"_s, u"PrepareForSleep"_s, this,
+                    SLOT(prepareForSleep(bool)));
+    });
+}
+
+void SleepWatcher::prepareForSleep(bool begins) {
+    if (!begins)
+        Q_EMIT wokeUp();
+}
+
+} // namespace orvane

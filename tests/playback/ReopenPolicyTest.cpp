@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "playback/ReopenPolicy.h"
+
+#include <gtest/gtest.h>
+
+#include <utility>
+#include <vector>
+
+namespace orvane {
+
+using namespace std::chrono_literals;
+using Situation = ReopenPolicy::Situation;
+using Step = ReopenPolicy::Step;
+using Time = ReopenPolicy::Time;
+
+namespace {
+
+class ReopenPolicyTest : public testing::Test {
+protected:
+    /// Asks every 100 ms; gives when it says that the channel is to be opened again.
+    std::vector<Time> reopenings(Situation situation, Time since, Time end) {
+        std::vector<Time> times;
+        for (; now < end; now += 100ms) {
+            const Step step = policy.step(situation, since, now);
+            if (step == Step::reopen)
+                times.push_back(now);
+            isFinished = step == Step::finish;
+        }
+        return times;
+    }
+    void returnAt(Time time) {
+        now = time;
+        policy.returned(now);
+    }
+    using Times = std::vector<Time>;
+
+    ReopenPolicy policy;
+    Time now{};
+    bool isFinished = false;
+};
+
+TEST_F(ReopenPolicyTest, OpensAgainOnceForSeveralSignsOfAReturn) {
+    returnAt(10s);
+    EXPECT_EQ(reopenings(Situation::failed, 5s, 10'500ms), Times{});
+    returnAt(10'500ms);
+    EXPECT_EQ(reopenings(Situation::failed, 5s, 11'200ms), Times{11'100ms});
+    // Another address, which comes while it loads.
+    returnAt(13s);
+    EXPECT_EQ(reopenings(Situation::loading, 11'100ms, 20s), Times{});
+}
+
+TEST_F(ReopenPolicyTest, LeavesAloneWhatIsWellOrNotWanted) {
+    for (const Situation situation : {Situation::playing, Situation::notWanted}) {
+        returnAt(100s);
+        EXPECT_EQ(reopenings(situation, 1s, 161s), Times{});
+        EXPECT_TRUE(isFinished);
+    }
+    returnAt(100s);
+    for (int hiccup = 0; hiccup < 3; ++hiccup) {
+        EXPECT_EQ(reopenings(Situation::stuck, 1s, now + 2s), Times{});
+        EXPECT_EQ(reopenings(Situation::playing, 1s, now + 1s), Times{});
+    }
+    EXPECT_EQ(reopenings(Situation::stuck, 1s, now + 1'900ms), Times{});
+    returnAt(now);
+    EXPECT_EQ(reopenings(Situation::stuck, 1s, now + 2s), Times{}) << "it may recover by itself";
+    EXPECT_EQ(reopenings(Situation::stuck, 1s, now + 100ms).size(), 1);
+    returnAt(200s);
+    EXPECT_EQ(reopenings(Situation::loading, 197s, 205s), Times{});
+    returnAt(210s);
+    EXPECT_EQ(reopenings(Situation::loading, 197s, 210'700ms), Times{210'600ms});
+}
+
+TEST_F(ReopenPolicyTest, TriesAFewTimesMoreWithGrowingDelays) {
+    returnAt(10s);
+    EXPECT_EQ(reopenings(Situation::failed, 5s, 10'700ms), Times{10'600ms});
+    for (const auto& [failure, next] : {std::pair<Time, Time>{15s, 16s}, {20s, 22s}, {30s, 34s}}) {
+        EXPECT_EQ(reopenings(Situation::loading, failure - 4s, failure), Times{});
+        EXPECT_EQ(reopenings(Situation::failed, failure, next + 100ms), Times{next});
+    }
+    EXPECT_EQ(reopenings(Situation::failed, 36s, 80s), Times{});
+    EXPECT_TRUE(isFinished);
+}
+
+} // namespace
+} // namespace orvane
