@@ -27,6 +27,8 @@ DesktopIntegration::DesktopIntegration(Services& services, ApplicationActions& a
     const auto returned = [this] { m_recovery.returned(); };
     QObject::connect(&m_sleep, &SleepWatcher::wokeUp, &m_sleep, returned);
     QObject::connect(&m_network, &NetworkWatcher::addressGained, &m_network, returned);
+    QObject::connect(&m_network, &NetworkWatcher::lastAddressLost, &m_network,
+                     [this] { m_recovery.stop(); });
 }
 
 void DesktopIntegration::start() {

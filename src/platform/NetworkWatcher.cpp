@@ -75,6 +75,8 @@ void NetworkWatcher::hear() {
     const QSet<QString> before = std::exchange(m_usable, usableAddresses());
     if (!before.contains(m_usable))
         Q_EMIT addressGained();
+    else if (m_usable.isEmpty() && !before.isEmpty())
+        Q_EMIT lastAddressLost();
 }
 
 } // namespace orvane

@@ -30,6 +30,7 @@ public:
 
     /// The machine has woken up, or its network has come back.
     void returned();
+    /// There is no network, so there is no use in trying.
     void stop();
 
 private:
