@@ -36,7 +36,9 @@ RemoteControl::~RemoteControl() = default;
 
 void RemoteControl::play() {
     const std::optional<Channel> channel = m_with.state.currentChannel();
-    if (!channel && m_stoppedChannel)
+    const bool isStillThere =
+        m_stoppedChannel && m_with.registry.channel(m_stoppedChannel->id()).has_value();
+    if (!channel && isStillThere)
         m_with.actions.menuChannelSelected(m_stoppedChannel->id());
     else if (!channel)
         m_with.actions.showPlayer();

@@ -66,9 +66,9 @@ void DesktopScreenSaver::release() {
     perform(m_lease.unwant());
 }
 
-void DesktopScreenSaver::watchServices() {
+void DesktopScreenSaver::watchServices(const QDBusConnection& bus) {
     m_services = std::make_unique<QDBusServiceWatcher>();
-    m_services->setConnection(*m_bus.connection());
+    m_services->setConnection(bus);
     m_services->setWatchMode(QDBusServiceWatcher::WatchForOwnerChange);
     m_services->setWatchedServices({screenSaver, portal});
     connect(m_services.get(), &QDBusServiceWatcher::serviceOwnerChanged, this,

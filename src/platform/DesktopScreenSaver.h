@@ -4,6 +4,7 @@
 #include "platform/InhibitionLease.h"
 #include "platform/ScreenSaverInhibitor.h"
 
+#include <QDBusConnection>
 #include <QDBusServiceWatcher>
 #include <QObject>
 #include <QString>
@@ -32,7 +33,7 @@ public:
 private:
     using Way = InhibitionLease::Way;
 
-    void watchServices();
+    void watchServices(const QDBusConnection& bus);
     void followOwner(const QString& service, const QString& before, const QString& after);
     void perform(const InhibitionLease::Commands& commands);
     void ask(const InhibitionLease::Ask& ask);

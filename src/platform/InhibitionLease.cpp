@@ -12,9 +12,7 @@ InhibitionLease::Commands InhibitionLease::want() {
 
 InhibitionLease::Commands InhibitionLease::unwant() {
     m_isWanted = false;
-    if (!m_held)
-        return {};
-    return {*std::exchange(m_held, std::nullopt)};
+    return giveBack();
 }
 
 InhibitionLease::Commands InhibitionLease::granted(const Ask& ask, const QVariant& token) {
@@ -53,9 +51,7 @@ InhibitionLease::Commands InhibitionLease::serviceCame(Way way) {
     }
     if (!m_isWanted || (m_held && m_held->way <= way))
         return {};
-    Commands commands;
-    if (m_held)
-        commands.push_back(*std::exchange(m_held, std::nullopt));
+    Commands commands = giveBack();
     commands.push_back(askFirst().front());
     return commands;
 }
@@ -67,6 +63,14 @@ InhibitionLease::Commands InhibitionLease::serviceWent(Way way) {
     m_asked.reset();
     m_held.reset();
     return m_isWanted ? askFirst() : Commands{};
+}
+
+InhibitionLease::Commands InhibitionLease::giveBack() {
+    Commands commands;
+    if (m_held)
+        commands.emplace_back(*m_held);
+    m_held.reset();
+    return commands;
 }
 
 InhibitionLease::Commands InhibitionLease::ask(Way way) {

@@ -43,6 +43,7 @@ public:
     [[nodiscard]] Commands serviceWent(Way way);
 
 private:
+    [[nodiscard]] Commands giveBack();
     [[nodiscard]] Commands ask(Way way);
     [[nodiscard]] Commands askFirst();
 

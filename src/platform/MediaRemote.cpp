@@ -46,8 +46,7 @@ MediaRemote::MediaRemote(QString name, MessageBus& bus, MediaRemoteCommands& com
 
 MediaRemote::~MediaRemote() = default;
 
-void MediaRemote::appear() {
-    QDBusConnection bus = *m_bus.connection();
+void MediaRemote::appear(QDBusConnection bus) {
     bus.registerObject(objectPath, this, QDBusConnection::ExportAdaptors);
     const QString usual = namePrefix + m_name;
     requestName(usual, u"%1.instance%2"_s.arg(usual).arg(QCoreApplication::applicationPid()));
@@ -87,12 +86,13 @@ void MediaRemote::update(const MediaRemoteState& state) {
 }
 
 void MediaRemote::announce(const QVariantMap& changed) {
-    if (!m_bus.connection())
+    const std::optional<QDBusConnection>& bus = m_bus.connection();
+    if (!bus)
         return;
     QDBusMessage signal = QDBusMessage::createSignal(
         objectPath, u"org.freedesktop.DBus.Properties"_s, u"PropertiesChanged"_s);
     signal << QString(playerInterface) << changed << QStringList();
-    [[maybe_unused]] const bool isQueued = m_bus.connection()->send(signal);
+    [[maybe_unused]] const bool isQueued = bus->send(signal);
 }
 
 QString MediaRemote::playbackStatus() const {

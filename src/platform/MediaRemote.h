@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QDBusConnection>
 #include <QDBusContext>
 #include <QObject>
 #include <QString>
@@ -78,7 +79,7 @@ public:
     void refuseCall();
 
 private:
-    void appear();
+    void appear(QDBusConnection bus);
     void requestName(const QString& name, std::optional<QString> otherwise);
     void announce(const QVariantMap& changed);
 

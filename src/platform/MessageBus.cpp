@@ -30,7 +30,7 @@ QString addressOf(MessageBus::Kind kind) {
     if (kind == MessageBus::Kind::system)
         return qEnvironmentVariable("DBUS_SYSTEM_BUS_ADDRESS",
                                     u"unix:path=/run/dbus/system_bus_socket"_s);
-    const QString given = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
+    QString given = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
     const QString socket = qEnvironmentVariable("XDG_RUNTIME_DIR") + u"/bus"_s;
     if (!given.isEmpty() || !QFile::exists(socket))
         return given;
@@ -89,10 +89,11 @@ QCoro::Task<> MessageBus::keepTrying(std::stop_token stop) {
 }
 
 void MessageBus::adopt(const QString& name) {
-    m_connection = QDBusConnection(name);
-    m_connection->connect({}, u"/org/freedesktop/DBus/Local"_s, u"org.freedesktop.DBus.Local"_s,
-                          u"Disconnected"_s, this, SLOT(lose()));
-    Q_EMIT connected();
+    QDBusConnection bus(name);
+    bus.connect({}, u"/org/freedesktop/DBus/Local"_s, u"org.freedesktop.DBus.Local"_s,
+                u"Disconnected"_s, this, SLOT(lose()));
+    m_connection = bus;
+    Q_EMIT connected(bus);
 }
 
 void MessageBus::lose() {

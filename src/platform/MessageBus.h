@@ -43,7 +43,7 @@ public:
               std::function<void(const QDBusMessage&)> then);
 
 Q_SIGNALS:
-    void connected();
+    void connected(const QDBusConnection& bus);
     void disconnected();
 
 private:

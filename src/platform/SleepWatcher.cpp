@@ -7,9 +7,8 @@ namespace orvane {
 
 using namespace Qt::StringLiterals;
 
-SleepWatcher::SleepWatcher(MessageBus& systemBus) : m_bus(systemBus) {
-    connect(&m_bus, &MessageBus::connected, this, [this] {
-        QDBusConnection bus = *m_bus.connection();
+SleepWatcher::SleepWatcher(MessageBus& systemBus) {
+    connect(&systemBus, &MessageBus::connected, this, [this](QDBusConnection bus) {
         bus.connect(u"org.freedesktop.login1"_s, u"/org/freedesktop/login1"_s,
                     u"org.freedesktop.login1.Manager"_s, u"PrepareForSleep"_s, this,
                     SLOT(prepareForSleep(bool)));

@@ -14,7 +14,6 @@ class SleepWatcher final : public QObject {
     Q_OBJECT
 
 public:
-    /// The bus outlives it.
     explicit SleepWatcher(MessageBus& systemBus);
 
 Q_SIGNALS:
@@ -22,8 +21,6 @@ Q_SIGNALS:
 
 private:
     Q_SLOT void prepareForSleep(bool begins);
-
-    MessageBus& m_bus;
 };
 
 } // namespace orvane

@@ -28,7 +28,7 @@ bool ReopenPolicy::isDue(Situation situation, Time since, Time now) const {
     case Situation::failed:
         return m_attempts == 0 || now - since >= retryDelays.at(m_attempts - 1);
     case Situation::stuck:
-        return now - *m_stuckSince >= stuckLimit;
+        return m_stuckSince && now - *m_stuckSince >= stuckLimit;
     case Situation::loading:
         return m_returnedAt - since > oldLoad;
     case Situation::notWanted:
