@@ -127,7 +127,7 @@ void AppDelegate::perform(const Verb::Value& verb) {
     std::visit(
         Overloaded{
             [&](const Verb::Show&) { showPlayer(); },
-            [&](const Verb::Play& play) { open(play.text); },
+            [&](const Verb::Play& play) { playChannel(play.text); },
             [&](const Verb::Next&) { playNeighbor(1); },
             [&](const Verb::Previous&) { playNeighbor(-1); },
             [&](const Verb::ToggleGhost&) { menuToggleGhostMode(); },
@@ -154,7 +154,7 @@ void AppDelegate::playNeighbor(int step) {
     const auto channel = m_services.registry.enabledNeighbor(current, step);
     // Where nothing plays there is nothing to go on from.
     if (current && channel)
-        open(channel->id());
+        playChannel(channel->id());
     else
         showPlayer();
 }
@@ -271,17 +271,17 @@ void AppDelegate::playAtLaunch() {
         m_services.player.play(*channel);
 }
 
-std::optional<Channel> AppDelegate::open(const QString& id) {
-    std::optional<Channel> channel = m_services.registry.channel(id);
-    if (channel) {
-        openPlayerWindow();
-        m_services.player.play(*channel);
-    }
-    return channel;
+void AppDelegate::playChannel(const QString& id) {
+    const std::optional<Channel> channel = m_services.registry.channel(id);
+    if (!channel)
+        return;
+    openPlayerWindow();
+    m_services.player.play(*channel);
 }
 
 void AppDelegate::menuChannelSelected(const QString& id) {
-    if (const std::optional<Channel> channel = open(id))
+    playChannel(id);
+    if (const std::optional<Channel> channel = m_services.registry.channel(id))
         m_services.telemetry.channelPlayed(*channel);
 }
 

@@ -49,6 +49,7 @@ public:
 
     [[nodiscard]] Menu contextMenu() const override;
     void showPlayer() override;
+    void playChannel(const QString& id) override;
     void menuChannelSelected(const QString& id) override;
     void menuResolutionSelected(const QString& rawValue) override;
     void menuSleepTimer(int minutes) override;
@@ -79,8 +80,6 @@ private:
     void closePlayerWindow();
     void storeWindowFrame();
     void playAtLaunch();
-    /// Plays the channel of this id in the window; nothing when there is none.
-    std::optional<Channel> open(const QString& id);
     void playNeighbor(int step);
     void applicationWillTerminate();
     [[nodiscard]] QCoro::Task<> prepareYtDlp();

@@ -39,7 +39,7 @@ void RemoteControl::play() {
     const bool isStillThere =
         m_stoppedChannel && m_with.registry.channel(m_stoppedChannel->id()).has_value();
     if (!channel && isStillThere)
-        m_with.actions.menuChannelSelected(m_stoppedChannel->id());
+        m_with.actions.playChannel(m_stoppedChannel->id());
     else if (!channel)
         m_with.actions.showPlayer();
     else if (hasFailed(m_with.state))
@@ -80,7 +80,7 @@ void RemoteControl::step(int places) {
     const auto& current = m_with.state.currentChannel();
     const auto from = current ? current : m_stoppedChannel;
     if (const auto channel = m_with.registry.enabledNeighbor(from, places))
-        m_with.actions.menuChannelSelected(channel->id());
+        m_with.actions.playChannel(channel->id());
 }
 
 void RemoteControl::setVolume(double volume) {

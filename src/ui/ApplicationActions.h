@@ -17,6 +17,8 @@ public:
     /// Brings the player window to the front; where nothing is being played, as at launch.
     virtual void showPlayer() = 0;
     /// Opens the player window with the channel of this id.
+    virtual void playChannel(const QString& id) = 0;
+    /// The same, because it was chosen in a menu.
     virtual void menuChannelSelected(const QString& id) = 0;
     /// Stores the resolution of this raw value, and opens the current channel anew with it.
     virtual void menuResolutionSelected(const QString& rawValue) = 0;

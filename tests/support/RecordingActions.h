@@ -14,6 +14,7 @@ public:
 
     [[nodiscard]] Menu contextMenu() const override { return {}; }
     void showPlayer() override { calls += QStringLiteral("show"); }
+    void playChannel(const QString& id) override { calls += id; }
     void menuChannelSelected(const QString& id) override { calls += id; }
     void menuResolutionSelected(const QString& text) override { calls += text; }
     void menuSleepTimer(int minutes) override { calls += QString::number(minutes); }

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/AboutWindow.h"
 
+#include "support/FakeBrowser.h"
+
 #include <QApplication>
-#include <QDesktopServices>
 #include <QLabel>
 #include <QPushButton>
 #include <QTest>
@@ -12,22 +13,9 @@
 namespace orvane {
 
 using namespace Qt::StringLiterals;
+using test::FakeBrowser;
 
 namespace {
-
-/// Stands for the browser.
-class Browser final : public QObject {
-    Q_OBJECT
-
-public:
-    Browser() { QDesktopServices::setUrlHandler(u"https"_s, this, "open"); }
-    ~Browser() override { QDesktopServices::unsetUrlHandler(u"https"_s); }
-
-    QStringList opened;
-
-public Q_SLOTS:
-    void open(const QUrl& address) { opened += address.toString(); }
-};
 
 TEST(AboutWindowTest, SaysWhatTheProgramIs) {
     const AboutWindow window;
@@ -43,7 +31,7 @@ TEST(AboutWindowTest, SaysWhatTheProgramIs) {
 }
 
 TEST(AboutWindowTest, OpensTheWebPage) {
-    Browser browser;
+    FakeBrowser browser;
     AboutWindow window(u"https://orvane.example/about?x=1"_s);
     auto* button = window.findChild<QPushButton*>(u"websiteButton"_s);
     EXPECT_EQ(button->text(), u"orvane.example"_s);
@@ -88,5 +76,3 @@ TEST(AboutWindowTest, CutsNothingOfALargeText) {
 
 } // namespace
 } // namespace orvane
-
-#include "AboutWindowTest.moc"
