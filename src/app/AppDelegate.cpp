@@ -8,9 +8,11 @@
 #include "platform/UpdaterDialog.h"
 #include "platform/VideoView.h"
 #include "ui/Menu.h"
+#include "ui/MissingFonts.h"
 #include "ui/PlayerContainerView.h"
 
 #include <QApplication>
+#include <QDebug>
 #include <QGuiApplication>
 #include <QSessionManager>
 #include <QTimer>
@@ -223,6 +225,8 @@ void AppDelegate::openPlayerWindow() {
         new FirstExposure(m_playerWindow->windowHandle(), [this] {
             m_services.timeline.mark("window-shown");
             m_services.telemetry.appLaunched();
+            for (const QString& what : missingFonts())
+                qWarning().noquote() << what;
         });
         m_services.player.setPlayerView(&m_playerWindow->containerView().playerView());
     }

@@ -6,7 +6,9 @@
 #include "app/CommandLine.h"
 #include "model/AppConstants.h"
 #include "model/ChannelRegistry.h"
+#include "platform/DisplayChoice.h"
 #include "platform/UserDefaults.h"
+#include "platform/X11.h"
 #include "settings/Preferences.h"
 
 #include <QFileInfo>
@@ -95,6 +97,15 @@ bool hasDisplay() {
            qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
 }
 
+Outcome start(std::unique_ptr<SingleInstance> instance, const QList<Verb::Value>& verbs) {
+    const auto display = chooseDisplay(DisplaySession::read(), X11::canConnect);
+    if (!display)
+        return complain(display.error(), failed);
+    if (!display->notice.isEmpty())
+        complain(display->notice);
+    return Start{std::move(instance), verbs, display->platform};
+}
+
 bool onlyQuits(const QList<Verb::Value>& verbs) {
     return verbs.size() == 1 && std::holds_alternative<Verb::Quit>(verbs.first());
 }
@@ -115,21 +126,20 @@ Outcome goOnWithout(SingleInstance::Failure failure, const QList<Verb::Value>& v
     }
     complain(u"neither XDG_RUNTIME_DIR nor the folder for temporary files can be used, so nothing "
              "tells whether Orvane is running already"_s);
-    return onlyQuits(verbs) ? Outcome(Exit{failed}) : Outcome(Start{nullptr, verbs});
+    return onlyQuits(verbs) ? Outcome(Exit{failed}) : start(nullptr, verbs);
 }
 
 Outcome run(QList<Verb::Value> verbs, const QString& preferencesPath) {
     if (const auto complaint = lookUpChannels(verbs, preferencesPath))
         return complain(*complaint, notUnderstood);
     if (!hasDisplay())
-        return complain(u"there is no display; neither DISPLAY nor WAYLAND_DISPLAY is set"_s,
-                        failed);
+        return complain(noDisplay, failed);
     SingleInstance::Claim result = claim(verbs, preferencesPath);
     if (const auto* failure = std::get_if<SingleInstance::Failure>(&result))
         return goOnWithout(*failure, verbs);
     if (std::holds_alternative<SingleInstance::Delivered>(result) || onlyQuits(verbs))
         return Exit{};
-    return Start{std::get<std::unique_ptr<SingleInstance>>(std::move(result)), std::move(verbs)};
+    return start(std::get<std::unique_ptr<SingleInstance>>(std::move(result)), verbs);
 }
 
 /// One for each thing that a command line can ask for.

@@ -27,6 +27,8 @@ struct Start {
     /// Null where the machine has no place for a lock; the program then runs without one.
     std::unique_ptr<SingleInstance> instance;
     QList<Verb::Value> verbs;
+    /// The toolkit's platform.
+    QString platform;
 };
 using Outcome = std::variant<Exit, Start>;
 

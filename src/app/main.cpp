@@ -22,14 +22,12 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// What has to be in the environment before the toolkit starts and before a child inherits it.
-void prepareEnvironment() {
+void prepareEnvironment(const QString& platform) {
     // What pip installs for one person lies here, and a login manager's path often lacks it.
     const QString path =
         searchPathWith(qEnvironmentVariable("PATH"), QDir::homePath() + u"/.local/bin"_s);
     qputenv("PATH", path.toLocal8Bit());
-    // A Wayland session lets no window place itself or float above others; XWayland does.
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM") && qEnvironmentVariableIsSet("DISPLAY"))
-        qputenv("QT_QPA_PLATFORM", "xcb");
+    qputenv("QT_QPA_PLATFORM", platform.toLocal8Bit());
     // The media library's hardware decoding needs EGL.
     if (!qEnvironmentVariableIsSet("QT_XCB_GL_INTEGRATION"))
         qputenv("QT_XCB_GL_INTEGRATION", "xcb_egl");
@@ -64,7 +62,7 @@ int main(int argc, char** argv) {
         return exit->code;
     Launch::Start& start = std::get<Launch::Start>(launch);
 
-    prepareEnvironment();
+    prepareEnvironment(start.platform);
     prepareToolkit();
     const QApplication application(argc, argv);
     QApplication::setWindowIcon(applicationIcon());

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/Autostart.h"
 
+#include "platform/ReplaceFile.h"
+
 #include <QDir>
 #include <QFile>
-#include <QSaveFile>
 
 namespace orvane {
 
@@ -61,9 +62,7 @@ bool Autostart::setEnabled(bool isEnabled) {
     const QString text = u"[Desktop Entry]\nType=Application\nName=%1\nIcon=%2\nExec=%3\n"
                          "X-GNOME-Autostart-enabled=true\n"_s.arg(
                              m_entry.name, m_entry.identifier, quotedForExec(m_entry.executable));
-    QSaveFile file(path());
-    return QDir().mkpath(m_entry.folder) && file.open(QIODevice::WriteOnly) &&
-           file.write(text.toUtf8()) >= 0 && file.commit();
+    return QDir().mkpath(m_entry.folder) && replaceFile(path(), text.toUtf8());
 }
 
 } // namespace orvane

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/UserDefaults.h"
 
+#include "platform/ReplaceFile.h"
+
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
@@ -8,7 +10,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QMutexLocker>
-#include <QSaveFile>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -18,6 +19,7 @@
 #include <chrono>
 #include <limits>
 #include <thread>
+#include <utility>
 
 namespace orvane {
 
@@ -74,11 +76,6 @@ std::optional<FileText> readFile(const QString& path) {
     if (document.isObject())
         text.object = document.object();
     return text;
-}
-
-bool replaceFile(const QString& path, const QByteArray& bytes) {
-    QSaveFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit();
 }
 
 } // namespace
@@ -179,9 +176,16 @@ void UserDefaults::writePending() {
         m_writeScheduled = false;
         batch = m_pending;
     }
-    if (batch.isEmpty() || !mergeIntoFile(batch))
+    if (batch.isEmpty())
         return;
+    const bool isWritten = mergeIntoFile(batch);
     const QMutexLocker lock(&m_mutex);
+    if (!isWritten) {
+        if (!std::exchange(m_hasComplained, true))
+            qWarning("What is changed here is lost at the end: %s cannot be written",
+                     qUtf8Printable(m_filePath));
+        return;
+    }
     m_pending.removeIf([&](const QHash<QString, Change>::iterator entry) {
         // A key that was set again meanwhile still waits for its own write.
         const auto written = batch.constFind(entry.key());

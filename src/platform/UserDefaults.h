@@ -22,7 +22,7 @@ namespace orvane {
 /// leaves the old or the new one.
 /// A file that is no JSON object reads as empty and is set aside as "<name>.bad" by the next write.
 /// When the file cannot be written, the values live on in memory and are tried again with the next
-/// write. The destructor waits for what is still to be written.
+/// write; the standard error says so once. The destructor waits for what is still to be written.
 class UserDefaults {
 public:
     explicit UserDefaults(QString filePath);
@@ -77,6 +77,7 @@ private:
     QHash<QString, Change> m_pending; ///< Guarded by m_mutex.
     std::uint64_t m_changeCount = 0;  ///< Guarded by m_mutex.
     bool m_writeScheduled = false;    ///< Guarded by m_mutex.
+    bool m_hasComplained = false;     ///< Guarded by m_mutex.
 
     QThreadPool m_writer; ///< One thread; last, so that it ends before what it uses.
 };

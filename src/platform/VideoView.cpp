@@ -27,26 +27,37 @@ bool hasGraphicsDevice() {
            QFileInfo::exists(u"/dev/nvidiactl"_s);
 }
 
-bool hasHardwareOpenGL() {
+/// What draws for OpenGL, in lower case; empty where nothing does.
+QByteArray openGLRenderer() {
     QOffscreenSurface surface;
     surface.create();
     QOpenGLContext context;
     if (!context.create() || !context.makeCurrent(&surface))
-        return false;
+        return {};
     const auto* text = context.functions()->glGetString(GL_RENDERER);
-    const QByteArray renderer = QByteArray(reinterpret_cast<const char*>(text)).toLower();
+    QByteArray renderer = QByteArray(reinterpret_cast<const char*>(text)).toLower();
     context.doneCurrent();
+    return renderer;
+}
+
+bool isRasteriser(const QByteArray& renderer) {
     constexpr std::array rasterisers{"llvmpipe", "softpipe", "swrast", "software rasterizer"};
-    return !renderer.isEmpty() &&
-           std::ranges::none_of(rasterisers, [&](const char* r) { return renderer.contains(r); });
+    return std::ranges::any_of(rasterisers, [&](const char* r) { return renderer.contains(r); });
 }
 
 } // namespace
 
 VideoOutput chooseVideoOutput(VideoOutput wish) {
-    if (wish != VideoOutput::automatic)
-        return wish;
-    return hasGraphicsDevice() && hasHardwareOpenGL() ? VideoOutput::openGL : VideoOutput::software;
+    if (wish == VideoOutput::software || (wish == VideoOutput::automatic && !hasGraphicsDevice()))
+        return VideoOutput::software;
+    const QByteArray renderer = openGLRenderer();
+    if (wish == VideoOutput::automatic)
+        return renderer.isEmpty() || isRasteriser(renderer) ? VideoOutput::software
+                                                            : VideoOutput::openGL;
+    if (!renderer.isEmpty())
+        return VideoOutput::openGL;
+    qWarning("OpenGL does not work here, so pictures are drawn without it");
+    return VideoOutput::software;
 }
 
 VideoView::VideoView(VideoOutput output, QWidget* parent) : QWidget(parent) {

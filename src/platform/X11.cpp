@@ -25,6 +25,13 @@ bool hasExtension(std::string_view name) {
 
 } // namespace
 
+bool canConnect() {
+    xcb_connection_t* attempt = xcb_connect(nullptr, nullptr);
+    const bool isConnected = xcb_connection_has_error(attempt) == 0;
+    xcb_disconnect(attempt);
+    return isConnected;
+}
+
 xcb_connection_t* connection() {
     const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
     return x11 != nullptr ? x11->connection() : nullptr;

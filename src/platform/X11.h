@@ -11,6 +11,9 @@
 /// thread. Answers come from a server on the same machine and are waited for.
 namespace orvane::X11 {
 
+/// Whether there is a server at the address in DISPLAY; before there is an application object, too.
+[[nodiscard]] bool canConnect();
+
 /// Null where the program does not run on X11.
 [[nodiscard]] xcb_connection_t* connection();
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/DisplayChoice.h"
 #include "platform/Environment.h"
 #include "platform/MediaPlayer.h"
 #include "platform/Process.h"
@@ -55,6 +56,31 @@ TEST(RefusalToOpen, LetsOnlyWebAddressesThrough) {
          {u"file:///etc/passwd"_s, u"av://lavfi:testsrc"_s, u"edl://x"_s, u"memory://x"_s,
           u"fd://0"_s, u"just-a-word"_s, u"/etc/passwd"_s, u"https:///no-host"_s, u""_s})
         EXPECT_TRUE(refusalToOpen(QUrl(other))) << other.toStdString();
+}
+
+TEST(DisplayChoice, TakesX11WhereItAnswersAndSaysWhatIsMissing) {
+    struct Case {
+        DisplaySession session;
+        bool answers;
+        QString platform; ///< Or the beginning of what is said.
+        bool hasNotice;
+    };
+    const QList<Case> cases{
+        {{u":0"_s, {}, {}}, true, u"xcb"_s, false},
+        {{u":0"_s, u"wayland-0"_s, {}}, true, u"xcb"_s, true},
+        {{u":0"_s, u"wayland-0"_s, u"wayland"_s}, false, u"wayland"_s, false},
+        {{{}, {}, u"offscreen"_s}, false, u"offscreen"_s, false},
+        {{u":0"_s, {}, {}}, false, u"the display \":0\" cannot be reached"_s, false},
+        {{u":0"_s, {}, u"xcb;wayland"_s}, false, u"the display \":0\" cannot"_s, false},
+        {{{}, u"wayland-0"_s, {}}, false, u"this Wayland session has no XWayland"_s, false},
+        {{{}, {}, u"xcb"_s}, false, u"there is no display"_s, false},
+    };
+    for (const Case& c : cases) {
+        const auto choice = chooseDisplay(c.session, [&] { return c.answers; });
+        const QString outcome = choice ? choice->platform : choice.error();
+        EXPECT_TRUE(outcome.startsWith(c.platform)) << outcome.toStdString();
+        EXPECT_EQ(choice && !choice->notice.isEmpty(), c.hasNotice) << outcome.toStdString();
+    }
 }
 
 } // namespace
