@@ -90,7 +90,7 @@ class Remote(RemoteCase):
         self.ask("play")
         self.wait_for_answer("Playing", "status")
         self.ask("volume", "0.25")
-        wait_until(lambda: program.preferences().get("volume") == 0.25, "the volume")
+        program.wait_for_preferences(volume=0.25)
         wait_until(lambda: "double 0.25" in heard.read_text(encoding="utf-8"), "its announcement")
         self.ask("next")
         self.wait_for_answer("العربية الحدث", "metadata", "xesam:title")

@@ -29,10 +29,6 @@ class Instance(unittest.TestCase):
                               stderr=subprocess.PIPE, text=True)
         return done.returncode, done.stderr
 
-    def wait_for_preference(self, program: Program, **wanted):
-        for key, value in wanted.items():
-            wait_until(lambda: program.preferences().get(key, False) == value, f"{key}: {value}")
-
     def the_player(self, starts: list[Program]) -> Program:
         """Waits until all of them but one have ended well; gives the one that runs."""
         def running():
@@ -46,12 +42,12 @@ class Instance(unittest.TestCase):
     def test_second_start(self):
         program = self.start("--play", "al hadath")
         program.wait_for("window-shown")
-        self.wait_for_preference(program, lastChannelID="alhadath")
+        program.wait_for_preferences(lastChannelID="alhadath")
         self.assertEqual(program.count("loading"), 1)
         self.desktop.run("wmctrl", "-i", "-c", program.window())
         wait_until(lambda: not program.is_shown(), "a hidden window")
         self.assertEqual(self.ask(), (0, ""))
-        self.wait_for_preference(program, lastChannelID="alarabiya")
+        program.wait_for_preferences(lastChannelID="alarabiya")
         wait_until(program.is_shown, "the window")
         code, complaint = self.ask("--play", "dwnew")
         self.assertEqual(code, 2)
@@ -59,7 +55,7 @@ class Instance(unittest.TestCase):
         # Another name of the same display.
         self.desktop.environment["DISPLAY"] += ".0"
         self.assertEqual(self.ask("--play", "DW News", "--next"), (0, ""))
-        self.wait_for_preference(program, lastChannelID="euronews")
+        program.wait_for_preferences(lastChannelID="euronews")
 
     def test_start_after_a_crash(self):
         """In the folder for temporary files, where there is none for the session."""
@@ -72,9 +68,9 @@ class Instance(unittest.TestCase):
         first.process.wait()
         self.assertEqual(len(list(folder.glob("*.socket"))), 1)
         second = self.start("--mute")
-        self.wait_for_preference(second, isMuted=True)
+        second.wait_for_preferences(isMuted=True)
         self.assertEqual(self.ask("--mute"), (0, ""))
-        self.wait_for_preference(second, isMuted=False)
+        second.wait_for_preferences(isMuted=False)
         self.assertEqual(folder.stat().st_mode & 0o777, 0o700)
         self.assertEqual(self.ask("--quit"), (0, ""))
         self.assertEqual(second.process.wait(10), 0)
@@ -89,7 +85,7 @@ class Instance(unittest.TestCase):
             starts = [self.start("--mute"), self.start("--toggle-ghost")]
             player = self.the_player(starts)
             won += player is starts[0]
-            self.wait_for_preference(player, isMuted=on, ghostModeEnabled=on)
+            player.wait_for_preferences(isMuted=on, ghostModeEnabled=on)
             player.window()
             self.assertEqual(len(player.windows()), 1)
             self.assertEqual(self.ask("--quit"), (0, ""))
@@ -101,14 +97,14 @@ class Instance(unittest.TestCase):
         starts = []
         for attempt in range(max(PAIRS // 3, 1)):
             starts.append(self.start("--play", "dwnews"))
-            self.wait_for_preference(starts[-1], lastChannelID="dwnews")
+            starts[-1].wait_for_preferences(lastChannelID="dwnews")
             leaving, asking = self.start("--quit"), self.start("--mute")
             starts += [leaving, asking]
             self.assertEqual(leaving.process.wait(30), 0)
-            self.wait_for_preference(asking, isMuted=attempt % 2 == 0)
+            asking.wait_for_preferences(isMuted=attempt % 2 == 0)
             # Nobody may be left by now.
             starts.append(self.start("--play", "cgtn"))
-            self.wait_for_preference(asking, lastChannelID="cgtn")
+            asking.wait_for_preferences(lastChannelID="cgtn")
             self.the_player(starts)
         self.assertEqual(self.ask("--quit"), (0, ""))
         self.assertEqual([start.process.wait(10) for start in starts], [0] * len(starts))

@@ -27,21 +27,18 @@ class Keys(SiteCase):
         self.desktop.run("xdotool", "windowactivate", "--sync", program.window())
         return program
 
-    def wait_for(self, what: str, value):
-        wait_until(lambda: self.program.preferences().get(what) == value, f"{what} = {value}")
-
     def press_favourites(self):
         """Each by its place; neighbours are different channels."""
         for key, channel in zip(FAVOURITE_KEYS, FAVOURITES):
             self.desktop.key(key)
-            self.wait_for("lastChannelID", channel)
+            self.program.wait_for_preferences(lastChannelID=channel)
         self.desktop.key(EIGHT, ZERO)  # Nobody's.
 
     def press_arrows(self):
         """From the last favourite on."""
         for key, channel in ((RIGHT, 1), (RIGHT, 2), (LEFT, 1), (LEFT, 0), (LEFT, 3), (RIGHT, 0)):
             self.desktop.key(key)
-            self.wait_for("lastChannelID", CHANNELS[channel])
+            self.program.wait_for_preferences(lastChannelID=CHANNELS[channel])
         for key, volume in ((DOWN, 0.9), (DOWN, 0.8), (UP, 0.9), (UP, 1.0)):
             self.desktop.key(key)
             wait_until(lambda v=volume: abs(self.program.preferences().get("volume", 1) - v) < 0.001, f"volume {volume}")
@@ -49,7 +46,7 @@ class Keys(SiteCase):
     def press_mute(self, letters):
         for muted in (True, False):
             self.desktop.key(letters["m"])
-            self.wait_for("isMuted", muted)
+            self.program.wait_for_preferences(isMuted=muted)
 
     def press_space(self):
         """The picture stands still, and goes on."""
@@ -89,9 +86,9 @@ class Keys(SiteCase):
                 wait_until(lambda: program.frame() == frame, f"back by {key}, {layout}")
             self.press_comma(letters)
             self.desktop.key(letters["g"])
-            self.wait_for("ghostModeEnabled", True)
+            self.program.wait_for_preferences(ghostModeEnabled=True)
             self.desktop.key(letters["f"], ESCAPE)  # The first one does nothing.
-            self.wait_for("ghostModeEnabled", False)
+            self.program.wait_for_preferences(ghostModeEnabled=False)
             self.assertEqual(program.frame(), frame)
             # A modifier makes it another key.
             for modifier in ("shift", "ctrl", "alt", "super"):
@@ -116,7 +113,7 @@ class Keys(SiteCase):
         press_elsewhere(US["m"], 11, DOWN)
         self.desktop.run("xdotool", "windowactivate", "--sync", program.window())
         self.desktop.key(US["g"])
-        self.wait_for("ghostModeEnabled", True)
+        self.program.wait_for_preferences(ghostModeEnabled=True)
         self.assertNotIn("isMuted", program.preferences())
         self.assertNotIn("volume", program.preferences())
         self.leave_for(backdrop)
@@ -136,7 +133,7 @@ class Keys(SiteCase):
         # Held down, a switch flips once and an arrow goes on.
         held = len(backdrop.keys())
         with self.desktop.hold(US["m"]):
-            self.wait_for("isMuted", True)
+            self.program.wait_for_preferences(isMuted=True)
             while len(backdrop.keys()) < held + 6:
                 self.assertIs(program.preferences()["isMuted"], True)
         with self.desktop.hold(DOWN):
@@ -144,7 +141,7 @@ class Keys(SiteCase):
 
         # Its own window and its own menu are no other program.
         self.desktop.key(ESCAPE)
-        self.wait_for("ghostModeEnabled", False)
+        self.program.wait_for_preferences(ghostModeEnabled=False)
         press_elsewhere(US["g"], US["q"])
         self.assertIsNone(program.process.poll())
         self.assertIs(program.preferences()["ghostModeEnabled"], False)

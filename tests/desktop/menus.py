@@ -126,7 +126,7 @@ class Menus(TrayCase):
         program.wait_for("window-shown")
         program.tell("sleep 0")
         wait_until(lambda: not program.is_shown(), "a hidden window")
-        self.assertEqual(program.preferences()["lastChannelID"], "")
+        program.wait_for_preferences(lastChannelID="")
         self.assertIsNone(program.process.poll())
         self.assertEqual(program.quit(), 0)
 

@@ -135,7 +135,7 @@ class Playback(SiteCase):
         self.desktop.close(program.window())
         wait_until(lambda: not program.is_shown(), "a hidden window")
         wait_until(lambda: not program.children(), "the end of yt-dlp")
-        self.assertEqual(program.preferences()["lastChannelID"], "")
+        program.wait_for_preferences(lastChannelID="")
         self.quit_cleanly()
 
     # A long day

@@ -89,9 +89,9 @@ class Settings(TrayCase):
         self.desktop.button("click", "--repeat", "20", "5")
         self.click(LAST_STAR)
         wait_until(lambda: is_near(self.pixel(LAST_STAR), STAR_COLOUR), "a full star")
-        self.assertEqual(program.preferences()["favoriteChannelIDs"][-1], "custom_alhadath")
+        wait_until(lambda: program.preferences().get("favoriteChannelIDs", [""])[-1] == "custom_alhadath", "a favourite")
         self.click(LAST_CHANNEL)
-        wait_until(lambda: "custom_alhadath" not in program.preferences()["enabledChannelIDs"], "hidden")
+        wait_until(lambda: "custom_alhadath" not in program.preferences().get("enabledChannelIDs", []), "hidden")
 
         self.desktop.key("ctrl+Tab", "ctrl+Tab")
         wait_until(lambda: self.pixel(FIRST_REMOVE) != background, "its row")

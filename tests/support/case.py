@@ -78,7 +78,7 @@ class MenuCase(SiteCase):
 
     def wait_for_channel(self, handle: str, channel: str):
         """Without the control bar: the pointer is elsewhere."""
-        wait_until(lambda: self.program.preferences().get("lastChannelID") == channel, channel)
+        self.program.wait_for_preferences(lastChannelID=channel)
         wait_until(lambda: shows(self.program.picture(), self.site.channels[handle]), f"the picture of {handle}")
 
     def open_own_menu(self):

@@ -337,6 +337,11 @@ class Program:
         path = pathlib.Path(self.environment["XDG_CONFIG_HOME"]) / "orvane/preferences.json"
         return json.loads(path.read_text(encoding="utf-8")) if path.exists() else {}
 
+    def wait_for_preferences(self, **wanted) -> None:
+        """The program writes them in its own time."""
+        for key, value in wanted.items():
+            wait_until(lambda k=key, v=value: self.preferences().get(k) == v, f"{key}: {value}")
+
     def children(self) -> list[str]:
         """The command lines of everything the program has started, directly or not."""
         return [command for _, command in descendants(self.process.pid)]
