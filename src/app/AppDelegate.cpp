@@ -2,7 +2,9 @@
 #include "app/AppDelegate.h"
 
 #include "app/Services.h"
+#include "app/WindowCollaborators.h"
 #include "model/AppNotification.h"
+#include "platform/FirstExposure.h"
 #include "platform/Overloaded.h"
 #include "platform/ShowInFolder.h"
 #include "platform/UpdaterDialog.h"
@@ -28,27 +30,6 @@ namespace {
 /// A server that hangs may keep a player longer than anybody waits for a program to go.
 constexpr std::chrono::milliseconds drainLimit{400};
 
-/// Calls back once, when a window is on the screen for the first time.
-class FirstExposure final : public QObject {
-public:
-    FirstExposure(QWindow* window, std::function<void()> callback)
-        : QObject(window), m_callback(std::move(callback)) {
-        window->installEventFilter(this);
-    }
-
-    bool eventFilter(QObject* watched, QEvent* event) override {
-        if (event->type() == QEvent::Expose) {
-            watched->removeEventFilter(this);
-            deleteLater();
-            m_callback();
-        }
-        return false;
-    }
-
-private:
-    std::function<void()> m_callback;
-};
-
 /// Also out of the task bar, and over what another program shows.
 void bringToFront(QWidget& window) {
     window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
@@ -57,32 +38,7 @@ void bringToFront(QWidget& window) {
     window.activateWindow();
 }
 
-SettingsWindow::Collaborators settingsWindowCollaborators(Services& services) {
-    return {.preferences = services.preferences,
-            .registry = services.registry,
-            .state = services.state,
-            .notifications = services.notifications,
-            .tasks = services.tasks,
-            .resolve =
-                [&resolver = services.channelResolver](const QString& input, std::stop_token stop) {
-                    return resolver.resolve(input, std::move(stop));
-                },
-            .siteHost = services.videoSite ? services.videoSite->host() : QString(),
-            .autostart = services.autostart};
-}
-
 } // namespace
-
-PlayerWindow::Collaborators playerWindowCollaborators(Services& services,
-                                                      ApplicationActions& actions) {
-    return {.preferences = services.preferences,
-            .state = services.state,
-            .player = services.player,
-            .notifications = services.notifications,
-            .events = services.events,
-            .actions = actions,
-            .videoOutput = services.videoOutput};
-}
 
 AppDelegate::AppDelegate(Services& services)
     : m_services(services),

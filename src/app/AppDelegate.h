@@ -23,10 +23,6 @@ namespace orvane {
 
 struct Services;
 
-/// What a player window needs of the services; `actions` outlives the window as they do.
-[[nodiscard]] PlayerWindow::Collaborators playerWindowCollaborators(Services& services,
-                                                                    ApplicationActions& actions);
-
 /// The application controller: starts the program, owns its windows, reacts to the notifications
 /// that ask for window-level actions, and ends it. Owned by `main`; main thread.
 class AppDelegate final : public QObject, public ApplicationActions {

@@ -4,6 +4,7 @@
 // switch.
 #include "app/AppDelegate.h"
 #include "app/Services.h"
+#include "app/WindowCollaborators.h"
 #include "model/AppNotification.h"
 #include "platform/Memory.h"
 #include "platform/VideoView.h"

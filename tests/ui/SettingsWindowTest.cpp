@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/SettingsWindow.h"
 
-#include "app/AppDelegate.h"
 #include "app/Services.h"
+#include "app/WindowCollaborators.h"
 #include "model/AppNotification.h"
 #include "support/EventLoop.h"
 #include "support/RecordingActions.h"

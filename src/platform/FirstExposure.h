@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QEvent>
+#include <QObject>
+#include <QWindow>
+
+#include <functional>
+
+namespace orvane {
+
+/// Calls back once, when a window is on the screen for the first time. Owned by the window, and
+/// gone after the call; main thread.
+class FirstExposure final : public QObject {
+public:
+    FirstExposure(QWindow* window, std::function<void()> callback)
+        : QObject(window), m_callback(std::move(callback)) {
+        window->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::Expose) {
+            watched->removeEventFilter(this);
+            deleteLater();
+            m_callback();
+        }
+        return false;
+    }
+
+private:
+    std::function<void()> m_callback;
+};
+
+} // namespace orvane
