@@ -12,6 +12,7 @@ Faults are set per channel at any time (see `Channel.faults`); every request is 
 from __future__ import annotations
 
 import argparse
+import contextlib
 import fcntl
 import hashlib
 import http.server
@@ -19,6 +20,7 @@ import json
 import os
 import pathlib
 import shutil
+import socket
 import ssl
 import subprocess
 import sys
@@ -49,8 +51,8 @@ class Channel:
     """One channel of the site. `colour` is the background of its picture (an ffmpeg colour).
 
     `faults` maps a resource ("page", "watch", "master", "list", "segment") to the status it is
-    answered with instead, or to "hang" for an answer that never comes. `fault_count` limits how many
-    answers a fault spoils. `ends` closes the live list; `frozen_at` stops it from advancing.
+    answered with instead, to "hang" for an answer that never comes, or to "loop" for one that leads back
+    to itself. `fault_count` limits how many answers a fault spoils. `ends` closes the live list; `frozen_at` stops it from advancing.
     """
 
     handle: str
@@ -159,22 +161,37 @@ class LiveSite:
         self._segments = {c.handle: encoded(c) for c in self.channels.values()}
         self._lock = threading.Lock()
         self.stopping = threading.Event()
-        self._server = _Server((host, 0), _Handler)
-        self._server.site = self
-        context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
-        context.load_cert_chain(certificate(folder))
-        self._server.tls = context
+        self._tls = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
+        self._tls.load_cert_chain(certificate(folder))
+        self._listen((host, 0))
         self.origin = f"https://{host}:{self._server.server_address[1]}"
-        self._thread = threading.Thread(target=self._server.serve_forever, daemon=True)
 
     def __enter__(self) -> "LiveSite":
-        self._thread.start()
+        self._serve()
         return self
 
     def __exit__(self, *_) -> None:
         self.stopping.set()
         self._server.shutdown()
         self._server.server_close()
+
+    def _listen(self, address: tuple[str, int]) -> None:
+        self._server = _Server(address, _Handler)
+        self._server.site = self
+        self._server.tls = self._tls
+
+    def _serve(self) -> None:
+        threading.Thread(target=self._server.serve_forever, daemon=True).start()
+
+    def die(self) -> None:
+        """Whoever is connected is cut off, and nobody can connect, until it is revived."""
+        self._server.shutdown()
+        self._server.server_close()
+        self._server.cut_off()
+
+    def revive(self) -> None:
+        self._listen(self._server.server_address)
+        self._serve()
 
     def count(self, prefix: str) -> int:
         with self._lock:
@@ -260,6 +277,16 @@ class _Server(http.server.ThreadingHTTPServer):
     site: LiveSite
     tls: ssl.SSLContext
 
+    def __init__(self, *arguments):
+        self._connections: set[ssl.SSLSocket] = set()
+        super().__init__(*arguments)
+
+    def cut_off(self) -> None:
+        for connection in list(self._connections):
+            # Not the farewell of TLS: that of the connection under it.
+            with contextlib.suppress(OSError):
+                socket.socket.shutdown(connection, socket.SHUT_RDWR)
+
     def finish_request(self, request, client_address):
         # The handshake belongs to the connection's own thread: a client that never finishes it must
         # not keep the others out.
@@ -268,7 +295,11 @@ class _Server(http.server.ThreadingHTTPServer):
         except OSError:
             return
         with wrapped:
-            super().finish_request(wrapped, client_address)
+            self._connections.add(wrapped)
+            try:
+                super().finish_request(wrapped, client_address)
+            finally:
+                self._connections.discard(wrapped)
 
     def handle_error(self, request, client_address):
         if not isinstance(sys.exc_info()[1], OSError):
@@ -315,15 +346,20 @@ class _Handler(http.server.BaseHTTPRequestHandler):
         if fault == "hang":
             site.stopping.wait()
             return
+        if fault == "loop":
+            self._answer(302, "text/plain", b"", Location=site.origin + self.path)
+            return
         if fault is not None or body is None:
             self._answer(int(fault or 404), "text/plain", b"")
             return
         self._answer(200, kind, body)
 
-    def _answer(self, status: int, kind: str, body: bytes) -> None:
+    def _answer(self, status: int, kind: str, body: bytes, **headers: str) -> None:
         self.send_response(status)
         self.send_header("Content-Type", kind)
         self.send_header("Content-Length", str(len(body)))
+        for name, value in headers.items():
+            self.send_header(name, value)
         self.end_headers()
         if self.command != "HEAD":
             self.wfile.write(body)

@@ -1,0 +1,144 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""Where one fault is tried: a desktop, a live site and the built program of its own, and the words for what a
+person would then see. Everything here waits for a condition and raises when it does not come true."""
+
+import contextlib
+import json
+import os
+import pathlib
+import tempfile
+import time
+
+from desktop import Desktop, Program, descendants, moves, wait_until
+from livesite import LiveSite, background, shows
+
+BUILD = os.environ["ORVANE_BUILD"]
+# A build with sanitizers takes longer for everything.
+QUIT_LIMIT = 10.0
+BAR_HEIGHT = 44
+# Nobody knows this key, so nobody may lose it.
+KEEPSAKE = {"keepsake": {"a": [1, "x"]}}
+ALARMS = ("AddressSanitizer", "LeakSanitizer", "runtime error:", "QFATAL", "ASSERT")
+
+
+class Ground:
+    """Use as a context manager; the program starts with `start`."""
+
+    def __init__(self, size: str = "1280x720", site_class=LiveSite):
+        self._size = size
+        self._site_class = site_class
+        self._stack = contextlib.ExitStack()
+        self.program: Program | None = None
+
+    def __enter__(self) -> "Ground":
+        try:
+            self.folder = pathlib.Path(self._stack.enter_context(tempfile.TemporaryDirectory()))
+            self.site = self._stack.enter_context(self._site_class(self.folder))
+            self.desktop = self._stack.enter_context(Desktop(self._size))
+        except BaseException:
+            self._stack.close()
+            raise
+        self.channel = self.site.channels["AlArabiya"]
+        self.preferences = pathlib.Path(self.desktop.environment["XDG_CONFIG_HOME"]) / "orvane/preferences.json"
+        self.preferences.parent.mkdir(parents=True)
+        self.preferences.write_text(json.dumps(KEEPSAKE), encoding="ascii")
+        return self
+
+    def __exit__(self, *_) -> None:
+        self._stack.close()
+
+    def start(self, *arguments: str, mounts: str = "", **variables: str) -> Program:
+        """`mounts` are commands of a shell; what they mount only the program sees."""
+        binary = f"{BUILD}/orvane"
+        if mounts:
+            launcher = self.folder / "launcher"
+            as_root = "" if os.getuid() == 0 else "--map-root-user"
+            launcher.write_text(
+                f"#!/bin/sh\nexec unshare {as_root} --mount sh -e -c '{mounts}\nexec {binary} \"$@\"' orvane \"$@\"\n",
+                encoding="ascii")
+            launcher.chmod(0o755)
+            binary = str(launcher)
+        self.program = self._stack.enter_context(
+            Program(self.desktop, binary, self.site.origin, arguments, **variables))
+        return self.program
+
+    def ask(self, *command: str) -> str:
+        """Through the bus, as a panel would."""
+        return self.desktop.run("playerctl", "--player=orvane", *command).strip()
+
+    # What a person sees
+
+    def picture(self):
+        """Without the control bar."""
+        picture = self.program.picture()
+        return picture.crop((0, 0, picture.width, picture.height - BAR_HEIGHT))
+
+    def plays(self, handle: str = "AlArabiya") -> float:
+        """The channel's picture moves, and nothing covers it; gives how long that took."""
+        began = time.monotonic()
+        self.program.wait_for("window-shown")
+        seen = []
+
+        def is_moving():
+            if self.program.process.poll() is not None:
+                raise AssertionError(f"the program ended with {self.program.process.returncode}")
+            seen[:] = [*seen[-1:], self.picture()]
+            return (len(seen) == 2 and seen[0].size == seen[1].size and moves(*seen)
+                    and shows(seen[1], self.site.channels[handle]))
+
+        wait_until(is_moving, f"the moving picture of {handle}; {self.program.milestones()}")
+        return time.monotonic() - began
+
+    def error(self, *texts: str, count: int = 1) -> str:
+        """The overlay is up and says so."""
+        self.program.wait_for("error", count)
+        wait_until(lambda: max(background(self.program.picture())) < 64, "the overlay")
+        said = self.program.said("error")
+        for text in texts:
+            assert text in said, f"{text!r} is not in {said!r}"
+        return said
+
+    def retry(self) -> str:
+        """A click on the button plays."""
+        x, y, width, height = self.program.frame()
+        self.desktop.click(x + width / 2, y + height / 2 + 57)
+        return f"Retry plays after {self.plays():.0f} s"
+
+    def error_then_retry(self, *texts: str, heal) -> str:
+        said = self.error(*texts)
+        heal()
+        short = said if len(said) <= 100 else f"{said[:97]}..."
+        return f'"{short}"; {self.retry()}'
+
+    def plays_again(self, since: str) -> str:
+        return f"{since}plays again after {self.plays():.0f} s"
+
+    def other_channel_plays(self) -> str:
+        self.ask("next")
+        return f"the next channel plays after {self.plays('AlHadath'):.0f} s"
+
+    # What must hold after every fault
+
+    def ends_well(self) -> None:
+        """The program quits at once, leaves nobody and nothing behind, and has lost no settings."""
+        process = self.program.process
+        assert process.poll() is None, f"the program ended with {process.returncode}"
+        started = [pid for pid, _ in descendants(process.pid)]
+        before = time.monotonic()
+        code = self.program.quit(QUIT_LIMIT)
+        assert code == 0, f"exit code {code}"
+        assert time.monotonic() - before < QUIT_LIMIT
+        for pid in started:
+            assert not pathlib.Path(f"/proc/{pid}").exists(), f"{pid} was left behind"
+        self.raises_no_alarm()
+        self.keeps_settings()
+
+    def raises_no_alarm(self) -> None:
+        log = self.program.log()
+        for alarm in ALARMS:
+            assert alarm not in log, f"{alarm} in the log"
+
+    def keeps_settings(self) -> None:
+        stored = json.loads(self.preferences.read_text(encoding="utf-8"))
+        for key, value in KEEPSAKE.items():
+            assert stored.get(key) == value, f"{key} is lost: {stored}"

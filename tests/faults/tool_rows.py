@@ -1,0 +1,156 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""What yt-dlp can do wrong. A script stands in the place that is searched before that of the real one; only
+the program sees it there."""
+
+import pathlib
+
+from desktop import descendants, wait_until
+from ground import Ground
+from rows import Row
+
+PLACE = "/usr/local/bin"
+REAL = "/usr/bin/yt-dlp"
+PACKAGE = "/usr/lib/python3/dist-packages/yt_dlp"
+OTHERS = (REAL, "/usr/bin/pip3")
+# Of memory, in kilobytes: a tenth of what the tool prints.
+MEMORY_FOR_OUTPUT = 10_000
+
+
+class Tool:
+    """The stand-in on a ground; it can be replaced at any time."""
+
+    def __init__(self, ground: Ground):
+        self._ground = ground
+        self._folder = ground.folder / "bin"
+        self._folder.mkdir()
+        self.path = self._folder / "yt-dlp"
+
+    def install(self, script: str, mode: int = 0o755) -> None:
+        new = self._folder / "new"
+        new.write_text(f"#!/bin/sh\n{script}\n", encoding="utf-8")
+        new.chmod(mode)
+        new.rename(self.path)
+
+    def heal(self) -> None:
+        self.install(f'exec {REAL} "$@"')
+
+    def start(self, more_mounts: str = "", **variables: str):
+        return self._ground.start(mounts=f"mount --bind {self._folder} {PLACE}\n{more_mounts}", **variables)
+
+
+def memory(pid: int) -> int:
+    """In kilobytes, the most that the program has ever had."""
+    status = pathlib.Path(f"/proc/{pid}/status").read_text(encoding="ascii")
+    return int(status.partition("VmHWM:")[2].split()[0])
+
+
+def says(script: str, *texts: str):
+    """The tool's fault ends in an error; when it is mended, Retry plays."""
+    def check(ground: Ground) -> str:
+        tool = Tool(ground)
+        tool.install(script)
+        tool.start()
+        return ground.error_then_retry("Stream resolve failed: ", *texts, heal=tool.heal)
+    return check
+
+
+def passed_over(spoil):
+    """What cannot be run is no tool; the next place has one."""
+    def check(ground: Ground) -> str:
+        tool = Tool(ground)
+        spoil(tool)
+        tool.start()
+        return f"the one in the next place plays after {ground.plays():.0f} s"
+    return check
+
+
+def missing(ground: Ground) -> str:
+    empty = ground.folder / "empty"
+    empty.mkdir()
+    tool = Tool(ground)
+    hide = "".join(f"[ ! -e {other} ] || mount --bind /dev/null {other}\n" for other in OTHERS)
+    # The module is what the mended tool runs.
+    kept = ground.folder / "kept"
+    kept.mkdir()
+    tool.start(f"mount --bind {PACKAGE} {kept}\nmount --bind {empty} {PACKAGE}\n{hide}", PATH="/usr/bin:/bin")
+
+    def heal():
+        package = ground.folder / "package"
+        package.mkdir()
+        (package / "yt_dlp").symlink_to(kept)
+        tool.install(f'PYTHONPATH={package} exec /usr/bin/python3 -m yt_dlp "$@"')
+
+    return ground.error_then_retry("yt-dlp not found", heal=heal)
+
+
+def hangs(ground: Ground) -> str:
+    tool = Tool(ground)
+    tool.install(f'case "$*" in *AlArabiya*|*n7eQejkXbnM*) exec sleep 86400;; *) exec {REAL} "$@";; esac')
+    program = tool.start()
+
+    def hanging() -> bool:
+        return any("sleep 86400" in command for _, command in descendants(program.process.pid))
+
+    wait_until(hanging, "yt-dlp that hangs")
+    seen = ground.other_channel_plays()
+    wait_until(lambda: not hanging(), "the end of the one that hung")
+    ground.ask("previous")
+    wait_until(hanging, "another one that hangs")
+    return f"{seen}; then quit while it hangs"
+
+
+def prints_without_end(ground: Ground) -> str:
+    tool = Tool(ground)
+    tool.install("echo Hello; exec sleep 86400")
+    program = tool.start()
+    wait_until(program.children, "yt-dlp")
+    before = memory(program.process.pid)
+    ground.ask("stop")
+    tool.install("head -c 100000000 /dev/zero | tr '\\\\0' a")
+    ground.ask("play")
+    program.wait_for("error")
+    more = memory(program.process.pid) - before
+    # Each call may keep the beginning of what it printed.
+    assert more < MEMORY_FOR_OUTPUT, f"{more} kB more"
+    return ground.error_then_retry("Stream resolve failed: ", heal=tool.heal)
+
+
+def replaced(ground: Ground) -> str:
+    tool = Tool(ground)
+    gate = ground.folder / "gate"
+    tool.install(f'while [ ! -e {gate} ]; do sleep 0.1; done; exec {REAL} "$@"')
+    program = tool.start()
+    wait_until(lambda: any("yt-dlp" in child for child in program.children()), "yt-dlp")
+    tool.install("echo another one >&2; exit 1")
+    gate.touch()
+    seen = f"the one that ran plays after {ground.plays():.0f} s"
+    tool.heal()
+    return f"{seen}; {ground.other_channel_plays()}"
+
+
+def printed(text: str) -> str:
+    return f"printf '{text}\\n'"
+
+
+UNKNOWN = "Stream resolve failed: Unknown error"
+ROWS = [
+    Row("tool.missing", "yt-dlp is nowhere, and cannot be installed", missing),
+    Row("tool.not-executable", "yt-dlp is not executable",
+        passed_over(lambda tool: tool.install("exit 1", 0o644))),
+    Row("tool.folder", "yt-dlp is a folder", passed_over(lambda tool: tool.path.mkdir())),
+    Row("tool.no-interpreter", "yt-dlp names an interpreter that there is not",
+        says("exit 1\n", UNKNOWN)),
+    Row("tool.crashes", "yt-dlp crashes", says("kill -SEGV $$", UNKNOWN)),
+    Row("tool.hangs", "yt-dlp hangs for ever", hangs),
+    Row("tool.silent", "yt-dlp prints nothing", says("exit 0", UNKNOWN)),
+    Row("tool.100-MB", "yt-dlp prints 100 MB", prints_without_end),
+    Row("tool.two-addresses", "yt-dlp prints two addresses",
+        says(printed("https://a.example/1\\nhttps://a.example/2"), UNKNOWN)),
+    Row("tool.blanks", "yt-dlp prints an address with blanks", says(printed("https://a.example/a b"), UNKNOWN)),
+    Row("tool.complains", "yt-dlp prints to the standard error only",
+        says("echo ERROR: the moon is full >&2", "ERROR: the moon is full")),
+    Row("tool.arabic", "yt-dlp complains in Arabic", says("echo خطأ: القناة غير متاحة >&2", "القناة غير متاحة")),
+    Row("tool.broken-text", "yt-dlp complains in broken UTF-8",
+        says("printf 'bad \\\\377\\\\376 text\\n' >&2", UNKNOWN)),
+    Row("tool.replaced", "yt-dlp is replaced while it runs", replaced),
+]
