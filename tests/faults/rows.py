@@ -13,8 +13,10 @@ class Row:
     done: str
     check: Callable[..., str]
     ground: dict = field(default_factory=dict)
-    # Whether the program still runs at the end, and must then quit as if nothing had been.
-    ends_well: bool = True
+    # Whether the program still runs at the end, and must then quit as if nothing had been...
+    quits: bool = True
+    # ...with its settings whole in their file.
+    keeps_settings: bool = True
     needs_no_ground: bool = False
 
     @property

@@ -50,8 +50,10 @@ def run_row(row: Row) -> Outcome:
         with Ground(**row.ground) as ground:
             try:
                 seen = row.check(ground)
-                if row.ends_well:
-                    ground.ends_well()
+                if row.quits:
+                    ground.quits()
+                if row.keeps_settings:
+                    ground.keeps_settings()
                 return outcome(seen, True)
             except Exception:
                 keep_evidence(row, ground)

@@ -12,8 +12,8 @@ PLACE = "/usr/local/bin"
 REAL = "/usr/bin/yt-dlp"
 PACKAGE = "/usr/lib/python3/dist-packages/yt_dlp"
 OTHERS = (REAL, "/usr/bin/pip3")
-# Of memory, in kilobytes: a tenth of what the tool prints.
-MEMORY_FOR_OUTPUT = 10_000
+# Of memory, in kilobytes: far less than the 100 MB that the tool prints, with the overlay's share in it.
+MEMORY_FOR_OUTPUT = 30_000
 
 
 class Tool:
@@ -25,9 +25,9 @@ class Tool:
         self._folder.mkdir()
         self.path = self._folder / "yt-dlp"
 
-    def install(self, script: str, mode: int = 0o755) -> None:
+    def install(self, script: str, mode: int = 0o755, interpreter: str = "/bin/sh") -> None:
         new = self._folder / "new"
-        new.write_text(f"#!/bin/sh\n{script}\n", encoding="utf-8")
+        new.write_text(f"#!{interpreter}\n{script}\n", encoding="utf-8")
         new.chmod(mode)
         new.rename(self.path)
 
@@ -44,13 +44,14 @@ def memory(pid: int) -> int:
     return int(status.partition("VmHWM:")[2].split()[0])
 
 
-def says(script: str, *texts: str):
-    """The tool's fault ends in an error; when it is mended, Retry plays."""
+def says(script: str, text: str = "", interpreter: str = "/bin/sh"):
+    """The tool's fault ends in an error; when it is mended, Retry plays. A tool that gives no reason leaves
+    the program without one."""
     def check(ground: Ground) -> str:
         tool = Tool(ground)
-        tool.install(script)
+        tool.install(script, interpreter=interpreter)
         tool.start()
-        return ground.error_then_retry("Stream resolve failed: ", *texts, heal=tool.heal)
+        return ground.error_then_retry(f"Stream resolve failed: {text}".strip(), heal=tool.heal)
     return check
 
 
@@ -106,13 +107,20 @@ def prints_without_end(ground: Ground) -> str:
     wait_until(program.children, "yt-dlp")
     before = memory(program.process.pid)
     ground.ask("stop")
-    tool.install("head -c 100000000 /dev/zero | tr '\\\\0' a")
+    tool.install("head -c 100000000 /dev/zero | tr '\\0' a")
     ground.ask("play")
     program.wait_for("error")
     more = memory(program.process.pid) - before
     # Each call may keep the beginning of what it printed.
     assert more < MEMORY_FOR_OUTPUT, f"{more} kB more"
-    return ground.error_then_retry("Stream resolve failed: ", heal=tool.heal)
+    return ground.error_then_retry("Stream resolve failed:", heal=tool.heal)
+
+
+def prints_a_file(ground: Ground) -> str:
+    tool = Tool(ground)
+    tool.install(printed("file:///etc/passwd"))
+    tool.start()
+    return ground.error_then_retry("Not a web address: file:///etc/passwd", heal=tool.heal)
 
 
 def replaced(ground: Ground) -> str:
@@ -132,25 +140,25 @@ def printed(text: str) -> str:
     return f"printf '{text}\\n'"
 
 
-UNKNOWN = "Stream resolve failed: Unknown error"
 ROWS = [
     Row("tool.missing", "yt-dlp is nowhere, and cannot be installed", missing),
     Row("tool.not-executable", "yt-dlp is not executable",
         passed_over(lambda tool: tool.install("exit 1", 0o644))),
     Row("tool.folder", "yt-dlp is a folder", passed_over(lambda tool: tool.path.mkdir())),
     Row("tool.no-interpreter", "yt-dlp names an interpreter that there is not",
-        says("exit 1\n", UNKNOWN)),
-    Row("tool.crashes", "yt-dlp crashes", says("kill -SEGV $$", UNKNOWN)),
+        says("", "Failed to run yt-dlp", interpreter="/nowhere/sh")),
+    Row("tool.crashes", "yt-dlp crashes", says("kill -SEGV $$")),
     Row("tool.hangs", "yt-dlp hangs for ever", hangs),
-    Row("tool.silent", "yt-dlp prints nothing", says("exit 0", UNKNOWN)),
+    Row("tool.silent", "yt-dlp prints nothing", says("exit 0")),
     Row("tool.100-MB", "yt-dlp prints 100 MB", prints_without_end),
     Row("tool.two-addresses", "yt-dlp prints two addresses",
-        says(printed("https://a.example/1\\nhttps://a.example/2"), UNKNOWN)),
-    Row("tool.blanks", "yt-dlp prints an address with blanks", says(printed("https://a.example/a b"), UNKNOWN)),
+        says(printed("https://a.example/1\\nhttps://a.example/2"))),
+    Row("tool.blanks", "yt-dlp prints an address with blanks", says(printed("https://a.example/a b"))),
+    Row("tool.file", "yt-dlp prints the address of a file", prints_a_file),
     Row("tool.complains", "yt-dlp prints to the standard error only",
         says("echo ERROR: the moon is full >&2", "ERROR: the moon is full")),
-    Row("tool.arabic", "yt-dlp complains in Arabic", says("echo خطأ: القناة غير متاحة >&2", "القناة غير متاحة")),
+    Row("tool.arabic", "yt-dlp complains in Arabic", says("echo خطأ: القناة غير متاحة >&2", "خطأ: القناة غير متاحة")),
     Row("tool.broken-text", "yt-dlp complains in broken UTF-8",
-        says("printf 'bad \\\\377\\\\376 text\\n' >&2", UNKNOWN)),
+        says("printf 'bad \\377\\376 text\\n' >&2", "Unknown error")),
     Row("tool.replaced", "yt-dlp is replaced while it runs", replaced),
 ]

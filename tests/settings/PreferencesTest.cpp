@@ -183,6 +183,34 @@ TEST_F(PreferencesTest, SetAFileThatIsNoJsonAside) {
     }
 }
 
+TEST_F(PreferencesTest, LoseNothingOfAFileThatIsCutOrSpoilt) {
+    QDir().mkpath(QFileInfo(path).path());
+    const auto expectNothingLost = [this](const QByteArray& text) {
+        QFile::remove(path + u".bad"_s);
+        write(text);
+        UserDefaults store(path);
+        Preferences over(store);
+        EXPECT_LE(over.customChannels().size(), 1);
+        EXPECT_LE(over.favoriteChannelIDs().size(), 4);
+        over.setMuted(true);
+        store.synchronize();
+        const QJsonDocument before = QJsonDocument::fromJson(text);
+        QJsonObject expected = before.object();
+        expected.insert(u"isMuted"_s, true);
+        EXPECT_EQ(contents(), expected) << text.constData();
+        EXPECT_EQ(read(path + u".bad"_s), before.isObject() ? QByteArray() : text);
+    };
+    const QByteArray whole = R"({"customChannels": "[{\"handle\":\"Abc\",\"name\":\"قناة\"}]",)"
+                             R"( "favoriteChannelIDs": ["wion"], "unknown": {"a": [1, null]},)"
+                             R"( "volume": 0.25, "windowFrame": "{{1, 2}, {480, 314}}"})";
+    for (qsizetype i = 0; i < whole.size(); ++i) {
+        expectNothingLost(whole.first(i));
+        QByteArray spoilt = whole;
+        spoilt[i] = static_cast<char>(spoilt[i] ^ (1 << i % 8));
+        expectNothingLost(spoilt);
+    }
+}
+
 TEST_F(PreferencesTest, LiveOnInMemoryWhereTheFileCannotBeWritten) {
     QDir().mkpath(path);
     preferences.setMuted(true);
