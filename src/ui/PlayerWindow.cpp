@@ -86,6 +86,7 @@ PlayerWindow::PlayerWindow(const Collaborators& collaborators)
         keepShape();
     });
     registerObservers();
+    followScreens();
 }
 
 PlayerWindow::~PlayerWindow() = default;
@@ -130,6 +131,31 @@ void PlayerWindow::setFrame(const QRectF& frame) {
     m_sizeByProgram = frame.size().toSize();
     keepShape();
     m_floating->setFrame(frame);
+}
+
+void PlayerWindow::followScreens() {
+    // Later, because the list of screens may still be the old one.
+    const auto watch = [this](const QScreen* screen) {
+        connect(screen, &QScreen::geometryChanged, this, &PlayerWindow::comeIntoView,
+                Qt::QueuedConnection);
+    };
+    for (const QScreen* screen : QGuiApplication::screens())
+        watch(screen);
+    connect(qGuiApp, &QGuiApplication::screenAdded, this, watch);
+    connect(qGuiApp, &QGuiApplication::screenRemoved, this, &PlayerWindow::comeIntoView,
+            Qt::QueuedConnection);
+}
+
+void PlayerWindow::comeIntoView() {
+    // Not every window manager does it, and some are content with a strip of the window.
+    if (isFullScreen())
+        return;
+    const QRectF now = m_floating->frame();
+    const QRectF whole = playerFrameInView(now, usableAreas());
+    if (whole == now)
+        return;
+    setFrame(whole);
+    m_floating->flush();
 }
 
 void PlayerWindow::keepShape() {

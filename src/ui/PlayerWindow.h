@@ -62,6 +62,8 @@ protected:
 private:
     void registerObservers();
     void setFrame(const QRectF& frame);
+    void followScreens();
+    void comeIntoView();
     void keepShape();
     void setOpacity(double opacity);
     void fadeTo(double opacity);

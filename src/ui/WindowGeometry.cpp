@@ -5,6 +5,7 @@
 
 #include <QFont>
 #include <QFontMetricsF>
+#include <QRegion>
 #include <QStringList>
 #include <QTextLayout>
 
@@ -74,6 +75,13 @@ QRectF resizedPlayerFrame(const QRectF& frame, const QSizeF& size,
     if (area.bottom() - frame.bottom() < frame.top() - area.top())
         resized.moveBottom(frame.bottom());
     return movedInto(area, resized);
+}
+
+QRectF playerFrameInView(const QRectF& frame, const QList<QRectF>& usableAreas) {
+    QRegion hidden(frame.toRect());
+    for (const QRectF& area : usableAreas)
+        hidden -= area.toRect();
+    return hidden.isEmpty() ? frame : movedInto(nearestArea(usableAreas, frame.center()), frame);
 }
 
 Qt::Edges edgesAt(const QPointF& position, const QSizeF& size) {

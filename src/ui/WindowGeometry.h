@@ -32,6 +32,10 @@ inline constexpr QSize smallestPlayerSize(320, 180);
 [[nodiscard]] QRectF resizedPlayerFrame(const QRectF& frame, const QSizeF& size,
                                         const QList<QRectF>& usableAreas);
 
+/// Where a window goes when the screens have changed: it stays where all of it is on them; else it
+/// is moved into the nearest usable area, and shrunk to it where it must be.
+[[nodiscard]] QRectF playerFrameInView(const QRectF& frame, const QList<QRectF>& usableAreas);
+
 /// The edges of a window of this size by which a press at `position` resizes it: a band of 6 points
 /// along the inside, whose ends are the corners. None elsewhere.
 [[nodiscard]] Qt::Edges edgesAt(const QPointF& position, const QSizeF& size);

@@ -37,6 +37,15 @@ TEST(PlayerFrame, IsWhereItWasUnlessNobodyCouldReachItThere) {
         EXPECT_EQ(initialPlayerFrame(saved, {usable, second}), expected);
 }
 
+TEST(PlayerFrame, ComesIntoViewWhenItsScreenHasGone) {
+    const QRectF left(0, 30, 1280, 690);
+    const QRectF right(1280, 30, 1280, 690);
+    const QRectF across(1000, 100, 480, 270);
+    EXPECT_EQ(playerFrameInView(across, {left, right}), across);
+    EXPECT_EQ(playerFrameInView(across, {left}), QRectF(800, 100, 480, 270));
+    EXPECT_EQ(playerFrameInView({1280, 0, 1280, 720}, {left}), left);
+}
+
 TEST(EdgesAt, AreABandOfSixPointsWhoseEndsAreCorners) {
     const QSizeF size(480, 314);
     EXPECT_EQ(edgesAt({240, 157}, size), Qt::Edges());
