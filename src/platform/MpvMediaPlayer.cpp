@@ -13,6 +13,8 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr double fullVolumePercent = 100;
+/// How often a sound server that has gone is looked for again.
+constexpr std::chrono::milliseconds soundRetryTime{5000};
 
 LiveStreamMonitor::TimePoint now() {
     return std::chrono::steady_clock::now();
@@ -33,6 +35,8 @@ MpvMediaPlayer::MpvMediaPlayer(QUrl url, std::unique_ptr<MpvInstance> instance, 
     : m_url(std::move(url)), m_instance(std::move(instance)), m_log(log), m_graveyard(graveyard) {
     m_monitorTimer.setSingleShot(true);
     connect(&m_monitorTimer, &QTimer::timeout, this, &MpvMediaPlayer::checkMonitor);
+    m_soundTimer.setInterval(soundRetryTime);
+    connect(&m_soundTimer, &QTimer::timeout, this, [this] { m_instance->command({"ao-reload"}); });
     connect(&m_log, &MpvLog::line, this, [this](const QString& line) {
         m_monitor.logged(line, now());
         checkMonitor();
@@ -41,6 +45,7 @@ MpvMediaPlayer::MpvMediaPlayer(QUrl url, std::unique_ptr<MpvInstance> instance, 
     mpv_observe_property(m_instance->handle(), 0, "paused-for-cache", MPV_FORMAT_FLAG);
     mpv_observe_property(m_instance->handle(), 0, "core-idle", MPV_FORMAT_FLAG);
     mpv_observe_property(m_instance->handle(), 0, "vid", MPV_FORMAT_STRING);
+    mpv_observe_property(m_instance->handle(), 0, "current-ao", MPV_FORMAT_STRING);
 }
 
 MpvMediaPlayer::~MpvMediaPlayer() {
@@ -154,9 +159,25 @@ void MpvMediaPlayer::handleProperty(const mpv_event_property& property) {
             m_monitor.starved(on, now());
         else if (name == "core-idle")
             m_coreIsIdle = on;
-    } else if (property.format == MPV_FORMAT_STRING && name == "vid") {
-        m_hasVideo = std::string_view(*static_cast<char* const*>(property.data)) != "no";
-        becomeReadyIfDue();
+    } else if (property.format == MPV_FORMAT_STRING) {
+        const std::string_view text = *static_cast<char* const*>(property.data);
+        if (name == "vid") {
+            m_hasVideo = text != "no";
+            becomeReadyIfDue();
+        } else if (name == "current-ao") {
+            followSound(text);
+        }
+    }
+}
+
+void MpvMediaPlayer::followSound(std::string_view output) {
+    // Without a server the sound goes nowhere, and the library never looks for the next one. Where
+    // there was none from the start, there is nothing to look for.
+    if (output != "null") {
+        m_hasBeenHeard = true;
+        m_soundTimer.stop();
+    } else if (m_hasBeenHeard) {
+        m_soundTimer.start();
     }
 }
 
@@ -177,6 +198,7 @@ void MpvMediaPlayer::fail(std::optional<QString> error) {
     if (m_status == Status::failed)
         return;
     m_status = Status::failed;
+    m_soundTimer.stop();
     m_error = std::move(error);
     Q_EMIT statusChanged();
 }

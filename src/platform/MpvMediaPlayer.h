@@ -8,6 +8,8 @@
 
 #include <QTimer>
 
+#include <string_view>
+
 struct mpv_event_end_file;
 struct mpv_event_property;
 
@@ -49,6 +51,8 @@ private:
     void openIfDue();
     void becomeReadyIfDue();
     void checkMonitor();
+    /// `output` is the library's name for where the sound goes.
+    void followSound(std::string_view output);
     void fail(std::optional<QString> error);
 
     QUrl m_url;
@@ -57,6 +61,9 @@ private:
     MpvGraveyard& m_graveyard;
     LiveStreamMonitor m_monitor;
     QTimer m_monitorTimer;
+    /// Runs while the sound that was there is lost.
+    QTimer m_soundTimer;
+    bool m_hasBeenHeard = false;
     Status m_status = Status::unknown;
     std::optional<QString> m_error;
     bool m_isOpened = false;
