@@ -40,7 +40,7 @@ class Ground:
             raise
         self.channel = self.site.channels["AlArabiya"]
         self.preferences = pathlib.Path(self.desktop.environment["XDG_CONFIG_HOME"]) / "orvane/preferences.json"
-        self.preferences.parent.mkdir(parents=True)
+        self.preferences.parent.mkdir()
         self.preferences.write_text(json.dumps(KEEPSAKE), encoding="ascii")
         return self
 

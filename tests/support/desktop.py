@@ -80,6 +80,10 @@ class Desktop:
             "XDG_RUNTIME_DIR": str(runtime),
             "LANG": "C.UTF-8",
         }
+        # A sound server that a library starts by itself would outlive the test.
+        sound = home / ".config/pulse/client.conf"
+        sound.parent.mkdir(parents=True)
+        sound.write_text("autospawn = no\n", encoding="ascii")
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = f"unix:path={runtime}/bus"
         self.start_bus()
         self._start_session()
