@@ -41,6 +41,11 @@ class Ground:
         self.channel = self.site.channels["AlArabiya"]
         self.preferences = pathlib.Path(self.desktop.environment["XDG_CONFIG_HOME"]) / "orvane/preferences.json"
         self.preferences.parent.mkdir()
+        # Nothing that is chosen by chance may start a browser.
+        self._tools = self.folder / "tools"
+        self._tools.mkdir()
+        (self._tools / "xdg-open").write_text("#!/bin/sh\n", encoding="ascii")
+        (self._tools / "xdg-open").chmod(0o755)
         self.preferences.write_text(json.dumps(KEEPSAKE), encoding="ascii")
         return self
 
@@ -58,9 +63,17 @@ class Ground:
                 encoding="ascii")
             launcher.chmod(0o755)
             binary = str(launcher)
+        return self.run(binary, *arguments, **variables)
+
+    def run(self, binary: str, *arguments: str, **variables: str) -> Program:
+        path = {"PATH": f"{self._tools}:{self.desktop.environment['PATH']}"}
         self.program = self._stack.enter_context(
-            Program(self.desktop, binary, self.site.origin, arguments, **variables))
+            Program(self.desktop, binary, self.site.origin, arguments, **(path | variables)))
         return self.program
+
+    def lend(self, helper):
+        """A context manager that ends with the ground."""
+        return self._stack.enter_context(helper)
 
     def ask(self, *command: str) -> str:
         """Through the bus, as a panel would."""

@@ -9,24 +9,27 @@ from Xlib import X, XK, display, error
 from Xlib.ext import xtest
 
 from desktop import wait_until
-from ground import Ground
+from ground import BUILD, Ground
 from rows import Row
+from updates import UpdateServer
 
 SEED = 20240229
 EVENTS = 10_000
+UPDATER_EVENTS = 1_000
 KEYS_TIME = 10.0
 # So many events are sent before the program has to answer on the bus.
 BURST = 25
+SCREEN = (1280, 720)
 FIRST_KEY, LAST_KEY = 9, 255
-# The keys that end the program, the server or its session, and those that leave the other keys without
-# effect for the rest of the time.
+# The key that ends the program, and those that leave the others without effect for the rest of the time.
 LEFT_OUT = (XK.XK_q, XK.XK_Caps_Lock, XK.XK_Num_Lock)
 
 
 class Input:
     """Keys and a mouse, with the windows that the program shows."""
 
-    def __init__(self, ground: Ground):
+    def __init__(self, ground: Ground, program: str = "orvane"):
+        self._program = program
         self._display = display.Display(ground.desktop.display)
         self._root = self._display.screen().root
         left_out = {self._display.keysym_to_keycode(symbol) for symbol in LEFT_OUT}
@@ -59,7 +62,7 @@ class Input:
                 if child.get_attributes().map_state != X.IsViewable:
                     continue
                 name = child.get_wm_class()
-                if name and name[1].lower() == "orvane":
+                if name and name[0].lower() == self._program:
                     found.append(child)
                 else:
                     self._shown(child, found)
@@ -126,12 +129,13 @@ class Monkey:
         self._hand = hand
         self._chance = random.Random(SEED)
         self.starts = 0
-        self.seen: set[tuple[int, int]] = set()
+        self.events = 0
+        # Of the windows and menus.
+        self.sizes: set[tuple[int, int]] = set()
 
     def start(self) -> None:
         self._hand.release_all()
-        # The last one may have been told to go for good.
-        self._ground.start("--settings", ORVANE_APPCAST="https://127.0.0.1:1/feed")
+        self._ground.start("--settings")
         self._ground.program.wait_for("window-shown")
         wait_until(lambda: answers(self._ground), "an answer")
         self.starts += 1
@@ -147,12 +151,18 @@ class Monkey:
         return True
 
     def show_more(self) -> None:
-        """One of the windows that only few clicks lead to."""
+        """One of the windows that only few clicks lead to, and not a picture over all of them."""
         self._hand.release_all()
-        self._ground.desktop.run("xdotool", "key", "Escape")
+        if SCREEN in (frame[2:] for frame in self._hand.windows()):
+            self._ground.desktop.key("Escape", "f")
         option = self._chance.choice(["--settings", "--next", "--toggle-ghost", "--add=@AlHadath", "--play=alarabiya"])
-        self._ground.desktop.run("env", *(f"{k}={v}" for k, v in self._ground.program.environment.items()),
-                                 self._ground.program.process.args[0], *option.split("=", 1))
+        program = self._ground.program
+        teller = self._ground.desktop.background([program.process.args[0], *option.split("=", 1)],
+                                                 env=program.environment)
+        wait_until(lambda: teller.poll() is not None or program.process.poll() is not None, "the order to be taken")
+        # The last click was to quit: then there was nobody to tell, and the teller is a program of its own.
+        teller.terminate()
+        teller.wait()
 
     def burst(self) -> None:
         frames = self._hand.windows()
@@ -161,8 +171,9 @@ class Monkey:
             return
         for _ in range(BURST):
             frame = self._chance.choice(frames)
-            self.seen.add(frame[2:])
+            self.sizes.add(frame[2:])
             self._act(frame)
+            self.events += 1
         self._hand.release_all()
 
     def _act(self, frame: tuple[int, int, int, int]) -> None:
@@ -189,8 +200,10 @@ def random_input(ground: Ground) -> str:
     with Input(ground) as hand:
         monkey = Monkey(ground, hand)
         monkey.start()
-        for burst in range(EVENTS // BURST):
-            if burst % 20 == 19:
+        bursts = 0
+        while monkey.events < EVENTS:
+            bursts += 1
+            if bursts % 20 == 0:
                 monkey.show_more()
             monkey.burst()
             if not answers(ground):
@@ -198,11 +211,35 @@ def random_input(ground: Ground) -> str:
             if monkey.has_gone():
                 monkey.start()
         hand.release_all()
-    return (f"answers after each {BURST}; {monkey.starts} starts, as some clicks quit; windows and menus of "
-            f"{len(monkey.seen)} sizes; {plays_afterwards(ground)}")
+    return (f"answers after each {BURST}; {monkey.starts} start(s); windows and menus of "
+            f"{len(monkey.sizes)} sizes; {plays_afterwards(ground)}")
+
+
+def random_input_to_the_updater(ground: Ground) -> str:
+    """The updater with its window alone, which a build without a feed does not show."""
+    server = ground.lend(UpdateServer(ground.folder))
+    server.allowed.set()
+    program = ground.run(f"{BUILD}/updater_probe", f"{server.origin}/appcast.xml", server.key, server.certificate)
+
+    def heard() -> int:
+        return len(program.log().splitlines())
+
+    with Input(ground, "updater_probe") as hand:
+        monkey = Monkey(ground, hand)
+        wait_until(hand.windows, "its window")
+        while monkey.events < UPDATER_EVENTS:
+            if hand.windows():
+                monkey.burst()
+            assert program.process.poll() is None, f"the program ended with {program.process.returncode}"
+            before = heard()
+            program.process.stdin.write("check\n")
+            program.process.stdin.flush()
+            wait_until(lambda before=before: heard() > before and hand.windows(), "the window again")
+    return f"opens again each time, with {len(monkey.sizes)} sizes"
 
 
 ROWS = [
     Row("input.all-keys", "all keys at once, again and again for 10 s", all_keys),
     Row("input.random", "10000 random clicks, drags and keys on all windows", random_input),
+    Row("input.random-update", "1000 of them on the updater's window", random_input_to_the_updater),
 ]
