@@ -37,7 +37,7 @@ def large(ground: Ground) -> str:
     took = ground.plays()
     longest = 0.0
     for volume in ("0.25", "0.5"):
-        ground.ask("volume", volume)
+        ground.order("volume", volume)
         before = time.monotonic()
         assert ground.ask("status") == "Playing"
         longest = max(longest, time.monotonic() - before)
@@ -51,7 +51,7 @@ def large_garbage(ground: Ground) -> str:
     ground.preferences.write_bytes(garbage)
     program = ground.start()
     took = ground.plays()
-    ground.ask("volume", "0.25")
+    ground.order("volume", "0.25")
     wait_until(lambda: program.preferences().get("volume") == 0.25, "the volume in a file")
     assert ground.preferences.with_suffix(".json.bad").read_bytes() == garbage
     return f"plays after {took:.0f} s; the garbage is set aside"
@@ -63,7 +63,7 @@ def folder(ground: Ground) -> str:
     (ground.preferences / "precious").touch()
     program = ground.start()
     took = ground.plays()
-    ground.ask("volume", "0.25")
+    ground.order("volume", "0.25")
     assert ground.ask("volume") == "0.250000"
     ground.quits()
     assert (ground.preferences / "precious").exists()
@@ -75,7 +75,7 @@ def read_only(ground: Ground) -> str:
     place = ground.preferences.parent
     program = ground.start(mounts=f"mount --bind {place} {place}\nmount -o remount,ro,bind {place}")
     took = ground.plays()
-    ground.ask("volume", "0.25")
+    ground.order("volume", "0.25")
     assert ground.ask("volume") == "0.250000"
     ground.quits()
     assert "preferences.json" in program.log(), program.log()

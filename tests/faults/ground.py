@@ -79,6 +79,11 @@ class Ground:
         """Through the bus, as a panel would."""
         return self.desktop.run("playerctl", "--player=orvane", *command).strip()
 
+    def order(self, *command: str) -> None:
+        """As `ask`, once the program is on the bus: before that an order would be lost."""
+        wait_until(lambda: self.ask("status"), "the program on the bus")
+        self.ask(*command)
+
     # What a person sees
 
     def picture(self):
@@ -127,7 +132,7 @@ class Ground:
         return f"{since}plays again after {self.plays():.0f} s"
 
     def other_channel_plays(self) -> str:
-        self.ask("next")
+        self.order("next")
         return f"the next channel plays after {self.plays('AlHadath'):.0f} s"
 
     # What must hold after every fault

@@ -95,7 +95,7 @@ def hangs(ground: Ground) -> str:
     wait_until(hanging, "yt-dlp that hangs")
     seen = ground.other_channel_plays()
     wait_until(lambda: not hanging(), "the end of the one that hung")
-    ground.ask("previous")
+    ground.order("previous")
     wait_until(hanging, "another one that hangs")
     return f"{seen}; then quit while it hangs"
 
@@ -103,12 +103,13 @@ def hangs(ground: Ground) -> str:
 def prints_without_end(ground: Ground) -> str:
     tool = Tool(ground)
     tool.install("echo Hello; exec sleep 86400")
-    program = tool.start()
+    # A sanitizer would keep what was freed.
+    program = tool.start(ASAN_OPTIONS="quarantine_size_mb=1")
     wait_until(program.children, "yt-dlp")
     before = memory(program.process.pid)
-    ground.ask("stop")
+    ground.order("stop")
     tool.install("head -c 100000000 /dev/zero | tr '\\0' a")
-    ground.ask("play")
+    ground.order("play")
     program.wait_for("error")
     more = memory(program.process.pid) - before
     # Each call may keep the beginning of what it printed.
