@@ -113,6 +113,7 @@ class Desktop:
         command = ["Xvfb", "-displayfd", str(write_end), "-nolisten", "tcp", "-noreset"]
         command += ["-screen", "0", f"{self._size}x24"]
         server = subprocess.Popen(command, pass_fds=[write_end], stderr=subprocess.DEVNULL)
+        self.x_server = server.pid
         os.close(write_end)
         self._stack.callback(_end, server)
         with os.fdopen(read_end) as answer:

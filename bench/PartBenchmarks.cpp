@@ -1,0 +1,153 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// How the parts that look at every channel grow with the number of channels that a person has
+// added. Each takes what a person would wait for: the stored settings are read, and what is built
+// is drawn.
+#include "app/AppDelegate.h"
+#include "app/Services.h"
+#include "app/WindowCollaborators.h"
+#include "model/ChannelLookup.h"
+#include "platform/VideoView.h"
+#include "support/RecordingActions.h"
+#include "ui/ContextMenuBuilder.h"
+#include "ui/SettingsWindow.h"
+#include "ui/StatusMenuBuilder.h"
+
+#include <QApplication>
+#include <QMenu>
+#include <QTabWidget>
+#include <QTemporaryDir>
+
+#include <benchmark/benchmark.h>
+
+#include <clocale>
+#include <functional>
+#include <map>
+#include <memory>
+
+using namespace orvane;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A program that is not started, with channels of a person's own.
+class Household {
+public:
+    explicit Household(int channels)
+        : services(Environment{}, m_folder.filePath(u"preferences.json"_s), VideoOutput::software) {
+        QList<Channel> custom;
+        for (int i = 0; i < channels; ++i)
+            custom += Channel::custom(u"handle%1"_s.arg(i), u"Station number %1"_s.arg(i));
+        services.preferences.setCustomChannels(custom);
+    }
+
+    [[nodiscard]] MenuSources menuSources() const {
+        return {services.registry, services.preferences, services.state, services.sleepTimer};
+    }
+
+private:
+    QTemporaryDir m_folder;
+
+public:
+    Services services;
+};
+
+/// Kept from one repetition to the next, as writing ten thousand channels is not what is measured.
+Household& household(const benchmark::State& state) {
+    static std::map<int, std::unique_ptr<Household>> households;
+    const int channels = static_cast<int>(state.range(0));
+    std::unique_ptr<Household>& entry = households[channels];
+    if (!entry)
+        entry = std::make_unique<Household>(channels);
+    return *entry;
+}
+
+void showMenu(benchmark::State& state, const std::function<Menu(const MenuSources&)>& build) {
+    const MenuSources sources = household(state).menuSources();
+    test::RecordingActions actions;
+    QMenu menu;
+    for (auto _ : state) {
+        renderMenu(build(sources), actions, menu);
+        benchmark::DoNotOptimize(menu.sizeHint());
+    }
+}
+
+void statusMenu(benchmark::State& state) {
+    showMenu(state, [](const MenuSources& sources) { return StatusMenuBuilder::build(sources); });
+}
+
+void contextMenu(benchmark::State& state) {
+    showMenu(state, [](const MenuSources& sources) {
+        return ContextMenuBuilder::build(sources, StatusItemPresence::absent);
+    });
+}
+
+void lookUp(benchmark::State& state, const QString& text) {
+    const ChannelRegistry& registry = household(state).services.registry;
+    for (auto _ : state)
+        benchmark::DoNotOptimize(ChannelLookup::find(registry.all(), text));
+}
+
+void lookUpByName(benchmark::State& state) {
+    lookUp(state, u"station number %1"_s.arg(state.range(0) - 1));
+}
+
+void lookUpUnknown(benchmark::State& state) {
+    lookUp(state, u"no such station"_s);
+}
+
+void stepFromLast(benchmark::State& state) {
+    const ChannelRegistry& registry = household(state).services.registry;
+    const std::optional<Channel> last = registry.all().last();
+    for (auto _ : state)
+        benchmark::DoNotOptimize(registry.enabledNeighbor(last, 1));
+}
+
+void showPage(benchmark::State& state, const QString& title) {
+    SettingsWindow window(settingsWindowCollaborators(household(state).services));
+    auto* tabs = window.findChild<QTabWidget*>(u"tabView"_s);
+    for (int i = 0; i < tabs->count(); ++i) {
+        if (tabs->tabText(i) == title)
+            tabs->setCurrentIndex(i);
+    }
+    for (auto _ : state) {
+        window.show();
+        QCoreApplication::processEvents();
+        state.PauseTiming();
+        window.hide();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        state.ResumeTiming();
+    }
+}
+
+void channelsPage(benchmark::State& state) {
+    showPage(state, u"Channels"_s);
+}
+
+void addChannelPage(benchmark::State& state) {
+    showPage(state, u"Add Channel"_s);
+}
+
+void sizes(benchmark::internal::Benchmark* part) {
+    part->Arg(0)->Arg(100)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
+}
+
+BENCHMARK(statusMenu)->Apply(sizes);
+BENCHMARK(contextMenu)->Apply(sizes);
+BENCHMARK(lookUpByName)->Apply(sizes);
+BENCHMARK(lookUpUnknown)->Apply(sizes);
+BENCHMARK(stepFromLast)->Apply(sizes);
+BENCHMARK(channelsPage)->Apply(sizes);
+BENCHMARK(addChannelPage)->Apply(sizes);
+
+} // namespace
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argc, argv);
+    std::setlocale(LC_NUMERIC, "C");
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}

@@ -1,0 +1,182 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// usage: play_probe stalls|soak COUNT
+// Switches between the featured channels, whose addresses it knows beforehand, in the real player
+// window. "stalls" goes on at once, and takes every third switch to the last of them, whose server
+// is meant never to answer; "soak" takes the others only, and waits for the old player to be gone.
+// Prints a line for each switch: "played" or "waited", the longest time in milliseconds for which
+// the main thread answered nothing, and the time to the picture.
+#include "app/AppDelegate.h"
+#include "app/Services.h"
+#include "app/WindowCollaborators.h"
+#include "model/AppNotification.h"
+#include "platform/Memory.h"
+#include "platform/VideoView.h"
+#include "ui/PlayerWindow.h"
+
+#include <QApplication>
+#include <QCoroTimer>
+#include <QElapsedTimer>
+#include <QTemporaryDir>
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <clocale>
+#include <cstdio>
+#include <stop_token>
+#include <thread>
+#include <tuple>
+#include <utility>
+
+using namespace orvane;
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+using Steady = std::chrono::steady_clock;
+
+constexpr auto beat = 1ms;
+/// How long a person looks at a channel that does not come.
+constexpr auto glance = 200ms;
+constexpr auto patienceForPicture = 30s;
+
+/// Asks the main thread for an answer once in each beat, from a thread of its own, and keeps the
+/// longest time that it took. Made, asked and destroyed on the main thread.
+class Heartbeat {
+public:
+    Heartbeat() : m_thread([this](const std::stop_token& stop) { run(stop); }) {}
+    ~Heartbeat() {
+        // The thread touches the rest of this object.
+        m_thread.request_stop();
+        m_thread.join();
+    }
+    Heartbeat(const Heartbeat&) = delete;
+    Heartbeat& operator=(const Heartbeat&) = delete;
+
+    /// Milliseconds since the last call.
+    [[nodiscard]] double takeLongest() {
+        const auto longest = std::exchange(m_longest, Steady::duration::zero());
+        return std::chrono::duration<double, std::milli>(longest).count();
+    }
+
+private:
+    void run(const std::stop_token& stop) {
+        while (!stop.stop_requested()) {
+            m_isAnswered = false;
+            QMetaObject::invokeMethod(
+                &m_receiver, [this, asked = Steady::now()] { answer(asked); },
+                Qt::QueuedConnection);
+            do
+                std::this_thread::sleep_for(beat);
+            while (!m_isAnswered && !stop.stop_requested());
+        }
+    }
+
+    void answer(Steady::time_point asked) {
+        m_longest = std::max(m_longest, Steady::now() - asked);
+        m_isAnswered = true;
+    }
+
+    QObject m_receiver;
+    Steady::duration m_longest{};
+    std::atomic<bool> m_isAnswered{false};
+    std::jthread m_thread;
+};
+
+struct Plan {
+    bool isSoak;
+    int count;
+};
+
+/// Switches and waits for the picture, or as long as a person would; false if the channel failed.
+QCoro::Task<bool> switchTo(Services& services, Channel channel, std::chrono::milliseconds wait) {
+    QTimer patience;
+    patience.setSingleShot(true);
+    bool failed = false;
+    using namespace AppNotification;
+    const auto shown = services.notifications.addObserver(
+        streamResolved, [&](const auto&) { patience.start(0ms); });
+    const auto refused = services.notifications.addObserver(streamError, [&](const auto& n) {
+        std::fprintf(stderr, "%s\n", qUtf8Printable(std::any_cast<QString>(n.object)));
+        failed = true;
+        patience.start(0ms);
+    });
+    patience.start(wait);
+    services.player.play(channel);
+    co_await patience;
+    co_return !failed;
+}
+
+QCoro::Task<bool> learnAddresses(Services& services, QList<Channel> channels) {
+    const std::stop_source never;
+    for (const Channel& channel : channels) {
+        const Resolution resolution = services.state.resolution();
+        const std::stop_token stop = never.get_token();
+        const StreamResolver::Result address =
+            co_await services.resolver.resolve(channel, resolution, stop);
+        if (!address)
+            co_return false;
+    }
+    co_return true;
+}
+
+QCoro::Task<bool> switchThrough(Services& services, Plan plan) {
+    QList<Channel> channels = services.registry.featured();
+    const bool isReady = co_await learnAddresses(services, channels);
+    if (!isReady)
+        co_return false;
+    const Channel silent = channels.takeLast();
+    Heartbeat heartbeat;
+    for (int i = 1; i <= plan.count; ++i) {
+        const bool waits = !plan.isSoak && i % 3 == 0;
+        const Channel channel = waits ? silent : channels.at(i % channels.size());
+        const std::chrono::milliseconds wait = waits ? glance : patienceForPicture;
+        QElapsedTimer timer;
+        timer.start();
+        std::ignore = heartbeat.takeLongest();
+        const bool played = co_await switchTo(services, channel, wait);
+        if (!played)
+            co_return false;
+        const double stall = heartbeat.takeLongest();
+        std::printf("%s %.1f %lld\n", waits ? "waited" : "played", stall,
+                    static_cast<long long>(timer.elapsed()));
+        std::fflush(stdout);
+        if (plan.isSoak)
+            co_await services.graveyard.empty();
+    }
+    co_return true;
+}
+
+QCoro::Task<> run(Services& services, Plan plan, int& exitCode) {
+    const bool succeeded = co_await switchThrough(services, plan);
+    exitCode = succeeded ? 0 : 1;
+    services.player.stop();
+    co_await services.tasks.join();
+    co_await services.graveyard.empty();
+    // Not quit: that asks the window first, which never closes by itself.
+    QCoreApplication::exit(0);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 3) {
+        std::fputs("usage: play_probe stalls|soak COUNT\n", stderr);
+        return 2;
+    }
+    limitMemoryArenas();
+    const QApplication application(argc, argv);
+    std::setlocale(LC_NUMERIC, "C");
+    const QTemporaryDir folder;
+    const Environment environment = Environment::read();
+    Services services(environment, folder.filePath(u"preferences.json"_s),
+                      chooseVideoOutput(environment.videoOutput));
+    AppDelegate delegate(services);
+    PlayerWindow window(playerWindowCollaborators(services, delegate));
+    window.show();
+    int exitCode = 1;
+    run(services, {QByteArrayView(argv[1]) == "soak", QByteArray(argv[2]).toInt()}, exitCode);
+    QApplication::exec();
+    return exitCode;
+}

@@ -1,0 +1,164 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""Orvane and mpv, played with in the same way, and what Linux tells about a process."""
+
+from __future__ import annotations
+
+import contextlib
+import os
+import pathlib
+import select
+import subprocess
+import time
+
+from desktop import Desktop, Program, wait_until
+from livesite import Channel, LiveSite
+from screen import Screen
+
+# Where a new Orvane has its picture, and a place in it that nothing of the site moves over.
+PICTURE = (780, 386, 480, 270)
+PLACE = (1230, 595)
+SCREEN_PLACE = (1240, 470)
+
+# Without a sound device mpv would search for one and then decode no sound, and Orvane decodes it.
+MPV = ["mpv", "--no-config", "--no-terminal", "--ao=null", "--no-border", "--tls-verify=no",
+       f"--geometry={PICTURE[2]}x{PICTURE[3]}+{PICTURE[0]}+{PICTURE[1]}"]
+MPV_GPU = ["--vo=gpu", "--gpu-sw=yes", "--gpu-context=x11egl"]
+# What Orvane calls the channels of the site.
+IDS = {"AlArabiya": "alarabiya", "AlHadath": "alhadath", "aljazeera": "aljazeera",
+       "AljazeeraMubasher": "aljazeeralive"}
+FORMAT = "best[height<=480]"
+
+_TICKS = os.sysconf("SC_CLK_TCK")
+
+
+def cpu_seconds(pid: int) -> float:
+    """What all threads of a process have used so far, without its children."""
+    fields = pathlib.Path(f"/proc/{pid}/stat").read_text(encoding="ascii").rpartition(")")[2].split()
+    return (int(fields[11]) + int(fields[12])) / _TICKS
+
+
+def _number(path: str, label: str) -> int:
+    for line in pathlib.Path(path).read_text(encoding="ascii").splitlines():
+        if line.startswith(label):
+            return int(line.split()[1])
+    raise RuntimeError(f"{path} has no {label}")
+
+
+def memory_mib(pid: int) -> float:
+    """Its share of the memory that it uses (PSS)."""
+    return _number(f"/proc/{pid}/smaps_rollup", "Pss:") / 1024
+
+
+def threads(pid: int) -> int:
+    return _number(f"/proc/{pid}/status", "Threads:")
+
+
+def wake_ups(pid: int) -> dict[str, int]:
+    """How often each of its threads has waited so far, every time of which ended with being woken."""
+    return {task.name: _number(str(task / "status"), "voluntary_ctxt_switches:")
+            for task in pathlib.Path(f"/proc/{pid}/task").iterdir()}
+
+
+def cpu_share(pid: int, seconds: float) -> float:
+    """Percent of one core, over a time that begins now."""
+    started, before = time.monotonic(), cpu_seconds(pid)
+    time.sleep(seconds)
+    return 100 * (cpu_seconds(pid) - before) / (time.monotonic() - started)
+
+
+def _children(pid: int) -> list[int]:
+    found = []
+    for task in pathlib.Path(f"/proc/{pid}/task").iterdir():
+        with contextlib.suppress(OSError):
+            found += (task / "children").read_text(encoding="ascii").split()
+    return [int(child) for child in found]
+
+
+def wait_for_ytdlp(pid: int, page: str) -> float:
+    """When the yt-dlp that the process starts for the page has ended."""
+
+    def asks(child: int) -> bool:
+        with contextlib.suppress(OSError):
+            command = pathlib.Path(f"/proc/{child}/cmdline").read_bytes().split(b"\0")
+            return page.encode() in command
+        return False
+
+    child = wait_until(lambda: next(filter(asks, _children(pid)), None), "yt-dlp")
+    handle = os.pidfd_open(child)
+    try:
+        if not select.select([handle], [], [], 60)[0]:
+            raise TimeoutError("yt-dlp did not end")
+        return time.monotonic()
+    finally:
+        os.close(handle)
+
+
+class Room:
+    """A desktop with a live site, on which one player at a time plays. Use as a context manager."""
+
+    def __init__(self, folder: pathlib.Path, orvane: pathlib.Path):
+        self._folder = folder
+        self._orvane = str(orvane)
+        self._stack = contextlib.ExitStack()
+
+    def __enter__(self) -> "Room":
+        self.site = self._stack.enter_context(LiveSite(self._folder))
+        self.desktop = self._stack.enter_context(Desktop())
+        self.screen = self._stack.enter_context(Screen(self.desktop.display))
+        self.channels = list(self.site.channels.values())
+        # No picture and no window has this colour.
+        self.desktop.run("xsetroot", "-solid", "#ff00ff")
+        self.desktop.point(5, 5)
+        return self
+
+    def __exit__(self, *_) -> None:
+        self._stack.close()
+
+    def page(self, channel: Channel) -> str:
+        return f"{self.site.origin}/@{channel.handle}/live"
+
+    def stream(self, channel: Channel) -> str:
+        """The address that yt-dlp finds on the channel's page."""
+        return f"{self.site.origin}/hls/{channel.handle}/480/list.m3u8"
+
+    def orvane(self) -> Program:
+        return Program(self.desktop, self._orvane, self.site.origin)
+
+    def ask(self, program: Program, *arguments: str) -> None:
+        """Has the running Orvane do something, by another start of it."""
+        subprocess.run([self._orvane, *arguments], env=program.environment, check=True)
+
+    def choose(self, program: Program, channel: Channel) -> float:
+        """Opens the channel; gives the time at which the program heard of it."""
+        before = program.count("loading")
+        self.ask(program, "--play", IDS[channel.handle])
+        return program.started + program.wait_for("loading", before + 1) / 1000
+
+    def close_player(self, program: Program) -> None:
+        """Closes the window, and waits until the player behind it has been taken apart."""
+        self.desktop.close(program.window())
+        wait_until(lambda: not program.is_shown(), "a hidden window")
+        self.wait_for_calm(program.process.pid)
+
+    def wait_for_calm(self, pid: int) -> None:
+        """Until the number of its threads stands still, and it does nothing."""
+
+        def is_calm() -> bool:
+            before = threads(pid), cpu_seconds(pid)
+            time.sleep(0.3)
+            return (threads(pid), cpu_seconds(pid)) == before
+
+        wait_until(is_calm, "a player at rest")
+
+    @contextlib.contextmanager
+    def mpv(self, *arguments: str):
+        """A running mpv, and when it was started."""
+        started = time.monotonic()
+        process = subprocess.Popen([*MPV, *arguments], env=self.desktop.environment,
+                                   stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                                   stderr=subprocess.DEVNULL)
+        try:
+            yield process, started
+        finally:
+            process.terminate()
+            process.wait()
