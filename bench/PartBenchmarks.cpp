@@ -109,13 +109,18 @@ void showPage(benchmark::State& state, const QString& title) {
         if (tabs->tabText(i) == title)
             tabs->setCurrentIndex(i);
     }
-    for (auto _ : state) {
+    const auto show = [&window] {
         window.show();
         QCoreApplication::processEvents();
+        // The list that was shown before, which is in the way of the next event too.
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    };
+    show();
+    for (auto _ : state) {
         state.PauseTiming();
         window.hide();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         state.ResumeTiming();
+        show();
     }
 }
 

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// usage: play_probe stalls|soak COUNT
+// usage: play_probe COUNT
 // Switches between the featured channels, whose addresses it knows beforehand, in the real player
-// window. "stalls" goes on at once, and takes every third switch to the last of them, whose server
-// is meant never to answer; "soak" takes the others only, and waits for the old player to be gone.
+// window. Every third switch goes to the last of them, whose server is meant never to answer.
 // Prints a line for each switch: "played" or "waited", the longest time in milliseconds for which
 // the main thread answered nothing, and the time to the picture.
 #include "app/AppDelegate.h"
@@ -38,7 +37,7 @@ using Steady = std::chrono::steady_clock;
 
 constexpr auto beat = 1ms;
 /// How long a person looks at a channel that does not come.
-constexpr auto glance = 200ms;
+constexpr auto glance = 100ms;
 constexpr auto patienceForPicture = 30s;
 
 /// Asks the main thread for an answer once in each beat, from a thread of its own, and keeps the
@@ -84,11 +83,6 @@ private:
     std::jthread m_thread;
 };
 
-struct Plan {
-    bool isSoak;
-    int count;
-};
-
 /// Switches and waits for the picture, or as long as a person would; false if the channel failed.
 QCoro::Task<bool> switchTo(Services& services, Channel channel, std::chrono::milliseconds wait) {
     QTimer patience;
@@ -121,15 +115,15 @@ QCoro::Task<bool> learnAddresses(Services& services, QList<Channel> channels) {
     co_return true;
 }
 
-QCoro::Task<bool> switchThrough(Services& services, Plan plan) {
+QCoro::Task<bool> switchThrough(Services& services, int count) {
     QList<Channel> channels = services.registry.featured();
     const bool isReady = co_await learnAddresses(services, channels);
     if (!isReady)
         co_return false;
     const Channel silent = channels.takeLast();
     Heartbeat heartbeat;
-    for (int i = 1; i <= plan.count; ++i) {
-        const bool waits = !plan.isSoak && i % 3 == 0;
+    for (int i = 1; i <= count; ++i) {
+        const bool waits = i % 3 == 0;
         const Channel channel = waits ? silent : channels.at(i % channels.size());
         const std::chrono::milliseconds wait = waits ? glance : patienceForPicture;
         QElapsedTimer timer;
@@ -142,14 +136,12 @@ QCoro::Task<bool> switchThrough(Services& services, Plan plan) {
         std::printf("%s %.1f %lld\n", waits ? "waited" : "played", stall,
                     static_cast<long long>(timer.elapsed()));
         std::fflush(stdout);
-        if (plan.isSoak)
-            co_await services.graveyard.empty();
     }
     co_return true;
 }
 
-QCoro::Task<> run(Services& services, Plan plan, int& exitCode) {
-    const bool succeeded = co_await switchThrough(services, plan);
+QCoro::Task<> run(Services& services, int count, int& exitCode) {
+    const bool succeeded = co_await switchThrough(services, count);
     exitCode = succeeded ? 0 : 1;
     services.player.stop();
     co_await services.tasks.join();
@@ -161,8 +153,8 @@ QCoro::Task<> run(Services& services, Plan plan, int& exitCode) {
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 3) {
-        std::fputs("usage: play_probe stalls|soak COUNT\n", stderr);
+    if (argc != 2) {
+        std::fputs("usage: play_probe COUNT\n", stderr);
         return 2;
     }
     limitMemoryArenas();
@@ -176,7 +168,7 @@ int main(int argc, char** argv) {
     PlayerWindow window(playerWindowCollaborators(services, delegate));
     window.show();
     int exitCode = 1;
-    run(services, {QByteArrayView(argv[1]) == "soak", QByteArray(argv[2]).toInt()}, exitCode);
+    run(services, QByteArray(argv[1]).toInt(), exitCode);
     QApplication::exec();
     return exitCode;
 }

@@ -122,6 +122,9 @@ class Room:
         return f"{self.site.origin}/hls/{channel.handle}/480/list.m3u8"
 
     def orvane(self) -> Program:
+        """As on its first start, so that it begins with the first channel of the site."""
+        preferences = pathlib.Path(self.desktop.environment["XDG_CONFIG_HOME"]) / "orvane/preferences.json"
+        preferences.unlink(missing_ok=True)
         return Program(self.desktop, self._orvane, self.site.origin)
 
     def ask(self, program: Program, *arguments: str) -> None:

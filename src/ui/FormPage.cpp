@@ -65,6 +65,19 @@ QLabel* FormPage::addCaption(const QString& text, const QRectF& frame) {
     return addLabel(text, frame.adjusted(0, 0, -captionGap, 0), {.alignment = Qt::AlignRight});
 }
 
+void FormPage::hideControls() {
+    for (auto place = m_places.cbegin(); place != m_places.cend(); ++place)
+        place.key()->hide();
+}
+
+void FormPage::revealControls(int top, int bottom) {
+    for (auto place = m_places.cbegin(); place != m_places.cend(); ++place) {
+        const QRect frame = place.key()->geometry();
+        if (frame.bottom() >= top && frame.top() <= bottom)
+            place.key()->show();
+    }
+}
+
 QRect FormPage::pixels(const QRectF& frame) const {
     const double s = scale();
     const QPointF corner(frame.x() * s, height() - (frame.y() + frame.height()) * s);
@@ -95,9 +108,17 @@ void showPage(QScrollArea& scroll, FormPage* page) {
     const int scrolled = scroll.verticalScrollBar()->value();
     if (QWidget* last = scroll.takeWidget())
         last->deleteLater(); // One of its controls may be what has asked for another page.
+    page->hideControls();
     scroll.setWidget(page);
     page->setAutoFillBackground(false);
-    scroll.verticalScrollBar()->setValue(scrolled);
+    QScrollBar* bar = scroll.verticalScrollBar();
+    bar->setValue(scrolled);
+    const auto reveal = [&scroll, bar, page] {
+        const int room = scroll.height();
+        page->revealControls(bar->value() - room, bar->value() + 2 * room);
+    };
+    QObject::connect(bar, &QScrollBar::valueChanged, page, reveal);
+    reveal();
 }
 
 void centreOnScreen(QWidget& window) {

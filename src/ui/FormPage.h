@@ -43,6 +43,12 @@ public:
     /// The name, on the left, of the control beside it.
     QLabel* addCaption(const QString& text, const QRectF& frame);
 
+    /// For a page that is much longer than what is seen of it: the toolkit compares every control
+    /// that is shown with all the others, in sight or not.
+    void hideControls();
+    /// Shows what lies between these lines, in pixels from the top, for good.
+    void revealControls(int top, int bottom);
+
 protected:
     /// Called whenever the page comes into sight: what it shows may have changed elsewhere.
     virtual void refresh() {}
@@ -59,7 +65,8 @@ private:
 /// A view that scrolls a page up and down, on the surface that it lies on.
 [[nodiscard]] QScrollArea* makePageScroll(const QString& name);
 /// Shows `page` in it, scrolled to where the last one was, which goes once the events that are
-/// under way have been dealt with.
+/// under way have been dealt with. Its controls are shown as they come near, with enough of them
+/// above and below for the Tab key to find the next one.
 void showPage(QScrollArea& scroll, FormPage* page);
 
 /// Places a window that is not shown yet.
