@@ -25,9 +25,9 @@ def _first_line(*command: str) -> str:
 
 def versions(build: pathlib.Path) -> dict[str, str]:
     return {
-        "orvane": _first_line(str(build / "orvane"), "--version"),
+        "Orvane": _first_line(str(build / "orvane"), "--version").split()[1],
         "commit": _first_line("git", "describe", "--always", "--dirty"),
-        "mpv": " ".join(_first_line("mpv", "--version").split()[:2]),
+        "mpv": _first_line("mpv", "--version").split()[1],
         "yt-dlp": _first_line("yt-dlp", "--version"),
         "system": platform.freedesktop_os_release()["PRETTY_NAME"],
         "cores": str(os.cpu_count()),
