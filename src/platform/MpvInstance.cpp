@@ -104,9 +104,8 @@ MpvInstance::MpvInstance(mpv_handle* handle) : m_handle(handle) {
 }
 
 MpvInstance::~MpvInstance() {
-    freeRenderContext();
     if (m_handle != nullptr)
-        mpv_terminate_destroy(releaseHandle());
+        free(release());
 }
 
 bool MpvInstance::createRenderContext(
@@ -170,17 +169,22 @@ void MpvInstance::drainEvents() {
     }
 }
 
-void MpvInstance::freeRenderContext() {
-    if (m_renderContext == nullptr)
-        return;
-    mpv_render_context_set_update_callback(m_renderContext, nullptr, nullptr);
-    m_withContextCurrent([this] { mpv_render_context_free(m_renderContext); });
-    m_renderContext = nullptr;
+void MpvInstance::free(const Remains& remains) {
+    if (remains.renderContext != nullptr)
+        mpv_render_context_free(remains.renderContext);
+    mpv_terminate_destroy(remains.handle);
 }
 
-mpv_handle* MpvInstance::releaseHandle() {
+MpvInstance::Remains MpvInstance::release() {
+    if (m_renderContext != nullptr)
+        mpv_render_context_set_update_callback(m_renderContext, nullptr, nullptr);
+    if (m_renderContext != nullptr && m_withContextCurrent) {
+        m_withContextCurrent([this] { mpv_render_context_free(m_renderContext); });
+        m_renderContext = nullptr;
+    }
     mpv_set_wakeup_callback(m_handle, nullptr, nullptr);
-    return std::exchange(m_handle, nullptr);
+    return {.renderContext = std::exchange(m_renderContext, nullptr),
+            .handle = std::exchange(m_handle, nullptr)};
 }
 
 MpvGraveyard::MpvGraveyard() {
@@ -196,8 +200,8 @@ void MpvGraveyard::bury(std::unique_ptr<MpvInstance> instance) {
     MpvInstance* stopping = instance.get();
     m_stopping.push_back(std::move(instance));
 
-    // A renderer that is freed while the library still draws makes the caller wait for it; once the
-    // library idles, freeing costs nothing.
+    // A renderer that is freed while the library still draws makes the caller wait for it, and
+    // OpenGL's is freed here; once the library idles, that costs little.
     stopping->onRenderUpdate({});
     stopping->onEvent([this, stopping](const mpv_event& event) {
         if (event.event_id != MPV_EVENT_PROPERTY_CHANGE)
@@ -218,11 +222,10 @@ void MpvGraveyard::destroyStopped(MpvInstance* instance) {
     const auto found = std::ranges::find(m_stopping, instance, &std::unique_ptr<MpvInstance>::get);
     if (found == m_stopping.end())
         return;
-    instance->freeRenderContext();
-    mpv_handle* handle = instance->releaseHandle();
+    const MpvInstance::Remains remains = instance->release();
     m_stopping.erase(found);
-    m_destroyers.start([this, handle] {
-        mpv_terminate_destroy(handle);
+    m_destroyers.start([this, remains] {
+        MpvInstance::free(remains);
         returnFreeMemory();
         QMetaObject::invokeMethod(
             this,

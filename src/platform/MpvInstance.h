@@ -36,7 +36,8 @@ public:
     [[nodiscard]] mpv_render_context* renderContext() const { return m_renderContext; }
 
     /// `withContextCurrent` runs what it is given where the renderer may be freed, which for OpenGL
-    /// is with the drawing context current. False when the library refuses.
+    /// is with the drawing context current; empty for a renderer that may be freed on any thread.
+    /// False when the library refuses.
     [[nodiscard]] bool
     createRenderContext(mpv_render_param* parameters,
                         std::function<void(const std::function<void()>&)> withContextCurrent);
@@ -56,9 +57,15 @@ private:
 
     explicit MpvInstance(mpv_handle* handle);
     void drainEvents();
-    void freeRenderContext();
-    /// Gives the handle away; nothing else may be called afterwards.
-    [[nodiscard]] mpv_handle* releaseHandle();
+    /// What is left of an instance, to be freed on any thread.
+    struct Remains {
+        mpv_render_context* renderContext;
+        mpv_handle* handle;
+    };
+    /// Takes the time of the library.
+    static void free(const Remains& remains);
+    /// Gives away what does not have to be freed here; nothing else may be called afterwards.
+    [[nodiscard]] Remains release();
 
     mpv_handle* m_handle;
     mpv_render_context* m_renderContext = nullptr;

@@ -33,7 +33,7 @@ void SoftwareVideoView::setPlayer(MediaPlayer* player) {
         mpv_render_param{MPV_RENDER_PARAM_API_TYPE, const_cast<char*>(MPV_RENDER_API_TYPE_SW)},
         mpv_render_param{MPV_RENDER_PARAM_INVALID, nullptr}};
     MpvInstance& instance = m_player->instance();
-    if (instance.createRenderContext(parameters.data(), [](const auto& free) { free(); }))
+    if (instance.createRenderContext(parameters.data(), {}))
         instance.onRenderUpdate([this] { drawIfNew(); });
     m_player->rendererSettled();
 }
