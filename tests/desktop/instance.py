@@ -44,7 +44,7 @@ class Instance(unittest.TestCase):
         program.wait_for("window-shown")
         program.wait_for_preferences(lastChannelID="alhadath")
         self.assertEqual(program.count("loading"), 1)
-        self.desktop.run("wmctrl", "-i", "-c", program.window())
+        self.desktop.close(program.window())
         wait_until(lambda: not program.is_shown(), "a hidden window")
         self.assertEqual(self.ask(), (0, ""))
         program.wait_for_preferences(lastChannelID="alarabiya")

@@ -42,7 +42,7 @@ def large(ground: Ground) -> str:
         assert ground.ask("status") == "Playing"
         longest = max(longest, time.monotonic() - before)
     assert longest < ANSWER_LIMIT, f"{longest:.1f} s"
-    wait_until(lambda: program.preferences().get("volume") == 0.5, "the volume in the file")
+    program.wait_for_preferences(volume=0.5)
     return f"plays after {took:.0f} s; answers within {longest:.1f} s; the file keeps what is unknown"
 
 
@@ -52,7 +52,7 @@ def large_garbage(ground: Ground) -> str:
     program = ground.start()
     took = ground.plays()
     ground.order("volume", "0.25")
-    wait_until(lambda: program.preferences().get("volume") == 0.25, "the volume in a file")
+    program.wait_for_preferences(volume=0.25)
     assert ground.preferences.with_suffix(".json.bad").read_bytes() == garbage
     return f"plays after {took:.0f} s; the garbage is set aside"
 
