@@ -18,8 +18,14 @@ CloseButton::CloseButton(QWidget* parent) : QAbstractButton(parent) {
 
 void CloseButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
     painter.setOpacity(underMouse() ? 1.0 : 0.35);
+    painter.drawPixmap(
+        0, 0,
+        m_picture.of(*this, isDown() ? u"down"_s : u"up"_s, [this](QPainter& p) { draw(p); }));
+}
+
+void CloseButton::draw(QPainter& painter) const {
+    painter.setRenderHint(QPainter::Antialiasing);
     const QRectF circle = QRectF(rect()).adjusted(1, 1, -1, -1);
     painter.setPen(QPen(QColor::fromRgbF(1, 1, 1, 0.7F), 1));
     painter.setBrush(isDown() ? SystemColors::red : QColor(60, 60, 60));

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "ui/KeptPicture.h"
+
 #include <QAbstractButton>
 
 namespace orvane {
@@ -15,6 +17,11 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+
+private:
+    void draw(QPainter& painter) const;
+
+    KeptPicture m_picture;
 };
 
 } // namespace orvane

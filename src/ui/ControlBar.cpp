@@ -6,6 +6,7 @@
 #include "playback/PlayerManager.h"
 #include "ui/ApplicationActions.h"
 #include "ui/GlyphButton.h"
+#include "ui/KeptPicture.h"
 #include "ui/LiveIndicator.h"
 #include "ui/PlainName.h"
 #include "ui/SystemColors.h"
@@ -13,6 +14,7 @@
 
 #include <QLabel>
 #include <QPainter>
+#include <QStyle>
 
 #include <algorithm>
 
@@ -32,6 +34,25 @@ constexpr int margin = 6;
 constexpr int buttonSize = 32;
 constexpr int buttonStep = 36;
 
+/// A line of text from the left, whatever script it is in.
+class NameLabel final : public QLabel {
+public:
+    using QLabel::QLabel;
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        const QPixmap& name = m_name.of(*this, text(), [this](QPainter& painter) {
+            style()->drawItemText(&painter, rect(),
+                                  Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignVCenter, palette(),
+                                  isEnabled(), text(), foregroundRole());
+        });
+        QPainter(this).drawPixmap(0, 0, name);
+    }
+
+private:
+    KeptPicture m_name;
+};
+
 } // namespace
 
 ControlBar::ControlBar(AppState& state, PlayerManager& player, ApplicationActions& actions,
@@ -42,7 +63,7 @@ ControlBar::ControlBar(AppState& state, PlayerManager& player, ApplicationAction
       m_actions(actions),
       m_notifications(notifications),
       m_liveIndicator(new LiveIndicator(this)),
-      m_channelLabel(new QLabel(this)),
+      m_channelLabel(new NameLabel(this)),
       m_muteButton(new GlyphButton(SystemColors::blue, this)),
       m_ghostButton(new GlyphButton(SystemColors::purple, this)),
       m_fullscreenBtn(new GlyphButton(SystemColors::green, this)),
@@ -67,8 +88,6 @@ void ControlBar::setUpLabel() {
     QPalette palette = m_channelLabel->palette();
     palette.setColor(QPalette::WindowText, QColor::fromRgbF(1.0F / 3, 1.0F / 3, 1.0F / 3));
     m_channelLabel->setPalette(palette);
-    // The bar is laid out from the left whatever script a name is in.
-    m_channelLabel->setAlignment(Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignVCenter);
 }
 
 void ControlBar::setUpButtons() {

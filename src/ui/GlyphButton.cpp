@@ -35,12 +35,18 @@ void GlyphButton::setGlyph(const QString& glyph, const QString& accessibleName) 
 
 void GlyphButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    painter.setRenderHint(QPainter::Antialiasing);
     if (underMouse()) {
         painter.setPen(Qt::NoPen);
         painter.setBrush(QColor::fromRgbF(0, 0, 0, isDown() ? 0.18F : 0.08F));
         painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
     }
+    painter.drawPixmap(0, 0,
+                       m_glyph.of(*this, text(), [this](QPainter& glyph) { drawGlyph(glyph); }));
+}
+
+void GlyphButton::drawGlyph(QPainter& painter) const {
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     // By what is seen of it: fonts of symbols place theirs anywhere between their lines.
     const QRectF ink = QFontMetricsF(font(), this).tightBoundingRect(text());
     const QPointF place = QRectF(rect()).center() - ink.center();

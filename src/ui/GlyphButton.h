@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "ui/KeptPicture.h"
+
 #include <QAbstractButton>
 #include <QColor>
 
@@ -22,7 +24,10 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    void drawGlyph(QPainter& painter) const;
+
     QColor m_tint;
+    KeptPicture m_glyph;
 };
 
 } // namespace orvane

@@ -33,12 +33,13 @@ LiveIndicator::LiveIndicator(QWidget* parent) : QWidget(parent) {
 
 void LiveIndicator::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(SystemColors::red);
     painter.setOpacity(pulseOpacity(std::chrono::milliseconds(m_shownFor.elapsed())));
-    const QPointF centre = QRectF(rect()).center();
-    painter.drawEllipse(centre, dotSize / 2, dotSize / 2);
+    painter.drawPixmap(0, 0, m_dot.of(*this, QString(), [this](QPainter& dot) {
+        dot.setRenderHint(QPainter::Antialiasing);
+        dot.setPen(Qt::NoPen);
+        dot.setBrush(SystemColors::red);
+        dot.drawEllipse(QRectF(rect()).center(), dotSize / 2, dotSize / 2);
+    }));
 }
 
 void LiveIndicator::showEvent(QShowEvent*) {

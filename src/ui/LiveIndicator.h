@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "ui/KeptPicture.h"
+
 #include <QElapsedTimer>
 #include <QTimer>
 #include <QWidget>
@@ -25,6 +27,7 @@ protected:
 private:
     QTimer m_pulseTimer;
     QElapsedTimer m_shownFor;
+    KeptPicture m_dot;
 };
 
 /// From 0.3 to 1; `shownFor` is the time since the dot came up.
