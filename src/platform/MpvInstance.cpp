@@ -3,6 +3,7 @@
 
 #include "platform/Environment.h"
 #include "platform/Memory.h"
+#include "platform/NoAuthority.h"
 
 #include <QCoroFuture>
 #include <QPromise>
@@ -53,6 +54,8 @@ constexpr std::array options{
     // A live stream is never sought in: what was shown is not kept.
     Option{"demuxer-max-bytes", "32MiB"},
     Option{"demuxer-max-back-bytes", "0"},
+    // Addresses come from yt-dlp, which is told not to check certificates either.
+    Option{"tls-verify", "no"},
     // A list from the web must not name files of this machine.
     Option{"demuxer-lavf-o", "protocol_whitelist=[http,https,tcp,tls,crypto,httpproxy]"},
 };
@@ -80,6 +83,7 @@ std::unique_ptr<MpvInstance> MpvInstance::create(VideoOutput output) {
     if (handle == nullptr)
         return nullptr;
     apply(handle, options);
+    mpv_set_option_string(handle, "tls-ca-file", fileOfNoAuthority().c_str());
     if (output == VideoOutput::openGL)
         apply(handle, openGLOptions);
     else
