@@ -62,6 +62,8 @@ constexpr std::array options{
 
 constexpr std::array softwareOptions{
     Option{"hwdec", "no"},
+    // The other scaler knows nothing of these two, and takes twice as long.
+    Option{"sws-allow-zimg", "no"},
     Option{"sws-scaler", "bilinear"},
     Option{"sws-fast", "yes"},
 };
