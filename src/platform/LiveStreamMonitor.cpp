@@ -29,6 +29,8 @@ void LiveStreamMonitor::pictureArrived() {
 
 void LiveStreamMonitor::paused(bool isPaused, TimePoint now) {
     m_isPaused = isPaused;
+    m_position.clear();
+    m_checksWithoutAdvance = 0;
     starved(m_isStarved, now);
 }
 
@@ -38,6 +40,13 @@ void LiveStreamMonitor::starved(bool isStarved, TimePoint now) {
         m_starvedSince.reset();
     else if (!m_starvedSince)
         m_starvedSince = now;
+}
+
+void LiveStreamMonitor::positioned(const QString& position) {
+    if (m_isPaused)
+        return;
+    m_checksWithoutAdvance = position == m_position ? m_checksWithoutAdvance + 1 : 0;
+    m_position = position;
 }
 
 LiveStreamMonitor::Failure LiveStreamMonitor::ended(End end, const QString& reason,
@@ -51,7 +60,8 @@ LiveStreamMonitor::Failure LiveStreamMonitor::ended(End end, const QString& reas
 
 std::optional<LiveStreamMonitor::Failure> LiveStreamMonitor::dueFailure(TimePoint now) const {
     const std::optional<TimePoint> due = deadline();
-    if (!due || now < *due)
+    const bool isStuck = m_checksWithoutAdvance >= stallChecks;
+    if (!isStuck && (!due || now < *due))
         return std::nullopt;
     const QString silence = m_hasPicture ? u"Stream stalled"_s : u"No picture arrived"_s;
     return Failure{.text = recentWarning(now).value_or(silence)};

@@ -25,6 +25,10 @@ public:
     static constexpr std::chrono::milliseconds startLimit{30000};
     /// The same for a stream that has run dry in the middle of play.
     static constexpr std::chrono::milliseconds stallLimit{15000};
+    /// Likewise for one that the library takes for playing: it is asked for its position as often
+    /// as this, and gives the same one so many times.
+    static constexpr int stallChecks = 3;
+    static constexpr std::chrono::milliseconds checkInterval = stallLimit / stallChecks;
     /// A warning older than this does not explain a failure.
     static constexpr std::chrono::milliseconds warningLifetime{60000};
 
@@ -39,6 +43,8 @@ public:
     /// A paused stream is not expected to advance.
     void paused(bool isPaused, TimePoint now);
     void starved(bool isStarved, TimePoint now);
+    /// `position` is any text that is another one as soon as the stream has advanced.
+    void positioned(const QString& position);
     /// `reason` is the library's own word for an error.
     [[nodiscard]] Failure ended(End end, const QString& reason, TimePoint now) const;
 
@@ -60,6 +66,8 @@ private:
     std::optional<TimePoint> m_starvedSince;
     std::optional<TimePoint> m_refusedSince;
     std::optional<Warning> m_lastWarning;
+    QString m_position;
+    int m_checksWithoutAdvance = 0;
     bool m_hasPicture = false;
     bool m_isStarved = false;
     bool m_isPaused = false;

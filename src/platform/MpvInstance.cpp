@@ -147,6 +147,11 @@ void MpvInstance::command(const std::vector<const char*>& words) const {
     mpv_command_async(m_handle, 0, terminated.data());
 }
 
+void MpvInstance::expand(const char* text, std::uint64_t reply) const {
+    std::array<const char*, 3> words{"expand-text", text, nullptr};
+    mpv_command_async(m_handle, reply, words.data());
+}
+
 void MpvInstance::setFlag(const char* property, bool on) const {
     int flag = on ? 1 : 0;
     mpv_set_property_async(m_handle, 0, property, MPV_FORMAT_FLAG, &flag);

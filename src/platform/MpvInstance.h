@@ -6,6 +6,7 @@
 #include <QThreadPool>
 
 #include <atomic>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <stop_token>
@@ -44,6 +45,9 @@ public:
 
     /// Sends a command whose outcome nobody waits for.
     void command(const std::vector<const char*>& words) const;
+    /// Has the library fill the properties into the text; a reply of this number to a command
+    /// brings it back.
+    void expand(const char* text, std::uint64_t reply) const;
     void setFlag(const char* property, bool on) const;
     void setNumber(const char* property, double value) const;
 

@@ -15,6 +15,8 @@ namespace {
 constexpr double fullVolumePercent = 100;
 /// How often a sound server that has gone is looked for again.
 constexpr std::chrono::milliseconds soundRetryTime{5000};
+/// What is asked for its position comes back under this number.
+constexpr std::uint64_t positionReply = 1;
 
 LiveStreamMonitor::TimePoint now() {
     return std::chrono::steady_clock::now();
@@ -35,6 +37,9 @@ MpvMediaPlayer::MpvMediaPlayer(QUrl url, std::unique_ptr<MpvInstance> instance, 
     : m_url(std::move(url)), m_instance(std::move(instance)), m_log(log), m_graveyard(graveyard) {
     m_monitorTimer.setSingleShot(true);
     connect(&m_monitorTimer, &QTimer::timeout, this, &MpvMediaPlayer::checkMonitor);
+    m_positionTimer.setInterval(LiveStreamMonitor::checkInterval);
+    connect(&m_positionTimer, &QTimer::timeout, this,
+            [this] { m_instance->expand("${=time-pos} ${=audio-pts}", positionReply); });
     m_soundTimer.setInterval(soundRetryTime);
     connect(&m_soundTimer, &QTimer::timeout, this, [this] { m_instance->command({"ao-reload"}); });
     connect(&m_log, &MpvLog::line, this, [this](const QString& line) {
@@ -117,6 +122,7 @@ void MpvMediaPlayer::becomeReadyIfDue() {
         return;
     m_status = Status::readyToPlay;
     m_monitor.pictureArrived();
+    m_positionTimer.start();
     checkMonitor();
     Q_EMIT statusChanged();
 }
@@ -132,6 +138,9 @@ void MpvMediaPlayer::handle(const mpv_event& event) {
         break;
     case MPV_EVENT_PROPERTY_CHANGE:
         handleProperty(*static_cast<const mpv_event_property*>(event.data));
+        break;
+    case MPV_EVENT_COMMAND_REPLY:
+        handleReply(event);
         break;
     default:
         break;
@@ -170,6 +179,14 @@ void MpvMediaPlayer::handleProperty(const mpv_event_property& property) {
     }
 }
 
+void MpvMediaPlayer::handleReply(const mpv_event& reply) {
+    if (reply.reply_userdata != positionReply || reply.error < 0)
+        return;
+    const mpv_node& result = static_cast<const mpv_event_command*>(reply.data)->result;
+    if (result.format == MPV_FORMAT_STRING)
+        m_monitor.positioned(QString::fromUtf8(result.u.string));
+}
+
 void MpvMediaPlayer::followSound(std::string_view output) {
     // Without a server the sound goes nowhere, and the library never looks for the next one. Where
     // there was none from the start, there is nothing to look for.
@@ -198,6 +215,7 @@ void MpvMediaPlayer::fail(std::optional<QString> error) {
     if (m_status == Status::failed)
         return;
     m_status = Status::failed;
+    m_positionTimer.stop();
     m_soundTimer.stop();
     m_error = std::move(error);
     Q_EMIT statusChanged();

@@ -48,6 +48,7 @@ private:
     void handle(const mpv_event& event);
     void handleEnd(const mpv_event_end_file& end);
     void handleProperty(const mpv_event_property& property);
+    void handleReply(const mpv_event& reply);
     void openIfDue();
     void becomeReadyIfDue();
     void checkMonitor();
@@ -61,6 +62,8 @@ private:
     MpvGraveyard& m_graveyard;
     LiveStreamMonitor m_monitor;
     QTimer m_monitorTimer;
+    /// Asks whether what plays advances.
+    QTimer m_positionTimer;
     /// Runs while the sound that was there is lost.
     QTimer m_soundTimer;
     bool m_hasBeenHeard = false;

@@ -86,6 +86,25 @@ TEST_F(LiveStreamMonitorTest, GivesADryStreamUpSoonOnlyWhenTheServerRefuses) {
     EXPECT_EQ(failureAfter(1ms), u"HTTP error 403 Forbidden"_s);
 }
 
+TEST_F(LiveStreamMonitorTest, GivesUpWhatClaimsToPlayAndDoesNotAdvance) {
+    playing();
+    const auto standStill = [this](int checks) {
+        for (int i = 0; i < checks; ++i)
+            monitor.positioned(u"12.5"_s);
+    };
+    standStill(Monitor::stallChecks);
+    monitor.positioned(u"12.6"_s);
+    standStill(Monitor::stallChecks);
+    EXPECT_EQ(failureAfter(0s), u"none"_s);
+    monitor.paused(true, now);
+    standStill(Monitor::stallChecks);
+    monitor.paused(false, now);
+    standStill(Monitor::stallChecks);
+    EXPECT_EQ(failureAfter(0s), u"none"_s) << "it stood still while it was paused";
+    standStill(1);
+    EXPECT_EQ(failureAfter(0s), u"Stream stalled"_s);
+}
+
 TEST_F(LiveStreamMonitorTest, ExpectsNothingOfAPausedStream) {
     playing();
     monitor.starved(true, now);
