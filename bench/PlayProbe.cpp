@@ -37,7 +37,7 @@ using Steady = std::chrono::steady_clock;
 
 constexpr auto beat = 1ms;
 /// How long a person looks at a channel that does not come.
-constexpr auto glance = 100ms;
+constexpr auto glance = 50ms;
 constexpr auto patienceForPicture = 30s;
 
 /// Asks the main thread for an answer once in each beat, from a thread of its own, and keeps the

@@ -6,16 +6,21 @@ A figure that is compared is the ratio of two medians over alternating runs (Orv
 
 from __future__ import annotations
 
+import concurrent.futures
+import contextlib
 import json
 import pathlib
 import statistics
 import subprocess
+import tempfile
+import time
 from collections.abc import Callable
 from dataclasses import dataclass
 
 from desktop import Program, wait_until
-from players import (FORMAT, MPV_GPU, PLACE, SCREEN_PLACE, Room, cpu_seconds, cpu_share, memory_mib, threads,
-                     wait_for_ytdlp, wake_ups)
+from hours import HOURS, FastSite
+from players import (FORMAT, MPV_GPU, PLACE, SCREEN_PLACE, Room, cpu_seconds, cpu_share, memory_mib, own_memory_mib,
+                     threads, wait_for_ytdlp, wake_ups)
 
 RUNS = 5
 # Of play in each run: together the 30 seconds that are measured.
@@ -128,62 +133,140 @@ def cached(bench: Bench) -> list[Row]:
     return [compared("channel to picture, address cached", "ms", orvane, mpv, 1.0)]
 
 
-# The main thread
+# The main thread, and what stays behind
 
 
-def _switch(bench: Bench, each: Callable[[Program, list[str]], None]) -> None:
-    """Has the probe switch, and hands on what it says of every switch."""
-    room = bench.room
-    silent = room.channels[-1]
-    silent.faults["list"] = "hang"
-    with Program(room.desktop, str(bench.build / "play_probe"), room.site.origin, [str(SWITCHES)]) as program:
+@dataclass
+class Residue:
+    """What a program holds when least is going on, in each stretch of a long run: what it never lets go of
+    comes on top of that, however many players are just coming and going."""
 
-        def lines() -> list[str]:
-            # The program's own messages go to the same log.
-            return [line for line in program.log().splitlines() if line.startswith(("played ", "waited "))]
+    memory: list[float]
+    threads: list[float]
 
-        heard = 0
-        while heard < SWITCHES:
-            wait_until(lambda: len(lines()) > heard or program.process.poll() is not None, "a switch")
-            new = lines()[heard:]
+    @staticmethod
+    def of(stretches: list[list[tuple[float, int]]]) -> "Residue":
+        return Residue([min(memory for memory, _ in stretch) for stretch in stretches],
+                       [float(min(count for _, count in stretch)) for stretch in stretches])
+
+    def rows(self, by: str, stretch: str) -> list[Row]:
+        """The last stretch over the second; in the first one everything is made that is kept for good."""
+        note = f"the last {stretch} over the second, the least of each"
+        return [
+            Row(f"memory gained by {by}", "MiB", self.memory, [], self.memory[-1] - self.memory[1], FLAT_MIB, note),
+            Row(f"threads gained by {by}", "", self.threads, [], self.threads[-1] - self.threads[1], 0, note),
+        ]
+
+
+def _sample(pid: int) -> tuple[float, int]:
+    return own_memory_mib(pid), threads(pid)
+
+
+@dataclass
+class Switch:
+    kind: str
+    stall: float
+
+
+class Switches:
+    """The probe that switches, in a room where one channel never answers. Use as a context manager."""
+
+    def __init__(self, bench: Bench):
+        self._bench = bench
+        bench.room.channels[-1].faults["list"] = "hang"
+
+    def __enter__(self) -> "Switches":
+        room = self._bench.room
+        self._program = Program(room.desktop, str(self._bench.build / "play_probe"), room.site.origin, [str(SWITCHES)])
+        self._seen: list[Switch] = []
+        return self
+
+    def __exit__(self, *exception) -> None:
+        self._program.__exit__(*exception)
+
+    def _lines(self) -> list[list[str]]:
+        # The program's own messages go to the same log.
+        return [line.split() for line in self._program.log().splitlines() if line.startswith(("played ", "waited "))]
+
+    def take(self, count: int) -> tuple[list[Switch], list[tuple[float, int]]]:
+        """The next switches, and what the probe held meanwhile."""
+        samples = []
+        first = len(self._seen)
+        while len(self._seen) < first + count:
+            seen = len(self._seen)
+            wait_until(lambda: len(self._lines()) > seen or self._program.process.poll() is not None, "a switch")
+            new = self._lines()[seen:first + count]
             if not new:
-                raise RuntimeError(f"the probe ended: {program.log()[-500:]}")
-            for line in new:
-                heard += 1
-                each(program, line.split())
-                if heard % GROUP == 0:
-                    bench.say(f"{heard} of {SWITCHES}")
+                raise RuntimeError(f"the probe ended: {self._program.log()[-500:]}")
+            self._seen += [Switch(kind, float(stall)) for kind, stall, _ in new]
+            # Rarely: the kernel makes the program wait while it counts.
+            if len(self._seen) // 10 > seen // 10 and self._program.process.poll() is None:
+                samples.append(_sample(self._program.process.pid))
+        self._bench.say(f"{len(self._seen)} of {SWITCHES} switches")
+        return self._seen[first:], samples
 
 
-def switches(bench: Bench) -> list[Row]:
-    """Of one long run, as it is the length that may make memory grow; what is a figure of a hundred
-    switches has a sample for each hundred."""
-    told: list[list[str]] = []
-    memory, crowd = [], []
+class EightHours:
+    """Orvane in a room of its own where hours pass in minutes. Use as a context manager."""
 
-    def sample(program: Program, words: list[str]) -> None:
-        told.append(words)
-        # Rarely: the kernel makes the program wait while it counts.
-        if len(told) % 10 == 0:
-            memory.append(memory_mib(program.process.pid))
-            crowd.append(threads(program.process.pid))
+    def __init__(self, build: pathlib.Path):
+        self._stack = contextlib.ExitStack()
+        self._build = build
 
-    _switch(bench, sample)
-    groups = [told[i:i + GROUP] for i in range(0, SWITCHES, GROUP)]
-    longest = [max(float(stall) for _, stall, _ in group) for group in groups]
-    on_the_way = [statistics.median(float(stall) for kind, stall, _ in group if kind == "played")
-                  for group in groups]
-    part = GROUP // 10
-    means = [statistics.mean(memory[i:i + part]) for i in range(0, len(memory), part)]
-    most = [float(max(crowd[i:i + part])) for i in range(0, len(crowd), part)]
+    def __enter__(self) -> "EightHours":
+        folder = pathlib.Path(self._stack.enter_context(tempfile.TemporaryDirectory()))
+        self._room = self._stack.enter_context(Room(folder, self._build / "orvane", FastSite))
+        self._program = self._stack.enter_context(self._room.orvane())
+        self._program.wait_for("playing")
+        self._hours: list[list[tuple[float, int]]] = [[] for _ in range(HOURS)]
+        return self
+
+    def __exit__(self, *exception) -> None:
+        self._stack.__exit__(*exception)
+
+    def watch(self) -> None:
+        """Until they have passed."""
+        while (hour := int(self._room.site.hours)) < HOURS:
+            if self._program.count("error"):
+                raise RuntimeError(f"the play broke off after {self._room.site.hours:.1f} hours")
+            self._hours[hour].append(_sample(self._program.process.pid))
+            time.sleep(0.5)
+        if self._room.site.missed:
+            raise RuntimeError(f"the play was too slow: it left out {self._room.site.missed} segments")
+
+    def rows(self) -> list[Row]:
+        return Residue.of(self._hours).rows("eight hours of play", "hour")
+
+
+def endurance(bench: Bench) -> list[Row]:
+    """The main thread is looked at while nothing else goes on; then eight hours pass beside the rest of the
+    switches, since neither has an influence on what the other holds."""
+    groups: list[list[Switch]] = []
+    samples: list[list[tuple[float, int]]] = []
+
+    def take(count: int) -> None:
+        for _ in range(count):
+            switches, held = run.take(GROUP)
+            groups.append(switches)
+            samples.append(held)
+
+    with Switches(bench) as run, concurrent.futures.ThreadPoolExecutor(1) as beside:
+        take(RUNS)
+        with EightHours(bench.build) as hours:
+            watching = beside.submit(hours.watch)
+            take(SWITCHES // GROUP - RUNS)
+            bench.say("the rest of eight hours")
+            watching.result()
+    longest = [max(switch.stall for switch in group) for group in groups[:RUNS]]
+    on_the_way = [statistics.median(switch.stall for switch in group if switch.kind == "played")
+                  for group in groups[:RUNS]]
     return [
         Row("longest main-thread stall in 100 switches", "ms", longest, [], statistics.median(longest), 50,
             "every third to a server that never answers"),
         Row("the same, on the way to a cached picture", "ms", on_the_way, [], statistics.median(on_the_way), 16,
             "the median switch of each hundred"),
-        Row("memory gained by switching", "MiB", means, [], means[-1] - means[1], FLAT_MIB,
-            f"the last hundred of {SWITCHES} over the second"),
-        Row("threads gained by switching", "", most, [], most[-1] - most[1], 0, "likewise, the most of each"),
+        *Residue.of(samples).rows(f"{SWITCHES} switches", "hundred"),
+        *hours.rows(),
     ]
 
 
@@ -284,4 +367,4 @@ def parts(bench: Bench) -> list[Row]:
 
 # In the order in which they are measured.
 MEASURES = {function.__name__: function for function in
-            (window, uncached, cached, small, full, closed, parts, switches)}
+            (window, uncached, cached, small, full, closed, parts, endurance)}

@@ -49,6 +49,11 @@ def memory_mib(pid: int) -> float:
     return _number(f"/proc/{pid}/smaps_rollup", "Pss:") / 1024
 
 
+def own_memory_mib(pid: int) -> float:
+    """What it has of its own, whoever else uses the same libraries."""
+    return _number(f"/proc/{pid}/smaps_rollup", "Pss_Anon:") / 1024
+
+
 def threads(pid: int) -> int:
     return _number(f"/proc/{pid}/status", "Threads:")
 
@@ -96,14 +101,18 @@ def wait_for_ytdlp(pid: int, page: str) -> float:
 class Room:
     """A desktop with a live site, on which one player at a time plays. Use as a context manager."""
 
-    def __init__(self, folder: pathlib.Path, orvane: pathlib.Path):
+    def __init__(self, folder: pathlib.Path, orvane: pathlib.Path, site: type[LiveSite] = LiveSite):
         self._folder = folder
+        self._make_site = site
         self._orvane = str(orvane)
         self._stack = contextlib.ExitStack()
 
     def __enter__(self) -> "Room":
-        self.site = self._stack.enter_context(LiveSite(self._folder))
+        self.site = self._stack.enter_context(self._make_site(self._folder))
         self.desktop = self._stack.enter_context(Desktop())
+        # Every desktop has one, and what is not there is looked for again and again.
+        environment = self.desktop.environment
+        environment["DBUS_SYSTEM_BUS_ADDRESS"] = environment["DBUS_SESSION_BUS_ADDRESS"]
         self.screen = self._stack.enter_context(Screen(self.desktop.display))
         self.channels = list(self.site.channels.values())
         # No picture and no window has this colour.

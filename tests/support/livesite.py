@@ -27,6 +27,7 @@ import sys
 import threading
 import time
 import urllib.parse
+from collections.abc import Callable
 from dataclasses import dataclass, field
 
 LOOP_SECONDS = 60
@@ -108,7 +109,6 @@ def encode_command(channel: Channel, folder: str) -> list[str]:
     command += ["-f", "lavfi", "-i", f"sine=frequency={300 + len(channel.handle) * 20}:r=48000"]
     command += ["-filter_complex", f"{picture},{split};{scales}"]
     for i, variant in enumerate(VARIANTS):
-        os.makedirs(f"{folder}/{variant.name}", exist_ok=True)
         command += ["-map", f"[{names[i]}]", "-map", "0:a", "-t", str(LOOP_SECONDS)]
         command += ["-c:v", "libx264", "-preset", "ultrafast", "-b:v", str(variant.bit_rate)]
         command += ["-pix_fmt", "yuv420p", "-g", str(FRAME_RATE * SEGMENT_SECONDS)]
@@ -120,9 +120,14 @@ def encode_command(channel: Channel, folder: str) -> list[str]:
 
 def encoded(channel: Channel) -> pathlib.Path:
     """The folder with the channel's segments; makes it where it is not there yet."""
-    recipe = " ".join(encode_command(channel, os.devnull + "-folder")[1:])
-    recipe = f"1 {recipe}"
-    folder = cache_folder() / hashlib.sha256(recipe.encode()).hexdigest()[:16]
+    return kept(lambda folder: [["mkdir", "-p", *(f"{folder}/{variant.name}" for variant in VARIANTS)],
+                                encode_command(channel, folder)])
+
+
+def kept(recipe: Callable[[str], list[list[str]]]) -> pathlib.Path:
+    """The folder with what the commands of the recipe make there; runs them if they have not been yet."""
+    text = f"2 {recipe('FOLDER')}"
+    folder = cache_folder() / hashlib.sha256(text.encode()).hexdigest()[:16]
     folder.parent.mkdir(parents=True, exist_ok=True)
     # Two tests that start at once must not encode the same thing twice.
     with open(f"{folder}.lock", "w", encoding="ascii") as lock:
@@ -130,7 +135,8 @@ def encoded(channel: Channel) -> pathlib.Path:
         if not folder.exists():
             unfinished = f"{folder}.new"
             shutil.rmtree(unfinished, ignore_errors=True)
-            subprocess.run(encode_command(channel, unfinished), check=True)
+            for command in recipe(unfinished):
+                subprocess.run(command, check=True)
             os.rename(unfinished, folder)
     return folder
 
@@ -308,6 +314,8 @@ class _Server(http.server.ThreadingHTTPServer):
 
 class _Handler(http.server.BaseHTTPRequestHandler):
     protocol_version = "HTTP/1.1"
+    # Head and body are written apart; the second would wait for the first to be acknowledged.
+    disable_nagle_algorithm = True
     server: _Server
 
     def log_message(self, *_):

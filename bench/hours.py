@@ -1,0 +1,80 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""A live site on which hours pass in minutes.
+
+No player plays a live stream faster than it comes, so this one comes faster: its pictures, and the
+segments that they come in, follow each other at many times the pace that they would have. A player takes
+it for a stream of very many, very small pictures a second."""
+
+from __future__ import annotations
+
+import pathlib
+import threading
+import time
+
+from livesite import STANDARD_CHANNELS, Channel, LiveSite, kept
+
+# Of the clock of this site to that on the wall.
+SPEED = 240
+# Of the site's time, as everything below that does not say otherwise.
+FRAME_RATE = 5
+SEGMENT_SECONDS = 2
+ENCODED_HOURS = 1
+HOURS = 8
+# How far from the newest segment a player begins, and for how long one that has come can be had.
+LEAD = 240
+LISTED = 3 * LEAD
+# As the list announces a segment. With less, players would ask for the list before each of them.
+ANNOUNCED_SECONDS = 0.25
+
+
+def _recipe(folder: str) -> list[list[str]]:
+    """One segment after the other, with no break in their clock: it takes players some time to get over one."""
+    quiet = ["ffmpeg", "-hide_banner", "-loglevel", "error", "-nostdin", "-y"]
+    rate = FRAME_RATE * SPEED
+    return [
+        ["mkdir", "-p", folder],
+        [*quiet, "-f", "lavfi", "-i", f"testsrc=s=64x36:r={rate}", "-f", "lavfi", "-i", "sine=r=48000",
+         "-t", str(ENCODED_HOURS * 3600 / SPEED), "-c:v", "libx264", "-preset", "ultrafast",
+         "-pix_fmt", "yuv420p", "-g", str(FRAME_RATE * SEGMENT_SECONDS), "-sc_threshold", "0",
+         "-c:a", "aac", "-b:a", "64k", f"{folder}/part.mkv"],
+        # One hour more than is played, so that the stream does not end meanwhile.
+        [*quiet, "-stream_loop", str(HOURS // ENCODED_HOURS), "-i", f"{folder}/part.mkv", "-map", "0",
+         "-c", "copy", "-f", "segment", "-segment_time", str(SEGMENT_SECONDS / SPEED),
+         "-segment_format", "mpegts", f"{folder}/%d.ts"],
+    ]
+
+
+class FastSite(LiveSite):
+    """Plays the same to each who asks, once: its time begins with the first segment that is asked for."""
+
+    def __init__(self, folder: pathlib.Path):
+        super().__init__(folder, STANDARD_CHANNELS[:1])
+        self._folder = kept(_recipe)
+        self._asked = threading.Lock()
+        self._began: float | None = None
+        self._newest = -1
+        self.missed = 0
+
+    @property
+    def hours(self) -> float:
+        """What has been asked for so far."""
+        return (self._newest + 1) * SEGMENT_SECONDS / 3600
+
+    def live_list(self, channel: Channel, variant: str) -> bytes:
+        if self._began is None:
+            last = 2
+        else:
+            last = LEAD + int((time.monotonic() - self._began) * SPEED / SEGMENT_SECONDS)
+        first = max(0, last - LISTED + 1)
+        lines = ["#EXTM3U", "#EXT-X-VERSION:3", "#EXT-X-TARGETDURATION:1", f"#EXT-X-MEDIA-SEQUENCE:{first}"]
+        for number in range(first, last + 1):
+            lines += [f"#EXTINF:{ANNOUNCED_SECONDS},", f"/hls/{channel.handle}/{variant}/{number}.ts"]
+        return ("\n".join(lines) + "\n").encode()
+
+    def segment(self, channel: Channel, variant: str, number: int) -> bytes:
+        with self._asked:
+            if self._began is None:
+                self._began = time.monotonic()
+            self.missed += max(0, number - self._newest - 1)
+            self._newest = max(self._newest, number)
+        return (self._folder / f"{number}.ts").read_bytes()
