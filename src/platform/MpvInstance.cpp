@@ -76,6 +76,30 @@ void apply(mpv_handle* handle, const Options& list) {
         mpv_set_option_string(handle, option.name, option.value);
 }
 
+/// Learns from events when an instance that was stopped has come to rest: it plays nothing, and
+/// nothing in it draws any more.
+class Rest {
+public:
+    static constexpr const char* idle = "idle-active";
+    static constexpr const char* drawing = "vo-configured";
+
+    /// Whether it has, with this event at the latest.
+    [[nodiscard]] bool reached(const mpv_event& event) {
+        if (event.event_id == MPV_EVENT_PROPERTY_CHANGE) {
+            const auto& property = *static_cast<const mpv_event_property*>(event.data);
+            const std::string_view name = property.name;
+            if (property.format == MPV_FORMAT_FLAG && (name == idle || name == drawing))
+                (name == idle ? m_isIdle : m_isDrawing) =
+                    *static_cast<const int*>(property.data) != 0;
+        }
+        return m_isIdle && !m_isDrawing;
+    }
+
+private:
+    bool m_isIdle = false;
+    bool m_isDrawing = true;
+};
+
 } // namespace
 
 std::unique_ptr<MpvInstance> MpvInstance::create(VideoOutput output) {
@@ -139,6 +163,25 @@ bool MpvInstance::createRenderContext(
         },
         this);
     return true;
+}
+
+void MpvInstance::skipPicture() {
+    if (m_renderContext == nullptr)
+        return;
+    const auto skip = [this] {
+        if ((mpv_render_context_update(m_renderContext) & MPV_RENDER_UPDATE_FRAME) == 0)
+            return;
+        int on = 1;
+        int off = 0;
+        std::array parameters{mpv_render_param{MPV_RENDER_PARAM_SKIP_RENDERING, &on},
+                              mpv_render_param{MPV_RENDER_PARAM_BLOCK_FOR_TARGET_TIME, &off},
+                              mpv_render_param{MPV_RENDER_PARAM_INVALID, nullptr}};
+        mpv_render_context_render(m_renderContext, parameters.data());
+    };
+    if (m_withContextCurrent)
+        m_withContextCurrent(skip);
+    else
+        skip();
 }
 
 void MpvInstance::command(const std::vector<const char*>& words) const {
@@ -212,21 +255,18 @@ void MpvGraveyard::bury(std::unique_ptr<MpvInstance> instance) {
     m_stopping.push_back(std::move(instance));
 
     // A renderer that is freed while the library still draws makes the caller wait for it, and
-    // OpenGL's is freed here; once the library idles, that costs little.
-    stopping->onRenderUpdate({});
-    stopping->onEvent([this, stopping](const mpv_event& event) {
-        if (event.event_id != MPV_EVENT_PROPERTY_CHANGE)
-            return;
-        const auto* property = static_cast<const mpv_event_property*>(event.data);
-        if (property->format == MPV_FORMAT_FLAG &&
-            std::string_view(property->name) == "idle-active" &&
-            *static_cast<int*>(property->data) != 0) {
+    // OpenGL's is freed here. The library in turn waits a fifth of a second for each picture that
+    // nobody takes.
+    stopping->onRenderUpdate([stopping] { stopping->skipPicture(); });
+    stopping->skipPicture();
+    stopping->onEvent([this, stopping, rest = Rest()](const mpv_event& event) mutable {
+        if (rest.reached(event))
             QMetaObject::invokeMethod(
                 this, [this, stopping] { destroyStopped(stopping); }, Qt::QueuedConnection);
-        }
     });
     stopping->command({"stop"});
-    mpv_observe_property(stopping->handle(), 0, "idle-active", MPV_FORMAT_FLAG);
+    for (const char* property : {Rest::idle, Rest::drawing})
+        mpv_observe_property(stopping->handle(), 0, property, MPV_FORMAT_FLAG);
 }
 
 void MpvGraveyard::destroyStopped(MpvInstance* instance) {

@@ -61,6 +61,8 @@ private:
 
     explicit MpvInstance(mpv_handle* handle);
     void drainEvents();
+    /// Takes a picture that is ready to be drawn off the library's hands.
+    void skipPicture();
     /// What is left of an instance, to be freed on any thread.
     struct Remains {
         mpv_render_context* renderContext;
