@@ -33,8 +33,12 @@ std::optional<QString> refusalToOpen(const QUrl& url) {
 }
 
 MpvMediaPlayer::MpvMediaPlayer(QUrl url, std::unique_ptr<MpvInstance> instance, MpvLog& log,
-                               MpvGraveyard& graveyard)
-    : m_url(std::move(url)), m_instance(std::move(instance)), m_log(log), m_graveyard(graveyard) {
+                               MpvSound& sound, MpvGraveyard& graveyard)
+    : m_url(std::move(url)),
+      m_instance(std::move(instance)),
+      m_log(log),
+      m_sound(sound),
+      m_graveyard(graveyard) {
     m_monitorTimer.setSingleShot(true);
     connect(&m_monitorTimer, &QTimer::timeout, this, &MpvMediaPlayer::checkMonitor);
     m_positionTimer.setInterval(LiveStreamMonitor::checkInterval);
@@ -191,9 +195,9 @@ void MpvMediaPlayer::followSound(std::string_view output) {
     // Without a server the sound goes nowhere, and the library never looks for the next one. Where
     // there was none from the start, there is nothing to look for.
     if (output != "null") {
-        m_hasBeenHeard = true;
+        m_sound.hasBeenHeard = true;
         m_soundTimer.stop();
-    } else if (m_hasBeenHeard) {
+    } else if (m_sound.hasBeenHeard) {
         m_soundTimer.start();
     }
 }
@@ -232,7 +236,7 @@ QCoro::Task<std::unique_ptr<MediaPlayer>> MpvMediaPlayerFactory::make(QUrl url,
     std::unique_ptr<MpvInstance> instance = MpvInstance::create(m_output);
     if (!instance)
         co_return std::unique_ptr<MediaPlayer>();
-    co_return std::make_unique<MpvMediaPlayer>(std::move(url), std::move(instance), m_log,
+    co_return std::make_unique<MpvMediaPlayer>(std::move(url), std::move(instance), m_log, m_sound,
                                                m_graveyard);
 }
 

@@ -15,6 +15,12 @@ struct mpv_event_property;
 
 namespace orvane {
 
+/// What is known of the machine's sound, by whichever player came to know it.
+struct MpvSound {
+    /// There is a sound server, or there was one.
+    bool hasBeenHeard = false;
+};
+
 /// A `MediaPlayer` over libmpv: one handle for one address. Made by `MpvMediaPlayerFactory`; the
 /// view that shows it draws through its instance. Destroying it hands the instance to the
 /// graveyard, so it is quick even while a server hangs.
@@ -22,7 +28,7 @@ class MpvMediaPlayer final : public MediaPlayer {
     Q_OBJECT
 
 public:
-    MpvMediaPlayer(QUrl url, std::unique_ptr<MpvInstance> instance, MpvLog& log,
+    MpvMediaPlayer(QUrl url, std::unique_ptr<MpvInstance> instance, MpvLog& log, MpvSound& sound,
                    MpvGraveyard& graveyard);
     ~MpvMediaPlayer() override;
 
@@ -59,6 +65,7 @@ private:
     QUrl m_url;
     std::unique_ptr<MpvInstance> m_instance;
     MpvLog& m_log;
+    MpvSound& m_sound;
     MpvGraveyard& m_graveyard;
     LiveStreamMonitor m_monitor;
     QTimer m_monitorTimer;
@@ -66,7 +73,6 @@ private:
     QTimer m_positionTimer;
     /// Runs while the sound that was there is lost.
     QTimer m_soundTimer;
-    bool m_hasBeenHeard = false;
     Status m_status = Status::unknown;
     std::optional<QString> m_error;
     bool m_isOpened = false;
@@ -88,6 +94,7 @@ public:
 
 private:
     MpvLog m_log;
+    MpvSound m_sound;
     MpvGraveyard& m_graveyard;
     VideoOutput m_output;
 };

@@ -92,17 +92,21 @@ def audio_server(ground: Ground) -> str:
     def is_heard() -> bool:
         return bool(ground.desktop.run("pactl", "list", "short", "sink-inputs").strip())
 
-    first = start()
+    server = start()
     ground.start()
     ground.plays()
     wait_until(is_heard, "the sound")
-    end(first)
+    end(server)
     ground.plays()
-    start()
-    ground.plays()
+    server = start()
     wait_until(is_heard, "the sound again")
     ground.plays()
-    return "plays on without sound; the sound comes back with the next one"
+    end(server)
+    ground.other_channel_plays()
+    start()
+    wait_until(is_heard, "the sound of the other channel")
+    ground.plays("AlHadath")
+    return "plays on without sound, another channel too; the sound comes back with the next server"
 
 
 # The screen
