@@ -19,8 +19,8 @@ from dataclasses import dataclass
 
 from desktop import Program, wait_until
 from hours import HOURS, FastSite
-from players import (FORMAT, MPV_GPU, PLACE, SCREEN_PLACE, Room, cpu_seconds, cpu_share, memory_mib, own_memory_mib,
-                     threads, wait_for_ytdlp, wake_ups)
+from players import FORMAT, MPV_GPU, PLACE, SCREEN_PLACE, Room, wait_for_ytdlp
+from processes import cpu_seconds, cpu_share, memory_mib, own_memory_mib, threads, wake_ups
 
 RUNS = 5
 # Of play in each run: together the 30 seconds that are measured.

@@ -1,17 +1,17 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """The player window on a desktop: where it is, what a mouse does with it, and how it vanishes."""
 
-import pathlib
 import time
 import unittest
 
 from case import BUILD, DesktopCase
 from desktop import Backdrop, Desktop, WaylandDesktop, wait_until
+from processes import memory_mib
 
 BAR_GREY = 220
 COLOUR = (0, 170, 0)
 # What buffers that happen to be in use make of the memory; the sanitizers keep what was freed.
-NOISE_KIB = 5 * 1024 if "asan" not in BUILD else 200 * 1024
+NOISE_MIB = 5 if "asan" not in BUILD else 200
 
 
 def is_backdrop(pixel) -> bool:
@@ -392,10 +392,6 @@ class Ghost(WindowCase):
         program.tell("ghost on")
         inside, outside = self.centre(), (100, 300)
 
-        def memory() -> int:
-            text = pathlib.Path(f"/proc/{program.process.pid}/smaps_rollup").read_text(encoding="ascii")
-            return int(text.split("Pss:")[1].split()[0])
-
         def pointed(place, property_is):
             self.desktop.point(*place)
             opacity = lambda: self.desktop.run("xprop", "-id", window, "_NET_WM_WINDOW_OPACITY")
@@ -407,9 +403,9 @@ class Ghost(WindowCase):
             pointed(inside, lambda text: text.split()[-1] == "0")
             pointed(outside, lambda text: "not found" in text or text.split()[-1] == str(0xFFFFFFFF))
             if i % 25 == 24:
-                samples.append(memory())
-        print("memory after each 50 transitions, KiB:", samples)
-        self.assertLess(samples[-1] - samples[0], NOISE_KIB)
+                samples.append(memory_mib(program.process.pid))
+        print("memory after each 50 transitions, MiB:", samples)
+        self.assertLess(samples[-1] - samples[0], NOISE_MIB)
         program.tell("ghost off")
         frame = program.frame()
         samples = []
@@ -418,9 +414,9 @@ class Ghost(WindowCase):
             full = (i % 2 == 0)
             self.wait_for_frame((0, 0, 1280, 720) if full else frame, f"toggle {i}")
             if i % 50 == 49:
-                samples.append(memory())
-        print("memory after each 50 toggles, KiB:", samples)
-        self.assertLess(samples[-1] - samples[0], NOISE_KIB)
+                samples.append(memory_mib(program.process.pid))
+        print("memory after each 50 toggles, MiB:", samples)
+        self.assertLess(samples[-1] - samples[0], NOISE_MIB)
         self.wait_until_shown()
         self.assertEqual(program.quit(), 0)
 

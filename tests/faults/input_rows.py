@@ -217,12 +217,22 @@ def random_input(ground: Ground) -> str:
 
 def random_input_to_the_updater(ground: Ground) -> str:
     """The updater with its window alone, which a build without a feed does not show."""
+    # The wheel beside the window would lead to another desktop, and to no window there.
+    ground.desktop.run("wmctrl", "-n", "1")
     server = ground.lend(UpdateServer(ground.folder))
     server.allowed.set()
     program = ground.run(f"{BUILD}/updater_probe", f"{server.origin}/appcast.xml", server.key, server.certificate)
 
     def heard() -> int:
         return len(program.log().splitlines())
+
+    def opens() -> bool:
+        """Asked for once more, as what was done last may only now have closed it."""
+        before = heard()
+        program.process.stdin.write("check\n")
+        program.process.stdin.flush()
+        wait_until(lambda: heard() > before, "an answer")
+        return bool(hand.windows())
 
     with Input(ground, "updater_probe") as hand:
         monkey = Monkey(ground, hand)
@@ -231,10 +241,7 @@ def random_input_to_the_updater(ground: Ground) -> str:
             if hand.windows():
                 monkey.burst()
             assert program.process.poll() is None, f"the program ended with {program.process.returncode}"
-            before = heard()
-            program.process.stdin.write("check\n")
-            program.process.stdin.flush()
-            wait_until(lambda before=before: heard() > before and hand.windows(), "the window again")
+            wait_until(opens, "the window again")
     return f"opens again each time, with {len(monkey.sizes)} sizes"
 
 

@@ -4,6 +4,7 @@
 #include "platform/HttpClient.h"
 #include "platform/TaskScope.h"
 #include "support/EventLoop.h"
+#include "support/FullDisk.h"
 #include "support/LoopbackServer.h"
 
 #include <QCoroTask>
@@ -15,9 +16,6 @@
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
-
-#include <csignal>
 
 namespace orvane {
 
@@ -351,31 +349,11 @@ TEST_F(UpdaterControllerTest, LeavesNothingOfADownloadThatFails) {
     EXPECT_TRUE(revealed.isEmpty());
 }
 
-/// No file of this process may become larger, as if the disk were full.
-class FullDisk {
-public:
-    explicit FullDisk(rlim_t limit) : m_previousHandler(std::signal(SIGXFSZ, SIG_IGN)) {
-        ::getrlimit(RLIMIT_FSIZE, &m_previous);
-        const rlimit full{.rlim_cur = limit, .rlim_max = m_previous.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &full);
-    }
-    ~FullDisk() {
-        ::setrlimit(RLIMIT_FSIZE, &m_previous);
-        std::signal(SIGXFSZ, m_previousHandler);
-    }
-    FullDisk(const FullDisk&) = delete;
-    FullDisk& operator=(const FullDisk&) = delete;
-
-private:
-    void (*m_previousHandler)(int);
-    rlimit m_previous{};
-};
-
 TEST_F(UpdaterControllerTest, TellsWhenThereIsNoRoom) {
     serveFeed(item("2.3"));
     serveArchive();
     {
-        const FullDisk full(archiveSize / 2);
+        const test::FullDisk full(archiveSize / 2);
         EXPECT_EQ(download(),
                   downloadFailed + u"The file could not be written. Is the disk full?"_s);
     }

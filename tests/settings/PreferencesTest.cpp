@@ -3,6 +3,7 @@
 
 #include "model/BuiltInChannels.h"
 #include "platform/UserDefaults.h"
+#include "support/FullDisk.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -14,10 +15,8 @@
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
 #include <chrono>
-#include <csignal>
 #include <thread>
 
 namespace orvane {
@@ -223,28 +222,11 @@ TEST_F(PreferencesTest, LiveOnInMemoryWhereTheFileCannotBeWritten) {
     EXPECT_EQ(contents(), (QJsonObject{{u"isMuted"_s, true}, {u"volume"_s, 0.5}}));
 }
 
-/// While it lives no file can take a byte, as on a full disk.
-class FullDisk {
-public:
-    FullDisk() {
-        std::signal(SIGXFSZ, SIG_IGN);
-        ::getrlimit(RLIMIT_FSIZE, &m_before);
-        const rlimit none{.rlim_cur = 0, .rlim_max = m_before.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &none);
-    }
-    ~FullDisk() { ::setrlimit(RLIMIT_FSIZE, &m_before); }
-    FullDisk(const FullDisk&) = delete;
-    FullDisk& operator=(const FullDisk&) = delete;
-
-private:
-    rlimit m_before{};
-};
-
 TEST_F(PreferencesTest, SurviveAFullDisk) {
     preferences.setWindowOpacity(0.5);
     defaults.synchronize();
     {
-        const FullDisk disk;
+        const test::FullDisk disk(0);
         preferences.setWindowOpacity(0.6);
         defaults.synchronize();
         EXPECT_DOUBLE_EQ(preferences.windowOpacity(), 0.6);
