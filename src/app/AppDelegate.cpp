@@ -232,17 +232,21 @@ void AppDelegate::playAtLaunch() {
 }
 
 void AppDelegate::playChannel(const QString& id) {
-    const std::optional<Channel> channel = m_services.registry.channel(id);
-    if (!channel)
-        return;
+    if (const std::optional<Channel> channel = m_services.registry.channel(id))
+        open(*channel);
+}
+
+void AppDelegate::open(const Channel& channel) {
     openPlayerWindow();
-    m_services.player.play(*channel);
+    m_services.player.play(channel);
 }
 
 void AppDelegate::menuChannelSelected(const QString& id) {
-    playChannel(id);
-    if (const std::optional<Channel> channel = m_services.registry.channel(id))
-        m_services.telemetry.channelPlayed(*channel);
+    const std::optional<Channel> channel = m_services.registry.channel(id);
+    if (!channel)
+        return;
+    open(*channel);
+    m_services.telemetry.channelPlayed(*channel);
 }
 
 Menu AppDelegate::contextMenu() const {

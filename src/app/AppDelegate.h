@@ -71,6 +71,8 @@ private:
     void registerObservers();
     void markMilestones();
     void openPlayerWindow();
+    /// Opens the player window and plays.
+    void open(const Channel& channel);
     void openSettings();
     void openAddChannel();
     void closePlayerWindow();

@@ -73,6 +73,7 @@ void MpvMediaPlayer::play() {
     openIfDue();
     m_instance->setFlag("pause", false);
     m_monitor.paused(false, now());
+    followPosition();
     checkMonitor();
 }
 
@@ -80,6 +81,7 @@ void MpvMediaPlayer::pause() {
     m_wantsToPlay = false;
     m_instance->setFlag("pause", true);
     m_monitor.paused(true, now());
+    followPosition();
     checkMonitor();
 }
 
@@ -126,7 +128,7 @@ void MpvMediaPlayer::becomeReadyIfDue() {
         return;
     m_status = Status::readyToPlay;
     m_monitor.pictureArrived();
-    m_positionTimer.start();
+    followPosition();
     checkMonitor();
     Q_EMIT statusChanged();
 }
@@ -183,6 +185,13 @@ void MpvMediaPlayer::handleProperty(const mpv_event_property& property) {
     }
 }
 
+void MpvMediaPlayer::followPosition() {
+    if (m_wantsToPlay && m_status == Status::readyToPlay)
+        m_positionTimer.start();
+    else
+        m_positionTimer.stop();
+}
+
 void MpvMediaPlayer::handleReply(const mpv_event& reply) {
     if (reply.reply_userdata != positionReply || reply.error < 0)
         return;
@@ -219,7 +228,7 @@ void MpvMediaPlayer::fail(std::optional<QString> error) {
     if (m_status == Status::failed)
         return;
     m_status = Status::failed;
-    m_positionTimer.stop();
+    followPosition();
     m_soundTimer.stop();
     m_error = std::move(error);
     Q_EMIT statusChanged();

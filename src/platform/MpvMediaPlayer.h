@@ -58,6 +58,8 @@ private:
     void openIfDue();
     void becomeReadyIfDue();
     void checkMonitor();
+    /// Has the position asked for while it should advance, and only then.
+    void followPosition();
     /// `output` is the library's name for where the sound goes.
     void followSound(std::string_view output);
     void fail(std::optional<QString> error);
