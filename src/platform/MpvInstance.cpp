@@ -13,7 +13,6 @@
 
 #include <algorithm>
 #include <array>
-#include <clocale>
 #include <utility>
 
 namespace orvane {
@@ -102,9 +101,7 @@ private:
 
 } // namespace
 
-std::unique_ptr<MpvInstance> MpvInstance::create(VideoOutput output) {
-    // The library refuses to work where a decimal point may be a comma.
-    std::setlocale(LC_NUMERIC, "C");
+mpv_handle* MpvInstance::makeHandle(VideoOutput output) {
     mpv_handle* handle = mpv_create();
     if (handle == nullptr)
         return nullptr;
@@ -118,7 +115,7 @@ std::unique_ptr<MpvInstance> MpvInstance::create(VideoOutput output) {
         mpv_terminate_destroy(handle);
         return nullptr;
     }
-    return std::unique_ptr<MpvInstance>(new MpvInstance(handle));
+    return handle;
 }
 
 MpvInstance::MpvInstance(mpv_handle* handle) : m_handle(handle) {

@@ -28,8 +28,11 @@ class MpvInstance final : public QObject {
     Q_OBJECT
 
 public:
-    /// Null when the library cannot be set up at all.
-    [[nodiscard]] static std::unique_ptr<MpvInstance> create(VideoOutput output);
+    /// Null when the library cannot be set up at all. Any thread; takes some milliseconds. The
+    /// library refuses to work where a decimal point may be a comma (`LC_NUMERIC`).
+    [[nodiscard]] static mpv_handle* makeHandle(VideoOutput output);
+    /// Takes the handle over.
+    explicit MpvInstance(mpv_handle* handle);
     ~MpvInstance() override;
 
     [[nodiscard]] mpv_handle* handle() const { return m_handle; }
@@ -59,7 +62,6 @@ public:
 private:
     friend class MpvGraveyard;
 
-    explicit MpvInstance(mpv_handle* handle);
     void drainEvents();
     /// Takes a picture that is ready to be drawn off the library's hands.
     void skipPicture();

@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/MpvMediaPlayer.h"
 
+#include <QCoroFuture>
+#include <QtConcurrentRun>
+
 #include <mpv/client.h>
 
 #include <algorithm>
+#include <clocale>
 #include <string_view>
 
 namespace orvane {
@@ -242,9 +246,17 @@ QCoro::Task<std::unique_ptr<MediaPlayer>> MpvMediaPlayerFactory::make(QUrl url,
     co_await m_graveyard.room(stop);
     if (stop.stop_requested())
         co_return std::unique_ptr<MediaPlayer>();
-    std::unique_ptr<MpvInstance> instance = MpvInstance::create(m_output);
-    if (!instance)
+    std::setlocale(LC_NUMERIC, "C");
+    const QFuture<mpv_handle*> making =
+        QtConcurrent::run(&m_makers, MpvInstance::makeHandle, m_output);
+    mpv_handle* handle = co_await making;
+    if (handle == nullptr)
         co_return std::unique_ptr<MediaPlayer>();
+    auto instance = std::make_unique<MpvInstance>(handle);
+    if (stop.stop_requested()) {
+        m_graveyard.bury(std::move(instance));
+        co_return std::unique_ptr<MediaPlayer>();
+    }
     co_return std::make_unique<MpvMediaPlayer>(std::move(url), std::move(instance), m_log, m_sound,
                                                m_graveyard);
 }

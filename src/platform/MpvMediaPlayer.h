@@ -6,6 +6,7 @@
 #include "platform/MpvInstance.h"
 #include "platform/MpvLog.h"
 
+#include <QThreadPool>
 #include <QTimer>
 
 #include <string_view>
@@ -99,6 +100,8 @@ private:
     MpvSound m_sound;
     MpvGraveyard& m_graveyard;
     VideoOutput m_output;
+    /// Of its own: one that others share may be full of those who wait for a bus that hangs.
+    QThreadPool m_makers;
 };
 
 } // namespace orvane
