@@ -240,6 +240,8 @@ MpvInstance::Remains MpvInstance::release() {
 
 MpvGraveyard::MpvGraveyard() {
     m_destroyers.setMaxThreadCount(maximumCount);
+    // The next player is mostly far away, and an idle thread is of no use until then.
+    m_destroyers.setExpiryTimeout(0);
 }
 
 MpvGraveyard::~MpvGraveyard() {

@@ -239,7 +239,10 @@ void MpvMediaPlayer::fail(std::optional<QString> error) {
 }
 
 MpvMediaPlayerFactory::MpvMediaPlayerFactory(MpvGraveyard& graveyard, VideoOutput output)
-    : m_graveyard(graveyard), m_output(output) {}
+    : m_graveyard(graveyard), m_output(output) {
+    // The next player is mostly far away, and an idle thread is of no use until then.
+    m_makers.setExpiryTimeout(0);
+}
 
 QCoro::Task<std::unique_ptr<MediaPlayer>> MpvMediaPlayerFactory::make(QUrl url,
                                                                       std::stop_token stop) {
