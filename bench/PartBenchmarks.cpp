@@ -6,11 +6,12 @@
 #include "app/Services.h"
 #include "app/WindowCollaborators.h"
 #include "model/ChannelLookup.h"
-#include "platform/VideoView.h"
+#include "platform/media/VideoView.h"
 #include "support/RecordingActions.h"
-#include "ui/ContextMenuBuilder.h"
-#include "ui/SettingsWindow.h"
-#include "ui/StatusMenuBuilder.h"
+#include "ui/menus/ContextMenuBuilder.h"
+#include "ui/menus/MenuRenderer.h"
+#include "ui/menus/StatusMenuBuilder.h"
+#include "ui/settings/SettingsWindow.h"
 
 #include <QApplication>
 #include <QMenu>
@@ -103,7 +104,7 @@ void stepFromLast(benchmark::State& state) {
 }
 
 void showPage(benchmark::State& state, const QString& title) {
-    SettingsWindow window(settingsWindowCollaborators(household(state).services));
+    SettingsWindow window(settingsWindowCollaborators(household(state).services, {}));
     auto* tabs = window.findChild<QTabWidget*>(u"tabView"_s);
     for (int i = 0; i < tabs->count(); ++i) {
         if (tabs->tabText(i) == title)

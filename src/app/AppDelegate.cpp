@@ -3,15 +3,15 @@
 
 #include "app/Services.h"
 #include "app/WindowCollaborators.h"
-#include "model/AppNotification.h"
-#include "platform/FirstExposure.h"
-#include "platform/Overloaded.h"
-#include "platform/ShowInFolder.h"
-#include "platform/UpdaterDialog.h"
-#include "platform/VideoView.h"
-#include "ui/Menu.h"
+#include "base/Overloaded.h"
+#include "platform/desktop/ShowInFolder.h"
+#include "platform/media/VideoView.h"
+#include "platform/windowing/FirstExposure.h"
+#include "state/AppNotification.h"
 #include "ui/MissingFonts.h"
-#include "ui/PlayerContainerView.h"
+#include "ui/UpdaterDialog.h"
+#include "ui/menus/Menu.h"
+#include "ui/player/PlayerContainerView.h"
 
 #include <QApplication>
 #include <QDebug>
@@ -176,7 +176,9 @@ void AppDelegate::markMilestones() {
 void AppDelegate::openPlayerWindow() {
     if (!m_playerWindow) {
         m_playerWindow =
-            std::make_unique<PlayerWindow>(playerWindowCollaborators(m_services, *this));
+            std::make_unique<PlayerWindow>(playerWindowCollaborators(m_services, *this, [this] {
+                return ContextMenuBuilder::build(m_menuSources, m_menuBarManager.presence());
+            }));
         m_playerWindow->winId(); // Makes the native window, whose first exposure is awaited.
         new FirstExposure(m_playerWindow->windowHandle(), [this] {
             m_services.timeline.mark("window-shown");
@@ -192,8 +194,11 @@ void AppDelegate::openPlayerWindow() {
 
 void AppDelegate::openSettings() {
     if (!m_settingsWindow)
-        m_settingsWindow =
-            std::make_unique<SettingsWindow>(settingsWindowCollaborators(m_services));
+        m_settingsWindow = std::make_unique<SettingsWindow>(
+            settingsWindowCollaborators(m_services, [this](const QSizeF& size) {
+                if (m_playerWindow)
+                    m_playerWindow->setContentSize(size);
+            }));
     bringToFront(*m_settingsWindow);
 }
 
@@ -247,10 +252,6 @@ void AppDelegate::menuChannelSelected(const QString& id) {
         return;
     open(*channel);
     m_services.telemetry.channelPlayed(*channel);
-}
-
-Menu AppDelegate::contextMenu() const {
-    return ContextMenuBuilder::build(m_menuSources, m_menuBarManager.presence());
 }
 
 void AppDelegate::menuResolutionSelected(const QString& text) {
@@ -353,7 +354,7 @@ void AppDelegate::applicationWillTerminate() {
 
 QCoro::Task<> AppDelegate::drain() {
     co_await m_services.tasks.join();
-    co_await m_services.graveyard.empty();
+    co_await m_services.teardown.empty();
     m_isDrained = true;
     QCoreApplication::exit(0);
 }

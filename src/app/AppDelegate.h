@@ -2,16 +2,16 @@
 #pragma once
 
 #include "app/DesktopIntegration.h"
-#include "app/Verb.h"
+#include "app/commands/Verb.h"
+#include "base/NotificationCenter.h"
 #include "model/Channel.h"
-#include "platform/NotificationCenter.h"
-#include "platform/UpdaterController.h"
 #include "ui/AboutWindow.h"
 #include "ui/ApplicationActions.h"
 #include "ui/HotkeyManager.h"
-#include "ui/MenuBarManager.h"
-#include "ui/PlayerWindow.h"
-#include "ui/SettingsWindow.h"
+#include "ui/menus/MenuBarManager.h"
+#include "ui/player/PlayerWindow.h"
+#include "ui/settings/SettingsWindow.h"
+#include "updates/UpdaterController.h"
 
 #include <QCoroTask>
 #include <QObject>
@@ -43,7 +43,6 @@ public:
     /// soon as no child process and no player is left, or when the person has waited long enough.
     void terminate() override;
 
-    [[nodiscard]] Menu contextMenu() const override;
     void showPlayer() override;
     void playChannel(const QString& id) override;
     void menuChannelSelected(const QString& id) override;

@@ -2,10 +2,10 @@
 #pragma once
 
 #include "app/RemoteControl.h"
-#include "platform/DesktopScreenSaver.h"
-#include "platform/MessageBus.h"
-#include "platform/NetworkWatcher.h"
-#include "platform/SleepWatcher.h"
+#include "platform/desktop/DesktopScreenSaver.h"
+#include "platform/desktop/MessageBus.h"
+#include "platform/desktop/NetworkWatcher.h"
+#include "platform/desktop/SleepWatcher.h"
 #include "playback/ChannelRecovery.h"
 #include "playback/ScreenKeeper.h"
 

@@ -2,14 +2,14 @@
 #include "app/Launch.h"
 
 #include "app/AppDelegate.h"
-#include "app/ChannelText.h"
-#include "app/CommandLine.h"
+#include "app/commands/ChannelText.h"
+#include "app/commands/CommandLine.h"
 #include "model/AppConstants.h"
-#include "model/ChannelRegistry.h"
-#include "platform/DisplayChoice.h"
-#include "platform/UserDefaults.h"
-#include "platform/X11.h"
+#include "platform/windowing/DisplayChoice.h"
+#include "platform/windowing/X11.h"
 #include "settings/Preferences.h"
+#include "settings/UserDefaults.h"
+#include "state/ChannelRegistry.h"
 
 #include <QFileInfo>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "app/Verb.h"
-#include "platform/SingleInstance.h"
+#include "app/commands/Verb.h"
+#include "platform/instance/SingleInstance.h"
 
 #include <QList>
 #include <QString>

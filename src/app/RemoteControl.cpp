@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/RemoteControl.h"
 
-#include "model/AppNotification.h"
-#include "model/AppState.h"
-#include "model/ChannelRegistry.h"
 #include "playback/PlayerManager.h"
+#include "state/AppNotification.h"
+#include "state/AppState.h"
+#include "state/ChannelRegistry.h"
 #include "ui/ApplicationActions.h"
 
 #include <cmath>

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/Environment.h"
+#include "base/NotificationCenter.h"
 #include "model/Channel.h"
-#include "platform/Environment.h"
-#include "platform/MediaRemote.h"
-#include "platform/NotificationCenter.h"
+#include "platform/desktop/mpris/MediaRemote.h"
 
 #include <QObject>
 

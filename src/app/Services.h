@@ -1,28 +1,28 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "model/AppState.h"
-#include "model/ChannelRegistry.h"
-#include "platform/Autostart.h"
-#include "platform/Clock.h"
-#include "platform/Environment.h"
-#include "platform/HttpClient.h"
-#include "platform/MpvInstance.h"
-#include "platform/MpvMediaPlayer.h"
-#include "platform/NotificationCenter.h"
-#include "platform/Process.h"
-#include "platform/SystemEventMonitor.h"
-#include "platform/TaskScope.h"
-#include "platform/Timeline.h"
-#include "platform/UpdaterController.h"
-#include "platform/UserDefaults.h"
+#include "app/Environment.h"
+#include "app/Timeline.h"
+#include "base/Clock.h"
+#include "base/NotificationCenter.h"
+#include "base/TaskScope.h"
+#include "platform/desktop/Autostart.h"
+#include "platform/media/MpvInstance.h"
+#include "platform/media/MpvMediaPlayer.h"
+#include "platform/system/HttpClient.h"
+#include "platform/system/Process.h"
+#include "platform/windowing/SystemEventMonitor.h"
 #include "playback/PlayerManager.h"
 #include "playback/SleepTimer.h"
 #include "settings/Preferences.h"
+#include "settings/UserDefaults.h"
+#include "state/AppState.h"
+#include "state/ChannelRegistry.h"
 #include "streaming/ChannelResolver.h"
 #include "streaming/StreamResolver.h"
 #include "streaming/YtDlpManager.h"
 #include "telemetry/TelemetryService.h"
+#include "updates/UpdaterController.h"
 
 #include <optional>
 
@@ -53,7 +53,7 @@ struct Services {
     LocalProcessRunner processes;
     HttpClient http;
     TelemetryService telemetry;
-    MpvGraveyard graveyard;
+    MpvTeardownQueue teardown;
     MpvMediaPlayerFactory players;
     YtDlpManager ytDlp;
     StreamResolver resolver;

@@ -6,17 +6,20 @@
 namespace orvane {
 
 PlayerWindow::Collaborators playerWindowCollaborators(Services& services,
-                                                      ApplicationActions& actions) {
+                                                      ApplicationActions& actions,
+                                                      std::function<Menu()> contextMenu) {
     return {.preferences = services.preferences,
             .state = services.state,
             .player = services.player,
             .notifications = services.notifications,
             .events = services.events,
             .actions = actions,
+            .contextMenu = std::move(contextMenu),
             .videoOutput = services.videoOutput};
 }
 
-SettingsWindow::Collaborators settingsWindowCollaborators(Services& services) {
+SettingsWindow::Collaborators
+settingsWindowCollaborators(Services& services, std::function<void(QSizeF)> resizePlayer) {
     return {.preferences = services.preferences,
             .registry = services.registry,
             .state = services.state,
@@ -27,7 +30,8 @@ SettingsWindow::Collaborators settingsWindowCollaborators(Services& services) {
                     return resolver.resolve(input, std::move(stop));
                 },
             .siteHost = services.videoSite ? services.videoSite->host() : QString(),
-            .autostart = services.autostart};
+            .autostart = services.autostart,
+            .resizePlayer = std::move(resizePlayer)};
 }
 
 } // namespace orvane

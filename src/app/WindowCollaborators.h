@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "ui/PlayerWindow.h"
-#include "ui/SettingsWindow.h"
+#include "ui/player/PlayerWindow.h"
+#include "ui/settings/SettingsWindow.h"
 
 namespace orvane {
 
@@ -10,8 +10,10 @@ class ApplicationActions;
 struct Services;
 
 /// What the windows need of the services, which outlive them, as `actions` does. Main thread.
-[[nodiscard]] PlayerWindow::Collaborators playerWindowCollaborators(Services& services,
-                                                                    ApplicationActions& actions);
-[[nodiscard]] SettingsWindow::Collaborators settingsWindowCollaborators(Services& services);
+[[nodiscard]] PlayerWindow::Collaborators
+playerWindowCollaborators(Services& services, ApplicationActions& actions,
+                          std::function<Menu()> contextMenu);
+[[nodiscard]] SettingsWindow::Collaborators
+settingsWindowCollaborators(Services& services, std::function<void(QSizeF)> resizePlayer);
 
 } // namespace orvane

@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/AppDelegate.h"
+#include "app/Environment.h"
 #include "app/Launch.h"
 #include "app/Services.h"
 #include "model/AppConstants.h"
-#include "platform/Environment.h"
-#include "platform/Memory.h"
-#include "platform/TerminationSignals.h"
-#include "platform/VideoView.h"
-#include "ui/MenuBarManager.h"
+#include "platform/media/VideoView.h"
+#include "platform/system/Memory.h"
+#include "platform/system/SearchPath.h"
+#include "platform/system/TerminationSignals.h"
+#include "ui/ApplicationIcon.h"
 
 #include <QApplication>
 #include <QDir>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/Origin.h"
 #include "model/ChannelCategory.h"
-#include "platform/Environment.h"
 
 #include <QHashFunctions>
 #include <QString>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "playback/PlayerManager.h"
 
-#include "model/AppState.h"
-#include "platform/TaskScope.h"
+#include "base/TaskScope.h"
+#include "state/AppState.h"
 #include "streaming/StreamResolver.h"
 
 #include <algorithm>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "model/Channel.h"
-#include "platform/MediaPlayer.h"
+#include "platform/media/MediaPlayer.h"
 
 #include <QCoroTask>
 #include <QObject>

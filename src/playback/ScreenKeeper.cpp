@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "playback/ScreenKeeper.h"
 
-#include "model/AppNotification.h"
-#include "model/AppState.h"
-#include "platform/Clock.h"
-#include "platform/ScreenSaverInhibitor.h"
-#include "platform/TaskScope.h"
+#include "base/Clock.h"
+#include "base/TaskScope.h"
+#include "platform/desktop/ScreenSaverInhibitor.h"
+#include "state/AppNotification.h"
+#include "state/AppState.h"
 
 namespace orvane {
 

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "playback/SleepTimer.h"
 
-#include "model/AppNotification.h"
-#include "model/AppState.h"
-#include "platform/Clock.h"
-#include "platform/TaskScope.h"
+#include "base/Clock.h"
+#include "base/TaskScope.h"
 #include "playback/PlayerManager.h"
+#include "state/AppNotification.h"
+#include "state/AppState.h"
 
 #include <algorithm>
 

@@ -2,8 +2,8 @@
 #include "settings/Preferences.h"
 
 #include "model/BuiltInChannels.h"
-#include "platform/UserDefaults.h"
 #include "settings/CustomChannelEntry.h"
+#include "settings/UserDefaults.h"
 
 #include <QJsonArray>
 #include <QLocale>

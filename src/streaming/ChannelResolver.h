@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/Environment.h"
-#include "platform/HostFileSystem.h"
-#include "platform/Process.h"
+#include "base/Origin.h"
+#include "platform/system/HostFileSystem.h"
+#include "platform/system/Process.h"
 
 #include <QByteArray>
 #include <QCoroTask>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/Clock.h"
 #include "model/Channel.h"
 #include "model/Resolution.h"
-#include "platform/Clock.h"
 #include "streaming/StreamError.h"
 #include "streaming/YtDlpLocator.h"
 

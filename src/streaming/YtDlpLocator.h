@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/HostFileSystem.h"
-#include "platform/Process.h"
+#include "platform/system/HostFileSystem.h"
+#include "platform/system/Process.h"
 #include "streaming/StreamError.h"
 
 #include <QCoroTask>

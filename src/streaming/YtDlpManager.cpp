@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "streaming/YtDlpManager.h"
 
-#include "platform/Clock.h"
-#include "platform/HttpClient.h"
-#include "platform/TaskScope.h"
+#include "base/Clock.h"
+#include "base/TaskScope.h"
+#include "platform/system/HttpClient.h"
 #include "streaming/Which.h"
 
 #include <QDir>
@@ -55,14 +55,12 @@ QString errorDescription(YtDlpError error) {
 }
 
 YtDlpManager::YtDlpManager(HostFileSystem host, ProcessRunner& processes, Clock& clock,
-                           HttpClient& http, const Environment& environment, TaskScope& background)
+                           HttpClient& http, YtDlpSources sources, TaskScope& background)
     : m_host(std::move(host)),
       m_processes(processes),
       m_clock(clock),
       m_http(http),
-      m_gitHubApi(environment.gitHubApi),
-      m_gitHub(environment.gitHub),
-      m_gitHubRaw(environment.gitHubRaw),
+      m_sources(std::move(sources)),
       m_background(background),
       m_searchPaths{m_host.systemPath(u"/opt/homebrew/bin/yt-dlp"_s),
                     m_host.systemPath(u"/usr/local/bin/yt-dlp"_s),
@@ -207,12 +205,12 @@ QCoro::Task<std::optional<QString>> YtDlpManager::existingAfter(QString program,
 }
 
 QCoro::Task<> YtDlpManager::installHomebrew() {
-    if (!m_gitHubRaw)
+    if (!m_sources.gitHubRaw)
         co_return;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(u"NONINTERACTIVE"_s, u"1"_s);
     environment.insert(u"CI"_s, u"1"_s);
-    const QString script = m_gitHubRaw->address(u"/Homebrew/install/HEAD/install.sh");
+    const QString script = m_sources.gitHubRaw->address(u"/Homebrew/install/HEAD/install.sh");
     const ProcessRequest request{
         .program = m_host.systemPath(u"/bin/bash"_s),
         .arguments = {u"-c"_s,
@@ -224,7 +222,7 @@ QCoro::Task<> YtDlpManager::installHomebrew() {
 }
 
 QCoro::Task<std::optional<QString>> YtDlpManager::downloadBinary() {
-    if (!m_gitHub)
+    if (!m_sources.gitHub)
         co_return std::nullopt;
     const QString folder = m_host.home() + u"/.local/bin"_s;
     QDir().mkpath(folder);
@@ -232,12 +230,12 @@ QCoro::Task<std::optional<QString>> YtDlpManager::downloadBinary() {
     QTemporaryFile unfinished(folder + u"/.yt-dlp-XXXXXX"_s);
     if (!unfinished.open())
         co_return std::nullopt;
-    const QString address = m_gitHub->address(QString(releaseFiles + releasedExecutable));
+    const QString address = m_sources.gitHub->address(QString(releaseFiles + releasedExecutable));
     const std::optional<QByteArray> sha256 =
         co_await m_http.download(address, unfinished.fileName(), m_stop.get_token());
     if (!sha256)
         co_return std::nullopt;
-    const bool agrees = co_await checksumAgrees(*m_gitHub, *sha256);
+    const bool agrees = co_await checksumAgrees(*m_sources.gitHub, *sha256);
     if (!agrees)
         co_return std::nullopt;
     // Executable before it has its name: a tool that was found must run.
@@ -269,9 +267,9 @@ QCoro::Task<bool> YtDlpManager::checksumAgrees(Origin releases, QByteArray sha25
 // Keeping it current
 
 QCoro::Task<std::optional<QString>> YtDlpManager::fetchLatestVersion() {
-    if (!m_gitHubApi)
+    if (!m_sources.gitHubApi)
         co_return std::nullopt;
-    const QString address = m_gitHubApi->address(u"/repos/yt-dlp/yt-dlp/releases/latest");
+    const QString address = m_sources.gitHubApi->address(u"/repos/yt-dlp/yt-dlp/releases/latest");
     const std::optional<QByteArray> body =
         co_await m_http.get(address, versionTimeout, m_stop.get_token());
     if (!body)

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/Environment.h"
-#include "platform/HostFileSystem.h"
-#include "platform/Process.h"
+#include "base/Origin.h"
+#include "platform/system/HostFileSystem.h"
+#include "platform/system/Process.h"
 #include "streaming/YtDlpError.h"
 
 #include <QCoroTask>
@@ -21,6 +21,16 @@ class Clock;
 class HttpClient;
 class TaskScope;
 
+/// Where yt-dlp comes from; nothing turns each off.
+struct YtDlpSources {
+    /// Is asked for the newest release.
+    std::optional<Origin> gitHubApi;
+    /// Has the releases and their checksums.
+    std::optional<Origin> gitHub;
+    /// Has the installer of Homebrew.
+    std::optional<Origin> gitHubRaw;
+};
+
 /// Sees to it that yt-dlp is there: finds it, installs it where it is missing (pip, Homebrew, or a
 /// download of the released executable), and upgrades it in the background once in a run when there
 /// is a newer release. Owned by the composition root; main thread, which it never blocks. Failures
@@ -32,7 +42,7 @@ public:
     static const QString releasedExecutable;
 
     YtDlpManager(HostFileSystem host, ProcessRunner& processes, Clock& clock, HttpClient& http,
-                 const Environment& environment, TaskScope& background);
+                 YtDlpSources sources, TaskScope& background);
 
     using Installed = std::expected<QString, YtDlpError>;
 
@@ -84,9 +94,7 @@ private:
     ProcessRunner& m_processes;
     Clock& m_clock;
     HttpClient& m_http;
-    std::optional<Origin> m_gitHubApi;
-    std::optional<Origin> m_gitHub;
-    std::optional<Origin> m_gitHubRaw;
+    YtDlpSources m_sources;
     TaskScope& m_background;
     QStringList m_searchPaths;
     std::optional<QString> m_resolvedPath;

@@ -2,8 +2,8 @@
 #include "telemetry/TelemetryService.h"
 
 #include "model/Channel.h"
-#include "platform/HttpClient.h"
-#include "platform/UserDefaults.h"
+#include "platform/system/HttpClient.h"
+#include "settings/UserDefaults.h"
 
 #include <QCryptographicHash>
 #include <QJsonArray>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "ui/Menu.h"
+#include <QString>
 
 namespace orvane {
 
@@ -10,9 +10,6 @@ namespace orvane {
 class ApplicationActions {
 public:
     virtual ~ApplicationActions() = default;
-
-    /// What a right click on the player window shows, as of now.
-    [[nodiscard]] virtual Menu contextMenu() const = 0;
 
     /// Brings the player window to the front; where nothing is being played, as at launch.
     virtual void showPlayer() = 0;

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/HotkeyManager.h"
 
-#include "model/AppNotification.h"
-#include "model/AppState.h"
-#include "model/ChannelRegistry.h"
 #include "playback/PlayerManager.h"
 #include "settings/Preferences.h"
+#include "state/AppNotification.h"
+#include "state/AppState.h"
+#include "state/ChannelRegistry.h"
 #include "ui/ApplicationActions.h"
 
 #include <utility>

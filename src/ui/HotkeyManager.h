@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/EventMonitor.h"
-#include "platform/NotificationCenter.h"
+#include "base/NotificationCenter.h"
+#include "platform/windowing/EventMonitor.h"
 
 #include <memory>
 

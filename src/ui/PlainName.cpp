@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/PlainName.h"
 
-#include "platform/PlainText.h"
+#include "base/PlainText.h"
 
 namespace orvane {
 

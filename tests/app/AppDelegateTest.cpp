@@ -2,7 +2,7 @@
 #include "app/AppDelegate.h"
 
 #include "app/Services.h"
-#include "model/AppNotification.h"
+#include "state/AppNotification.h"
 #include "support/EventLoop.h"
 #include "support/LoopbackServer.h"
 #include "support/ManualClock.h"

@@ -7,10 +7,10 @@
 #include "app/AppDelegate.h"
 #include "app/Services.h"
 #include "app/WindowCollaborators.h"
-#include "model/AppNotification.h"
-#include "platform/Memory.h"
-#include "platform/VideoView.h"
-#include "ui/PlayerWindow.h"
+#include "platform/media/VideoView.h"
+#include "platform/system/Memory.h"
+#include "state/AppNotification.h"
+#include "ui/player/PlayerWindow.h"
 
 #include <QApplication>
 #include <QCoroTimer>
@@ -145,7 +145,7 @@ QCoro::Task<> run(Services& services, int count, int& exitCode) {
     exitCode = succeeded ? 0 : 1;
     services.player.stop();
     co_await services.tasks.join();
-    co_await services.graveyard.empty();
+    co_await services.teardown.empty();
     // Not quit: that asks the window first, which never closes by itself.
     QCoreApplication::exit(0);
 }
@@ -165,7 +165,7 @@ int main(int argc, char** argv) {
     Services services(environment, folder.filePath(u"preferences.json"_s),
                       chooseVideoOutput(environment.videoOutput));
     AppDelegate delegate(services);
-    PlayerWindow window(playerWindowCollaborators(services, delegate));
+    PlayerWindow window(playerWindowCollaborators(services, delegate, {}));
     window.show();
     int exitCode = 1;
     run(services, QByteArray(argv[1]).toInt(), exitCode);

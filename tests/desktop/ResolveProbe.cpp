@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Resolves each argument as the settings window would, with the machine's own yt-dlp, and prints
 // the handle and the name, or the error.
+#include "app/Environment.h"
 #include "streaming/ChannelResolver.h"
 
 #include <QCoreApplication>

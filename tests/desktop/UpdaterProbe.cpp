@@ -2,13 +2,13 @@
 // The real updater with its window and nothing else of the program. Checks for updates at the start
 // and with each line on the standard input; ends with the input, or as the program does.
 // usage: updater_probe FEED KEY AUTHORITY    AUTHORITY is the certificate that is trusted too
+#include "base/TaskScope.h"
 #include "model/AppConstants.h"
-#include "platform/HttpClient.h"
-#include "platform/ShowInFolder.h"
-#include "platform/TaskScope.h"
-#include "platform/TerminationSignals.h"
-#include "platform/UpdaterController.h"
-#include "platform/UpdaterDialog.h"
+#include "platform/desktop/ShowInFolder.h"
+#include "platform/system/HttpClient.h"
+#include "platform/system/TerminationSignals.h"
+#include "ui/UpdaterDialog.h"
+#include "updates/UpdaterController.h"
 
 #include <QApplication>
 #include <QCoroTask>

@@ -3,10 +3,10 @@
 // and settings tell it in other places. Answers each line with "done" and what was asked for.
 #include "app/AppDelegate.h"
 #include "app/Services.h"
-#include "model/AppNotification.h"
-#include "platform/Memory.h"
-#include "platform/TerminationSignals.h"
-#include "platform/VideoView.h"
+#include "platform/media/VideoView.h"
+#include "platform/system/Memory.h"
+#include "platform/system/TerminationSignals.h"
+#include "state/AppNotification.h"
 
 #include <QApplication>
 #include <QSocketNotifier>

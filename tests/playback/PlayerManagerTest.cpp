@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "playback/PlayerManager.h"
 
-#include "model/AppNotification.h"
-#include "model/AppState.h"
+#include "base/TaskScope.h"
 #include "model/BuiltInChannels.h"
-#include "platform/TaskScope.h"
-#include "platform/UserDefaults.h"
 #include "settings/Preferences.h"
+#include "settings/UserDefaults.h"
+#include "state/AppNotification.h"
+#include "state/AppState.h"
 #include "streaming/StreamResolver.h"
 #include "support/EventLoop.h"
 #include "support/FakeClock.h"

@@ -2,7 +2,7 @@
 #include "playback/ScreenKeeper.h"
 
 #include "app/Services.h"
-#include "platform/ScreenSaverInhibitor.h"
+#include "platform/desktop/ScreenSaverInhibitor.h"
 #include "support/ManualClock.h"
 
 #include <QTemporaryDir>

@@ -2,7 +2,7 @@
 #include "playback/SleepTimer.h"
 
 #include "app/Services.h"
-#include "model/AppNotification.h"
+#include "state/AppNotification.h"
 #include "support/ManualClock.h"
 
 #include <QTemporaryDir>

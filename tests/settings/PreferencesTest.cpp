@@ -2,8 +2,8 @@
 #include "settings/Preferences.h"
 
 #include "model/BuiltInChannels.h"
-#include "platform/UserDefaults.h"
-#include "support/FullDisk.h"
+#include "settings/UserDefaults.h"
+#include "support/FileSizeLimit.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -226,7 +226,7 @@ TEST_F(PreferencesTest, SurviveAFullDisk) {
     preferences.setWindowOpacity(0.5);
     defaults.synchronize();
     {
-        const test::FullDisk disk(0);
+        const test::FileSizeLimit disk(0);
         preferences.setWindowOpacity(0.6);
         defaults.synchronize();
         EXPECT_DOUBLE_EQ(preferences.windowOpacity(), 0.6);

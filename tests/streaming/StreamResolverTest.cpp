@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "streaming/StreamResolver.h"
 
+#include "base/TaskScope.h"
 #include "model/BuiltInChannels.h"
-#include "platform/TaskScope.h"
 #include "support/EventLoop.h"
 #include "support/FakeClock.h"
 #include "support/FakeMachine.h"

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "streaming/YtDlpManager.h"
 
-#include "platform/HttpClient.h"
-#include "platform/TaskScope.h"
+#include "base/TaskScope.h"
+#include "platform/system/HttpClient.h"
 #include "support/EventLoop.h"
 #include "support/FakeClock.h"
 #include "support/FakeMachine.h"
@@ -70,15 +70,13 @@ protected:
     test::FakeClock clock;
     HttpClient http{u"Orvane"_s};
     TaskScope tasks;
-    YtDlpManager manager{machine.host(),
-                         processes,
-                         clock,
-                         http,
-                         Environment{.videoSite = std::nullopt,
-                                     .gitHubApi = server.origin(),
-                                     .gitHub = server.origin(),
-                                     .gitHubRaw = server.origin()},
-                         tasks};
+    YtDlpManager manager{
+        machine.host(),
+        processes,
+        clock,
+        http,
+        {.gitHubApi = server.origin(), .gitHub = server.origin(), .gitHubRaw = server.origin()},
+        tasks};
 };
 
 TEST_F(YtDlpManagerTest, FindsTheFixedPlacesInOrderAndThenAsksWhich) {
@@ -216,8 +214,7 @@ TEST_F(YtDlpManagerTest, UpgradesAnOlderToolOnceInARun) {
 
     for (const char* tag : {"2024.01.01", "2023.12.31", "2023.12.31.1"}) {
         server.answers[latest] = {.body = QByteArray(R"({"tag_name": ")") + tag + R"("})"};
-        YtDlpManager other(machine.host(), processes, clock, http,
-                           Environment{.videoSite = std::nullopt, .gitHubApi = server.origin()},
+        YtDlpManager other(machine.host(), processes, clock, http, {.gitHubApi = server.origin()},
                            tasks);
         testing::internal::CaptureStdout();
         QCoro::waitFor(other.ensureInstalled());

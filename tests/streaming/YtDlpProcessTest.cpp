@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "base/TaskScope.h"
 #include "model/BuiltInChannels.h"
-#include "platform/Process.h"
-#include "platform/TaskScope.h"
+#include "platform/system/Process.h"
 #include "streaming/StreamResolver.h"
 #include "support/FakeClock.h"
 #include "support/FakeMachine.h"

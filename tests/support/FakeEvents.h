@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/EventMonitor.h"
+#include "platform/windowing/EventMonitor.h"
 
 namespace orvane::test {
 

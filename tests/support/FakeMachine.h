@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/HostFileSystem.h"
+#include "platform/system/HostFileSystem.h"
 
 #include <QByteArray>
 #include <QString>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/Process.h"
+#include "platform/system/Process.h"
 
 #include <QList>
 #include <QPromise>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/Environment.h"
+#include "base/Origin.h"
 
 #include <QByteArray>
 #include <QHash>

@@ -12,7 +12,6 @@ class RecordingActions final : public ApplicationActions {
 public:
     QStringList calls;
 
-    [[nodiscard]] Menu contextMenu() const override { return {}; }
     void showPlayer() override { calls += QStringLiteral("show"); }
     void playChannel(const QString& id) override { calls += id; }
     void menuChannelSelected(const QString& id) override { calls += id; }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/UserDefaults.h"
+#include "settings/UserDefaults.h"
 
 #include <QApplication>
 

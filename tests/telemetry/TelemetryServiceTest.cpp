@@ -2,7 +2,7 @@
 #include "telemetry/TelemetryService.h"
 
 #include "model/Channel.h"
-#include "platform/UserDefaults.h"
+#include "settings/UserDefaults.h"
 #include "support/EventLoop.h"
 #include "support/LoopbackServer.h"
 

@@ -2,7 +2,7 @@
 #include "ui/HotkeyManager.h"
 
 #include "app/Services.h"
-#include "model/AppNotification.h"
+#include "state/AppNotification.h"
 #include "support/EventLoop.h"
 #include "support/FakeEvents.h"
 #include "support/RecordingActions.h"

@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/commands/ChannelText.h"
+
+#include "base/PlainText.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <algorithm>
+
+namespace orvane::ChannelText {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qsizetype longestText = 200;
+
+QString visible(const QString& text) {
+    return oneLine(text, longestText);
+}
+
+/// The names come last: how wide a terminal draws them cannot be known.
+QString names(const Channel& channel) {
+    return channel.nameAr().isEmpty()
+               ? visible(channel.nameEn())
+               : visible(channel.nameEn()) + u" ("_s + visible(channel.nameAr()) + u')';
+}
+
+} // namespace
+
+QString table(const QList<Channel>& channels) {
+    qsizetype idWidth = 0;
+    qsizetype categoryWidth = 0;
+    for (const Channel& channel : channels) {
+        idWidth = std::max(idWidth, visible(channel.id()).size());
+        categoryWidth = std::max(categoryWidth, identifier(channel.category()).size());
+    }
+    QString text;
+    for (const Channel& channel : channels)
+        text += visible(channel.id()).leftJustified(idWidth) + u"  "_s +
+                identifier(channel.category()).leftJustified(categoryWidth) + u"  "_s +
+                names(channel) + u'\n';
+    return text;
+}
+
+QByteArray json(const QList<Channel>& channels) {
+    QJsonArray list;
+    for (const Channel& channel : channels)
+        list += QJsonObject{{u"id"_s, channel.id()},
+                            {u"category"_s, identifier(channel.category())},
+                            {u"name"_s, channel.nameEn()},
+                            {u"arabicName"_s, channel.nameAr()},
+                            {u"handle"_s, channel.handle()}};
+    return QJsonDocument(list).toJson();
+}
+
+QString explain(const QString& text, const ChannelLookup::Ambiguous& ambiguous) {
+    return u"\"%1\" is the name of several channels; choose one by its id:\n"_s.arg(visible(text)) +
+           table(ambiguous.candidates);
+}
+
+QString explain(const QString& text, const ChannelLookup::Unknown& unknown) {
+    const QString problem = u"there is no channel \"%1\"; "_s.arg(visible(text));
+    return unknown.nearest.isEmpty() ? problem + u"orvane --list prints all\n"_s
+                                     : problem + u"the nearest:\n"_s + table(unknown.nearest);
+}
+
+} // namespace orvane::ChannelText

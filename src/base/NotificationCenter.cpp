@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "base/NotificationCenter.h"
+
+namespace orvane {
+
+/// Lives until both its token and every delivery that still holds it are gone; an entry without a
+/// name is dead.
+struct NotificationCenter::Entry {
+    Name name;
+    Handler handler;
+};
+
+NotificationCenter::Token::Token(std::shared_ptr<Entry> entry) : m_entry(std::move(entry)) {}
+
+NotificationCenter::Token::~Token() {
+    if (m_entry)
+        m_entry->name = {};
+}
+
+NotificationCenter::Token& NotificationCenter::Token::operator=(Token&& other) noexcept {
+    std::swap(m_entry, other.m_entry);
+    return *this;
+}
+
+NotificationCenter::NotificationCenter() = default;
+
+NotificationCenter::~NotificationCenter() = default;
+
+NotificationCenter::Token NotificationCenter::addObserver(Name name, Handler handler) {
+    auto entry = std::make_shared<Entry>(name, std::move(handler));
+    m_entries.push_back(entry);
+    return Token(std::move(entry));
+}
+
+void NotificationCenter::post(Name name, const std::any& object) {
+    std::erase_if(m_entries, [](const auto& entry) { return entry->name.text.empty(); });
+    // A copy: handlers may add observers, and an entry must outlive its own call.
+    const std::vector<std::shared_ptr<Entry>> entries = m_entries;
+    for (const std::shared_ptr<Entry>& entry : entries) {
+        if (entry->name == name)
+            entry->handler({name, object});
+    }
+}
+
+} // namespace orvane

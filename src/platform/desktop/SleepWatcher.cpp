@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/desktop/SleepWatcher.h"
+
+#include "platform/desktop/MessageBus.h"
+
+namespace orvane {
+
+using namespace Qt::StringLiterals;
+
+SleepWatcher::SleepWatcher(MessageBus& systemBus) {
+    connect(&systemBus, &MessageBus::connected, this, [this](QDBusConnection bus) {
+        bus.connect(u"org.freedesktop.login1"_s, u"/org/freedesktop/login1"_s,
+                    u"org.freedesktop.login1.Manager"_s, u"PrepareForSleep"_s, this,
+                    SLOT(prepareForSleep(bool)));
+    });
+}
+
+void SleepWatcher::prepareForSleep(bool begins) {
+    if (!begins)
+        Q_EMIT wokeUp();
+}
+
+} // namespace orvane

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/desktop/StatusItem.h"
+
+#include <QCursor>
+#include <QMenu>
+#include <QSystemTrayIcon>
+
+#include <utility>
+
+namespace orvane {
+
+StatusItem::StatusItem(QIcon icon, QString toolTip, std::function<void(QMenu&)> fill)
+    : m_icon(std::move(icon)), m_toolTip(std::move(toolTip)), m_fill(std::move(fill)) {
+    connect(&m_trays, &TrayWatcher::trayAppeared, this, &StatusItem::show);
+}
+
+StatusItem::~StatusItem() = default;
+
+void StatusItem::show() {
+    // Anew for each tray: the toolkit decides once, when it makes its first icon, which kind of
+    // tray there is, so it must not make one before there is any; and an icon that has lost its
+    // tray does not always find the next one.
+    m_trayIcon.reset();
+    m_menu = std::make_unique<QMenu>();
+    m_fill(*m_menu);
+    connect(m_menu.get(), &QMenu::aboutToShow, this, &StatusItem::rebuildMenu);
+    m_trayIcon = std::make_unique<QSystemTrayIcon>(m_icon);
+    m_trayIcon->setToolTip(m_toolTip);
+    m_trayIcon->setContextMenu(m_menu.get());
+    // The right button opens the menu by itself.
+    connect(m_trayIcon.get(), &QSystemTrayIcon::activated, this,
+            [this](QSystemTrayIcon::ActivationReason reason) {
+                if (reason == QSystemTrayIcon::Trigger)
+                    m_menu->popup(QCursor::pos());
+            });
+    m_trayIcon->show();
+}
+
+void StatusItem::rebuildMenu() {
+    if (m_menu)
+        m_fill(*m_menu);
+}
+
+bool StatusItem::isShown() const {
+    return m_trayIcon && m_trays.hasTray();
+}
+
+} // namespace orvane

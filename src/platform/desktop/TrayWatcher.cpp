@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/desktop/TrayWatcher.h"
+
+#include "platform/windowing/X11.h"
+
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusServiceWatcher>
+
+namespace orvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QLatin1StringView busName{"org.kde.StatusNotifierWatcher"};
+constexpr std::string_view selectionName = "_NET_SYSTEM_TRAY_S0";
+
+} // namespace
+
+TrayWatcher::TrayWatcher() {
+    if (X11::connection() != nullptr)
+        QCoreApplication::instance()->installNativeEventFilter(this);
+    if (QDBusConnection::sessionBus().isConnected())
+        watchBus();
+    // Later, when somebody listens.
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (hasEmbedder())
+                Q_EMIT trayAppeared();
+        },
+        Qt::QueuedConnection);
+}
+
+TrayWatcher::~TrayWatcher() = default;
+
+void TrayWatcher::watchBus() {
+    const QDBusConnection bus = QDBusConnection::sessionBus();
+    auto* names =
+        new QDBusServiceWatcher(busName, bus, QDBusServiceWatcher::WatchForOwnerChange, this);
+    connect(names, &QDBusServiceWatcher::serviceUnregistered, this, [this] { m_isOnBus = false; });
+    connect(names, &QDBusServiceWatcher::serviceRegistered, this, [this] {
+        m_isOnBus = true;
+        Q_EMIT trayAppeared();
+    });
+    auto* answer = new QDBusPendingCallWatcher(
+        bus.interface()->asyncCall(u"NameHasOwner"_s, QString(busName)), this);
+    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
+        answer->deleteLater();
+        const QDBusPendingReply<bool> isThere = *answer;
+        if (m_isOnBus || isThere.isError() || !isThere.value())
+            return;
+        m_isOnBus = true;
+        Q_EMIT trayAppeared();
+    });
+}
+
+bool TrayWatcher::hasEmbedder() {
+    return X11::hasSelectionOwner(selectionName);
+}
+
+bool TrayWatcher::hasTray() const {
+    return m_isOnBus || hasEmbedder();
+}
+
+bool TrayWatcher::nativeEventFilter(const QByteArray& type, void* message, qintptr*) {
+    if (type != "xcb_generic_event_t")
+        return false;
+    const auto* event = static_cast<const xcb_client_message_event_t*>(message);
+    if ((event->response_type & 0x7f) == XCB_CLIENT_MESSAGE &&
+        event->type == X11::atom("MANAGER") && event->data.data32[1] == X11::atom(selectionName))
+        Q_EMIT trayAppeared();
+    return false;
+}
+
+} // namespace orvane

@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/desktop/mpris/MediaRemoteObject.h"
+
+#include <QDBusError>
+#include <QDBusObjectPath>
+
+#include <utility>
+
+namespace orvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A valid object path, another one for each text and always the same.
+QDBusObjectPath trackPath(const QString& name, const QString& id) {
+    QString escaped;
+    for (const char byte : id.toUtf8()) {
+        const bool isPlain = (byte >= '0' && byte <= '9') || (byte >= 'a' && byte <= 'z') ||
+                             (byte >= 'A' && byte <= 'Z');
+        if (isPlain)
+            escaped += QLatin1Char(byte);
+        else
+            escaped += u"_%1"_s.arg(static_cast<unsigned char>(byte), 2, 16, QLatin1Char('0'));
+    }
+    return QDBusObjectPath(u"/%1/track/%2"_s.arg(name, escaped));
+}
+
+} // namespace
+
+MediaRemoteObject::MediaRemoteObject(QString name, MediaRemoteCommands& commands)
+    : m_name(std::move(name)), m_commands(commands) {}
+
+MediaRemoteState MediaRemoteObject::setState(const MediaRemoteState& state) {
+    return std::exchange(m_state, state);
+}
+
+QString MediaRemoteObject::playbackStatus() const {
+    switch (m_state.status) {
+    case MediaRemoteState::Status::playing:
+        return u"Playing"_s;
+    case MediaRemoteState::Status::paused:
+        return u"Paused"_s;
+    case MediaRemoteState::Status::stopped:
+        break;
+    }
+    return u"Stopped"_s;
+}
+
+QVariantMap MediaRemoteObject::metadata() const {
+    if (!m_state.track)
+        return {};
+    return {{u"mpris:trackid"_s, QVariant::fromValue(trackPath(m_name, m_state.track->id))},
+            {u"xesam:title"_s, m_state.track->title},
+            {u"xesam:url"_s, m_state.track->url.toString(QUrl::FullyEncoded)}};
+}
+
+void MediaRemoteObject::refuseCall() {
+    if (calledFromDBus())
+        sendErrorReply(QDBusError::NotSupported, u"only channels that Orvane knows are played"_s);
+}
+
+} // namespace orvane

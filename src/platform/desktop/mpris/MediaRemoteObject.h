@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QDBusContext>
+#include <QObject>
+#include <QString>
+#include <QUrl>
+#include <QVariantMap>
+
+#include <optional>
+
+namespace orvane {
+
+/// What is told of the program to media keys, panels, lock screens and phones.
+struct MediaRemoteState {
+    enum class Status { stopped, playing, paused };
+    struct Track {
+        /// Distinguishes it from every other one; any text.
+        QString id;
+        QString title;
+        QUrl url;
+
+        friend bool operator==(const Track&, const Track&) = default;
+    };
+
+    Status status = Status::stopped;
+    std::optional<Track> track;
+    /// From 0 to 1.
+    double volume = 1;
+    bool canStep = false;
+    bool canPlay = false;
+    bool canPause = false;
+
+    friend bool operator==(const MediaRemoteState&, const MediaRemoteState&) = default;
+};
+
+/// What they ask of the program.
+class MediaRemoteCommands {
+public:
+    virtual ~MediaRemoteCommands() = default;
+
+    virtual void play() = 0;
+    virtual void pause() = 0;
+    virtual void playPause() = 0;
+    virtual void stop() = 0;
+    virtual void next() = 0;
+    virtual void previous() = 0;
+    virtual void setVolume(double volume) = 0;
+    /// Brings the player's window to the front.
+    virtual void raise() = 0;
+    virtual void quit() = 0;
+};
+
+/// The object that other programs see on the bus: the current state as the types of the MPRIS
+/// interfaces, and the way to the commands. Owned by `MediaRemote`; main thread.
+class MediaRemoteObject final : public QObject, protected QDBusContext {
+    Q_OBJECT
+
+public:
+    /// `name` begins the paths of tracks. `commands` outlives it.
+    MediaRemoteObject(QString name, MediaRemoteCommands& commands);
+
+    [[nodiscard]] const MediaRemoteState& state() const { return m_state; }
+    /// Returns the state before.
+    MediaRemoteState setState(const MediaRemoteState& state);
+    [[nodiscard]] MediaRemoteCommands& commands() const { return m_commands; }
+
+    [[nodiscard]] QString playbackStatus() const;
+    [[nodiscard]] QVariantMap metadata() const;
+
+    /// Answers the call that is being handled with an error: not supported.
+    void refuseCall();
+
+private:
+    QString m_name;
+    MediaRemoteCommands& m_commands;
+    MediaRemoteState m_state;
+};
+
+} // namespace orvane

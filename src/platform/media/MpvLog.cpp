@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/media/MpvLog.h"
+
+#include <mpv/client.h>
+
+#include <clocale>
+
+namespace orvane {
+
+MpvLog::MpvLog() {
+    std::setlocale(LC_NUMERIC, "C");
+    m_handle = mpv_create();
+    if (m_handle == nullptr)
+        return;
+    mpv_request_log_messages(m_handle, "warn");
+    mpv_set_wakeup_callback(
+        m_handle,
+        [](void* self) {
+            auto* log = static_cast<MpvLog*>(self);
+            if (!log->m_isAnnounced.exchange(true))
+                QMetaObject::invokeMethod(log, &MpvLog::drain, Qt::QueuedConnection);
+        },
+        this);
+}
+
+MpvLog::~MpvLog() {
+    if (m_handle == nullptr)
+        return;
+    mpv_set_wakeup_callback(m_handle, nullptr, nullptr);
+    mpv_terminate_destroy(m_handle);
+}
+
+void MpvLog::drain() {
+    m_isAnnounced = false;
+    while (m_handle != nullptr) {
+        const mpv_event* event = mpv_wait_event(m_handle, 0);
+        if (event->event_id == MPV_EVENT_NONE)
+            break;
+        if (event->event_id == MPV_EVENT_LOG_MESSAGE) {
+            const auto* message = static_cast<const mpv_event_log_message*>(event->data);
+            Q_EMIT line(QString::fromUtf8(message->text));
+        }
+    }
+}
+
+} // namespace orvane

@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/system/Process.h"
+
+#include <QCoroFuture>
+#include <QProcess>
+#include <QPromise>
+#include <QStringDecoder>
+#include <QTimer>
+
+#include <signal.h>
+#include <sys/prctl.h>
+#include <unistd.h>
+
+#include <chrono>
+
+namespace orvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Long enough for a tool to remove its temporary files, short enough for a person who quits.
+constexpr std::chrono::milliseconds terminationGrace{200};
+
+void becomeGroupLeader() {
+    ::setpgid(0, 0);
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+}
+
+} // namespace
+
+void CapturedOutput::append(const QByteArray& more, qsizetype limit) {
+    const qsizetype room = limit - bytes.size();
+    bytes.append(more.first(std::min(room, more.size())));
+    isTruncated = isTruncated || more.size() > room;
+}
+
+std::optional<QString> CapturedOutput::text() const {
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    QString decoded = decoder(bytes);
+    return decoder.hasError() ? std::nullopt : std::optional(std::move(decoded));
+}
+
+/// One running child and the promise of its outcome. Lives in the frame of `run`.
+class ChildProcess {
+public:
+    explicit ChildProcess(const ProcessRequest& request);
+
+    QFuture<ProcessOutcome> start();
+    /// Asks the whole group to end, and makes it end a moment later.
+    void end();
+
+private:
+    void drain();
+    void signalGroup(int number) const;
+    void finish(ProcessOutcome outcome);
+
+    const bool m_capturesOutput;
+    const bool m_capturesError;
+    const qsizetype m_outputLimit;
+    QProcess m_process;
+    QTimer m_graceTimer;
+    QPromise<ProcessOutcome> m_promise;
+    ProcessResult m_result;
+    qint64 m_groupId = 0;
+    bool m_isFinished = false;
+};
+
+ChildProcess::ChildProcess(const ProcessRequest& request)
+    : m_capturesOutput(request.standardOutput == ProcessRequest::Stream::capture),
+      m_capturesError(request.standardError == ProcessRequest::Stream::capture),
+      m_outputLimit(request.outputLimit) {
+    m_process.setProgram(request.program);
+    m_process.setArguments(request.arguments);
+    if (request.environment)
+        m_process.setProcessEnvironment(*request.environment);
+    m_process.setStandardInputFile(QProcess::nullDevice());
+    if (!m_capturesOutput)
+        m_process.setStandardOutputFile(QProcess::nullDevice());
+    if (!m_capturesError)
+        m_process.setStandardErrorFile(QProcess::nullDevice());
+    m_process.setChildProcessModifier(becomeGroupLeader);
+    m_graceTimer.setSingleShot(true);
+    QObject::connect(&m_graceTimer, &QTimer::timeout, &m_process, [this] { signalGroup(SIGKILL); });
+}
+
+QFuture<ProcessOutcome> ChildProcess::start() {
+    QObject::connect(&m_process, &QProcess::readyReadStandardOutput, [this] { drain(); });
+    QObject::connect(&m_process, &QProcess::readyReadStandardError, [this] { drain(); });
+    QObject::connect(&m_process, &QProcess::errorOccurred, [this](QProcess::ProcessError error) {
+        if (error == QProcess::FailedToStart)
+            finish(std::unexpected(LaunchFailure{m_process.errorString()}));
+    });
+    QObject::connect(&m_process, &QProcess::finished,
+                     [this](int code, QProcess::ExitStatus status) {
+                         drain();
+                         m_result.exitCode = code;
+                         m_result.end = status == QProcess::NormalExit ? ProcessResult::End::exited
+                                                                       : ProcessResult::End::killed;
+                         // What the child has left behind in its group must not outlive it.
+                         signalGroup(SIGKILL);
+                         finish(std::move(m_result));
+                     });
+    m_promise.start();
+    m_process.start(QIODevice::ReadOnly);
+    m_groupId = m_process.processId();
+    return m_promise.future();
+}
+
+void ChildProcess::end() {
+    signalGroup(SIGTERM);
+    m_graceTimer.start(terminationGrace);
+}
+
+void ChildProcess::drain() {
+    if (m_capturesOutput)
+        m_result.standardOutput.append(m_process.readAllStandardOutput(), m_outputLimit);
+    if (m_capturesError)
+        m_result.standardError.append(m_process.readAllStandardError(), m_outputLimit);
+}
+
+void ChildProcess::signalGroup(int number) const {
+    if (m_groupId <= 0)
+        return;
+    // The group exists once the child has run its first lines; before that there is only the child.
+    if (::kill(static_cast<pid_t>(-m_groupId), number) != 0 &&
+        m_process.state() != QProcess::NotRunning)
+        ::kill(static_cast<pid_t>(m_groupId), number);
+}
+
+void ChildProcess::finish(ProcessOutcome outcome) {
+    if (m_isFinished)
+        return;
+    m_isFinished = true;
+    m_promise.addResult(std::move(outcome));
+    m_promise.finish();
+}
+
+LocalProcessRunner::LocalProcessRunner() = default;
+
+LocalProcessRunner::~LocalProcessRunner() = default;
+
+QCoro::Task<ProcessOutcome> LocalProcessRunner::run(ProcessRequest request, std::stop_token stop) {
+    if (m_isShutDown || stop.stop_requested())
+        co_return std::unexpected(LaunchFailure{u"the program is ending"_s});
+    ChildProcess child(request);
+    const QFuture<ProcessOutcome> future = child.start();
+    m_running.insert(&child);
+    const std::stop_callback onStop(stop, [&child] { child.end(); });
+    ProcessOutcome outcome = co_await future;
+    m_running.erase(&child);
+    co_return outcome;
+}
+
+void LocalProcessRunner::shutDown() {
+    m_isShutDown = true;
+    for (ChildProcess* child : m_running)
+        child->end();
+}
+
+} // namespace orvane

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/windowing/FloatingWindowFactory.h"
+
+#include "platform/windowing/X11.h"
+#include "platform/windowing/X11FloatingWindow.h"
+
+#include <QWidget>
+#include <QWindow>
+
+namespace orvane {
+
+namespace {
+
+/// Where there is no desktop to talk to.
+class PlainWindow final : public FloatingWindow {
+public:
+    explicit PlainWindow(QWidget& window) : m_window(window) {}
+
+    void aboutToShow() override {}
+    void shown() override {}
+    void setSizeHints(QSize, QSize, QSize) override {}
+    [[nodiscard]] QRectF frame() const override { return m_window.geometry(); }
+    void setFrame(const QRectF& frame) override { m_window.setGeometry(frame.toRect()); }
+    void setInputArea(InputArea, double) override {}
+    [[nodiscard]] Concealment concealment() const override { return Concealment::opacity; }
+    void setShapeEmpty(bool) override {}
+    void flush() override {}
+
+private:
+    QWidget& m_window;
+};
+
+} // namespace
+
+std::unique_ptr<FloatingWindow> makeFloatingWindow(QWidget& window) {
+    if (X11::connection() == nullptr)
+        return std::make_unique<PlainWindow>(window);
+    return std::make_unique<X11FloatingWindow>(window);
+}
+
+void startWindowMove(QWidget& window, QPointF distance) {
+    if (X11::connection() != nullptr)
+        X11FloatingWindow::moveBy(window, distance);
+    window.windowHandle()->startSystemMove();
+}
+
+} // namespace orvane

@@ -1,0 +1,124 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/windowing/SystemEventMonitor.h"
+
+#include "platform/windowing/X11.h"
+#include "platform/windowing/X11Keyboard.h"
+#include "platform/windowing/X11RawInput.h"
+
+#include <QApplication>
+#include <QCursor>
+#include <QKeyEvent>
+#include <QWidget>
+
+namespace orvane {
+
+namespace {
+
+class LocalPointerMonitor final : public QObject {
+public:
+    explicit LocalPointerMonitor(EventMonitor::Handler handler) : m_handler(std::move(handler)) {
+        QCoreApplication::instance()->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        // Only on its way to a window, not again to the widgets in it.
+        const bool isOfPointer =
+            event->type() == QEvent::MouseMove || event->type() == QEvent::Enter;
+        if (isOfPointer && watched->isWindowType())
+            m_handler();
+        return false;
+    }
+
+private:
+    EventMonitor::Handler m_handler;
+};
+
+bool isMenuOpen() {
+    return QApplication::activePopupWidget() != nullptr;
+}
+
+KeyEvent::Target keyTarget() {
+    const QWidget* widget = QApplication::focusWidget();
+    return widget != nullptr && widget->testAttribute(Qt::WA_InputMethodEnabled)
+               ? KeyEvent::Target::textField
+               : KeyEvent::Target::elsewhere;
+}
+
+KeyEvent::Repeat repeat(bool isRepeat) {
+    return isRepeat ? KeyEvent::Repeat::again : KeyEvent::Repeat::first;
+}
+
+class LocalKeyDownMonitor final : public QObject {
+public:
+    LocalKeyDownMonitor(X11Keyboard& keyboard, EventMonitor::KeyHandler handler)
+        : m_keyboard(keyboard), m_handler(std::move(handler)) {
+        QCoreApplication::instance()->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() != QEvent::KeyPress || !watched->isWindowType() || isMenuOpen())
+            return false;
+        const auto* press = static_cast<const QKeyEvent*>(event);
+        KeyEvent key = m_keyboard.keyEvent(press->nativeScanCode(), press->nativeModifiers());
+        key.repeat = repeat(press->isAutoRepeat());
+        key.target = keyTarget();
+        // What it does may end this monitor.
+        const EventMonitor::KeyHandler handle = m_handler;
+        return handle(key) == EventMonitor::Outcome::consumed;
+    }
+
+private:
+    X11Keyboard& m_keyboard;
+    EventMonitor::KeyHandler m_handler;
+};
+
+/// Over other windows than X11's an XWayland server has the pointer over nothing, at the place
+/// where it was seen last.
+bool isOverAnX11Window() {
+    const X11::Reply<xcb_query_pointer_reply_t> reply(xcb_query_pointer_reply(
+        X11::connection(), xcb_query_pointer(X11::connection(), X11::root()), nullptr));
+    return reply && reply->child != XCB_WINDOW_NONE;
+}
+
+} // namespace
+
+SystemEventMonitor::SystemEventMonitor()
+    : m_keyboard(std::make_unique<X11Keyboard>()), m_rawInput(std::make_unique<X11RawInput>()) {}
+
+SystemEventMonitor::~SystemEventMonitor() = default;
+
+std::unique_ptr<QObject> SystemEventMonitor::addGlobalPointerMonitor(Handler handler) {
+    auto monitor = std::make_unique<QObject>();
+    QObject::connect(m_rawInput.get(), &X11RawInput::pointerMoved, monitor.get(),
+                     std::move(handler));
+    return monitor;
+}
+
+std::unique_ptr<QObject> SystemEventMonitor::addLocalPointerMonitor(Handler handler) {
+    return std::make_unique<LocalPointerMonitor>(std::move(handler));
+}
+
+std::unique_ptr<QObject> SystemEventMonitor::addGlobalKeyDownMonitor(KeyHandler handler) {
+    auto monitor = std::make_unique<QObject>();
+    QObject::connect(m_rawInput.get(), &X11RawInput::keyPressed, monitor.get(),
+                     [this, handle = std::move(handler)](std::uint32_t key, bool isRepeat) {
+                         if (QGuiApplication::focusWindow() != nullptr || isMenuOpen())
+                             return;
+                         KeyEvent event = m_keyboard->keyEvent(key);
+                         event.repeat = repeat(isRepeat);
+                         handle(event);
+                     });
+    return monitor;
+}
+
+std::unique_ptr<QObject> SystemEventMonitor::addLocalKeyDownMonitor(KeyHandler handler) {
+    return std::make_unique<LocalKeyDownMonitor>(*m_keyboard, std::move(handler));
+}
+
+std::optional<QPointF> SystemEventMonitor::pointerLocation() const {
+    if (X11::isXWayland() && !isOverAnX11Window())
+        return std::nullopt;
+    return QCursor::pos();
+}
+
+} // namespace orvane

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/windowing/EventMonitor.h"
+
+namespace orvane {
+
+class X11Keyboard;
+class X11RawInput;
+
+/// The real one: X11's raw events where there is an X server. To be made after the application
+/// object, and gone before it.
+class SystemEventMonitor final : public EventMonitor {
+public:
+    SystemEventMonitor();
+    ~SystemEventMonitor() override;
+
+    [[nodiscard]] std::unique_ptr<QObject> addGlobalPointerMonitor(Handler handler) override;
+    [[nodiscard]] std::unique_ptr<QObject> addLocalPointerMonitor(Handler handler) override;
+    [[nodiscard]] std::unique_ptr<QObject> addGlobalKeyDownMonitor(KeyHandler handler) override;
+    [[nodiscard]] std::unique_ptr<QObject> addLocalKeyDownMonitor(KeyHandler handler) override;
+    [[nodiscard]] std::optional<QPointF> pointerLocation() const override;
+
+private:
+    std::unique_ptr<X11Keyboard> m_keyboard;
+    std::unique_ptr<X11RawInput> m_rawInput;
+};
+
+} // namespace orvane

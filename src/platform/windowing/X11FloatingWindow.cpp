@@ -1,0 +1,254 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/windowing/X11FloatingWindow.h"
+
+#include "platform/windowing/X11.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+#include <QWidget>
+#include <QWindow>
+
+#include <xcb/shape.h>
+#include <xcb/xcb_icccm.h>
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+#include <utility>
+#include <vector>
+
+namespace orvane {
+
+namespace {
+
+constexpr uint32_t allDesktops = 0xFFFFFFFF;
+constexpr uint32_t longestStateList = 64;
+
+/// The window and, from the inside out, the frames that a window manager has put it into.
+std::vector<xcb_window_t> withItsFrames(xcb_window_t window) {
+    std::vector<xcb_window_t> chain;
+    while (window != XCB_WINDOW_NONE && window != X11::root()) {
+        chain.push_back(window);
+        const X11::Reply<xcb_query_tree_reply_t> reply(xcb_query_tree_reply(
+            X11::connection(), xcb_query_tree(X11::connection(), window), nullptr));
+        window = reply ? reply->parent : xcb_window_t{XCB_WINDOW_NONE};
+    }
+    return chain;
+}
+
+/// Where the upper left corner of `window` is in `other`; pixels.
+QPoint cornerIn(xcb_window_t other, xcb_window_t window) {
+    const X11::Reply<xcb_translate_coordinates_reply_t> reply(xcb_translate_coordinates_reply(
+        X11::connection(), xcb_translate_coordinates(X11::connection(), window, other, 0, 0),
+        nullptr));
+    return reply ? QPoint(reply->dst_x, reply->dst_y) : QPoint();
+}
+
+/// Pixels.
+void configure(xcb_window_t window, QPoint corner, std::optional<QSize> size = std::nullopt) {
+    xcb_configure_window_value_list_t values{.x = corner.x(), .y = corner.y()};
+    uint16_t mask = XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y;
+    if (size) {
+        values.width = static_cast<uint32_t>(size->width());
+        values.height = static_cast<uint32_t>(size->height());
+        mask |= XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT;
+    }
+    xcb_configure_window_aux(X11::connection(), window, mask, &values);
+    xcb_flush(X11::connection());
+}
+
+/// The screen that shows most of it, or else the first.
+const QScreen& screenOf(const QRectF& frame) {
+    const auto shown = [&](const QScreen* screen) {
+        const QSizeF size = (QRectF(screen->geometry()) & frame).size();
+        return size.width() * size.height();
+    };
+    const QList<QScreen*> screens = QGuiApplication::screens();
+    return **std::ranges::max_element(screens, {}, shown);
+}
+
+/// The toolkit keeps whole points, which on a screen of 1.5 pixels to a point is not where the
+/// window was. The corner of a screen is the same in points and in pixels.
+QRect pixelsOf(const QRectF& frame) {
+    const QScreen& screen = screenOf(frame);
+    const double scale = screen.devicePixelRatio();
+    const QPointF corner = screen.geometry().topLeft();
+    return {((frame.topLeft() - corner) * scale + corner).toPoint(),
+            (frame.size() * scale).toSize()};
+}
+
+/// A request to an extension that is not there would end the connection.
+bool hasShapes() {
+    return xcb_get_extension_data(X11::connection(), &xcb_shape_id)->present != 0;
+}
+
+xcb_rectangle_t rectangle(int x, int y, int width, int height) {
+    return {.x = static_cast<int16_t>(x),
+            .y = static_cast<int16_t>(y),
+            .width = static_cast<uint16_t>(std::max(width, 0)),
+            .height = static_cast<uint16_t>(std::max(height, 0))};
+}
+
+} // namespace
+
+X11FloatingWindow::X11FloatingWindow(QWidget& window) : m_window(window) {
+    if (X11::isXWayland())
+        m_window.setAttribute(Qt::WA_TranslucentBackground);
+}
+
+xcb_window_t X11FloatingWindow::id() const {
+    return static_cast<xcb_window_t>(m_window.winId());
+}
+
+void X11FloatingWindow::aboutToShow() {
+    // Window managers take the states off a window that is hidden, and the toolkit adds its own
+    // to those it finds.
+    const X11::Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
+        X11::connection(),
+        xcb_get_property(X11::connection(), 0, id(), X11::atom("_NET_WM_STATE"), XCB_ATOM_ATOM, 0,
+                         longestStateList),
+        nullptr));
+    std::vector<xcb_atom_t> states;
+    if (reply && reply->format == 32) {
+        const auto* first = static_cast<const xcb_atom_t*>(xcb_get_property_value(reply.get()));
+        states.assign(first, first + reply->value_len);
+    }
+    for (const auto* name :
+         {"_NET_WM_STATE_STICKY", "_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER"}) {
+        if (std::ranges::find(states, X11::atom(name)) == states.end())
+            states.push_back(X11::atom(name));
+    }
+    xcb_change_property(X11::connection(), XCB_PROP_MODE_REPLACE, id(), X11::atom("_NET_WM_STATE"),
+                        XCB_ATOM_ATOM, 32, static_cast<uint32_t>(states.size()), states.data());
+    xcb_change_property(X11::connection(), XCB_PROP_MODE_REPLACE, id(),
+                        X11::atom("_NET_WM_DESKTOP"), XCB_ATOM_CARDINAL, 32, 1, &allDesktops);
+    if (!m_frameToShow)
+        m_frameToShow = nativeFrame();
+}
+
+void X11FloatingWindow::shown() {
+    applySizeHints();
+    const auto frame = std::exchange(m_frameToShow, std::nullopt);
+    if (!frame)
+        return;
+    // Only where it has to be, for some window managers forget the place of a window that is
+    // configured: where the toolkit has asked for steps, or for whole points only.
+    const double scale = m_window.devicePixelRatioF();
+    if (scale != std::floor(scale) || *frame != pixelsOf(m_window.geometry()))
+        configure(id(), frame->topLeft(), frame->size());
+}
+
+void X11FloatingWindow::setSizeHints(QSize smallest, QSize narrowest, QSize widest) {
+    m_smallest = smallest;
+    m_narrowest = narrowest;
+    m_widest = widest;
+    applySizeHints();
+}
+
+// The toolkit writes hints of its own whenever it shows the window or sets its geometry: without
+// shapes, and at scale factors such as 1.5 with steps that not every exact frame keeps to.
+
+void X11FloatingWindow::applySizeHints() {
+    if (m_window.internalWinId() == 0)
+        return;
+    xcb_size_hints_t hints{};
+    xcb_icccm_get_wm_normal_hints_reply(
+        X11::connection(), xcb_icccm_get_wm_normal_hints(X11::connection(), id()), &hints, nullptr);
+    hints.flags &= ~(XCB_ICCCM_SIZE_HINT_P_RESIZE_INC | XCB_ICCCM_SIZE_HINT_BASE_SIZE);
+    const QSize pixels = (QSizeF(m_smallest) * m_window.devicePixelRatioF()).toSize();
+    xcb_icccm_size_hints_set_min_size(&hints, pixels.width(), pixels.height());
+    xcb_icccm_size_hints_set_aspect(&hints, m_narrowest.width(), m_narrowest.height(),
+                                    m_widest.width(), m_widest.height());
+    xcb_icccm_set_wm_normal_hints(X11::connection(), id(), &hints);
+    xcb_flush(X11::connection());
+}
+
+QRect X11FloatingWindow::nativeFrame() const {
+    const X11::Reply<xcb_get_geometry_reply_t> reply(xcb_get_geometry_reply(
+        X11::connection(), xcb_get_geometry(X11::connection(), id()), nullptr));
+    if (!reply)
+        return {};
+    return {cornerIn(X11::root(), id()), QSize(reply->width, reply->height)};
+}
+
+QRectF X11FloatingWindow::frame() const {
+    const QRectF pixels = m_frameToShow ? *m_frameToShow : nativeFrame();
+    const double scale = m_window.devicePixelRatioF();
+    const QPointF corner = m_window.screen()->geometry().topLeft();
+    return {(pixels.topLeft() - corner) / scale + corner, pixels.size() / scale};
+}
+
+void X11FloatingWindow::setFrame(const QRectF& frame) {
+    m_window.setGeometry(frame.toRect());
+    const QRect pixels = pixelsOf(frame);
+    // Window managers are asked about windows that are not shown too, and answer in their own time.
+    if (!m_window.isVisible())
+        m_frameToShow = pixels;
+    if (m_window.internalWinId() == 0)
+        return;
+    applySizeHints();
+    configure(id(), pixels.topLeft(), pixels.size());
+}
+
+void X11FloatingWindow::moveBy(QWidget& window, QPointF distance) {
+    const auto id = static_cast<xcb_window_t>(window.winId());
+    const QPointF pixels = distance * window.devicePixelRatioF();
+    configure(id, cornerIn(X11::root(), id) + pixels.toPoint());
+}
+
+void X11FloatingWindow::setInputArea(InputArea area, double ringWidth) {
+    if (!hasShapes())
+        return;
+    std::vector<xcb_rectangle_t> rectangles;
+    if (area == InputArea::ring) {
+        const QSize size = nativeFrame().size();
+        const int width = qRound(ringWidth * m_window.devicePixelRatioF());
+        const int inner = size.height() - 2 * width;
+        rectangles = {rectangle(0, 0, size.width(), width),
+                      rectangle(0, size.height() - width, size.width(), width),
+                      rectangle(0, width, width, inner),
+                      rectangle(size.width() - width, width, width, inner)};
+    }
+    // An XWayland server tells the compositor about the outermost window only, and not every window
+    // manager there hands the shape on to its frame.
+    std::vector<xcb_window_t> windows{id()};
+    if (X11::isXWayland())
+        windows = withItsFrames(id());
+    for (const xcb_window_t window : windows) {
+        if (area == InputArea::everywhere) {
+            xcb_shape_mask(X11::connection(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, window, 0, 0,
+                           XCB_PIXMAP_NONE);
+            continue;
+        }
+        const QPoint corner = cornerIn(window, id());
+        xcb_shape_rectangles(X11::connection(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT,
+                             XCB_CLIP_ORDERING_UNSORTED, window, static_cast<int16_t>(corner.x()),
+                             static_cast<int16_t>(corner.y()),
+                             static_cast<uint32_t>(rectangles.size()), rectangles.data());
+    }
+    xcb_flush(X11::connection());
+}
+
+FloatingWindow::Concealment X11FloatingWindow::concealment() const {
+    if (X11::isXWayland())
+        return Concealment::noContent;
+    return X11::isComposited() ? Concealment::opacity : Concealment::emptyShape;
+}
+
+void X11FloatingWindow::setShapeEmpty(bool isEmpty) {
+    if (!hasShapes())
+        return;
+    if (isEmpty)
+        xcb_shape_rectangles(X11::connection(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING,
+                             XCB_CLIP_ORDERING_UNSORTED, id(), 0, 0, 0, nullptr);
+    else
+        xcb_shape_mask(X11::connection(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, id(), 0, 0,
+                       XCB_PIXMAP_NONE);
+    xcb_flush(X11::connection());
+}
+
+void X11FloatingWindow::flush() {
+    xcb_flush(X11::connection());
+}
+
+} // namespace orvane

@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/windowing/X11RawInput.h"
+
+#include "platform/windowing/X11.h"
+#include "platform/windowing/X11Keyboard.h"
+
+#include <QCoreApplication>
+#include <QMetaMethod>
+
+#include <xcb/xinput.h>
+
+#include <utility>
+
+namespace orvane {
+
+namespace {
+
+const xcb_query_extension_reply_t& xInput() {
+    return *xcb_get_extension_data(X11::connection(), &xcb_input_id);
+}
+
+/// A request to an extension that is not there would end the connection.
+bool hasXInput() {
+    return QCoreApplication::instance() != nullptr && X11::connection() != nullptr &&
+           xInput().present != 0;
+}
+
+} // namespace
+
+X11RawInput::X11RawInput() {
+    connect(&m_repetition, &QTimer::timeout, this, [this] {
+        m_repetition.setInterval(X11Keyboard::repetition().interval);
+        Q_EMIT keyPressed(m_heldKey, true);
+    });
+    QCoreApplication::instance()->installNativeEventFilter(this);
+}
+
+X11RawInput::~X11RawInput() = default;
+
+void X11RawInput::connectNotify(const QMetaMethod&) {
+    select();
+}
+
+void X11RawInput::disconnectNotify(const QMetaMethod&) {
+    // A receiver that is being destroyed holds a lock of the toolkit meanwhile, which may be the
+    // one that asking for connections needs: a few locks serve all objects.
+    selectSoon();
+}
+
+void X11RawInput::selectSoon() {
+    if (std::exchange(m_isSelectionDue, true))
+        return;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            m_isSelectionDue = false;
+            select();
+        },
+        Qt::QueuedConnection);
+}
+
+void X11RawInput::select() {
+    if (!hasXInput())
+        return;
+    std::uint32_t wanted = 0;
+    if (isSignalConnected(QMetaMethod::fromSignal(&X11RawInput::pointerMoved)))
+        wanted |= XCB_INPUT_XI_EVENT_MASK_RAW_MOTION;
+    if (isSignalConnected(QMetaMethod::fromSignal(&X11RawInput::keyPressed)))
+        wanted |= XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE;
+    else
+        m_repetition.stop();
+    if (wanted == m_selected)
+        return;
+    m_selected = wanted;
+    const struct {
+        xcb_input_event_mask_t head;
+        std::uint32_t events;
+    } mask{.head = {.deviceid = XCB_INPUT_DEVICE_ALL_MASTER, .mask_len = 1}, .events = wanted};
+    xcb_input_xi_select_events(X11::connection(), X11::root(), 1, &mask.head);
+    xcb_flush(X11::connection());
+}
+
+bool X11RawInput::nativeEventFilter(const QByteArray& type, void* message, qintptr*) {
+    if (type != "xcb_generic_event_t" || m_selected == 0)
+        return false;
+    const auto* event = static_cast<const xcb_ge_generic_event_t*>(message);
+    if ((event->response_type & 0x7f) != XCB_GE_GENERIC ||
+        event->extension != xInput().major_opcode)
+        return false;
+    const auto* raw = reinterpret_cast<const xcb_input_raw_key_press_event_t*>(event);
+    switch (event->event_type) {
+    case XCB_INPUT_RAW_MOTION:
+        moved();
+        return true;
+    case XCB_INPUT_RAW_KEY_PRESS:
+        pressed(raw->detail);
+        return true;
+    case XCB_INPUT_RAW_KEY_RELEASE:
+        released(raw->detail);
+        return true;
+    default:
+        return false;
+    }
+}
+
+void X11RawInput::moved() {
+    if (m_isMoveDue)
+        return;
+    m_isMoveDue = true;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            m_isMoveDue = false;
+            Q_EMIT pointerMoved();
+        },
+        Qt::QueuedConnection);
+}
+
+void X11RawInput::pressed(std::uint32_t key) {
+    m_heldKey = key;
+    m_repetition.start(X11Keyboard::repetition().delay);
+    Q_EMIT keyPressed(key, false);
+}
+
+void X11RawInput::released(std::uint32_t key) {
+    if (key == m_heldKey)
+        m_repetition.stop();
+}
+
+} // namespace orvane

@@ -1,0 +1,231 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "settings/UserDefaults.h"
+
+#include "base/ReplaceFile.h"
+
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QMutexLocker>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <limits>
+#include <thread>
+#include <utility>
+
+namespace orvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Longer than any honest write takes; a copy of the program that was stopped while it held the
+/// lock costs the writer thread this long and nothing else.
+constexpr std::chrono::milliseconds lockTimeout{2000};
+constexpr std::chrono::milliseconds lockPollTime{2};
+
+/// Keeps other writers out for as long as it lives. The kernel holds the lock, so it goes with a
+/// process that is killed, at whatever moment; QLockFile can leave a lock behind that keeps
+/// everyone out for half a minute.
+class FileLock {
+public:
+    explicit FileLock(const QString& path)
+        : m_descriptor(::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC,
+                              S_IRUSR | S_IWUSR)) {
+        const QDeadlineTimer deadline(lockTimeout);
+        while (m_descriptor >= 0 && !m_isHeld && !deadline.hasExpired()) {
+            m_isHeld = ::flock(m_descriptor, LOCK_EX | LOCK_NB) == 0;
+            if (!m_isHeld)
+                std::this_thread::sleep_for(lockPollTime);
+        }
+    }
+    ~FileLock() {
+        if (m_descriptor >= 0)
+            ::close(m_descriptor);
+    }
+    FileLock(const FileLock&) = delete;
+    FileLock& operator=(const FileLock&) = delete;
+
+    [[nodiscard]] bool isHeld() const { return m_isHeld; }
+
+private:
+    int m_descriptor;
+    bool m_isHeld = false;
+};
+
+struct FileText {
+    QByteArray bytes;
+    /// Nothing when the bytes are no JSON object.
+    std::optional<QJsonObject> object;
+};
+
+std::optional<FileText> readFile(const QString& path) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    FileText text{.bytes = file.readAll(), .object = std::nullopt};
+    const QJsonDocument document = QJsonDocument::fromJson(text.bytes);
+    if (document.isObject())
+        text.object = document.object();
+    return text;
+}
+
+} // namespace
+
+UserDefaults::UserDefaults(QString filePath) : m_filePath(std::move(filePath)) {
+    m_writer.setMaxThreadCount(1);
+}
+
+UserDefaults::~UserDefaults() {
+    synchronize();
+}
+
+QJsonValue UserDefaults::value(QLatin1StringView key) const {
+    {
+        const QMutexLocker lock(&m_mutex);
+        const auto pending = m_pending.constFind(QString(key));
+        if (pending != m_pending.constEnd())
+            return pending->value;
+    }
+    const FileStamp stamp = currentStamp();
+    if (stamp != m_stamp) {
+        const std::optional<FileText> text = readFile(m_filePath);
+        m_fileContents = text ? text->object.value_or(QJsonObject()) : QJsonObject();
+        m_stamp = stamp;
+    }
+    return m_fileContents.value(key);
+}
+
+std::optional<QString> UserDefaults::string(QLatin1StringView key) const {
+    const QJsonValue stored = value(key);
+    return stored.isString() ? std::optional(stored.toString()) : std::nullopt;
+}
+
+std::optional<QStringList> UserDefaults::stringArray(QLatin1StringView key) const {
+    const QJsonValue stored = value(key);
+    if (!stored.isArray())
+        return std::nullopt;
+    QStringList texts;
+    for (const QJsonValue& element : stored.toArray()) {
+        if (!element.isString())
+            return std::nullopt;
+        texts.append(element.toString());
+    }
+    return texts;
+}
+
+std::optional<bool> UserDefaults::boolean(QLatin1StringView key) const {
+    const QJsonValue stored = value(key);
+    return stored.isBool() ? std::optional(stored.toBool()) : std::nullopt;
+}
+
+std::optional<double> UserDefaults::number(QLatin1StringView key) const {
+    const QJsonValue stored = value(key);
+    return stored.isDouble() ? std::optional(stored.toDouble()) : std::nullopt;
+}
+
+std::optional<int> UserDefaults::integer(QLatin1StringView key) const {
+    const std::optional<double> stored = number(key);
+    if (!stored ||
+        !(*stored >= std::numeric_limits<int>::min() && *stored <= std::numeric_limits<int>::max()))
+        return std::nullopt;
+    return static_cast<int>(*stored);
+}
+
+void UserDefaults::set(QLatin1StringView key, const QJsonValue& value) {
+    change(key, value);
+}
+
+void UserDefaults::remove(QLatin1StringView key) {
+    change(key, QJsonValue(QJsonValue::Undefined));
+}
+
+void UserDefaults::synchronize() {
+    scheduleWrite();
+    m_writer.waitForDone();
+}
+
+void UserDefaults::change(QLatin1StringView key, const QJsonValue& value) {
+    {
+        const QMutexLocker lock(&m_mutex);
+        m_pending.insert(QString(key), {value, ++m_changeCount});
+    }
+    scheduleWrite();
+}
+
+void UserDefaults::scheduleWrite() {
+    const QMutexLocker lock(&m_mutex);
+    if (m_writeScheduled || m_pending.isEmpty())
+        return;
+    m_writeScheduled = true;
+    m_writer.start([this] { writePending(); });
+}
+
+void UserDefaults::writePending() {
+    QHash<QString, Change> batch;
+    {
+        const QMutexLocker lock(&m_mutex);
+        m_writeScheduled = false;
+        batch = m_pending;
+    }
+    if (batch.isEmpty())
+        return;
+    const bool isWritten = mergeIntoFile(batch);
+    const QMutexLocker lock(&m_mutex);
+    if (!isWritten) {
+        if (!std::exchange(m_hasComplained, true))
+            qWarning("What is changed here is lost at the end: %s cannot be written",
+                     qUtf8Printable(m_filePath));
+        return;
+    }
+    m_pending.removeIf([&](const QHash<QString, Change>::iterator entry) {
+        // A key that was set again meanwhile still waits for its own write.
+        const auto written = batch.constFind(entry.key());
+        return written != batch.constEnd() && written->number == entry.value().number;
+    });
+}
+
+bool UserDefaults::mergeIntoFile(const QHash<QString, Change>& changes) const {
+    QDir().mkpath(QFileInfo(m_filePath).absolutePath());
+    const FileLock fileLock(m_filePath + u".lock"_s);
+    if (!fileLock.isHeld())
+        return false;
+
+    const std::optional<FileText> current = readFile(m_filePath);
+    if (!current && QFileInfo::exists(m_filePath))
+        return false;
+    if (current && !current->object && !replaceFile(m_filePath + u".bad"_s, current->bytes))
+        return false;
+
+    QJsonObject merged = current ? current->object.value_or(QJsonObject()) : QJsonObject();
+    for (auto change = changes.constBegin(); change != changes.constEnd(); ++change) {
+        if (change->value.isUndefined())
+            merged.remove(change.key());
+        else
+            merged.insert(change.key(), change->value);
+    }
+    return replaceFile(m_filePath, QJsonDocument(merged).toJson());
+}
+
+UserDefaults::FileStamp UserDefaults::currentStamp() const {
+    struct stat status{};
+    if (::stat(QFile::encodeName(m_filePath).constData(), &status) != 0)
+        return {};
+    const auto nanoseconds = [](const timespec& time) {
+        return static_cast<std::int64_t>(time.tv_sec) * 1'000'000'000 + time.tv_nsec;
+    };
+    return {.inode = status.st_ino,
+            .size = status.st_size,
+            .modifiedNs = nanoseconds(status.st_mtim),
+            .changedNs = nanoseconds(status.st_ctim)};
+}
+
+} // namespace orvane

@@ -1,0 +1,168 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/UpdaterDialog.h"
+
+#include <QApplication>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace orvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// Points.
+constexpr int textWidth = 420;
+constexpr int notesHeight = 180;
+constexpr int notesMargin = 8;
+constexpr int margin = 20;
+constexpr int spacing = 12;
+/// Of the headline, compared with the desktop's own size of text.
+constexpr double headlineScale = 1.25;
+/// Parts in which the bar is filled.
+constexpr int wholeBar = 1000;
+
+/// The texts come from a server, so none is ever taken for markup.
+QLabel* plainLabel(const QString& text) {
+    auto* label = new QLabel(text);
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    label->setFixedWidth(textWidth);
+    return label;
+}
+
+} // namespace
+
+bool UpdaterDialog::isOpen() const {
+    return m_dialog != nullptr;
+}
+
+void UpdaterDialog::bringToFront() {
+    if (!m_dialog)
+        return;
+    m_dialog->setWindowState(m_dialog->windowState() & ~Qt::WindowMinimized);
+    m_dialog->show();
+    m_dialog->raise();
+    m_dialog->activateWindow();
+}
+
+void UpdaterDialog::close() {
+    if (!m_dialog)
+        return;
+    m_dialog->hide();
+    // It may be one of its own signals that this comes from.
+    m_dialog.release()->deleteLater();
+}
+
+void UpdaterDialog::showSearch(const UpdaterMessage& message) {
+    begin(message);
+    addBar();
+    m_bar->setRange(0, 0); // Nobody knows how long it takes.
+    addButton(u"Cancel"_s, UpdaterAnswer::dismissed);
+    open();
+}
+
+void UpdaterDialog::showMessage(const UpdaterMessage& message) {
+    begin(message);
+    addButton(u"Close"_s, UpdaterAnswer::dismissed);
+    open();
+}
+
+void UpdaterDialog::showOffer(const UpdaterMessage& message, const QString& notes) {
+    begin(message);
+    if (!notes.isEmpty()) {
+        auto* view = new QPlainTextEdit(notes);
+        view->setReadOnly(true);
+        view->setFixedHeight(notesHeight);
+        view->document()->setDocumentMargin(notesMargin);
+        view->setTabChangesFocus(true);
+        view->setAccessibleName(u"What is new"_s);
+        m_content->layout()->addWidget(view);
+    }
+    addButton(u"Later"_s, UpdaterAnswer::dismissed);
+    addButton(u"Download"_s, UpdaterAnswer::download);
+    open();
+}
+
+void UpdaterDialog::showProgress(const UpdaterMessage& message) {
+    begin(message);
+    addBar();
+    m_bar->setRange(0, wholeBar);
+    m_text = plainLabel({});
+    m_content->layout()->addWidget(m_text);
+    addButton(u"Cancel"_s, UpdaterAnswer::dismissed);
+    open();
+}
+
+void UpdaterDialog::setProgress(double fraction, const QString& text) {
+    if (!m_bar || !m_text)
+        return;
+    m_bar->setValue(static_cast<int>(fraction * wholeBar));
+    m_text->setText(text);
+}
+
+void UpdaterDialog::makeDialog() {
+    m_dialog = std::make_unique<QDialog>();
+    m_dialog->setWindowTitle(u"Orvane Update"_s);
+    m_dialog->setWindowFlag(Qt::WindowStaysOnTopHint);
+    auto* layout = new QVBoxLayout(m_dialog.get());
+    layout->setContentsMargins(margin, margin, margin, margin);
+    layout->setSizeConstraint(QLayout::SetFixedSize);
+    QObject::connect(m_dialog.get(), &QDialog::rejected, m_dialog.get(),
+                     [this] { answer(UpdaterAnswer::dismissed); });
+}
+
+void UpdaterDialog::begin(const UpdaterMessage& message) {
+    if (!m_dialog)
+        makeDialog();
+    if (m_content) {
+        // A button that is deleted with the keyboard makes its dialog look for another default
+        // button among what is half gone.
+        if (QWidget* focused = m_dialog->focusWidget())
+            focused->clearFocus();
+        m_content->hide();
+        m_dialog->layout()->removeWidget(m_content);
+        m_content->deleteLater(); // It may be a button in it that this comes from.
+    }
+    m_content = new QWidget;
+    auto* column = new QVBoxLayout(m_content);
+    column->setContentsMargins({});
+    column->setSpacing(spacing);
+    m_dialog->layout()->addWidget(m_content);
+
+    QLabel* headline = plainLabel(message.headline);
+    QFont font = headline->font();
+    font.setBold(true);
+    font.setPointSizeF(font.pointSizeF() * headlineScale);
+    headline->setFont(font);
+    column->addWidget(headline);
+    if (!message.text.isEmpty())
+        column->addWidget(plainLabel(message.text));
+    m_buttons = new QDialogButtonBox(m_content);
+}
+
+void UpdaterDialog::addBar() {
+    m_bar = new QProgressBar;
+    m_bar->setTextVisible(false);
+    m_content->layout()->addWidget(m_bar);
+}
+
+void UpdaterDialog::addButton(const QString& text, UpdaterAnswer meaning) {
+    const auto role = meaning == UpdaterAnswer::download ? QDialogButtonBox::AcceptRole
+                                                         : QDialogButtonBox::RejectRole;
+    QPushButton* button = m_buttons->addButton(text, role);
+    QObject::connect(button, &QPushButton::clicked, button, [this, meaning] { answer(meaning); });
+    button->setFocus(); // The last one that is added is what Return means.
+}
+
+void UpdaterDialog::open() {
+    m_content->layout()->addWidget(m_buttons);
+    // What comes while a person works elsewhere must not take the keyboard.
+    if (m_dialog->isVisible())
+        QApplication::alert(m_dialog.get());
+    else
+        bringToFront();
+}
+
+} // namespace orvane

@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/menus/ContextMenuBuilder.h"
+
+#include "playback/SleepTimer.h"
+#include "state/AppState.h"
+
+namespace orvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+Menu resolutions(Resolution chosen) {
+    Menu menu;
+    for (const Resolution resolution : allCases<Resolution>)
+        menu.append({.title = displayName(resolution),
+                     .action = MenuAction::resolutionSelected,
+                     .representedObject = rawValue(resolution),
+                     .isOn = resolution == chosen});
+    return menu;
+}
+
+Menu sleepTimes(bool isActive) {
+    Menu menu;
+    for (const int minutes : {15, 30, 60, 90, 120})
+        menu.append({.title = QString::number(minutes) + u" minutes"_s,
+                     .action = MenuAction::sleepTimer,
+                     .tag = minutes});
+    if (isActive) {
+        menu.append(MenuItem::separator());
+        menu.append({.title = u"Cancel Timer"_s, .action = MenuAction::cancelSleepTimer});
+    }
+    return menu;
+}
+
+} // namespace
+
+Menu ContextMenuBuilder::build(const MenuSources& sources, StatusItemPresence statusItem) {
+    const bool isAlone = statusItem == StatusItemPresence::absent;
+    Menu menu = channelSection(sources, [](MenuItem& item) { item.indentationLevel = 1; });
+    menu.append({.title = u"Resolution"_s, .submenu = resolutions(sources.state.resolution())});
+    menu.append(MenuItem::separator());
+    menu.append({.title = u"👻 Ghost Mode"_s,
+                 .action = MenuAction::toggleGhostMode,
+                 .keyEquivalent = u"g"_s,
+                 .modifierMask = ModifierMask::none,
+                 .isOn = sources.state.isGhostMode()});
+    menu.append(MenuItem::separator());
+    menu.append({.title = u"Sleep Timer"_s, .submenu = sleepTimes(sources.sleepTimer.isActive())});
+    menu.append(MenuItem::separator());
+    if (isAlone)
+        menu.append(addChannelItem());
+    menu.append(settingsItem());
+    if (isAlone) {
+        menu.append({checkForUpdatesItem(), aboutItem()});
+        menu.append(MenuItem::separator());
+    }
+    menu.append(quitItem());
+    return menu;
+}
+
+} // namespace orvane

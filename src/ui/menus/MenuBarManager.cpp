@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/menus/MenuBarManager.h"
+
+#include "model/AppConstants.h"
+#include "platform/desktop/StatusItem.h"
+#include "ui/ApplicationIcon.h"
+#include "ui/menus/MenuRenderer.h"
+#include "ui/menus/StatusMenuBuilder.h"
+
+#include <QIcon>
+#include <QMenu>
+
+namespace orvane {
+
+using namespace Qt::StringLiterals;
+
+MenuBarManager::MenuBarManager(const MenuSources& sources, ApplicationActions& actions)
+    : m_sources(sources), m_actions(actions) {}
+
+MenuBarManager::~MenuBarManager() = default;
+
+void MenuBarManager::setup() {
+    m_statusItem = std::make_unique<StatusItem>(applicationIcon(), AppConstants::appName,
+                                                [this](QMenu& target) {
+                                                    Menu menu = StatusMenuBuilder::build(m_sources);
+                                                    // A tray in another process that is told of new
+                                                    // items forgets a click on the old ones.
+                                                    if (menu == m_menu && !target.isEmpty())
+                                                        return;
+                                                    m_menu = std::move(menu);
+                                                    renderMenu(m_menu, m_actions, target);
+                                                });
+}
+
+void MenuBarManager::rebuildMenu() {
+    m_statusItem->rebuildMenu();
+}
+
+void MenuBarManager::updateCurrentChannel() {
+    rebuildMenu();
+}
+
+StatusItemPresence MenuBarManager::presence() const {
+    return m_statusItem && m_statusItem->isShown() ? StatusItemPresence::present
+                                                   : StatusItemPresence::absent;
+}
+
+} // namespace orvane

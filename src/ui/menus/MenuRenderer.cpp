@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/menus/MenuRenderer.h"
+
+#include "ui/ApplicationActions.h"
+#include "ui/PlainName.h"
+
+#include <QCoreApplication>
+#include <QKeySequence>
+#include <QMenu>
+
+namespace orvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+void perform(const MenuItem& item, ApplicationActions& actions) {
+    switch (item.action) {
+    case MenuAction::none:
+        return;
+    case MenuAction::channelSelected:
+        return actions.menuChannelSelected(item.representedObject);
+    case MenuAction::resolutionSelected:
+        return actions.menuResolutionSelected(item.representedObject);
+    case MenuAction::sleepTimer:
+        return actions.menuSleepTimer(item.tag);
+    case MenuAction::cancelSleepTimer:
+        return actions.menuCancelSleepTimer();
+    case MenuAction::openSettings:
+        return actions.menuOpenSettings();
+    case MenuAction::addChannel:
+        return actions.menuAddChannel();
+    case MenuAction::toggleGhostMode:
+        return actions.menuToggleGhostMode();
+    case MenuAction::showAbout:
+        return actions.menuShowAbout();
+    case MenuAction::checkForUpdates:
+        return actions.menuCheckForUpdates();
+    case MenuAction::terminate:
+        return actions.terminate();
+    }
+}
+
+QString label(const MenuItem& item) {
+    return u"    "_s.repeated(item.indentationLevel) + controlText(plainName(item.title));
+}
+
+/// The keys are listened to in one place, which is not here: a menu that belongs to no window only
+/// shows its shortcuts.
+void showKeyEquivalent(const MenuItem& item, QAction& action) {
+    if (item.keyEquivalent.isEmpty())
+        return;
+    const QString modifier = item.modifierMask == ModifierMask::command ? u"Ctrl+"_s : QString();
+    const QString keys = modifier + item.keyEquivalent.toUpper();
+    // The tenth favourite has a number and no key.
+    if (item.keyEquivalent.size() > 1)
+        return action.setText(action.text() + u'\t' + keys);
+    action.setShortcut(QKeySequence(keys));
+    action.setShortcutVisibleInContextMenu(true);
+}
+
+} // namespace
+
+void renderMenu(const Menu& menu, ApplicationActions& actions, QMenu& target) {
+    // A list that is higher than the screen scrolls instead of breaking into columns.
+    target.setStyleSheet(u"QMenu { menu-scrollable: 1; }"_s);
+    target.clear();
+    qDeleteAll(target.findChildren<QMenu*>(Qt::FindDirectChildrenOnly)); // The submenus.
+    for (const MenuItem& item : menu) {
+        if (item.isSeparator) {
+            target.addSeparator();
+            continue;
+        }
+        if (!item.submenu.isEmpty()) {
+            renderMenu(item.submenu, actions, *target.addMenu(label(item)));
+            continue;
+        }
+        QAction* action = target.addAction(label(item));
+        action->setEnabled(item.action != MenuAction::none);
+        action->setCheckable(item.isOn);
+        action->setChecked(item.isOn);
+        showKeyEquivalent(item, *action);
+        // Later, because it may build this menu anew, and not by the menu, which may go first.
+        QObject::connect(action, &QAction::triggered, &target, [item, &actions] {
+            QMetaObject::invokeMethod(
+                QCoreApplication::instance(), [item, &actions] { perform(item, actions); },
+                Qt::QueuedConnection);
+        });
+    }
+}
+
+} // namespace orvane

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/menus/MenuSources.h"
+
+#include "settings/Preferences.h"
+#include "state/AppState.h"
+#include "state/ChannelRegistry.h"
+
+namespace orvane {
+
+using namespace Qt::StringLiterals;
+
+Menu channelSection(const MenuSources& sources, const std::function<void(MenuItem&)>& decorate) {
+    const QSet<QString> enabled = sources.preferences.enabledChannelIDs();
+    const std::optional<Channel>& current = sources.state.currentChannel();
+    Menu menu;
+    for (const ChannelCategory category : allCases<ChannelCategory>) {
+        Menu items;
+        for (const Channel& channel : sources.registry.channels(category)) {
+            if (!enabled.contains(channel.id()))
+                continue;
+            MenuItem item{.title = channel.displayName(),
+                          .action = MenuAction::channelSelected,
+                          .representedObject = channel.id(),
+                          .isOn = current == channel};
+            decorate(item);
+            items.append(item);
+        }
+        if (items.isEmpty())
+            continue;
+        menu.append({.title = displayName(category)});
+        menu += items;
+        menu.append(MenuItem::separator());
+    }
+    return menu;
+}
+
+MenuItem addChannelItem() {
+    return {
+        .title = u"Add Channel..."_s, .action = MenuAction::addChannel, .keyEquivalent = u"n"_s};
+}
+
+MenuItem settingsItem() {
+    return {.title = u"Settings..."_s, .action = MenuAction::openSettings, .keyEquivalent = u","_s};
+}
+
+MenuItem checkForUpdatesItem() {
+    return {.title = u"Check for Updates..."_s, .action = MenuAction::checkForUpdates};
+}
+
+MenuItem aboutItem() {
+    return {.title = u"About Orvane"_s, .action = MenuAction::showAbout};
+}
+
+MenuItem quitItem() {
+    return {.title = u"Quit Orvane"_s, .action = MenuAction::terminate, .keyEquivalent = u"q"_s};
+}
+
+} // namespace orvane

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "ui/menus/Menu.h"
+
+#include <functional>
+
+namespace orvane {
+
+class AppState;
+class ChannelRegistry;
+class Preferences;
+class SleepTimer;
+
+/// What the menus are made of. All outlive it; main thread.
+struct MenuSources {
+    const ChannelRegistry& registry;
+    const Preferences& preferences;
+    const AppState& state;
+    const SleepTimer& sleepTimer;
+};
+
+/// For each category with an enabled channel: a header, its enabled channels in the order of the
+/// registry, and a separator. Every item of a channel has what `decorate` adds to it.
+[[nodiscard]] Menu channelSection(const MenuSources& sources,
+                                  const std::function<void(MenuItem&)>& decorate);
+
+/// Lines that both menus have.
+[[nodiscard]] MenuItem addChannelItem();
+[[nodiscard]] MenuItem settingsItem();
+[[nodiscard]] MenuItem checkForUpdatesItem();
+[[nodiscard]] MenuItem aboutItem();
+[[nodiscard]] MenuItem quitItem();
+
+} // namespace orvane

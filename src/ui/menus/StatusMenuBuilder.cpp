@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/menus/StatusMenuBuilder.h"
+
+#include "model/AppConstants.h"
+#include "settings/Preferences.h"
+#include "state/AppState.h"
+
+namespace orvane {
+
+using namespace Qt::StringLiterals;
+
+Menu StatusMenuBuilder::build(const MenuSources& sources) {
+    const bool isGhost = sources.state.isGhostMode();
+    const QStringList favorites = sources.preferences.favoriteChannelIDs();
+
+    Menu menu;
+    menu.append({.title = AppConstants::appName});
+    menu.append(MenuItem::separator());
+    menu.append({.title = isGhost ? u"✅ Disable Ghost Mode"_s : u"👻 Enable Ghost Mode"_s,
+                 .action = MenuAction::toggleGhostMode,
+                 .keyEquivalent = u"g"_s,
+                 .modifierMask = ModifierMask::none,
+                 .isOn = isGhost});
+    menu.append(MenuItem::separator());
+    menu += channelSection(sources, [&](MenuItem& item) {
+        // Positions count the favourites that are not shown, too.
+        const qsizetype position = favorites.indexOf(item.representedObject);
+        if (position >= 0)
+            item.keyEquivalent = QString::number(position + 1);
+    });
+    menu.append({addChannelItem(), settingsItem(), checkForUpdatesItem(), aboutItem()});
+    menu.append(MenuItem::separator());
+    menu.append(quitItem());
+    return menu;
+}
+
+} // namespace orvane

@@ -1,0 +1,11 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "ui/menus/MenuSources.h"
+
+namespace orvane::StatusMenuBuilder {
+
+/// The menu of the status item, anew from the current state. Main thread.
+[[nodiscard]] Menu build(const MenuSources& sources);
+
+} // namespace orvane::StatusMenuBuilder

@@ -1,0 +1,179 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/player/ControlBar.h"
+
+#include "playback/PlayerManager.h"
+#include "state/AppNotification.h"
+#include "state/AppState.h"
+#include "ui/ApplicationActions.h"
+#include "ui/CachedPixmap.h"
+#include "ui/PlainName.h"
+#include "ui/SystemColors.h"
+#include "ui/player/GlyphButton.h"
+#include "ui/player/LiveIndicator.h"
+#include "ui/window/WindowDrag.h"
+
+#include <QLabel>
+#include <QPainter>
+#include <QStyle>
+
+#include <algorithm>
+
+namespace orvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int labelPixelSize = 12;
+constexpr int labelLeft = 20;
+constexpr int labelHeight = 16;
+constexpr int labelGap = 8;
+constexpr int minimumLabelWidth = 30;
+constexpr int indicatorSize = 10;
+constexpr int margin = 6;
+constexpr int buttonSize = 32;
+constexpr int buttonStep = 36;
+
+/// A line of text from the left, whatever script it is in.
+class NameLabel final : public QLabel {
+public:
+    using QLabel::QLabel;
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        const QPixmap& name = m_name.of(*this, text(), [this](QPainter& painter) {
+            style()->drawItemText(&painter, rect(),
+                                  Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignVCenter, palette(),
+                                  isEnabled(), text(), foregroundRole());
+        });
+        QPainter(this).drawPixmap(0, 0, name);
+    }
+
+private:
+    CachedPixmap m_name;
+};
+
+} // namespace
+
+ControlBar::ControlBar(AppState& state, PlayerManager& player, ApplicationActions& actions,
+                       NotificationCenter& notifications, QWidget* parent)
+    : QWidget(parent),
+      m_state(state),
+      m_player(player),
+      m_actions(actions),
+      m_notifications(notifications),
+      m_liveIndicator(new LiveIndicator(this)),
+      m_channelLabel(new NameLabel(this)),
+      m_muteButton(new GlyphButton(SystemColors::blue, this)),
+      m_ghostButton(new GlyphButton(SystemColors::purple, this)),
+      m_fullscreenBtn(new GlyphButton(SystemColors::green, this)),
+      m_closeButton(new GlyphButton(SystemColors::orange, this)),
+      m_quitButton(new GlyphButton(SystemColors::red, this)) {
+    new WindowDrag(this);
+    setUpLabel();
+    setUpButtons();
+    registerObservers();
+    updateChannel();
+    updateMuteButton();
+    updateGhostButton();
+}
+
+void ControlBar::setUpLabel() {
+    QFont font = m_channelLabel->font();
+    font.setPixelSize(labelPixelSize);
+    font.setWeight(QFont::DemiBold);
+    m_channelLabel->setFont(font);
+    m_channelLabel->setTextFormat(Qt::PlainText);
+    m_channelLabel->setObjectName(u"channelLabel"_s);
+    QPalette palette = m_channelLabel->palette();
+    palette.setColor(QPalette::WindowText, QColor::fromRgbF(1.0F / 3, 1.0F / 3, 1.0F / 3));
+    m_channelLabel->setPalette(palette);
+}
+
+void ControlBar::setUpButtons() {
+    m_muteButton->setObjectName(u"muteButton"_s);
+    m_ghostButton->setObjectName(u"ghostButton"_s);
+    m_fullscreenBtn->setObjectName(u"fullscreenBtn"_s);
+    m_closeButton->setObjectName(u"closeButton"_s);
+    m_quitButton->setObjectName(u"quitButton"_s);
+
+    m_fullscreenBtn->setGlyph(u"⛶"_s, u"Full screen"_s);
+    m_fullscreenBtn->setToolTip(u"Fullscreen (F)"_s);
+    m_closeButton->setGlyph(u"✕"_s, u"Close player"_s);
+    m_closeButton->setToolTip(u"Close player"_s);
+    m_quitButton->setGlyph(u"⏻"_s, u"Quit Orvane"_s);
+    m_quitButton->setToolTip(u"Quit Orvane (Q)"_s);
+
+    const auto onClick = [this](GlyphButton* button, auto action) {
+        connect(button, &QAbstractButton::clicked, this, action);
+    };
+    onClick(m_muteButton, [this] { m_player.toggleMute(); });
+    onClick(m_ghostButton, [this] { m_state.setGhostMode(!m_state.isGhostMode()); });
+    onClick(m_fullscreenBtn, [this] { m_notifications.post(AppNotification::toggleFullscreen); });
+    onClick(m_closeButton, [this] { m_notifications.post(AppNotification::closePlayer); });
+    onClick(m_quitButton, [this] { m_actions.terminate(); });
+}
+
+void ControlBar::registerObservers() {
+    const auto follow = [this](AppNotification::Name name, void (ControlBar::*take)()) {
+        m_observers.push_back(
+            m_notifications.addObserver(name, [this, take](const auto&) { (this->*take)(); }));
+    };
+    follow(AppNotification::channelChanged, &ControlBar::updateChannel);
+    follow(AppNotification::muteChanged, &ControlBar::updateMuteButton);
+    follow(AppNotification::ghostModeChanged, &ControlBar::updateGhostButton);
+}
+
+void ControlBar::updateChannel() {
+    const auto& channel = m_state.currentChannel();
+    m_channelName = channel ? plainName(channel->displayName()) : u"Select a channel"_s;
+    fitChannelName();
+}
+
+void ControlBar::updateMuteButton() {
+    if (m_state.isMuted())
+        m_muteButton->setGlyph(u"🔇"_s, u"Unmute"_s);
+    else
+        m_muteButton->setGlyph(u"🔊"_s, u"Mute"_s);
+}
+
+void ControlBar::updateGhostButton() {
+    if (m_state.isGhostMode()) {
+        m_ghostButton->setGlyph(u"👻"_s, u"Turn ghost mode off"_s);
+        m_ghostButton->setToolTip(u"Ghost Mode ON (G)"_s);
+    } else {
+        m_ghostButton->setGlyph(u"👁"_s, u"Turn ghost mode on"_s);
+        m_ghostButton->setToolTip(u"Ghost Mode OFF (G)"_s);
+    }
+}
+
+void ControlBar::fitChannelName() {
+    m_channelLabel->setText(m_channelLabel->fontMetrics().elidedText(m_channelName, Qt::ElideRight,
+                                                                     m_channelLabel->width()));
+}
+
+void ControlBar::layOut() {
+    int x = width() - margin - buttonSize;
+    for (GlyphButton* button :
+         {m_quitButton, m_closeButton, m_fullscreenBtn, m_ghostButton, m_muteButton}) {
+        button->setGeometry(x, (height() - buttonSize) / 2, buttonSize, buttonSize);
+        x -= buttonStep;
+    }
+    m_liveIndicator->setGeometry(margin, (height() - indicatorSize) / 2, indicatorSize,
+                                 indicatorSize);
+    const int room = std::max(m_muteButton->x() - labelLeft - labelGap, minimumLabelWidth);
+    // The text's own height where it is more: Arabic script reaches further up and down.
+    const int textHeight = std::max(labelHeight, m_channelLabel->sizeHint().height());
+    m_channelLabel->setGeometry(labelLeft, (height() - textHeight) / 2, room, textHeight);
+}
+
+void ControlBar::paintEvent(QPaintEvent*) {
+    QPainter(this).fillRect(rect(), QColor::fromRgbF(0.93F, 0.93F, 0.93F, 0.95F));
+}
+
+void ControlBar::resizeEvent(QResizeEvent*) {
+    layOut();
+    fitChannelName();
+}
+
+} // namespace orvane

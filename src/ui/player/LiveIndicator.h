@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "ui/CachedPixmap.h"
+
+#include <QElapsedTimer>
+#include <QTimer>
+#include <QWidget>
+
+#include <chrono>
+
+namespace orvane {
+
+/// A red dot that dims and brightens once a second, from one second after it has come up. It costs
+/// nothing while it cannot be seen. Part of the control bar; main thread.
+class LiveIndicator final : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit LiveIndicator(QWidget* parent = nullptr);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
+private:
+    QTimer m_pulseTimer;
+    QElapsedTimer m_shownFor;
+    CachedPixmap m_dot;
+};
+
+/// From 0.3 to 1; `shownFor` is the time since the dot came up.
+[[nodiscard]] double pulseOpacity(std::chrono::milliseconds shownFor);
+
+} // namespace orvane

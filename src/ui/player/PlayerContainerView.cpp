@@ -1,0 +1,200 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/player/PlayerContainerView.h"
+
+#include "model/AppConstants.h"
+#include "platform/media/VideoView.h"
+#include "playback/PlayerManager.h"
+#include "state/AppNotification.h"
+#include "state/AppState.h"
+#include "ui/player/CloseButton.h"
+#include "ui/player/ControlBar.h"
+#include "ui/window/WindowDrag.h"
+
+#include <QGraphicsOpacityEffect>
+#include <QMouseEvent>
+
+#include <chrono>
+
+namespace orvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr std::chrono::milliseconds hideDelay{3000};
+constexpr int showFadeDuration = 200;
+constexpr int hideFadeDuration = 400;
+constexpr QRect closeButtonFrame(10, 10, 18, 18);
+
+} // namespace
+
+PlayerContainerView::PlayerContainerView(AppState& state, PlayerManager& player,
+                                         ApplicationActions& actions,
+                                         NotificationCenter& notifications, VideoOutput output,
+                                         QWidget* parent)
+    : QWidget(parent),
+      m_player(player),
+      m_playerView(new VideoView(output, this)),
+      m_dragOverlay(new QWidget(this)),
+      m_overlayView(new OverlayView(this)),
+      m_controlBar(new ControlBar(state, player, actions, notifications, this)),
+      m_closeButton(new CloseButton(this)),
+      m_controlBarOpacity(new QGraphicsOpacityEffect(m_controlBar)) {
+    QPalette black = palette();
+    black.setColor(QPalette::Window, Qt::black);
+    setPalette(black);
+    setAutoFillBackground(true);
+
+    m_overlayView->onRetry([this, &state] {
+        // A copy: the replay assigns the current channel while it reads this one.
+        if (const std::optional<Channel> channel = state.currentChannel())
+            m_player.retry(*channel);
+    });
+    m_closeButton->setGeometry(closeButtonFrame);
+    connect(m_closeButton, &QAbstractButton::clicked, this, [this] { window()->close(); });
+
+    // Only while it fades: an effect costs a detour on every painting.
+    m_controlBarOpacity->setOpacity(1);
+    m_controlBarOpacity->setEnabled(false);
+    m_controlBar->setGraphicsEffect(m_controlBarOpacity);
+    connect(&m_controlBarFade, &QVariantAnimation::valueChanged, m_controlBarOpacity,
+            [this](const QVariant& value) { m_controlBarOpacity->setOpacity(value.toDouble()); });
+    connect(&m_controlBarFade, &QVariantAnimation::finished, this, [this] {
+        m_controlBarOpacity->setEnabled(false);
+        m_controlBar->setVisible(m_controlBarVisible);
+    });
+    m_hideTimer.setInterval(hideDelay);
+    m_hideTimer.setSingleShot(true);
+    connect(&m_hideTimer, &QTimer::timeout, this, &PlayerContainerView::hideControlBar);
+
+    setUpDragging(notifications);
+    m_player.setPlayerView(m_playerView);
+    registerObservers(notifications);
+}
+
+PlayerContainerView::~PlayerContainerView() {
+    m_player.setPlayerView(nullptr);
+}
+
+void PlayerContainerView::setUpDragging(NotificationCenter& notifications) {
+    for (QWidget* picture : {m_dragOverlay, static_cast<QWidget*>(m_overlayView)}) {
+        auto* drag = new WindowDrag(picture);
+        drag->onDoubleClick(
+            [&notifications] { notifications.post(AppNotification::toggleFullscreen); });
+    }
+    for (QWidget* widget : findChildren<QWidget*>()) {
+        widget->setMouseTracking(true);
+        widget->installEventFilter(this);
+    }
+}
+
+void PlayerContainerView::setInstalling(bool isInstalling) {
+    m_isInstalling = isInstalling;
+    updateOverlay();
+}
+
+void PlayerContainerView::setStreamState(OverlayView::State state) {
+    m_streamState = std::move(state);
+    updateOverlay();
+}
+
+void PlayerContainerView::updateOverlay() {
+    const bool isPlaying = std::holds_alternative<OverlayView::Hidden>(m_streamState);
+    if (m_isInstalling && !isPlaying)
+        m_overlayView->setState(OverlayView::Loading{u"Installing yt-dlp..."_s});
+    else
+        m_overlayView->setState(m_streamState);
+}
+
+void PlayerContainerView::registerObservers(NotificationCenter& notifications) {
+    m_observers.push_back(notifications.addObserver(
+        AppNotification::streamLoading, [this](const NotificationCenter::Notification& n) {
+            const auto* channel = std::any_cast<Channel>(&n.object);
+            const QString name = channel != nullptr ? channel->displayName() : QString();
+            setStreamState(OverlayView::Loading{u"Loading "_s + name + u"..."_s});
+        }));
+    m_observers.push_back(
+        notifications.addObserver(AppNotification::streamResolved,
+                                  [this](const auto&) { setStreamState(OverlayView::Hidden{}); }));
+    m_observers.push_back(notifications.addObserver(
+        AppNotification::streamError, [this](const NotificationCenter::Notification& n) {
+            const auto* message = std::any_cast<QString>(&n.object);
+            setStreamState(
+                OverlayView::Error{message != nullptr ? *message : u"Stream unavailable"_s});
+        }));
+}
+
+void PlayerContainerView::resizeEvent(QResizeEvent*) {
+    constexpr int barHeight = static_cast<int>(AppConstants::controlBarHeight);
+    m_playerView->setGeometry(rect());
+    m_dragOverlay->setGeometry(0, 0, width(), height() - barHeight);
+    m_overlayView->setGeometry(rect());
+    m_controlBar->setGeometry(0, height() - barHeight, width(), barHeight);
+}
+
+// The bar and the pointer: a movement cancels the timer of a bar that is up and starts none, so the
+// bar stays for as long as the pointer is inside and has moved; only a bar that was brought up and
+// then left alone goes by itself.
+
+void PlayerContainerView::pointerSeen() {
+    m_hideTimer.stop();
+    if (m_controlBarVisible)
+        return;
+    showControlBar();
+    scheduleHide();
+}
+
+void PlayerContainerView::scheduleHide() {
+    m_hideTimer.start();
+}
+
+void PlayerContainerView::showControlBar() {
+    m_controlBarVisible = true;
+    updateCursor();
+    m_controlBar->show();
+    fadeControlBar(1, showFadeDuration);
+}
+
+void PlayerContainerView::hideControlBar() {
+    if (!m_controlBarVisible)
+        return;
+    m_controlBarVisible = false;
+    updateCursor();
+    fadeControlBar(0, hideFadeDuration);
+}
+
+void PlayerContainerView::updateCursor() {
+    if (window()->isFullScreen() && !m_controlBarVisible)
+        setCursor(Qt::BlankCursor);
+    else
+        unsetCursor();
+}
+
+void PlayerContainerView::fadeControlBar(double opacity, int milliseconds) {
+    m_controlBarFade.stop();
+    m_controlBarFade.setStartValue(m_controlBarOpacity->opacity());
+    m_controlBarFade.setEndValue(opacity);
+    m_controlBarFade.setDuration(milliseconds);
+    m_controlBarOpacity->setEnabled(true);
+    m_controlBarFade.start();
+}
+
+bool PlayerContainerView::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() != QEvent::MouseMove)
+        return false;
+    // Once, although a widget that has no use for it hands it on to its parent.
+    const auto& move = static_cast<const QMouseEvent&>(*event);
+    if (watched == childAt(mapFromGlobal(move.globalPosition()).toPoint()))
+        pointerSeen();
+    return false;
+}
+
+void PlayerContainerView::enterEvent(QEnterEvent*) {
+    pointerSeen();
+}
+
+void PlayerContainerView::leaveEvent(QEvent*) {
+    hideControlBar();
+}
+
+} // namespace orvane

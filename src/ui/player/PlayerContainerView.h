@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "base/NotificationCenter.h"
+#include "platform/media/VideoOutput.h"
+#include "ui/player/OverlayView.h"
+
+#include <QTimer>
+#include <QVariantAnimation>
+#include <QWidget>
+
+#include <vector>
+
+class QGraphicsOpacityEffect;
+
+namespace orvane {
+
+class AppState;
+class ApplicationActions;
+class CloseButton;
+class ControlBar;
+class PlayerManager;
+class VideoView;
+
+/// The content of the player window: the picture, the overlay above it, the control bar along the
+/// bottom, which comes and goes with the pointer, and the window's close button. Owned by the
+/// window; main thread. It shows what the notifications about the stream say and asks the player
+/// manager for another try.
+class PlayerContainerView final : public QWidget {
+    Q_OBJECT
+
+public:
+    PlayerContainerView(AppState& state, PlayerManager& player, ApplicationActions& actions,
+                        NotificationCenter& notifications, VideoOutput output,
+                        QWidget* parent = nullptr);
+    ~PlayerContainerView() override;
+
+    [[nodiscard]] VideoView& playerView() const { return *m_playerView; }
+
+    /// While yt-dlp is being installed the overlay says so: what the stream has to say meanwhile,
+    /// that it cannot be had, is no news. It is shown when the installation has ended.
+    void setInstalling(bool isInstalling);
+
+    /// The pointer hides with the control bar in full screen; called when that begins or ends.
+    void updateCursor();
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void enterEvent(QEnterEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+
+private:
+    void setUpDragging(NotificationCenter& notifications);
+    void registerObservers(NotificationCenter& notifications);
+    void setStreamState(OverlayView::State state);
+    void updateOverlay();
+    void pointerSeen();
+    void scheduleHide();
+    void showControlBar();
+    void hideControlBar();
+    void fadeControlBar(double opacity, int milliseconds);
+
+    PlayerManager& m_player;
+    VideoView* m_playerView;
+    /// Lies unseen over the picture and takes the mouse for it.
+    QWidget* m_dragOverlay;
+    OverlayView* m_overlayView;
+    ControlBar* m_controlBar;
+    CloseButton* m_closeButton;
+    QGraphicsOpacityEffect* m_controlBarOpacity;
+    QVariantAnimation m_controlBarFade;
+    QTimer m_hideTimer{this};
+    bool m_controlBarVisible = true;
+    OverlayView::State m_streamState = OverlayView::Hidden{};
+    bool m_isInstalling = false;
+    std::vector<NotificationCenter::Token> m_observers;
+};
+
+} // namespace orvane

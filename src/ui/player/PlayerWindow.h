@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "base/NotificationCenter.h"
+#include "platform/media/VideoOutput.h"
+#include "ui/menus/Menu.h"
+#include "ui/window/GhostMode.h"
+
+#include <QRectF>
+#include <QVariantAnimation>
+#include <QWidget>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace orvane {
+
+class AppState;
+class ApplicationActions;
+class FloatingWindow;
+class PlayerContainerView;
+class PlayerManager;
+class Preferences;
+
+/// The small floating window that shows the channel. Created by the application controller on first
+/// need and kept; main thread. Closing it only announces the wish: the controller acts on it.
+class PlayerWindow final : public QWidget, private GhostMode::Window {
+    Q_OBJECT
+
+public:
+    /// All outlive the window. `videoOutput` is not `automatic`.
+    struct Collaborators {
+        Preferences& preferences;
+        AppState& state;
+        PlayerManager& player;
+        NotificationCenter& notifications;
+        EventMonitor& events;
+        ApplicationActions& actions;
+        /// What a right click shows, as of now.
+        std::function<Menu()> contextMenu;
+        VideoOutput videoOutput;
+    };
+
+    explicit PlayerWindow(const Collaborators& collaborators);
+    ~PlayerWindow() override;
+
+    [[nodiscard]] PlayerContainerView& containerView() const { return *m_containerView; }
+
+    /// Points in desktop coordinates, y downwards; in full screen the frame before it.
+    [[nodiscard]] QRectF frame() const;
+
+    /// Points. The corner nearest to a corner of the screen stays. Full screen stays what it is.
+    void setContentSize(const QSizeF& size);
+
+    void toggleFullScreen();
+
+protected:
+    void changeEvent(QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+
+private:
+    void registerObservers();
+    void setFrame(const QRectF& frame);
+    void followScreens();
+    void comeIntoView();
+    void keepShape();
+    void setOpacity(double opacity);
+    void fadeTo(double opacity);
+    void conceal();
+
+    [[nodiscard]] QRectF frameOnScreen() const override;
+    void setIgnoresMouseEvents(bool ignores) override;
+    void fadeOut() override;
+    void fadeIn() override;
+    void keepHidden() override;
+
+    Collaborators m_with;
+    std::unique_ptr<FloatingWindow> m_floating;
+    PlayerContainerView* m_containerView;
+    /// What the program has made the window, until a person makes it something else.
+    std::optional<QSize> m_sizeByProgram;
+    std::optional<QRectF> m_frameBeforeFullScreen;
+    QVariantAnimation m_fade;
+    GhostMode m_ghostMode;
+    std::vector<NotificationCenter::Token> m_observers;
+};
+
+} // namespace orvane

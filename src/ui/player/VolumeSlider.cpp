@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/player/VolumeSlider.h"
+
+#include "settings/Preferences.h"
+#include "state/AppState.h"
+
+#include <QSignalBlocker>
+
+#include <cmath>
+
+namespace orvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int steps = 1000;
+
+} // namespace
+
+VolumeSlider::VolumeSlider(const Preferences& preferences, const AppState& state, QWidget* parent)
+    : QSlider(Qt::Horizontal, parent), m_state(state) {
+    setRange(0, steps);
+    setPageStep(steps / 10);
+    setAccessibleName(u"Volume"_s);
+    setFloatValue(preferences.volume());
+    connect(this, &QSlider::valueChanged, this, &VolumeSlider::sliderChanged);
+}
+
+float VolumeSlider::floatValue() const {
+    return static_cast<float>(value()) / steps;
+}
+
+void VolumeSlider::setFloatValue(float volume) {
+    setValue(static_cast<int>(std::lround(volume * steps)));
+}
+
+void VolumeSlider::syncToState() {
+    const QSignalBlocker notByThePerson(this);
+    setFloatValue(m_state.volume());
+}
+
+void VolumeSlider::sliderChanged() {
+    if (m_onVolumeChange)
+        m_onVolumeChange(floatValue());
+}
+
+} // namespace orvane

@@ -1,0 +1,251 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/settings/AddChannelPage.h"
+
+#include "base/TaskScope.h"
+#include "settings/Preferences.h"
+#include "ui/FittedText.h"
+#include "ui/PlainName.h"
+#include "ui/Spinner.h"
+#include "ui/SystemColors.h"
+#include "ui/settings/RoundedBox.h"
+
+#include <QLineEdit>
+#include <QPointer>
+#include <QPushButton>
+#include <QScrollArea>
+
+#include <algorithm>
+
+namespace orvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr double pageWidth = 480;
+constexpr double lineHeight = 20;
+constexpr double statusTop = 190;
+constexpr int statusLines = 2;
+constexpr QSizeF customScrollSize(480, 100);
+constexpr double rowHeight = 30;
+constexpr double rowTextWidth = 360;
+
+/// Both parts can be long, and neither pushes the other out.
+QString rowText(const Channel& channel, const QFontMetrics& metrics, int width) {
+    const QString handle = u"  (@%1)"_s.arg(plainName(channel.handle()));
+    const int room = std::max(width - metrics.horizontalAdvance(handle), width / 2);
+    const QString name = metrics.elidedText(plainName(channel.nameEn()), Qt::ElideRight, room);
+    return metrics.elidedText(name + handle, Qt::ElideRight, width);
+}
+
+QPushButton* makeButton(const QString& name, const QString& title) {
+    auto* button = new QPushButton(title);
+    button->setObjectName(name);
+    button->setAutoDefault(true); // Return presses the one with the focus.
+    return button;
+}
+
+} // namespace
+
+AddChannelPage::AddChannelPage(Preferences& preferences, TaskScope& tasks, Resolve resolve,
+                               const QString& siteHost)
+    : m_preferences(preferences),
+      m_tasks(tasks),
+      m_resolve(std::move(resolve)),
+      m_channelInput(new QLineEdit),
+      m_resolveButton(makeButton(u"resolveBtn"_s, u"Resolve"_s)),
+      m_busySign(new Spinner(palette().color(QPalette::WindowText), this)),
+      m_previewBg(new RoundedBox({.background = SystemColors::withAlpha(SystemColors::green, 0.1),
+                                  .radius = 8 * scale(),
+                                  .border = SystemColors::withAlpha(SystemColors::green, 0.3)})),
+      m_customScroll(makePageScroll(u"customScroll"_s)) {
+    addInput(siteHost);
+    addPreview();
+    m_statusLabel = addLabel({}, {20, 170, pageWidth, lineHeight}, {.size = 12});
+    m_statusLabel->setObjectName(u"statusLabel"_s);
+    m_busySign->setObjectName(u"busySign"_s);
+
+    auto* separator = new QFrame;
+    separator->setFrameStyle(QFrame::HLine | QFrame::Sunken);
+    place(separator, {20, 140, pageWidth, 1});
+    addLabel(u"Your Custom Channels"_s, {20, 120, 300, lineHeight},
+             {.size = 13, .weight = QFont::DemiBold});
+    place(m_customScroll, {{20, 10}, customScrollSize});
+}
+
+AddChannelPage::~AddChannelPage() {
+    m_resolution.request_stop();
+}
+
+void AddChannelPage::addInput(const QString& siteHost) {
+    QLabel* explanation = addLabel(u"Paste a YouTube channel URL, @handle, or channel name. "
+                                   u"We'll resolve it and show you the channel before adding."_s,
+                                   {}, {.size = 12, .color = QPalette::PlaceholderText});
+    explanation->setWordWrap(true);
+    place(explanation, {20, 330, 470, 36});
+    addCaption(u"YouTube URL:"_s, {20, 290, 140, lineHeight});
+
+    m_channelInput->setObjectName(u"channelInput"_s);
+    m_channelInput->setAccessibleName(u"YouTube URL"_s);
+    m_channelInput->setPlaceholderText(u"@handle or "_s + siteHost + u"/..."_s);
+    place(m_channelInput, {160, 288, 260, 24});
+    place(m_resolveButton, {430, 287, 70, 26});
+    connect(m_channelInput, &QLineEdit::returnPressed, this, &AddChannelPage::resolveInput);
+    connect(m_resolveButton, &QPushButton::clicked, this, &AddChannelPage::resolveInput);
+    // Another text may be resolved without waiting for what becomes of the first.
+    connect(m_channelInput, &QLineEdit::textEdited, this,
+            [this] { m_resolveButton->setEnabled(true); });
+}
+
+void AddChannelPage::addPreview() {
+    m_previewBg->setObjectName(u"previewBg"_s);
+    place(m_previewBg, {20, 190, pageWidth, 60});
+    auto* content = new FormPage(m_previewBg);
+    content->resize(scaled({pageWidth, 60}));
+    m_previewName =
+        content->addLabel({}, {12, 22, 350, 20}, {.size = 14, .weight = QFont::DemiBold});
+    m_previewName->setObjectName(u"previewName"_s);
+    m_previewHandle =
+        content->addLabel({}, {12, 4, 350, 18}, {.size = 11, .color = QPalette::PlaceholderText});
+    m_previewHandle->setObjectName(u"previewHandle"_s);
+    QPushButton* add = makeButton(u"addBtn"_s, u"Add Channel"_s);
+    setTextColor(*add, SystemColors::green);
+    connect(add, &QPushButton::clicked, this, &AddChannelPage::addResolvedChannel);
+    content->place(add, {374, 14, 96, 30});
+    m_previewBg->hide();
+}
+
+void AddChannelPage::focusInput() {
+    m_channelInput->setFocus();
+    m_channelInput->selectAll();
+}
+
+void AddChannelPage::resolveChannel(const QString& text) {
+    m_channelInput->setText(text);
+    resolveInput();
+}
+
+void AddChannelPage::resolveInput() {
+    const QString input = m_channelInput->text().trimmed();
+    m_resolution.request_stop();
+    setBusy(false);
+    if (input.isEmpty())
+        return setStatus(u"Please enter a YouTube URL or handle."_s, Tone::bad);
+    m_resolution = {};
+    setStatus(u"Resolving..."_s, Tone::neutral);
+    setBusy(true);
+    m_previewBg->hide();
+    m_tasks.spawn(resolve(input));
+}
+
+QCoro::Task<> AddChannelPage::resolve(QString input) {
+    const QPointer<AddChannelPage> self(this);
+    const std::stop_token stop = m_resolution.get_token();
+    const ChannelResolver::Result result = co_await m_resolve(input, stop);
+    if (!self || stop.stop_requested())
+        co_return;
+    setBusy(false);
+    showResult(result);
+}
+
+void AddChannelPage::showResult(const ChannelResolver::Result& result) {
+    m_previewBg->setVisible(result.has_value());
+    if (!result)
+        return setStatus(result.error().description, Tone::bad);
+    m_resolvedHandle = result->handle;
+    m_resolvedName = result->name;
+    setStatus({}, Tone::neutral);
+    const auto show = [](QLabel* label, const QString& text) {
+        label->setText(label->fontMetrics().elidedText(text, Qt::ElideRight, label->width()));
+    };
+    show(m_previewName, plainName(m_resolvedName));
+    show(m_previewHandle, u'@' + plainName(m_resolvedHandle));
+}
+
+void AddChannelPage::addResolvedChannel() {
+    if (m_resolvedHandle.isEmpty())
+        return;
+    m_preferences.addCustomChannel(m_resolvedHandle, m_resolvedName);
+    m_channelInput->clear();
+    m_previewBg->hide();
+    setStatus(u"Added %1!"_s.arg(plainName(m_resolvedName)), Tone::good);
+    rebuildCustomList();
+    m_resolvedHandle.clear();
+    m_resolvedName.clear();
+    m_channelInput->setFocus(); // The button that had it is gone.
+}
+
+void AddChannelPage::removeCustomChannel(const QString& handle) {
+    const auto buttons = [this] { return m_customScroll->findChildren<QPushButton*>(); };
+    qsizetype row = 0;
+    for (const QPushButton* button : buttons()) {
+        if (button->objectName() == handle)
+            break;
+        ++row;
+    }
+    m_preferences.removeCustomChannel(handle);
+    rebuildCustomList();
+    // The next press of a key is for the channel that takes the place of this one.
+    const QList<QPushButton*> left = buttons();
+    if (left.isEmpty())
+        m_channelInput->setFocus();
+    else
+        left.at(std::min(row, left.size() - 1))->setFocus();
+}
+
+void AddChannelPage::setStatus(const QString& text, Tone tone) {
+    const QString fitted =
+        fittedText(text, m_statusLabel->font(), pageWidth * scale(), statusLines);
+    m_statusLabel->setText(fitted);
+    m_statusLabel->setToolTip(fitted.endsWith(u'…') ? text.toHtmlEscaped() : QString());
+    if (tone == Tone::neutral)
+        m_statusLabel->setPalette({});
+    else
+        setTextColor(*m_statusLabel, tone == Tone::good ? SystemColors::green : SystemColors::red);
+    m_statusLabel->setForegroundRole(tone == Tone::neutral ? QPalette::PlaceholderText
+                                                           : QPalette::WindowText);
+    const double height = fitted.contains(u'\n') ? statusLines * lineHeight - 4 : lineHeight;
+    place(m_statusLabel, {20, statusTop - height, pageWidth, height});
+}
+
+void AddChannelPage::setBusy(bool isBusy) {
+    m_resolveButton->setEnabled(!isBusy);
+    if (!isBusy)
+        return m_busySign->stop();
+    const double textWidth = m_statusLabel->sizeHint().width() / scale();
+    place(m_busySign, {20 + textWidth + 8, 172, 16, 16});
+    m_busySign->start();
+}
+
+void AddChannelPage::rebuildCustomList() {
+    showPage(*m_customScroll, customList());
+}
+
+FormPage* AddChannelPage::customList() {
+    const QList<Channel> channels = m_preferences.customChannels();
+    const QSizeF size(customScrollSize.width() - 20,
+                      std::max(double(channels.size()) * rowHeight, customScrollSize.height()));
+    auto* list = new FormPage;
+    list->resize(scaled(size));
+    if (channels.isEmpty())
+        list->addLabel(
+            u"No custom channels yet. Add one above!"_s,
+            {0, size.height() / 2 - 10, size.width(), lineHeight},
+            {.size = 12, .color = QPalette::PlaceholderText, .alignment = Qt::AlignHCenter});
+    double y = double(channels.size()) * rowHeight;
+    for (const Channel& channel : channels) {
+        y -= rowHeight;
+        QLabel* text = list->addLabel({}, {4, y + 6, rowTextWidth, 18}, {.size = 12});
+        text->setText(rowText(channel, text->fontMetrics(), text->width()));
+        QPushButton* remove = makeButton(channel.handle(), u"Remove"_s);
+        remove->setAccessibleName(u"Remove "_s + plainName(channel.nameEn()));
+        remove->setFont(scaledFont(remove->font(), {.size = 11}));
+        setTextColor(*remove, SystemColors::red);
+        connect(remove, &QPushButton::clicked, this,
+                [this, handle = channel.handle()] { removeCustomChannel(handle); });
+        list->place(remove, {380, y + 4, 70, 22});
+    }
+    return list;
+}
+
+} // namespace orvane

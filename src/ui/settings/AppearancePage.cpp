@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/settings/AppearancePage.h"
+
+#include "base/NotificationCenter.h"
+#include "model/AppConstants.h"
+#include "settings/Preferences.h"
+#include "state/AppNotification.h"
+#include "ui/SystemColors.h"
+
+#include <QPushButton>
+#include <QSlider>
+
+#include <array>
+#include <cmath>
+
+namespace orvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The slider counts in steps of this many for the whole range of opacities.
+constexpr int opacitySteps = 1000;
+constexpr double lowestOpacity = 0.3;
+
+struct PresetTitle {
+    QStringView title;
+    int width;
+};
+constexpr std::array presetTitles{PresetTitle{u"Small", 320}, PresetTitle{u"Medium", 480},
+                                  PresetTitle{u"Large", 720}};
+
+} // namespace
+
+AppearancePage::AppearancePage(Preferences& preferences, NotificationCenter& notifications,
+                               std::function<void(QSizeF)> resizePlayer)
+    : m_preferences(preferences),
+      m_notifications(notifications),
+      m_resizePlayer(std::move(resizePlayer)) {
+    addOpacitySlider();
+    addPresets();
+}
+
+void AppearancePage::addOpacitySlider() {
+    addCaption(u"Window Opacity:"_s, {20, 320, 140, 20});
+    auto* slider = new QSlider(Qt::Horizontal);
+    slider->setObjectName(u"opacity"_s);
+    slider->setAccessibleName(u"Window Opacity"_s);
+    slider->setRange(qRound(lowestOpacity * opacitySteps), opacitySteps);
+    slider->setSingleStep(opacitySteps / 100);
+    slider->setPageStep(opacitySteps / 10);
+    slider->setValue(qRound(m_preferences.windowOpacity() * opacitySteps));
+    connect(slider, &QSlider::valueChanged, this,
+            [this](int value) { opacityChanged(double(value) / opacitySteps); });
+    place(slider, {160, 320, 200, 22});
+}
+
+void AppearancePage::addPresets() {
+    addCaption(u"Window Size Preset:"_s, {20, 280, 140, 20});
+    for (double x = 160; const auto& [title, width] : presetTitles) {
+        auto* button = new QPushButton(title.toString());
+        button->setObjectName(u"preset%1"_s.arg(width));
+        connect(button, &QPushButton::clicked, this,
+                [this, tag = width] { sizePresetTapped(tag); });
+        place(button, {x, 278, 80, 26});
+        m_presets.append({width, button});
+        x += 90;
+    }
+    highlightPreset(m_preferences.windowSizePreset());
+}
+
+void AppearancePage::opacityChanged(double opacity) {
+    m_preferences.setWindowOpacity(opacity);
+    m_notifications.post(AppNotification::windowOpacityChanged, opacity);
+}
+
+void AppearancePage::sizePresetTapped(int width) {
+    m_preferences.setWindowSizePreset(width);
+    highlightPreset(width);
+    m_resizePlayer(
+        {double(width), width / AppConstants::aspectRatio + AppConstants::controlBarHeight});
+}
+
+void AppearancePage::highlightPreset(int width) {
+    const QColor blue = SystemColors::blue;
+    const QString highlight =
+        u"QPushButton { border: none; border-radius: %1px; color: %2; background: rgba(%3, %4, %5, "
+        u"20%); }"
+        u"QPushButton:focus { border: 1px solid %2; }"_s.arg(qRound(6 * scale()))
+            .arg(blue.name())
+            .arg(blue.red())
+            .arg(blue.green())
+            .arg(blue.blue());
+    for (const Preset& preset : std::as_const(m_presets)) {
+        preset.button->setStyleSheet(preset.width == width ? highlight : QString());
+        preset.button->setAccessibleDescription(preset.width == width ? u"Chosen"_s : QString());
+    }
+}
+
+} // namespace orvane

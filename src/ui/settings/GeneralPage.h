@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/desktop/Autostart.h"
+#include "ui/FormPage.h"
+
+class QCheckBox;
+class QComboBox;
+
+namespace orvane {
+
+class AppState;
+class NotificationCenter;
+class Preferences;
+
+/// The settings that fit nowhere else. Each control writes what it shows at once. Owned by its
+/// window; main thread.
+class GeneralPage final : public FormPage {
+    Q_OBJECT
+
+public:
+    /// What is referred to outlives the page.
+    GeneralPage(Preferences& preferences, AppState& state, NotificationCenter& notifications,
+                const Autostart& autostart);
+
+protected:
+    void refresh() override;
+
+private:
+    QCheckBox* addCheckBox(const QString& name, const QString& title, const QRectF& frame);
+    QComboBox* addPopUp(const QString& name, const QString& caption, double y,
+                        const QStringList& titles);
+    void resolutionChanged();
+    void themeChanged();
+    void autostartChanged(bool isOn);
+
+    Preferences& m_preferences;
+    AppState& m_state;
+    NotificationCenter& m_notifications;
+    QComboBox* m_resolution;
+    QCheckBox* m_autoPlay;
+    QComboBox* m_theme;
+    QCheckBox* m_shortcutsInTextFields;
+    Autostart m_autostart;
+    QCheckBox* m_startAtLogin;
+    QLabel* m_autostartFault;
+};
+
+} // namespace orvane

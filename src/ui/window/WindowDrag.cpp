@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/window/WindowDrag.h"
+
+#include "platform/windowing/FloatingWindowFactory.h"
+
+#include <QGuiApplication>
+#include <QMouseEvent>
+#include <QStyleHints>
+#include <QWidget>
+
+namespace orvane {
+
+WindowDrag::WindowDrag(QWidget* handle) : QObject(handle), m_handle(handle) {
+    handle->installEventFilter(this);
+}
+
+bool WindowDrag::eventFilter(QObject*, QEvent* event) {
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+        press(static_cast<const QMouseEvent&>(*event));
+        return true;
+    case QEvent::MouseButtonDblClick:
+        m_pressedAt.reset();
+        if (static_cast<const QMouseEvent*>(event)->button() == Qt::LeftButton && m_onDoubleClick)
+            m_onDoubleClick();
+        return true;
+    case QEvent::MouseMove:
+        move(static_cast<const QMouseEvent&>(*event));
+        return true;
+    case QEvent::MouseButtonRelease:
+        m_pressedAt.reset();
+        return true;
+    default:
+        return false;
+    }
+}
+
+void WindowDrag::press(const QMouseEvent& event) {
+    m_pressedAt.reset();
+    if (event.button() == Qt::LeftButton)
+        m_pressedAt = event.globalPosition();
+}
+
+void WindowDrag::move(const QMouseEvent& event) {
+    if (!m_pressedAt || !event.buttons().testFlag(Qt::LeftButton))
+        return;
+    // Not on the press itself: a window manager that moves a window takes the release, and then the
+    // second click of a double click is a first one.
+    const QPointF distance = event.globalPosition() - *m_pressedAt;
+    if (distance.manhattanLength() < QGuiApplication::styleHints()->startDragDistance())
+        return;
+    m_pressedAt.reset();
+    QWidget* window = m_handle->window();
+    if (window->isFullScreen())
+        return;
+    startWindowMove(*window, distance);
+}
+
+} // namespace orvane

@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/window/WindowGeometry.h"
+
+#include "model/AppConstants.h"
+
+#include <QRegion>
+
+#include <algorithm>
+
+namespace orvane {
+
+namespace {
+
+constexpr double edgeDistance = 20;
+/// So much of a window has to be on a screen, both ways, for it to be seen and dragged.
+constexpr double reachable = 40;
+constexpr double edgeWidth = 6;
+/// How far a corner goes along the edges.
+constexpr double cornerLength = 18;
+
+double squaredDistance(const QRectF& area, const QPointF& point) {
+    const QPointF nearest(std::clamp(point.x(), area.left(), area.right()),
+                          std::clamp(point.y(), area.top(), area.bottom()));
+    return QPointF::dotProduct(nearest - point, nearest - point);
+}
+
+QRectF nearestArea(const QList<QRectF>& areas, const QPointF& point) {
+    return *std::ranges::min_element(
+        areas, {}, [&](const QRectF& area) { return squaredDistance(area, point); });
+}
+
+/// As near to where it is as its being whole inside the area allows; not larger than the area.
+QRectF movedInto(const QRectF& area, QRectF frame) {
+    frame.setSize(frame.size().boundedTo(area.size()));
+    frame.moveLeft(std::clamp(frame.x(), area.left(), area.right() - frame.width()));
+    frame.moveTop(std::clamp(frame.y(), area.top(), area.bottom() - frame.height()));
+    return frame;
+}
+
+} // namespace
+
+QRectF defaultPlayerFrame(const QRectF& usableArea) {
+    const QSizeF size(AppConstants::defaultWindowWidth,
+                      AppConstants::defaultWindowHeight + AppConstants::controlBarHeight);
+    return {QPointF(usableArea.right() - size.width() - edgeDistance,
+                    usableArea.bottom() - size.height() - edgeDistance),
+            size};
+}
+
+QRectF initialPlayerFrame(const std::optional<QRectF>& saved, const QList<QRectF>& usableAreas) {
+    if (!saved || saved->isEmpty())
+        return defaultPlayerFrame(usableAreas.first());
+    const bool isTooSmall = saved->width() < smallestPlayerSize.width() ||
+                            saved->height() < smallestPlayerSize.height();
+    const bool isInReach = std::ranges::any_of(usableAreas, [&](const QRectF& area) {
+        const QRectF shown = area & *saved;
+        return shown.width() >= reachable && shown.height() >= reachable;
+    });
+    if (isInReach && !isTooSmall)
+        return *saved;
+    const QRectF frame(saved->topLeft(), saved->size().expandedTo(smallestPlayerSize));
+    return movedInto(nearestArea(usableAreas, saved->center()), frame);
+}
+
+QRectF resizedPlayerFrame(const QRectF& frame, const QSizeF& size,
+                          const QList<QRectF>& usableAreas) {
+    const QRectF area = nearestArea(usableAreas, frame.center());
+    QRectF resized(frame.topLeft(), size);
+    if (area.right() - frame.right() < frame.left() - area.left())
+        resized.moveRight(frame.right());
+    if (area.bottom() - frame.bottom() < frame.top() - area.top())
+        resized.moveBottom(frame.bottom());
+    return movedInto(area, resized);
+}
+
+QRectF playerFrameInView(const QRectF& frame, const QList<QRectF>& usableAreas) {
+    QRegion hidden(frame.toRect());
+    for (const QRectF& area : usableAreas)
+        hidden -= area.toRect();
+    return hidden.isEmpty() ? frame : movedInto(nearestArea(usableAreas, frame.center()), frame);
+}
+
+Qt::Edges edgesAt(const QPointF& position, const QSizeF& size) {
+    const double right = size.width() - position.x();
+    const double bottom = size.height() - position.y();
+    const double nearest = std::min({position.x(), position.y(), right, bottom});
+    if (nearest < 0 || nearest >= edgeWidth)
+        return {};
+    // A place near two edges belongs to the corner between them.
+    Qt::Edges edges;
+    edges.setFlag(Qt::LeftEdge, position.x() < cornerLength);
+    edges.setFlag(Qt::TopEdge, position.y() < cornerLength);
+    edges.setFlag(Qt::RightEdge, right < cornerLength);
+    edges.setFlag(Qt::BottomEdge, bottom < cornerLength);
+    return edges;
+}
+
+} // namespace orvane

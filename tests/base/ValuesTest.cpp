@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "base/Origin.h"
+#include "platform/media/MediaPlayer.h"
+#include "platform/system/Process.h"
+#include "platform/system/SearchPath.h"
+#include "platform/windowing/DisplayChoice.h"
+
+#include <gtest/gtest.h>
+
+namespace orvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+TEST(Origin, IsASchemeAHostAndAPort) {
+    for (const QString& good : {u"https://a.example"_s, u"http://127.0.0.1:8080"_s}) {
+        const std::optional<Origin> origin = Origin::parse(good + u'/');
+        ASSERT_TRUE(origin) << good.toStdString();
+        EXPECT_EQ(origin->address(u"/x?y=1"), good + u"/x?y=1"_s);
+    }
+    for (const QString& bad : {u""_s, u"a.example"_s, u"ftp://a.example"_s, u"https://"_s,
+                               u"https://a.example/path"_s, u"https://a.example?q"_s, u"no url"_s})
+        EXPECT_FALSE(Origin::parse(bad)) << bad.toStdString();
+}
+
+TEST(SearchPath, GetsAFolderOnce) {
+    EXPECT_EQ(searchPathWith(u"/usr/bin:/bin"_s, u"/h/.local/bin"_s),
+              u"/usr/bin:/bin:/h/.local/bin"_s);
+    EXPECT_EQ(searchPathWith(u"/h/.local/bin:/bin"_s, u"/h/.local/bin"_s), u"/h/.local/bin:/bin"_s);
+    EXPECT_EQ(searchPathWith(QString(), u"/h/.local/bin"_s), u"/h/.local/bin"_s);
+}
+
+TEST(CapturedOutput, KeepsTheBeginningAndKnowsThatThereWasMore) {
+    constexpr qsizetype limit = 10;
+    CapturedOutput output;
+    output.append(QByteArray(limit - 1, 'a'), limit);
+    EXPECT_FALSE(output.isTruncated);
+    output.append("bc", limit);
+    EXPECT_TRUE(output.isTruncated);
+    output.append("d", limit);
+    EXPECT_EQ(output.bytes.size(), limit);
+    EXPECT_TRUE(output.bytes.endsWith("ab"));
+}
+
+TEST(CapturedOutput, IsTextOnlyAsUtf8) {
+    EXPECT_EQ((CapturedOutput{.bytes = "قناة"}.text()), u"قناة"_s);
+    EXPECT_EQ((CapturedOutput{}.text()), QString());
+    EXPECT_FALSE((CapturedOutput{.bytes = "\xff\xfe"}.text()));
+    EXPECT_FALSE((CapturedOutput{.bytes = "cut \xd9"}.text()));
+}
+
+TEST(RefusalToOpen, LetsOnlyWebAddressesThrough) {
+    EXPECT_FALSE(refusalToOpen(QUrl(u"https://a.example/x.m3u8?a=b"_s)));
+    EXPECT_FALSE(refusalToOpen(QUrl(u"http://127.0.0.1:8080/"_s)));
+    for (const QString& other :
+         {u"file:///etc/passwd"_s, u"av://lavfi:testsrc"_s, u"edl://x"_s, u"memory://x"_s,
+          u"fd://0"_s, u"just-a-word"_s, u"/etc/passwd"_s, u"https:///no-host"_s, u""_s})
+        EXPECT_TRUE(refusalToOpen(QUrl(other))) << other.toStdString();
+}
+
+TEST(DisplayChoice, TakesX11WhereItAnswersAndSaysWhatIsMissing) {
+    struct Case {
+        DisplaySession session;
+        bool answers;
+        QString platform; ///< Or the beginning of what is said.
+        bool hasNotice;
+    };
+    const QList<Case> cases{
+        {{u":0"_s, {}, {}}, true, u"xcb"_s, false},
+        {{u":0"_s, u"wayland-0"_s, {}}, true, u"xcb"_s, true},
+        {{u":0"_s, u"wayland-0"_s, u"wayland"_s}, false, u"wayland"_s, false},
+        {{{}, {}, u"offscreen"_s}, false, u"offscreen"_s, false},
+        {{u":0"_s, {}, {}}, false, u"the display \":0\" cannot be reached"_s, false},
+        {{u":0"_s, {}, u"xcb;wayland"_s}, false, u"the display \":0\" cannot"_s, false},
+        {{{}, u"wayland-0"_s, {}}, false, u"this Wayland session has no XWayland"_s, false},
+        {{{}, {}, u"xcb"_s}, false, u"there is no display"_s, false},
+    };
+    for (const Case& c : cases) {
+        const auto choice = chooseDisplay(c.session, [&] { return c.answers; });
+        const QString outcome = choice ? choice->platform : choice.error();
+        EXPECT_TRUE(outcome.startsWith(c.platform)) << outcome.toStdString();
+        EXPECT_EQ(choice && !choice->notice.isEmpty(), c.hasNotice) << outcome.toStdString();
+    }
+}
+
+} // namespace
+} // namespace orvane

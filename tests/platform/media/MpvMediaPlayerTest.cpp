@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/media/MpvMediaPlayer.h"
+
+#include "platform/media/VideoOutput.h"
+#include "support/EventLoop.h"
+
+#include <QCoroTask>
+#include <QHostAddress>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QTemporaryFile>
+
+#include <gtest/gtest.h>
+
+namespace orvane {
+
+using namespace Qt::StringLiterals;
+using test::runUntil;
+
+namespace {
+
+/// The real media library without a picture.
+class MpvMediaPlayerTest : public testing::Test {
+protected:
+    ~MpvMediaPlayerTest() override { QCoro::waitFor(teardown.empty()); }
+
+    [[nodiscard]] std::unique_ptr<MediaPlayer> make(const QUrl& url) {
+        return QCoro::waitFor(factory.make(url, {}));
+    }
+
+    MpvTeardownQueue teardown;
+    MpvMediaPlayerFactory factory{teardown, VideoOutput::software};
+};
+
+TEST_F(MpvMediaPlayerTest, OpensNothingButTheWeb) {
+    QTemporaryFile file;
+    ASSERT_TRUE(file.open());
+    for (const QUrl& url : {QUrl::fromLocalFile(file.fileName()), QUrl(u"av://lavfi:testsrc"_s),
+                            QUrl(u"memory://x"_s), QUrl(u"word"_s)}) {
+        const std::unique_ptr<MediaPlayer> player = make(url);
+        player->play();
+        EXPECT_EQ(player->status(), MediaPlayer::Status::unknown) << "told after the call";
+        ASSERT_TRUE(runUntil([&] { return player->status() == MediaPlayer::Status::failed; }));
+        EXPECT_TRUE(player->error().value_or(QString()).startsWith(u"Not a web address: "_s));
+    }
+}
+
+TEST_F(MpvMediaPlayerTest, TellsWhatTheNetworkSaysWhicheverPlayerIsTheFirst) {
+    QTcpServer server;
+    ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
+    QObject::connect(&server, &QTcpServer::newConnection, [&server] {
+        QTcpSocket* socket = server.nextPendingConnection();
+        QObject::connect(socket, &QTcpSocket::readyRead, socket, [socket] {
+            socket->readAll();
+            socket->write("HTTP/1.1 403 Forbidden\r\nContent-Length: 0\r\n\r\n");
+            socket->disconnectFromHost();
+        });
+    });
+    const QUrl url(u"http://127.0.0.1:%1/live.m3u8"_s.arg(server.serverPort()));
+    std::unique_ptr<MediaPlayer> before;
+    for (int i = 0; i < 3; ++i) {
+        std::unique_ptr<MediaPlayer> player = make(url);
+        before.reset();
+        player->play();
+        ASSERT_TRUE(runUntil([&] { return player->status() == MediaPlayer::Status::failed; }));
+        EXPECT_EQ(player->error(), u"HTTP error 403 Forbidden"_s);
+        before = std::move(player);
+    }
+}
+
+TEST_F(MpvMediaPlayerTest, LetsGoOfServersThatHangAndOfOnlyAFewAtATime) {
+    QTcpServer server;
+    ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
+    int connections = 0;
+    QObject::connect(&server, &QTcpServer::newConnection, [&] { ++connections; });
+    const QUrl url(u"http://127.0.0.1:%1/live.m3u8"_s.arg(server.serverPort()));
+    for (int i = 1; i <= 2 * MpvTeardownQueue::maximumCount; ++i) {
+        const std::unique_ptr<MediaPlayer> player = make(url);
+        EXPECT_LT(teardown.count(), MpvTeardownQueue::maximumCount);
+        player->play();
+        ASSERT_TRUE(runUntil([&] { return connections >= i; }));
+        EXPECT_EQ(player->timeControlStatus(), MediaPlayer::TimeControlStatus::waiting);
+    }
+    EXPECT_TRUE(runUntil([&] { return teardown.count() == 0; }));
+}
+
+TEST_F(MpvMediaPlayerTest, GivesUpWaitingForRoomWhenStopped) {
+    for (int i = 0; i < MpvTeardownQueue::maximumCount; ++i)
+        make(QUrl(u"http://127.0.0.1:1/"_s)).reset();
+    std::stop_source stop;
+    stop.request_stop();
+    EXPECT_EQ(QCoro::waitFor(factory.make(QUrl(u"http://127.0.0.1:1/"_s), stop.get_token())),
+              nullptr);
+}
+
+} // namespace
+} // namespace orvane

@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/system/Process.h"
+
+#include "support/EventLoop.h"
+
+#include <QCoroTask>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+#include <signal.h>
+
+namespace orvane {
+
+using namespace Qt::StringLiterals;
+using test::runUntil;
+
+namespace {
+
+class ProcessTest : public testing::Test {
+protected:
+    [[nodiscard]] ProcessOutcome run(const QString& script) {
+        return QCoro::waitFor(runner.run(shell(script), {}));
+    }
+    [[nodiscard]] static ProcessRequest shell(const QString& script) {
+        return {.program = u"/bin/sh"_s, .arguments = {u"-c"_s, script}, .environment = {}};
+    }
+    [[nodiscard]] qint64 pidFrom(const QString& name) const {
+        QFile file(folder.filePath(name));
+        return file.open(QIODevice::ReadOnly) ? file.readAll().trimmed().toLongLong() : 0;
+    }
+    [[nodiscard]] static bool isAlive(qint64 pid) {
+        return ::kill(static_cast<pid_t>(pid), 0) == 0;
+    }
+
+    QTemporaryDir folder;
+    LocalProcessRunner runner;
+};
+
+TEST_F(ProcessTest, ReportsBothStreamsAndTheExitCode) {
+    const ProcessOutcome outcome = run(u"printf out; printf err >&2; exit 3"_s);
+    ASSERT_TRUE(outcome);
+    EXPECT_EQ(outcome->standardOutput.bytes, "out");
+    EXPECT_EQ(outcome->standardError.bytes, "err");
+    EXPECT_EQ(outcome->exitCode, 3);
+    EXPECT_FALSE(outcome->succeeded());
+    EXPECT_TRUE(run(u"exit 0"_s)->succeeded());
+    EXPECT_EQ(run(u"kill -9 $$"_s)->end, ProcessResult::End::killed);
+}
+
+TEST_F(ProcessTest, ReadsNothingFromItsInputAndPassesTheEnvironment) {
+    QProcessEnvironment environment;
+    environment.insert(u"GREETING"_s, u"hello"_s);
+    ProcessRequest request = shell(u"cat; printf \"$GREETING\""_s);
+    request.environment = environment;
+    EXPECT_EQ(QCoro::waitFor(runner.run(request, {}))->standardOutput.bytes, "hello");
+}
+
+TEST_F(ProcessTest, SaysWhyItCannotStart) {
+    QFile file(folder.filePath(u"no-program"_s));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("not a program");
+    file.close();
+    for (const QString& program : {file.fileName(), u"/nonexistent"_s, folder.path()}) {
+        const ProcessOutcome outcome = QCoro::waitFor(
+            runner.run({.program = program, .arguments = {}, .environment = {}}, {}));
+        ASSERT_FALSE(outcome) << program.toStdString();
+        EXPECT_FALSE(outcome.error().reason.isEmpty());
+    }
+}
+
+TEST_F(ProcessTest, KeepsAMebibyteOfWhatAChildPrintsAndReadsTheRest) {
+    const ProcessOutcome outcome =
+        run(u"yes | head -c 20000000; yes | head -c 20000000 >&2; exit 7"_s);
+    ASSERT_TRUE(outcome);
+    EXPECT_EQ(outcome->exitCode, 7) << "it was not stopped by a full pipe";
+    for (const CapturedOutput& output : {outcome->standardOutput, outcome->standardError}) {
+        EXPECT_EQ(output.bytes.size(), ProcessRequest::defaultOutputLimit);
+        EXPECT_TRUE(output.isTruncated);
+    }
+}
+
+TEST_F(ProcessTest, EndsTheChildAndWhatItStartedWhenStopped) {
+    const QString script =
+        u"cd '%1'; sh -c 'trap \"\" TERM; echo $$ > grandchild; while :; do sleep 1; "
+        u"done' & trap '' TERM; echo $$ > child; while :; do echo busy; done"_s.arg(folder.path());
+    std::stop_source stop;
+    std::optional<ProcessOutcome> outcome;
+    const auto task = [](LocalProcessRunner* children, QString text, std::stop_token token,
+                         std::optional<ProcessOutcome>* result) -> QCoro::Task<> {
+        const ProcessRequest request = shell(text);
+        *result = co_await children->run(request, token);
+    }(&runner, script, stop.get_token(), &outcome);
+    ASSERT_TRUE(runUntil([&] { return pidFrom(u"child"_s) && pidFrom(u"grandchild"_s); }));
+    const qint64 child = pidFrom(u"child"_s);
+    const qint64 grandchild = pidFrom(u"grandchild"_s);
+    stop.request_stop();
+    ASSERT_TRUE(runUntil([&] { return outcome.has_value(); }));
+    EXPECT_EQ((*outcome)->end, ProcessResult::End::killed);
+    EXPECT_FALSE(isAlive(child));
+    EXPECT_TRUE(runUntil([&] { return !isAlive(grandchild); }));
+}
+
+TEST_F(ProcessTest, StartsNothingAfterShutDown) {
+    std::optional<ProcessOutcome> outcome;
+    const auto task = [](LocalProcessRunner* children,
+                         std::optional<ProcessOutcome>* result) -> QCoro::Task<> {
+        const ProcessRequest request = shell(u"sleep 1000"_s);
+        *result = co_await children->run(request, {});
+    }(&runner, &outcome);
+    runner.shutDown();
+    ASSERT_TRUE(runUntil([&] { return outcome.has_value(); }));
+    EXPECT_EQ((*outcome)->end, ProcessResult::End::killed);
+    EXPECT_FALSE(run(u"exit 0"_s));
+}
+
+} // namespace
+} // namespace orvane

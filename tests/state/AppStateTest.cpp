@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "state/AppState.h"
+
+#include "model/BuiltInChannels.h"
+#include "settings/Preferences.h"
+#include "settings/UserDefaults.h"
+#include "state/AppNotification.h"
+#include "state/ChannelRegistry.h"
+
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace orvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class AppStateTest : public testing::Test {
+protected:
+    /// Writes down the name's last word, and what `read` makes of the moment of delivery.
+    void watch(
+        AppNotification::Name name,
+        std::function<QString(const std::any&)> read = [](const auto&) { return QString(); }) {
+        m_tokens.push_back(notifications.addObserver(name, [this, read](const auto& n) {
+            const std::string_view text = n.name.text;
+            const std::string_view word = text.substr(text.rfind('.') + 1);
+            log += QString::fromLatin1(word.data(), qsizetype(word.size())) + u' ' + read(n.object);
+        }));
+    }
+
+    QTemporaryDir folder;
+    UserDefaults defaults{folder.filePath(u"preferences.json"_s)};
+    Preferences preferences{defaults};
+    NotificationCenter notifications;
+    AppState state{preferences, notifications};
+    QStringList log;
+
+private:
+    std::vector<NotificationCenter::Token> m_tokens;
+};
+
+TEST_F(AppStateTest, StartsFromThePreferences) {
+    preferences.setVolume(0.25F);
+    preferences.setMuted(true);
+    preferences.setResolution(Resolution::r720);
+    preferences.setGhostModeEnabled(true);
+    const AppState fresh(preferences, notifications);
+    EXPECT_FALSE(fresh.currentChannel());
+    EXPECT_TRUE(std::holds_alternative<PlaybackState::Idle>(fresh.playbackState()));
+    EXPECT_EQ(fresh.volume(), 0.25F);
+    EXPECT_TRUE(fresh.isMuted());
+    EXPECT_EQ(fresh.resolution(), Resolution::r720);
+    EXPECT_TRUE(fresh.isGhostMode());
+    EXPECT_EQ(fresh.sleepTimerRemaining(), 0);
+    EXPECT_FALSE(fresh.isFullscreen());
+}
+
+TEST_F(AppStateTest, WritesThePreferenceBeforeItAnnouncesAndDoesSoEveryTime) {
+    watch(AppNotification::muteChanged, [this](const std::any& object) {
+        return QString::number(std::any_cast<bool>(object) && preferences.isMuted());
+    });
+    watch(AppNotification::volumeChanged, [this](const std::any& object) {
+        return QString::number(std::any_cast<float>(object) + preferences.volume());
+    });
+    watch(AppNotification::resolutionChanged, [this](const std::any& object) {
+        return rawValue(std::any_cast<Resolution>(object)) + rawValue(preferences.resolution());
+    });
+    watch(AppNotification::ghostModeChanged, [this](const std::any& object) {
+        return QString::number(std::any_cast<bool>(object) && preferences.ghostModeEnabled());
+    });
+    state.setMuted(true);
+    state.setMuted(true);
+    state.setVolume(0.5F);
+    state.setResolution(Resolution::rBest);
+    state.setResolution(Resolution::rBest);
+    state.setGhostMode(!state.isGhostMode());
+    state.setSleepTimerRemaining(5);
+    state.setFullscreen(true);
+    EXPECT_EQ(log, (QStringList{u"muteChanged 1"_s, u"muteChanged 1"_s, u"volumeChanged 1"_s,
+                                u"resolutionChanged BestBest"_s, u"resolutionChanged BestBest"_s,
+                                u"ghostModeChanged 1"_s}));
+}
+
+TEST_F(AppStateTest, RemembersTheChannelOnlyWhenTold) {
+    const auto name = [](const std::any& object) {
+        const auto* channel = std::any_cast<Channel>(&object);
+        return channel != nullptr ? channel->id() : u"none"_s;
+    };
+    watch(AppNotification::channelChanged, name);
+    const Channel first = builtInChannels().first();
+    state.assignCurrentChannel(first);
+    EXPECT_FALSE(preferences.lastChannelID());
+    state.setCurrentChannel(first);
+    EXPECT_EQ(preferences.lastChannelID(), first.id());
+    state.setCurrentChannel(std::nullopt);
+    EXPECT_EQ(preferences.lastChannelID(), QString());
+    EXPECT_TRUE(preferences.lastChannelID());
+    EXPECT_EQ(log, (QStringList{u"channelChanged alarabiya"_s, u"channelChanged alarabiya"_s,
+                                u"channelChanged none"_s}));
+}
+
+TEST_F(AppStateTest, AnnouncesPlaybackWithWhatBelongsToIt) {
+    const auto id = [](const std::any& object) { return std::any_cast<Channel>(object).id(); };
+    watch(AppNotification::streamLoading, id);
+    watch(AppNotification::streamResolved, id);
+    watch(AppNotification::streamError,
+          [](const std::any& object) { return std::any_cast<QString>(object); });
+    const Channel channel = builtInChannels().at(1);
+    state.setLoading(channel);
+    state.setPlaying(channel);
+    state.setError(channel, u"Stream unavailable"_s);
+    EXPECT_EQ(log, (QStringList{u"streamLoading alhadath"_s, u"streamResolved alhadath"_s,
+                                u"streamError Stream unavailable"_s}));
+    const auto* error = std::get_if<PlaybackState::Error>(&state.playbackState());
+    ASSERT_NE(error, nullptr);
+    EXPECT_EQ(error->channel, channel);
+    EXPECT_FALSE(state.currentChannel());
+}
+
+TEST_F(AppStateTest, RegistryFollowsThePreferences) {
+    const ChannelRegistry registry(preferences);
+    EXPECT_EQ(registry.all().size(), 23);
+    EXPECT_TRUE(registry.channels(ChannelCategory::custom).isEmpty());
+    EXPECT_EQ(registry.featured().size(), 4);
+    EXPECT_EQ(registry.channels(ChannelCategory::international).last().id(), u"alarabiyaen"_s);
+
+    preferences.addCustomChannel(u"MyChannel"_s, u"Mine"_s);
+    EXPECT_EQ(registry.all().size(), 24);
+    const std::optional<Channel> mine = registry.channel(u"custom_mychannel"_s);
+    ASSERT_TRUE(mine);
+    EXPECT_EQ(mine->handle(), u"MyChannel"_s);
+    EXPECT_EQ(mine->displayName(), u"Mine"_s);
+    EXPECT_FALSE(mine->videoId());
+    EXPECT_FALSE(registry.channel(u"custom_MyChannel"_s));
+    EXPECT_FALSE(registry.channel(u"AlArabiya"_s));
+}
+
+} // namespace
+} // namespace orvane

@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/window/WindowGeometry.h"
+
+#include "ui/FittedText.h"
+
+#include <QFont>
+#include <QFontMetricsF>
+
+#include <gtest/gtest.h>
+
+namespace orvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+TEST(PlayerFrame, IsWhereItWasUnlessNobodyCouldReachItThere) {
+    const QRectF usable(0, 30, 1280, 690);
+    EXPECT_EQ(defaultPlayerFrame(usable), QRectF(780, 386, 480, 314));
+    const QRectF second(1280, 0, 1920, 1080);
+    struct Case {
+        std::optional<QRectF> saved;
+        QRectF expected;
+    };
+    for (const auto& [saved, expected] : {
+             Case{std::nullopt, {780, 386, 480, 314}},
+             Case{QRectF(), {780, 386, 480, 314}},
+             Case{QRectF(5, 6, 320, 224), {5, 6, 320, 224}},
+             Case{QRectF(2000.5, 33.25, 480, 270), {2000.5, 33.25, 480, 270}},
+             // Partly outside is a choice of the person's.
+             Case{QRectF(-400, 100, 480, 270), {-400, 100, 480, 270}},
+             Case{QRectF(-460, 100, 480, 270), {0, 100, 480, 270}},
+             Case{QRectF(5000, 500, 480, 270), {2720, 500, 480, 270}},
+             Case{QRectF(300, -900, 480, 270), {300, 30, 480, 270}},
+             Case{QRectF(100, 100, 50, 20), {100, 100, 320, 180}},
+             Case{QRectF(1200, 690, 10, 10), {960, 540, 320, 180}},
+             Case{QRectF(9000, 9000, 4000, 3000), {1280, 0, 1920, 1080}},
+         })
+        EXPECT_EQ(initialPlayerFrame(saved, {usable, second}), expected);
+}
+
+TEST(PlayerFrame, ComesIntoViewWhenItsScreenHasGone) {
+    const QRectF left(0, 30, 1280, 690);
+    const QRectF right(1280, 30, 1280, 690);
+    const QRectF across(1000, 100, 480, 270);
+    EXPECT_EQ(playerFrameInView(across, {left, right}), across);
+    EXPECT_EQ(playerFrameInView(across, {left}), QRectF(800, 100, 480, 270));
+    EXPECT_EQ(playerFrameInView({1280, 0, 1280, 720}, {left}), left);
+}
+
+TEST(EdgesAt, AreABandOfSixPointsWhoseEndsAreCorners) {
+    const QSizeF size(480, 314);
+    EXPECT_EQ(edgesAt({240, 157}, size), Qt::Edges());
+    EXPECT_EQ(edgesAt({5.5, 157}, size), Qt::Edges(Qt::LeftEdge));
+    EXPECT_EQ(edgesAt({6, 157}, size), Qt::Edges());
+    EXPECT_EQ(edgesAt({240, 0}, size), Qt::Edges(Qt::TopEdge));
+    EXPECT_EQ(edgesAt({475, 157}, size), Qt::Edges(Qt::RightEdge));
+    EXPECT_EQ(edgesAt({240, 313}, size), Qt::Edges(Qt::BottomEdge));
+    EXPECT_EQ(edgesAt({2, 12}, size), Qt::TopEdge | Qt::LeftEdge);
+    EXPECT_EQ(edgesAt({10, 10}, size), Qt::Edges()) << "the close button is there";
+    EXPECT_EQ(edgesAt({479, 300}, size), Qt::BottomEdge | Qt::RightEdge);
+    EXPECT_EQ(edgesAt({-1, 100}, size), Qt::Edges());
+}
+
+TEST(FittedText, NeverTakesMoreLinesThanItMay) {
+    const QFont font;
+    const double width = QFontMetricsF(font).horizontalAdvance(u"mmmmmmmmmm"_s);
+    EXPECT_EQ(fittedText(u"short"_s, font, width, 3), u"short"_s);
+    EXPECT_EQ(fittedText(QString(), font, width, 3), QString());
+    EXPECT_EQ(fittedText(u"two\nlines"_s, font, width * 4, 3), u"two lines"_s);
+    for (const QString& text :
+         {u"word "_s.repeated(200), QString(5000, u'x'), u"قناة "_s.repeated(90)}) {
+        const QStringList lines = fittedText(text, font, width, 3).split(u'\n');
+        EXPECT_EQ(lines.size(), 3);
+        EXPECT_TRUE(lines.last().endsWith(u'…'));
+        for (const QString& line : lines)
+            EXPECT_LE(QFontMetricsF(font).horizontalAdvance(line), width * 1.02)
+                << "but for rounding";
+    }
+}
+
+} // namespace
+} // namespace orvane
