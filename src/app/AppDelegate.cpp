@@ -136,19 +136,16 @@ bool AppDelegate::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void AppDelegate::registerObservers() {
-    const auto observe = [this](AppNotification::Name name, std::function<void()> react) {
-        m_observers.push_back(m_services.notifications.addObserver(
-            name, [react = std::move(react)](const auto&) { react(); }));
+    const auto observe = [this](auto topic, auto react) {
+        m_observers.push_back(m_services.notifications.addObserver(topic, std::move(react)));
     };
     markMilestones();
     observe(AppNotification::openSettings, [this] { openSettings(); });
-    m_observers.push_back(m_services.notifications.addObserver(
-        AppNotification::openAddChannel, [this](const NotificationCenter::Notification& n) {
-            openAddChannel();
-            const auto* text = std::any_cast<QString>(&n.object);
-            if (text != nullptr && !text->isEmpty())
-                m_settingsWindow->resolveChannel(*text);
-        }));
+    observe(AppNotification::openAddChannel, [this](const QString& text) {
+        openAddChannel();
+        if (!text.isEmpty())
+            m_settingsWindow->resolveChannel(text);
+    });
     observe(AppNotification::closePlayer, [this] { closePlayerWindow(); });
     observe(AppNotification::channelChanged, [this] { m_menuBarManager.updateCurrentChannel(); });
     observe(AppNotification::sleepTimerFired, [this] {
@@ -161,16 +158,15 @@ void AppDelegate::registerObservers() {
 }
 
 void AppDelegate::markMilestones() {
-    const auto mark = [this](AppNotification::Name name, std::string_view milestone) {
-        m_observers.push_back(m_services.notifications.addObserver(
-            name, [this, milestone](const NotificationCenter::Notification& n) {
-                const auto* text = std::any_cast<QString>(&n.object);
-                m_services.timeline.mark(milestone, text != nullptr ? *text : QString());
-            }));
-    };
-    mark(AppNotification::streamLoading, "loading");
-    mark(AppNotification::streamResolved, "playing");
-    mark(AppNotification::streamError, "error");
+    NotificationCenter& notifications = m_services.notifications;
+    const Timeline& timeline = m_services.timeline;
+    m_observers.push_back(notifications.addObserver(AppNotification::streamLoading,
+                                                    [&timeline] { timeline.mark("loading"); }));
+    m_observers.push_back(notifications.addObserver(AppNotification::streamResolved,
+                                                    [&timeline] { timeline.mark("playing"); }));
+    m_observers.push_back(notifications.addObserver(
+        AppNotification::streamError,
+        [&timeline](const QString& message) { timeline.mark("error", message); }));
 }
 
 void AppDelegate::openPlayerWindow() {

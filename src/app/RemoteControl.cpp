@@ -25,10 +25,9 @@ bool hasFailed(const AppState& state) {
 RemoteControl::RemoteControl(const Collaborators& collaborators)
     : m_with(collaborators), m_remote(u"orvane"_s, collaborators.sessionBus, *this) {
     using namespace AppNotification;
-    for (const Name name : {channelChanged, streamLoading, streamResolved, streamError,
-                            transportChanged, volumeChanged})
-        m_observers.push_back(
-            m_with.notifications.addObserver(name, [this](const auto&) { updateLater(); }));
+    m_observers = m_with.notifications.addObservers([this] { updateLater(); }, channelChanged,
+                                                    streamLoading, streamResolved, streamError,
+                                                    transportChanged, volumeChanged);
     updateLater();
 }
 

@@ -6,7 +6,7 @@ namespace orvane {
 /// Lives until both its token and every delivery that still holds it are gone; an entry without a
 /// name is dead.
 struct NotificationCenter::Entry {
-    Name name;
+    std::string_view name;
     Handler handler;
 };
 
@@ -26,19 +26,19 @@ NotificationCenter::NotificationCenter() = default;
 
 NotificationCenter::~NotificationCenter() = default;
 
-NotificationCenter::Token NotificationCenter::addObserver(Name name, Handler handler) {
+NotificationCenter::Token NotificationCenter::add(std::string_view name, Handler handler) {
     auto entry = std::make_shared<Entry>(name, std::move(handler));
     m_entries.push_back(entry);
     return Token(std::move(entry));
 }
 
-void NotificationCenter::post(Name name, const std::any& object) {
-    std::erase_if(m_entries, [](const auto& entry) { return entry->name.text.empty(); });
+void NotificationCenter::deliver(std::string_view name, const void* payload) {
+    std::erase_if(m_entries, [](const auto& entry) { return entry->name.empty(); });
     // A copy: handlers may add observers, and an entry must outlive its own call.
     const std::vector<std::shared_ptr<Entry>> entries = m_entries;
     for (const std::shared_ptr<Entry>& entry : entries) {
         if (entry->name == name)
-            entry->handler({name, object});
+            entry->handler(payload);
     }
 }
 

@@ -1,36 +1,30 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <any>
 #include <functional>
 #include <memory>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 namespace orvane {
 
+/// What is announced, and the type of what is handed over with it; void for nothing. The name must
+/// outlive every use of the topic; in practice it is a literal.
+template <class Payload = void>
+struct Topic {
+    std::string_view name;
+};
+
 /// Lets parts of the program announce changes to parts they do not know. Delivery is synchronous,
 /// in the order of registration, on the main thread, where everything here is called. Observers may
-/// come and go while a notification is delivered: one that has gone is not called any more, one
-/// that has come is called from the next notification on. Owned by the composition root; the tokens
-/// of its observers may outlive it. Never fails.
+/// come and go during a delivery: one that has gone is not called any more, one that has come is
+/// called from the next notification on. Owned by the composition root; the tokens of its observers
+/// may outlive it. Never fails.
 class NotificationCenter {
     struct Entry;
 
 public:
-    /// The text must outlive every use of the name; in practice it is a literal.
-    struct Name {
-        std::string_view text;
-
-        friend bool operator==(Name, Name) = default;
-    };
-    struct Notification {
-        Name name;
-        /// Empty when the notification carries nothing.
-        const std::any& object;
-    };
-    using Handler = std::function<void(const Notification&)>;
-
     /// Keeps an observer registered for as long as it lives.
     class [[nodiscard]] Token {
     public:
@@ -51,10 +45,41 @@ public:
     NotificationCenter(const NotificationCenter&) = delete;
     NotificationCenter& operator=(const NotificationCenter&) = delete;
 
-    Token addObserver(Name name, Handler handler);
-    void post(Name name, const std::any& object = {});
+    /// `handler` takes the payload, or nothing where it does not care.
+    template <class Payload, class Handler>
+        requires std::is_invocable_v<Handler>
+    Token addObserver(Topic<Payload> topic, Handler handler) {
+        return add(topic.name, [handler = std::move(handler)](const void*) mutable { handler(); });
+    }
+    template <class Payload, class Handler>
+        requires std::is_invocable_v<Handler, const Payload&>
+    Token addObserver(Topic<Payload> topic, Handler handler) {
+        return add(topic.name, [handler = std::move(handler)](const void* payload) mutable {
+            handler(*static_cast<const Payload*>(payload));
+        });
+    }
+
+    /// One handler for several topics.
+    template <class Handler, class... Payloads>
+    [[nodiscard]] std::vector<Token> addObservers(Handler handler, Topic<Payloads>... topics) {
+        std::vector<Token> tokens;
+        (tokens.push_back(addObserver(topics, handler)), ...);
+        return tokens;
+    }
+
+    void post(Topic<> topic) { deliver(topic.name, nullptr); }
+    template <class Payload>
+    void post(Topic<Payload> topic, const std::type_identity_t<Payload>& payload) {
+        deliver(topic.name, &payload);
+    }
 
 private:
+    /// Gets the address of the payload, null for none.
+    using Handler = std::function<void(const void*)>;
+
+    Token add(std::string_view name, Handler handler);
+    void deliver(std::string_view name, const void* payload);
+
     std::vector<std::shared_ptr<Entry>> m_entries;
 };
 

@@ -19,9 +19,8 @@ ChannelRecovery::ChannelRecovery(const AppState& state, PlayerManager& player,
                                  NotificationCenter& notifications, Clock& clock, TaskScope& tasks)
     : m_state(state), m_player(player), m_clock(clock), m_tasks(tasks) {
     using namespace AppNotification;
-    for (const Name name : {streamLoading, streamResolved, streamError})
-        m_observers.push_back(notifications.addObserver(
-            name, [this](const auto&) { m_since = m_clock.sinceBoot(); }));
+    m_observers = notifications.addObservers([this] { m_since = m_clock.sinceBoot(); },
+                                             streamLoading, streamResolved, streamError);
 }
 
 ChannelRecovery::~ChannelRecovery() {

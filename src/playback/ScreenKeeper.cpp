@@ -13,8 +13,8 @@ ScreenKeeper::ScreenKeeper(const AppState& state, NotificationCenter& notificati
                            ScreenSaverInhibitor& inhibitor, Clock& clock, TaskScope& tasks)
     : m_state(state), m_inhibitor(inhibitor), m_clock(clock), m_tasks(tasks) {
     using namespace AppNotification;
-    for (const Name name : {streamLoading, streamResolved, streamError, transportChanged})
-        m_observers.push_back(notifications.addObserver(name, [this](const auto&) { follow(); }));
+    m_observers = notifications.addObservers([this] { follow(); }, streamLoading, streamResolved,
+                                             streamError, transportChanged);
 }
 
 ScreenKeeper::~ScreenKeeper() {

@@ -2,46 +2,43 @@
 #pragma once
 
 #include "base/NotificationCenter.h"
+#include "model/Channel.h"
+#include "model/Resolution.h"
+#include "settings/AppTheme.h"
+#include "state/PlaybackState.h"
 
-/// The names through which Orvane's parts announce changes to each other. All are posted on the
-/// main thread. The comment of each name says what its object holds; "none" is an empty object.
+#include <QString>
+
+#include <optional>
+
+/// The topics through which Orvane's parts announce changes to each other, with the type of what
+/// each hands over. All are posted on the main thread.
 namespace orvane::AppNotification {
 
-using Name = NotificationCenter::Name;
-
-/// Channel, or none when the channel was cleared.
-inline constexpr Name channelChanged{"lumenfold.orvane.channelChanged"};
-/// Channel that is now playing.
-inline constexpr Name streamResolved{"lumenfold.orvane.streamResolved"};
-/// QString with the message, not the channel.
-inline constexpr Name streamError{"lumenfold.orvane.streamError"};
-/// Channel that is being loaded.
-inline constexpr Name streamLoading{"lumenfold.orvane.streamLoading"};
-/// Transport.
-inline constexpr Name transportChanged{"lumenfold.orvane.transportChanged"};
-/// bool.
-inline constexpr Name muteChanged{"lumenfold.orvane.muteChanged"};
-/// float from 0 to 1.
-inline constexpr Name volumeChanged{"lumenfold.orvane.volumeChanged"};
-/// Resolution.
-inline constexpr Name resolutionChanged{"lumenfold.orvane.resolutionChanged"};
-/// double, seconds that remain.
-inline constexpr Name sleepTimerTick{"lumenfold.orvane.sleepTimerTick"};
-/// None.
-inline constexpr Name sleepTimerFired{"lumenfold.orvane.sleepTimerFired"};
-/// AppTheme.
-inline constexpr Name themeChanged{"lumenfold.orvane.themeChanged"};
-/// double from 0.3 to 1.
-inline constexpr Name windowOpacityChanged{"lumenfold.orvane.windowOpacityChanged"};
-/// None.
-inline constexpr Name openSettings{"lumenfold.orvane.openSettings"};
-/// QString to look up at once; empty or none for nothing.
-inline constexpr Name openAddChannel{"lumenfold.orvane.openAddChannel"};
-/// None.
-inline constexpr Name toggleFullscreen{"lumenfold.orvane.toggleFullscreen"};
-/// None.
-inline constexpr Name closePlayer{"lumenfold.orvane.closePlayer"};
-/// bool.
-inline constexpr Name ghostModeChanged{"lumenfold.orvane.ghostModeChanged"};
+/// None when the channel was cleared.
+inline constexpr Topic<std::optional<Channel>> channelChanged{"lumenfold.orvane.channelChanged"};
+/// The channel that is playing now.
+inline constexpr Topic<Channel> streamResolved{"lumenfold.orvane.streamResolved"};
+/// The message, not the channel.
+inline constexpr Topic<QString> streamError{"lumenfold.orvane.streamError"};
+/// The channel that is being loaded.
+inline constexpr Topic<Channel> streamLoading{"lumenfold.orvane.streamLoading"};
+inline constexpr Topic<Transport> transportChanged{"lumenfold.orvane.transportChanged"};
+inline constexpr Topic<bool> muteChanged{"lumenfold.orvane.muteChanged"};
+/// From 0 to 1.
+inline constexpr Topic<float> volumeChanged{"lumenfold.orvane.volumeChanged"};
+inline constexpr Topic<Resolution> resolutionChanged{"lumenfold.orvane.resolutionChanged"};
+/// Seconds that remain.
+inline constexpr Topic<double> sleepTimerTick{"lumenfold.orvane.sleepTimerTick"};
+inline constexpr Topic<> sleepTimerFired{"lumenfold.orvane.sleepTimerFired"};
+inline constexpr Topic<AppTheme> themeChanged{"lumenfold.orvane.themeChanged"};
+/// From 0.3 to 1.
+inline constexpr Topic<double> windowOpacityChanged{"lumenfold.orvane.windowOpacityChanged"};
+inline constexpr Topic<> openSettings{"lumenfold.orvane.openSettings"};
+/// What is looked up at once; empty for nothing.
+inline constexpr Topic<QString> openAddChannel{"lumenfold.orvane.openAddChannel"};
+inline constexpr Topic<> toggleFullscreen{"lumenfold.orvane.toggleFullscreen"};
+inline constexpr Topic<> closePlayer{"lumenfold.orvane.closePlayer"};
+inline constexpr Topic<bool> ghostModeChanged{"lumenfold.orvane.ghostModeChanged"};
 
 } // namespace orvane::AppNotification

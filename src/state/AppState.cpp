@@ -16,8 +16,7 @@ AppState::AppState(Preferences& preferences, NotificationCenter& notifications)
 
 void AppState::assignCurrentChannel(std::optional<Channel> channel) {
     m_currentChannel = std::move(channel);
-    m_notifications.post(AppNotification::channelChanged,
-                         m_currentChannel ? std::any(*m_currentChannel) : std::any());
+    m_notifications.post(AppNotification::channelChanged, m_currentChannel);
 }
 
 void AppState::setCurrentChannel(std::optional<Channel> channel) {

@@ -3,35 +3,14 @@
 
 #include "model/Channel.h"
 #include "model/Resolution.h"
+#include "state/PlaybackState.h"
 
 #include <optional>
-#include <variant>
 
 namespace orvane {
 
 class NotificationCenter;
 class Preferences;
-
-/// What the player is doing, each state with what belongs to it.
-namespace PlaybackState {
-struct Idle {};
-struct Loading {
-    Channel channel;
-};
-struct Playing {
-    Channel channel;
-};
-struct Error {
-    Channel channel;
-    /// Shown to the person.
-    QString message;
-};
-using Value = std::variant<Idle, Loading, Playing, Error>;
-} // namespace PlaybackState
-
-/// What the player has been told to do, whatever comes of it: a channel that loads or has failed is
-/// still meant to play.
-enum class Transport { stopped, playing, paused };
 
 /// The live state that Orvane's parts share. Owned by the composition root; main thread only.
 /// Settings that mirror a preference are written through first and announced after, on every

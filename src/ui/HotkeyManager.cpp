@@ -33,8 +33,8 @@ HotkeyManager::~HotkeyManager() = default;
 void HotkeyManager::start() {
     m_monitor = m_with.events.addLocalKeyDownMonitor(
         [this](const KeyEvent& event) { return handle(event); });
-    m_ghostModeObserver = m_with.notifications.addObserver(
-        AppNotification::ghostModeChanged, [this](const auto&) { followGhostMode(); });
+    m_ghostModeObserver = m_with.notifications.addObserver(AppNotification::ghostModeChanged,
+                                                           [this] { followGhostMode(); });
     followGhostMode();
 }
 

@@ -101,8 +101,8 @@ TEST_F(AppDelegateTest, RestoresGhostModeOnceTheWindowIsThere) {
         run.services.preferences.setGhostModeEnabled(isStored);
         int announced = 0;
         const auto token = run.services.notifications.addObserver(
-            AppNotification::ghostModeChanged, [&](const auto& n) {
-                EXPECT_TRUE(std::any_cast<bool>(n.object));
+            AppNotification::ghostModeChanged, [&](bool isOn) {
+                EXPECT_TRUE(isOn);
                 EXPECT_NE(Program::window(), nullptr);
                 ++announced;
             });
@@ -149,8 +149,8 @@ TEST_F(AppDelegateTest, AResolutionReplaysOnlyWhatPlays) {
     Program run(path);
     run.delegate.applicationDidFinishLaunching();
     int loads = 0;
-    const auto token = run.services.notifications.addObserver(AppNotification::streamLoading,
-                                                              [&](const auto&) { ++loads; });
+    const auto token =
+        run.services.notifications.addObserver(AppNotification::streamLoading, [&] { ++loads; });
     run.delegate.menuResolutionSelected(u"1080p"_s);
     EXPECT_EQ(run.services.state.resolution(), Resolution::r480);
     EXPECT_EQ(loads, 0);
@@ -201,8 +201,8 @@ TEST_F(AppDelegateTest, TheSleepTimerClosesThePlayerAndTheProgramStays) {
     SleepTimer timer(run.services.state, run.services.player, run.services.notifications, clock,
                      run.services.tasks);
     int fired = 0;
-    const auto token = run.services.notifications.addObserver(AppNotification::sleepTimerFired,
-                                                              [&](const auto&) { ++fired; });
+    const auto token =
+        run.services.notifications.addObserver(AppNotification::sleepTimerFired, [&] { ++fired; });
     timer.schedule(15);
     for (int second = 0; second < 899; ++second)
         clock.advance(1s);
@@ -219,15 +219,13 @@ TEST_F(AppDelegateTest, DoesWhatACommandLineAsksFor) {
     Program run(path);
     run.services.preferences.setLastChannelID(u"dwnews"_s);
     QStringList seen;
-    const auto note = [&](AppNotification::Name name, const QString& what) {
-        return run.services.notifications.addObserver(name, [&seen, what](const auto& n) {
-            const auto* text = std::any_cast<QString>(&n.object);
-            seen += text != nullptr ? what + *text : what;
-        });
-    };
-    const auto loading = note(AppNotification::streamLoading, u"loading"_s);
-    const auto settings = note(AppNotification::openSettings, u"settings"_s);
-    const auto add = note(AppNotification::openAddChannel, u"add "_s);
+    NotificationCenter& notifications = run.services.notifications;
+    const auto loading =
+        notifications.addObserver(AppNotification::streamLoading, [&] { seen += u"loading"_s; });
+    const auto settings =
+        notifications.addObserver(AppNotification::openSettings, [&] { seen += u"settings"_s; });
+    const auto add = notifications.addObserver(
+        AppNotification::openAddChannel, [&](const QString& text) { seen += u"add "_s + text; });
     run.delegate.applicationDidFinishLaunching({Verb::Play{u"wion"_s}, Verb::Mute{}});
     EXPECT_EQ(run.channel(), u"wion"_s);
     EXPECT_TRUE(run.services.state.isMuted());

@@ -9,31 +9,30 @@
 namespace orvane {
 namespace {
 
-constexpr NotificationCenter::Name ping{"test.ping"};
-constexpr NotificationCenter::Name pong{"test.pong"};
+constexpr Topic<> ping{"test.ping"};
+constexpr Topic<> pong{"test.pong"};
 
 TEST(NotificationCenter, DeliversInOrderUntilTheTokenGoes) {
     NotificationCenter center;
     std::string log;
-    const auto first = center.addObserver(ping, [&](const auto&) { log += 'a'; });
-    std::optional second = center.addObserver(ping, [&](const auto&) { log += 'b'; });
-    const auto other = center.addObserver(pong, [&](const auto&) { log += 'x'; });
+    const auto first = center.addObserver(ping, [&] { log += 'a'; });
+    std::optional second = center.addObserver(ping, [&] { log += 'b'; });
+    const auto other = center.addObserver(pong, [&] { log += 'x'; });
     center.post(ping);
     second.reset();
     center.post(ping);
     EXPECT_EQ(log, "aba");
 }
 
-TEST(NotificationCenter, CarriesAnObjectOrNone) {
+TEST(NotificationCenter, HandsThePayloadToThoseWhoWantIt) {
+    constexpr Topic<int> number{"test.number"};
     NotificationCenter center;
     std::vector<int> seen;
-    const auto token = center.addObserver(ping, [&](const auto& n) {
-        const int* number = std::any_cast<int>(&n.object);
-        seen.push_back(number != nullptr ? *number : -1);
-    });
-    center.post(ping, 7);
+    const auto reader = center.addObserver(number, [&](int value) { seen.push_back(value); });
+    const auto others = center.addObservers([&] { seen.push_back(-1); }, ping, number);
+    center.post(number, 7);
     center.post(ping);
-    EXPECT_EQ(seen, (std::vector{7, -1}));
+    EXPECT_EQ(seen, (std::vector{7, -1, -1}));
 }
 
 TEST(NotificationCenter, ObserversMayComeAndGoDuringDelivery) {
@@ -42,15 +41,15 @@ TEST(NotificationCenter, ObserversMayComeAndGoDuringDelivery) {
     std::optional<NotificationCenter::Token> self;
     std::optional<NotificationCenter::Token> later;
     std::optional<NotificationCenter::Token> added;
-    self = center.addObserver(ping, [&](const auto&) {
+    self = center.addObserver(ping, [&] {
         log += 'a';
         self.reset();
         later.reset();
-        added = center.addObserver(ping, [&](const auto&) { log += 'c'; });
+        added = center.addObserver(ping, [&] { log += 'c'; });
         center.post(pong);
     });
-    later = center.addObserver(ping, [&](const auto&) { log += 'b'; });
-    const auto nested = center.addObserver(pong, [&](const auto&) { log += 'n'; });
+    later = center.addObserver(ping, [&] { log += 'b'; });
+    const auto nested = center.addObserver(pong, [&] { log += 'n'; });
     center.post(ping);
     EXPECT_EQ(log, "an");
     center.post(ping);
@@ -61,7 +60,7 @@ TEST(NotificationCenter, TokensMayOutliveIt) {
     std::optional<NotificationCenter::Token> token;
     {
         NotificationCenter center;
-        token = center.addObserver(ping, [](const auto&) {});
+        token = center.addObserver(ping, [] {});
     }
     token.reset();
 }

@@ -91,11 +91,12 @@ QCoro::Task<bool> switchTo(Services& services, Channel channel, std::chrono::mil
     using namespace AppNotification;
     const auto shown = services.notifications.addObserver(
         streamResolved, [&](const auto&) { patience.start(0ms); });
-    const auto refused = services.notifications.addObserver(streamError, [&](const auto& n) {
-        std::fprintf(stderr, "%s\n", qUtf8Printable(std::any_cast<QString>(n.object)));
-        failed = true;
-        patience.start(0ms);
-    });
+    const auto refused =
+        services.notifications.addObserver(streamError, [&](const QString& message) {
+            std::fprintf(stderr, "%s\n", qUtf8Printable(message));
+            failed = true;
+            patience.start(0ms);
+        });
     patience.start(wait);
     services.player.play(channel);
     co_await patience;

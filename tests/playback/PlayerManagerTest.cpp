@@ -85,14 +85,14 @@ protected:
     PlayerManagerTest() {
         machine.install(u"/usr/bin/yt-dlp"_s);
         using namespace AppNotification;
-        for (const Name name : {streamLoading, channelChanged, streamResolved, streamError}) {
-            tokens.push_back(notifications.addObserver(name, [this](const auto& n) {
-                const auto* message = std::any_cast<QString>(&n.object);
-                const std::string_view word = n.name.text.substr(n.name.text.rfind('.') + 1);
-                log += QString::fromLatin1(word.data(), qsizetype(word.size())) +
-                       (message != nullptr ? u' ' + *message : QString());
-            }));
-        }
+        const auto note = [this](auto topic, const QString& word) {
+            tokens.push_back(notifications.addObserver(topic, [this, word] { log += word; }));
+        };
+        note(streamLoading, u"streamLoading"_s);
+        note(channelChanged, u"channelChanged"_s);
+        note(streamResolved, u"streamResolved"_s);
+        tokens.push_back(notifications.addObserver(
+            streamError, [this](const QString& message) { log += u"streamError "_s + message; }));
         player.setPlayerView(&view);
     }
     ~PlayerManagerTest() override {

@@ -26,12 +26,10 @@ protected:
 
     std::vector<double> ticks;
     int fired = 0;
-    const NotificationCenter::Token tick =
-        services.notifications.addObserver(AppNotification::sleepTimerTick, [this](const auto& n) {
-            ticks.push_back(std::any_cast<double>(n.object));
-        });
+    const NotificationCenter::Token tick = services.notifications.addObserver(
+        AppNotification::sleepTimerTick, [this](double remaining) { ticks.push_back(remaining); });
     const NotificationCenter::Token fire =
-        services.notifications.addObserver(AppNotification::sleepTimerFired, [this](const auto&) {
+        services.notifications.addObserver(AppNotification::sleepTimerFired, [this] {
             // It is over before anybody hears of it.
             EXPECT_FALSE(timer.isActive());
             EXPECT_EQ(services.state.sleepTimerRemaining(), 0);

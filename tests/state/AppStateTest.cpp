@@ -19,14 +19,12 @@ namespace {
 
 class AppStateTest : public testing::Test {
 protected:
-    /// Writes down the name's last word, and what `read` makes of the moment of delivery.
-    void watch(
-        AppNotification::Name name,
-        std::function<QString(const std::any&)> read = [](const auto&) { return QString(); }) {
-        m_tokens.push_back(notifications.addObserver(name, [this, read](const auto& n) {
-            const std::string_view text = n.name.text;
-            const std::string_view word = text.substr(text.rfind('.') + 1);
-            log += QString::fromLatin1(word.data(), qsizetype(word.size())) + u' ' + read(n.object);
+    /// Writes down the last word of the topic's name, and what `read` makes of the payload.
+    template <class Payload>
+    void watch(Topic<Payload> topic, std::function<QString(const Payload&)> read) {
+        m_tokens.push_back(notifications.addObserver(topic, [=, this](const Payload& payload) {
+            const std::string_view word = topic.name.substr(topic.name.rfind('.') + 1);
+            log += QString::fromLatin1(word.data(), qsizetype(word.size())) + u' ' + read(payload);
         }));
     }
 
@@ -58,17 +56,15 @@ TEST_F(AppStateTest, StartsFromThePreferences) {
 }
 
 TEST_F(AppStateTest, WritesThePreferenceBeforeItAnnouncesAndDoesSoEveryTime) {
-    watch(AppNotification::muteChanged, [this](const std::any& object) {
-        return QString::number(std::any_cast<bool>(object) && preferences.isMuted());
+    watch<bool>(AppNotification::muteChanged,
+                [this](bool isMuted) { return QString::number(isMuted && preferences.isMuted()); });
+    watch<float>(AppNotification::volumeChanged,
+                 [this](float volume) { return QString::number(volume + preferences.volume()); });
+    watch<Resolution>(AppNotification::resolutionChanged, [this](Resolution resolution) {
+        return rawValue(resolution) + rawValue(preferences.resolution());
     });
-    watch(AppNotification::volumeChanged, [this](const std::any& object) {
-        return QString::number(std::any_cast<float>(object) + preferences.volume());
-    });
-    watch(AppNotification::resolutionChanged, [this](const std::any& object) {
-        return rawValue(std::any_cast<Resolution>(object)) + rawValue(preferences.resolution());
-    });
-    watch(AppNotification::ghostModeChanged, [this](const std::any& object) {
-        return QString::number(std::any_cast<bool>(object) && preferences.ghostModeEnabled());
+    watch<bool>(AppNotification::ghostModeChanged, [this](bool isOn) {
+        return QString::number(isOn && preferences.ghostModeEnabled());
     });
     state.setMuted(true);
     state.setMuted(true);
@@ -84,11 +80,9 @@ TEST_F(AppStateTest, WritesThePreferenceBeforeItAnnouncesAndDoesSoEveryTime) {
 }
 
 TEST_F(AppStateTest, RemembersTheChannelOnlyWhenTold) {
-    const auto name = [](const std::any& object) {
-        const auto* channel = std::any_cast<Channel>(&object);
-        return channel != nullptr ? channel->id() : u"none"_s;
-    };
-    watch(AppNotification::channelChanged, name);
+    watch<std::optional<Channel>>(AppNotification::channelChanged, [](const auto& channel) {
+        return channel ? channel->id() : u"none"_s;
+    });
     const Channel first = builtInChannels().first();
     state.assignCurrentChannel(first);
     EXPECT_FALSE(preferences.lastChannelID());
@@ -102,11 +96,10 @@ TEST_F(AppStateTest, RemembersTheChannelOnlyWhenTold) {
 }
 
 TEST_F(AppStateTest, AnnouncesPlaybackWithWhatBelongsToIt) {
-    const auto id = [](const std::any& object) { return std::any_cast<Channel>(object).id(); };
-    watch(AppNotification::streamLoading, id);
-    watch(AppNotification::streamResolved, id);
-    watch(AppNotification::streamError,
-          [](const std::any& object) { return std::any_cast<QString>(object); });
+    const auto id = [](const Channel& channel) { return channel.id(); };
+    watch<Channel>(AppNotification::streamLoading, id);
+    watch<Channel>(AppNotification::streamResolved, id);
+    watch<QString>(AppNotification::streamError, [](const QString& message) { return message; });
     const Channel channel = builtInChannels().at(1);
     state.setLoading(channel);
     state.setPlaying(channel);

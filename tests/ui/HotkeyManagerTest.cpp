@@ -50,9 +50,9 @@ protected:
                         .actions = actions}};
     QStringList posted;
     const NotificationCenter::Token fullscreen = services.notifications.addObserver(
-        AppNotification::toggleFullscreen, [this](const auto&) { posted += u"fullscreen"_s; });
+        AppNotification::toggleFullscreen, [this] { posted += u"fullscreen"_s; });
     const NotificationCenter::Token settings = services.notifications.addObserver(
-        AppNotification::openSettings, [this](const auto&) { posted += u"settings"_s; });
+        AppNotification::openSettings, [this] { posted += u"settings"_s; });
 };
 
 TEST_F(HotkeyManagerTest, DigitsPlayFavouritesInTheOrderOfTheirCodes) {

@@ -115,9 +115,9 @@ void ControlBar::setUpButtons() {
 }
 
 void ControlBar::registerObservers() {
-    const auto follow = [this](AppNotification::Name name, void (ControlBar::*take)()) {
+    const auto follow = [this](auto topic, void (ControlBar::*take)()) {
         m_observers.push_back(
-            m_notifications.addObserver(name, [this, take](const auto&) { (this->*take)(); }));
+            m_notifications.addObserver(topic, [this, take] { (this->*take)(); }));
     };
     follow(AppNotification::channelChanged, &ControlBar::updateChannel);
     follow(AppNotification::muteChanged, &ControlBar::updateMuteButton);

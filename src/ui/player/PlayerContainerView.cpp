@@ -107,20 +107,15 @@ void PlayerContainerView::updateOverlay() {
 }
 
 void PlayerContainerView::registerObservers(NotificationCenter& notifications) {
-    m_observers.push_back(notifications.addObserver(
-        AppNotification::streamLoading, [this](const NotificationCenter::Notification& n) {
-            const auto* channel = std::any_cast<Channel>(&n.object);
-            const QString name = channel != nullptr ? channel->displayName() : QString();
-            setStreamState(OverlayView::Loading{u"Loading "_s + name + u"..."_s});
-        }));
     m_observers.push_back(
-        notifications.addObserver(AppNotification::streamResolved,
-                                  [this](const auto&) { setStreamState(OverlayView::Hidden{}); }));
+        notifications.addObserver(AppNotification::streamLoading, [this](const Channel& channel) {
+            setStreamState(OverlayView::Loading{u"Loading "_s + channel.displayName() + u"..."_s});
+        }));
     m_observers.push_back(notifications.addObserver(
-        AppNotification::streamError, [this](const NotificationCenter::Notification& n) {
-            const auto* message = std::any_cast<QString>(&n.object);
-            setStreamState(
-                OverlayView::Error{message != nullptr ? *message : u"Stream unavailable"_s});
+        AppNotification::streamResolved, [this] { setStreamState(OverlayView::Hidden{}); }));
+    m_observers.push_back(
+        notifications.addObserver(AppNotification::streamError, [this](const QString& message) {
+            setStreamState(OverlayView::Error{message});
         }));
 }
 

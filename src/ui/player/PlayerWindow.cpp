@@ -93,22 +93,18 @@ PlayerWindow::PlayerWindow(const Collaborators& collaborators)
 PlayerWindow::~PlayerWindow() = default;
 
 void PlayerWindow::registerObservers() {
-    m_observers.push_back(m_with.notifications.addObserver(
-        AppNotification::toggleFullscreen, [this](const auto&) { toggleFullScreen(); }));
-    m_observers.push_back(m_with.notifications.addObserver(
-        AppNotification::windowOpacityChanged, [this](const NotificationCenter::Notification& n) {
-            const auto* opacity = std::any_cast<double>(&n.object);
-            if (opacity == nullptr || m_ghostMode.isHiddenByGhost())
-                return;
-            m_fade.stop();
-            setOpacity(*opacity);
-        }));
-    m_observers.push_back(m_with.notifications.addObserver(
-        AppNotification::ghostModeChanged, [this](const NotificationCenter::Notification& n) {
-            const auto* isOn = std::any_cast<bool>(&n.object);
-            if (isOn == nullptr)
-                return;
-            if (*isOn)
+    m_observers.push_back(m_with.notifications.addObserver(AppNotification::toggleFullscreen,
+                                                           [this] { toggleFullScreen(); }));
+    m_observers.push_back(m_with.notifications.addObserver(AppNotification::windowOpacityChanged,
+                                                           [this](double opacity) {
+                                                               if (m_ghostMode.isHiddenByGhost())
+                                                                   return;
+                                                               m_fade.stop();
+                                                               setOpacity(opacity);
+                                                           }));
+    m_observers.push_back(
+        m_with.notifications.addObserver(AppNotification::ghostModeChanged, [this](bool isOn) {
+            if (isOn)
                 m_ghostMode.start();
             else
                 m_ghostMode.stop();

@@ -25,8 +25,8 @@ SettingsWindow::SettingsWindow(const Collaborators& with)
                            Qt::WindowCloseButtonHint | Qt::WindowMinimizeButtonHint),
       m_tabView(new QTabWidget(this)),
       m_addChannel(new AddChannelPage(with.preferences, with.tasks, with.resolve, with.siteHost)),
-      m_openAddChannel(with.notifications.addObserver(
-          AppNotification::openAddChannel, [this](const auto&) { showCustomChannelsTab(); })) {
+      m_openAddChannel(with.notifications.addObserver(AppNotification::openAddChannel,
+                                                      [this] { showCustomChannelsTab(); })) {
     setWindowTitle(u"Orvane Settings"_s);
     setFixedSize(FormPage::scaled(contentSize));
     m_tabView->setObjectName(u"tabView"_s);

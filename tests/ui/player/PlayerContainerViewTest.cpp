@@ -70,12 +70,8 @@ TEST_F(PlayerContainerViewTest, TellsWhatTheStreamIsDoing) {
     auto* overlay = view.findChild<OverlayView*>();
     services.state.setLoading(channel);
     EXPECT_EQ(message(), u"Loading "_s + channel.displayName() + u"..."_s);
-    services.notifications.post(AppNotification::streamLoading);
-    EXPECT_EQ(message(), u"Loading ..."_s);
     services.state.setError(channel, u"HTTP 404"_s);
     EXPECT_EQ(message(), u"HTTP 404"_s);
-    services.notifications.post(AppNotification::streamError, 5);
-    EXPECT_EQ(message(), u"Stream unavailable"_s);
     EXPECT_TRUE(overlay->isVisible());
     services.state.setPlaying(channel);
     EXPECT_FALSE(overlay->isVisible());
@@ -100,9 +96,9 @@ TEST_F(PlayerContainerViewTest, LaysTheBarOutFromTheRightAndLeavesTheNameSomeRoo
 
 TEST_F(PlayerContainerViewTest, HasButtonsThatSayWhatTheyDoAndDoIt) {
     QStringList posted;
-    const auto watch = [&](AppNotification::Name name) {
-        return services.notifications.addObserver(name, [&](const auto& n) {
-            posted += QString::fromLatin1(n.name.text.data(), qsizetype(n.name.text.size()));
+    const auto watch = [&](Topic<> topic) {
+        return services.notifications.addObserver(topic, [&posted, topic] {
+            posted += QString::fromLatin1(topic.name.data(), qsizetype(topic.name.size()));
         });
     };
     const auto fullscreen = watch(AppNotification::toggleFullscreen);

@@ -132,10 +132,8 @@ protected:
 
 TEST_F(SettingsWindowTest, GeneralControlsWriteAtOnceAndShowWhatIsStored) {
     std::optional<AppTheme> announced;
-    const auto token =
-        services.notifications.addObserver(AppNotification::themeChanged, [&](const auto& n) {
-            announced = std::any_cast<AppTheme>(n.object);
-        });
+    const auto token = services.notifications.addObserver(
+        AppNotification::themeChanged, [&](AppTheme theme) { announced = theme; });
     auto* resolution = part<QComboBox>(u"resolution"_s);
     EXPECT_EQ(resolution->currentText(), u"480p"_s);
     QTest::keyClicks(resolution, u"B"_s);
@@ -240,7 +238,7 @@ TEST_F(SettingsWindowTest, PresetsAndOpacityReachThePlayerWindow) {
 }
 
 TEST_F(SettingsWindowTest, ResolvesAddsAndRemoves) {
-    services.notifications.post(AppNotification::openAddChannel);
+    services.notifications.post(AppNotification::openAddChannel, {});
     EXPECT_EQ(part<QLineEdit>(u"channelInput"_s)->placeholderText(),
               u"@handle or site.example/..."_s);
     const QStringList nothing{u"No custom channels yet. Add one above!"_s};
