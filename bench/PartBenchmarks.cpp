@@ -100,7 +100,7 @@ void stepFromLast(benchmark::State& state) {
     const ChannelRegistry& registry = household(state).services.registry;
     const std::optional<Channel> last = registry.all().last();
     for (auto _ : state)
-        benchmark::DoNotOptimize(registry.enabledNeighbor(last, 1));
+        benchmark::DoNotOptimize(registry.enabledNeighbor(last, ChannelStep::next));
 }
 
 void showPage(benchmark::State& state, const QString& title) {

@@ -86,8 +86,8 @@ void AppDelegate::perform(const Verb::Value& verb) {
         Overloaded{
             [&](const Verb::Show&) { showPlayer(); },
             [&](const Verb::Play& play) { playChannel(play.text); },
-            [&](const Verb::Next&) { playNeighbor(1); },
-            [&](const Verb::Previous&) { playNeighbor(-1); },
+            [&](const Verb::Next&) { playNeighbor(ChannelStep::next); },
+            [&](const Verb::Previous&) { playNeighbor(ChannelStep::previous); },
             [&](const Verb::ToggleGhost&) { menuToggleGhostMode(); },
             [&](const Verb::Mute&) { m_services.player.toggleMute(); },
             [&](const Verb::Settings&) { notifications.post(AppNotification::openSettings); },
@@ -107,14 +107,11 @@ void AppDelegate::showPlayer() {
         playAtLaunch();
 }
 
-void AppDelegate::playNeighbor(int step) {
-    const auto& current = m_services.state.currentChannel();
-    const auto channel = m_services.registry.enabledNeighbor(current, step);
-    // Where nothing plays there is nothing to go on from.
-    if (current && channel)
-        playChannel(channel->id());
-    else
-        showPlayer();
+void AppDelegate::playNeighbor(ChannelStep step) {
+    // Otherwise showing the window plays what a start would play.
+    if (m_services.state.currentChannel())
+        m_services.player.playNeighbor(step);
+    showPlayer();
 }
 
 void AppDelegate::followTheSession() {
@@ -255,12 +252,9 @@ void AppDelegate::menuResolutionSelected(const QString& text) {
     if (!resolution)
         return;
     m_services.state.setResolution(*resolution);
-    const std::optional<Channel> channel = m_services.state.currentChannel();
-    if (!channel)
-        return;
-    m_services.resolver.invalidateCache(*channel);
-    m_services.player.play(*channel);
-    m_services.telemetry.channelPlayed(*channel);
+    m_services.player.retryCurrent();
+    if (const auto& channel = m_services.state.currentChannel())
+        m_services.telemetry.channelPlayed(*channel);
 }
 
 void AppDelegate::menuSleepTimer(int minutes) {
@@ -316,9 +310,8 @@ void AppDelegate::retryOnceAfterInstalling() {
     QMetaObject::invokeMethod(
         this,
         [this] {
-            const std::optional<Channel> channel = m_services.state.currentChannel();
-            if (channel && !m_isTerminating)
-                m_services.player.retry(*channel);
+            if (!m_isTerminating)
+                m_services.player.retryCurrent();
         },
         Qt::QueuedConnection);
 }

@@ -77,7 +77,7 @@ private:
     void closePlayerWindow();
     void storeWindowFrame();
     void playAtLaunch();
-    void playNeighbor(int step);
+    void playNeighbor(ChannelStep step);
     void applicationWillTerminate();
     [[nodiscard]] QCoro::Task<> prepareYtDlp();
     void retryOnceAfterInstalling();

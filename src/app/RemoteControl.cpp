@@ -42,7 +42,7 @@ void RemoteControl::play() {
     else if (!channel)
         m_with.actions.showPlayer();
     else if (hasFailed(m_with.state))
-        m_with.player.retry(*channel);
+        m_with.player.retryCurrent();
     else
         m_with.player.resume();
 }
@@ -68,18 +68,18 @@ void RemoteControl::stop() {
 }
 
 void RemoteControl::next() {
-    step(1);
+    step(ChannelStep::next);
 }
 
 void RemoteControl::previous() {
-    step(-1);
+    step(ChannelStep::previous);
 }
 
-void RemoteControl::step(int places) {
-    const auto& current = m_with.state.currentChannel();
-    const auto from = current ? current : m_stoppedChannel;
-    if (const auto channel = m_with.registry.enabledNeighbor(from, places))
-        m_with.actions.playChannel(channel->id());
+void RemoteControl::step(ChannelStep step) {
+    // A copy, as in PlayerManager::retryCurrent.
+    const std::optional<Channel> current = m_with.state.currentChannel();
+    if (m_with.player.playNeighbor(step, current ? current : m_stoppedChannel))
+        m_with.actions.showPlayer();
 }
 
 void RemoteControl::setVolume(double volume) {
@@ -114,7 +114,7 @@ MediaRemoteState RemoteControl::state() const {
     const AppState& now = m_with.state;
     const std::optional<Channel>& channel = now.currentChannel();
     MediaRemoteState result{.volume = static_cast<double>(now.volume()), .canPlay = true};
-    result.canStep = m_with.registry.enabledNeighbor(channel, 1).has_value();
+    result.canStep = m_with.registry.enabledNeighbor(channel, ChannelStep::next).has_value();
     if (!channel)
         return result;
     const QUrl page = m_with.videoSite ? channel->youtubeURL(*m_with.videoSite) : QUrl();

@@ -5,6 +5,7 @@
 #include "base/NotificationCenter.h"
 #include "model/Channel.h"
 #include "platform/desktop/mpris/MediaRemote.h"
+#include "state/ChannelRegistry.h"
 
 #include <QObject>
 
@@ -15,7 +16,6 @@ namespace orvane {
 
 class AppState;
 class ApplicationActions;
-class ChannelRegistry;
 class MessageBus;
 class PlayerManager;
 
@@ -54,7 +54,7 @@ private:
     void raise() override;
     void quit() override;
 
-    void step(int places);
+    void step(ChannelStep step);
     /// Once the change is complete, of which this may be a part.
     void updateLater();
     [[nodiscard]] MediaRemoteState state() const;

@@ -34,7 +34,7 @@ Services::Services(const Environment& environment, const QString& preferencesPat
       ytDlp(HostFileSystem::real(), processes, clock, http, environment.ytDlpSources, tasks),
       resolver(environment.videoSite, HostFileSystem::real(), processes, clock, tasks),
       channelResolver(environment.videoSite, HostFileSystem::real(), processes),
-      player(state, resolver, players, tasks),
+      player(state, registry, resolver, players, tasks),
       sleepTimer(state, player, notifications, clock, tasks) {}
 
 } // namespace orvane

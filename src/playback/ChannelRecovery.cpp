@@ -47,7 +47,7 @@ QCoro::Task<> ChannelRecovery::watch(std::stop_token stop) {
         if (step == ReopenPolicy::Step::finish)
             break;
         if (step == ReopenPolicy::Step::reopen)
-            reopen();
+            m_player.retryCurrent();
         co_await m_clock.sleep(lookInterval, stop);
         if (stop.stop_requested())
             co_return;
@@ -65,12 +65,6 @@ ReopenPolicy::Situation ChannelRecovery::situation() const {
     if (!std::holds_alternative<PlaybackState::Playing>(now))
         return Situation::loading;
     return m_player.isWaiting() ? Situation::stuck : Situation::playing;
-}
-
-void ChannelRecovery::reopen() {
-    // A copy: the replay assigns the current channel while it reads this one.
-    if (const std::optional<Channel> channel = m_state.currentChannel())
-        m_player.retry(*channel);
 }
 
 } // namespace orvane

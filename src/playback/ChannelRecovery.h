@@ -36,7 +36,6 @@ public:
 private:
     [[nodiscard]] QCoro::Task<> watch(std::stop_token stop);
     [[nodiscard]] ReopenPolicy::Situation situation() const;
-    void reopen();
 
     const AppState& m_state;
     PlayerManager& m_player;

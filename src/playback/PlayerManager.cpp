@@ -16,9 +16,14 @@ bool isRefusedAddress(const QString& message) {
            message.contains(u"permission"_s, Qt::CaseInsensitive);
 }
 
-PlayerManager::PlayerManager(AppState& state, StreamResolver& resolver, MediaPlayerFactory& players,
+PlayerManager::PlayerManager(AppState& state, const ChannelRegistry& registry,
+                             StreamResolver& resolver, MediaPlayerFactory& players,
                              TaskScope& tasks)
-    : m_state(state), m_resolver(resolver), m_players(players), m_tasks(tasks) {}
+    : m_state(state),
+      m_registry(registry),
+      m_resolver(resolver),
+      m_players(players),
+      m_tasks(tasks) {}
 
 PlayerManager::~PlayerManager() = default;
 
@@ -101,6 +106,23 @@ void PlayerManager::handleFailure(Channel channel) {
 void PlayerManager::retry(const Channel& channel) {
     m_resolver.invalidateCache(channel);
     play(channel);
+}
+
+void PlayerManager::retryCurrent() {
+    // A copy: the replay assigns the current channel while it reads this one.
+    if (const std::optional<Channel> channel = m_state.currentChannel())
+        retry(*channel);
+}
+
+bool PlayerManager::playNeighbor(ChannelStep step, const std::optional<Channel>& from) {
+    const auto channel = m_registry.enabledNeighbor(from, step);
+    if (channel)
+        play(*channel);
+    return channel.has_value();
+}
+
+bool PlayerManager::playNeighbor(ChannelStep step) {
+    return playNeighbor(step, m_state.currentChannel());
 }
 
 void PlayerManager::pause() {

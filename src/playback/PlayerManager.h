@@ -3,6 +3,7 @@
 
 #include "model/Channel.h"
 #include "platform/media/MediaPlayer.h"
+#include "state/ChannelRegistry.h"
 
 #include <QCoroTask>
 #include <QObject>
@@ -24,8 +25,8 @@ class TaskScope;
 /// person.
 class PlayerManager {
 public:
-    PlayerManager(AppState& state, StreamResolver& resolver, MediaPlayerFactory& players,
-                  TaskScope& tasks);
+    PlayerManager(AppState& state, const ChannelRegistry& registry, StreamResolver& resolver,
+                  MediaPlayerFactory& players, TaskScope& tasks);
     ~PlayerManager();
     PlayerManager(const PlayerManager&) = delete;
     PlayerManager& operator=(const PlayerManager&) = delete;
@@ -35,8 +36,13 @@ public:
 
     /// Opens a channel and drops whatever was being opened before.
     void play(const Channel& channel);
-    /// Opens it with a fresh address.
-    void retry(const Channel& channel);
+    /// Plays the enabled channel before or after `from`, or after the first one if `from` is not
+    /// enabled. Opens no window. Returns whether any channel is enabled.
+    bool playNeighbor(ChannelStep step, const std::optional<Channel>& from);
+    /// Plays the enabled channel before or after the current one.
+    bool playNeighbor(ChannelStep step);
+    /// Opens the current channel, if there is one, with a fresh address. Opens no window.
+    void retryCurrent();
 
     /// The three below do nothing without a player. Of the state they change the transport alone.
     void pause();
@@ -59,11 +65,13 @@ public:
 private:
     [[nodiscard]] QCoro::Task<> load(Channel channel, std::stop_token stop);
     void open(std::unique_ptr<MediaPlayer> player, const Channel& channel);
+    void retry(const Channel& channel);
     // By value: a replay takes down the observer that holds the caller's channel.
     void handleStatus(Channel channel);
     void handleFailure(Channel channel);
 
     AppState& m_state;
+    const ChannelRegistry& m_registry;
     StreamResolver& m_resolver;
     MediaPlayerFactory& m_players;
     TaskScope& m_tasks;

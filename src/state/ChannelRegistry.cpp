@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace orvane {
 
@@ -33,7 +34,7 @@ QList<Channel> ChannelRegistry::featured() const {
 }
 
 std::optional<Channel> ChannelRegistry::enabledNeighbor(const std::optional<Channel>& from,
-                                                        int step) const {
+                                                        ChannelStep step) const {
     const QSet<QString> enabled = m_preferences.enabledChannelIDs();
     QList<Channel> channels = all();
     channels.removeIf([&](const Channel& channel) { return !enabled.contains(channel.id()); });
@@ -41,7 +42,7 @@ std::optional<Channel> ChannelRegistry::enabledNeighbor(const std::optional<Chan
         return std::nullopt;
     const qsizetype found = from ? channels.indexOf(*from) : -1;
     const qsizetype count = channels.size();
-    return channels.at((qMax(found, 0) + step + count) % count);
+    return channels.at((qMax(found, 0) + std::to_underlying(step) + count) % count);
 }
 
 } // namespace orvane

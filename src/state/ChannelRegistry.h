@@ -11,6 +11,9 @@ namespace orvane {
 
 class Preferences;
 
+/// A direction through the enabled channels.
+enum class ChannelStep : int { previous = -1, next = 1 };
+
 /// Answers which channels exist: the built-in table followed by the channels the person added. It
 /// holds nothing itself and reads the preferences on every call, so its answers are never stale;
 /// a caller in a loop takes `all` once. Main thread, as the preferences are. Never fails: custom
@@ -25,10 +28,10 @@ public:
     [[nodiscard]] std::optional<Channel> channel(const QString& id) const;
     [[nodiscard]] QList<Channel> channels(ChannelCategory category) const;
     [[nodiscard]] QList<Channel> featured() const;
-    /// The channel `step` places after `from` among the enabled ones, which are a ring. Where
-    /// `from` is not among them, the first one stands for it. Nothing when none is enabled.
+    /// Returns the enabled channel before or after `from`, wrapping round at both ends. If `from`
+    /// is not enabled, counts from the first enabled channel. Returns nullopt if none is enabled.
     [[nodiscard]] std::optional<Channel> enabledNeighbor(const std::optional<Channel>& from,
-                                                         int step) const;
+                                                         ChannelStep step) const;
 
 private:
     const Preferences& m_preferences;

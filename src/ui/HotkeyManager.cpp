@@ -114,10 +114,10 @@ HotkeyManager::Outcome HotkeyManager::pressKey(KeyCode key) {
         m_with.notifications.post(AppNotification::toggleFullscreen);
         return Outcome::passedOn; // The window with the focus has its own use for it.
     case KeyCode::leftArrow:
-        navigateChannel(-1);
+        m_with.player.playNeighbor(ChannelStep::previous);
         return Outcome::consumed;
     case KeyCode::rightArrow:
-        navigateChannel(1);
+        m_with.player.playNeighbor(ChannelStep::next);
         return Outcome::consumed;
     case KeyCode::downArrow:
         m_with.player.adjustVolume(-volumeStep);
@@ -128,12 +128,6 @@ HotkeyManager::Outcome HotkeyManager::pressKey(KeyCode key) {
     default:
         return Outcome::passedOn;
     }
-}
-
-void HotkeyManager::navigateChannel(int step) {
-    const auto channel = m_with.registry.enabledNeighbor(m_with.state.currentChannel(), step);
-    if (channel)
-        m_with.player.play(*channel);
 }
 
 } // namespace orvane

@@ -45,7 +45,6 @@ private:
     [[nodiscard]] bool playFavorite(KeyCode key);
     [[nodiscard]] bool pressCharacter(const QString& character);
     [[nodiscard]] Outcome pressKey(KeyCode key);
-    void navigateChannel(int step);
 
     Collaborators m_with;
     std::unique_ptr<QObject> m_monitor;

@@ -116,6 +116,7 @@ protected:
     UserDefaults defaults{machine.real(u"/preferences.json"_s)};
     Preferences preferences{defaults};
     NotificationCenter notifications;
+    ChannelRegistry registry{preferences};
     AppState state{preferences, notifications};
     TaskScope tasks;
     test::FakeClock clock;
@@ -124,7 +125,7 @@ protected:
                             clock, tasks};
     FakePlayerFactory factory{log};
     FakeView view;
-    PlayerManager player{state, resolver, factory, tasks};
+    PlayerManager player{state, registry, resolver, factory, tasks};
     std::vector<NotificationCenter::Token> tokens;
     const Channel first = Channel::custom(u"a"_s, u"A"_s);
     const Channel second = Channel::custom(u"b"_s, u"B"_s);
@@ -209,7 +210,7 @@ TEST_F(PlayerManagerTest, ShowsEveryOtherFailureAndCanBeAskedAgain) {
     factory.last->become(MediaPlayer::Status::failed);
     settle();
     EXPECT_EQ(error(), u"Playback failed"_s);
-    player.retry(first);
+    player.retryCurrent();
     settle();
     EXPECT_EQ(processes.requests.size(), 2);
 }

@@ -45,11 +45,7 @@ PlayerContainerView::PlayerContainerView(AppState& state, PlayerManager& player,
     setPalette(black);
     setAutoFillBackground(true);
 
-    m_overlayView->onRetry([this, &state] {
-        // A copy: the replay assigns the current channel while it reads this one.
-        if (const std::optional<Channel> channel = state.currentChannel())
-            m_player.retry(*channel);
-    });
+    m_overlayView->onRetry([this] { m_player.retryCurrent(); });
     m_closeButton->setGeometry(closeButtonFrame);
     connect(m_closeButton, &QAbstractButton::clicked, this, [this] { window()->close(); });
 
