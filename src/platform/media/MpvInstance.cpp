@@ -2,16 +2,10 @@
 #include "platform/media/MpvInstance.h"
 
 #include "platform/media/EmptyCaBundle.h"
-#include "platform/media/VideoOutput.h"
-#include "platform/system/Memory.h"
-
-#include <QCoroFuture>
-#include <QPromise>
 
 #include <mpv/client.h>
 #include <mpv/render.h>
 
-#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -24,8 +18,8 @@ struct Option {
     const char* value;
 };
 
-// Nothing of the person's own player set-up applies here, nothing is spawned, nothing is read from
-// or written to the disk, and the picture goes to a render context and nowhere else.
+// The user's own mpv configuration does not apply, no process is started, no file is read or
+// written, and video goes to the render context only.
 constexpr std::array options{
     Option{"config", "no"},
     Option{"load-scripts", "no"},
@@ -42,26 +36,26 @@ constexpr std::array options{
     Option{"resume-playback", "no"},
     Option{"save-position-on-quit", "no"},
     Option{"audio-client-name", "Orvane"},
-    // The libraries for games that come after these are slow to say that there is no device.
+    // mpv's further outputs, for games, take long to find out that there is no device.
     Option{"ao", "pipewire,pulse,alsa,jack"},
-    // Without a sound device the end of a stream would be reported as a fault of the sound.
+    // Without a sound device the end of a stream would be reported as an audio error.
     Option{"audio-fallback-to-null", "yes"},
     Option{"vo", "libmpv"},
-    // Pictures are drawn when they are due; the drawing thread must not be made to wait for that.
+    // Frames are handed out when they are due, so that the main thread does not wait to draw them.
     Option{"video-timing-offset", "0"},
     Option{"network-timeout", "20"},
-    // A live stream is never sought in: what was shown is not kept.
+    // There is no seeking in a live stream, so what was shown is not kept.
     Option{"demuxer-max-bytes", "32MiB"},
     Option{"demuxer-max-back-bytes", "0"},
-    // Addresses come from yt-dlp, which is told not to check certificates either.
+    // The addresses come from yt-dlp, which does not check certificates either.
     Option{"tls-verify", "no"},
-    // A list from the web must not name files of this machine.
+    // A playlist from the web must not refer to local files.
     Option{"demuxer-lavf-o", "protocol_whitelist=[http,https,tcp,tls,crypto,httpproxy]"},
 };
 
 constexpr std::array softwareOptions{
     Option{"hwdec", "no"},
-    // The other scaler knows nothing of these two, and takes twice as long.
+    // zimg ignores the two options below and takes twice as long.
     Option{"sws-allow-zimg", "no"},
     Option{"sws-scaler", "bilinear"},
     Option{"sws-fast", "yes"},
@@ -74,30 +68,6 @@ void apply(mpv_handle* handle, const Options& list) {
     for (const Option& option : list)
         mpv_set_option_string(handle, option.name, option.value);
 }
-
-/// Learns from events when an instance that was stopped has come to rest: it plays nothing, and
-/// nothing in it draws any more.
-class Rest {
-public:
-    static constexpr const char* idle = "idle-active";
-    static constexpr const char* drawing = "vo-configured";
-
-    /// Whether it has, with this event at the latest.
-    [[nodiscard]] bool reached(const mpv_event& event) {
-        if (event.event_id == MPV_EVENT_PROPERTY_CHANGE) {
-            const auto& property = *static_cast<const mpv_event_property*>(event.data);
-            const std::string_view name = property.name;
-            if (property.format == MPV_FORMAT_FLAG && (name == idle || name == drawing))
-                (name == idle ? m_isIdle : m_isDrawing) =
-                    *static_cast<const int*>(property.data) != 0;
-        }
-        return m_isIdle && !m_isDrawing;
-    }
-
-private:
-    bool m_isIdle = false;
-    bool m_isDrawing = true;
-};
 
 } // namespace
 
@@ -118,16 +88,14 @@ mpv_handle* MpvInstance::makeHandle(VideoOutput output) {
     return handle;
 }
 
-MpvInstance::MpvInstance(mpv_handle* handle) : m_handle(handle) {
+MpvInstance::MpvInstance(mpv_handle* handle)
+    : m_handle(handle), m_eventsArrived([this] { drainEvents(); }), m_renderUpdateArrived([this] {
+          if (m_renderUpdateHandler)
+              m_renderUpdateHandler();
+      }) {
     mpv_set_wakeup_callback(
-        m_handle,
-        [](void* self) {
-            auto* instance = static_cast<MpvInstance*>(self);
-            if (!instance->m_eventsAnnounced.exchange(true))
-                QMetaObject::invokeMethod(instance, &MpvInstance::drainEvents,
-                                          Qt::QueuedConnection);
-        },
-        this);
+        m_handle, [](void* call) { static_cast<DeferredCall*>(call)->schedule(); },
+        &m_eventsArrived);
 }
 
 MpvInstance::~MpvInstance() {
@@ -135,37 +103,22 @@ MpvInstance::~MpvInstance() {
         free(release());
 }
 
-bool MpvInstance::createRenderContext(
-    mpv_render_param* parameters,
-    std::function<void(const std::function<void()>&)> withContextCurrent) {
+bool MpvInstance::createRenderContext(mpv_render_param* parameters, ContextScope contextScope) {
     if (mpv_render_context_create(&m_renderContext, m_handle, parameters) < 0) {
         m_renderContext = nullptr;
         return false;
     }
-    m_withContextCurrent = std::move(withContextCurrent);
+    m_contextScope = std::move(contextScope);
     mpv_render_context_set_update_callback(
-        m_renderContext,
-        [](void* self) {
-            auto* instance = static_cast<MpvInstance*>(self);
-            if (!instance->m_updateAnnounced.exchange(true)) {
-                QMetaObject::invokeMethod(
-                    instance,
-                    [instance] {
-                        instance->m_updateAnnounced = false;
-                        if (instance->m_renderUpdateHandler)
-                            instance->m_renderUpdateHandler();
-                    },
-                    Qt::QueuedConnection);
-            }
-        },
-        this);
+        m_renderContext, [](void* call) { static_cast<DeferredCall*>(call)->schedule(); },
+        &m_renderUpdateArrived);
     return true;
 }
 
-void MpvInstance::skipPicture() {
+void MpvInstance::dropPendingFrame() {
     if (m_renderContext == nullptr)
         return;
-    const auto skip = [this] {
+    const auto drop = [this] {
         if ((mpv_render_context_update(m_renderContext) & MPV_RENDER_UPDATE_FRAME) == 0)
             return;
         int on = 1;
@@ -175,10 +128,10 @@ void MpvInstance::skipPicture() {
                               mpv_render_param{MPV_RENDER_PARAM_INVALID, nullptr}};
         mpv_render_context_render(m_renderContext, parameters.data());
     };
-    if (m_withContextCurrent)
-        m_withContextCurrent(skip);
+    if (m_contextScope)
+        m_contextScope(drop);
     else
-        skip();
+        drop();
 }
 
 void MpvInstance::command(const std::vector<const char*>& words) const {
@@ -210,7 +163,6 @@ void MpvInstance::onRenderUpdate(std::function<void()> handler) {
 }
 
 void MpvInstance::drainEvents() {
-    m_eventsAnnounced = false;
     while (m_handle != nullptr) {
         const mpv_event* event = mpv_wait_event(m_handle, 0);
         if (event->event_id == MPV_EVENT_NONE)
@@ -220,94 +172,22 @@ void MpvInstance::drainEvents() {
     }
 }
 
-void MpvInstance::free(const Remains& remains) {
-    if (remains.renderContext != nullptr)
-        mpv_render_context_free(remains.renderContext);
-    mpv_terminate_destroy(remains.handle);
+void MpvInstance::free(const Parts& parts) {
+    if (parts.renderContext != nullptr)
+        mpv_render_context_free(parts.renderContext);
+    mpv_terminate_destroy(parts.handle);
 }
 
-MpvInstance::Remains MpvInstance::release() {
+MpvInstance::Parts MpvInstance::release() {
     if (m_renderContext != nullptr)
         mpv_render_context_set_update_callback(m_renderContext, nullptr, nullptr);
-    if (m_renderContext != nullptr && m_withContextCurrent) {
-        m_withContextCurrent([this] { mpv_render_context_free(m_renderContext); });
+    if (m_renderContext != nullptr && m_contextScope) {
+        m_contextScope([this] { mpv_render_context_free(m_renderContext); });
         m_renderContext = nullptr;
     }
     mpv_set_wakeup_callback(m_handle, nullptr, nullptr);
     return {.renderContext = std::exchange(m_renderContext, nullptr),
             .handle = std::exchange(m_handle, nullptr)};
-}
-
-MpvTeardownQueue::MpvTeardownQueue() {
-    m_destroyers.setMaxThreadCount(maximumCount);
-    // The next player is mostly far away, and an idle thread is of no use until then.
-    m_destroyers.setExpiryTimeout(0);
-}
-
-MpvTeardownQueue::~MpvTeardownQueue() {
-    m_destroyers.waitForDone();
-}
-
-void MpvTeardownQueue::enqueue(std::unique_ptr<MpvInstance> instance) {
-    ++m_count;
-    MpvInstance* stopping = instance.get();
-    m_stopping.push_back(std::move(instance));
-
-    // A renderer that is freed while the library still draws makes the caller wait for it, and
-    // OpenGL's is freed here. The library in turn waits a fifth of a second for each picture that
-    // nobody takes.
-    stopping->onRenderUpdate([stopping] { stopping->skipPicture(); });
-    stopping->skipPicture();
-    stopping->onEvent([this, stopping, rest = Rest()](const mpv_event& event) mutable {
-        if (rest.reached(event))
-            QMetaObject::invokeMethod(
-                this, [this, stopping] { destroyStopped(stopping); }, Qt::QueuedConnection);
-    });
-    stopping->command({"stop"});
-    for (const char* property : {Rest::idle, Rest::drawing})
-        mpv_observe_property(stopping->handle(), 0, property, MPV_FORMAT_FLAG);
-}
-
-void MpvTeardownQueue::destroyStopped(MpvInstance* instance) {
-    const auto found = std::ranges::find(m_stopping, instance, &std::unique_ptr<MpvInstance>::get);
-    if (found == m_stopping.end())
-        return;
-    const MpvInstance::Remains remains = instance->release();
-    m_stopping.erase(found);
-    m_destroyers.start([this, remains] {
-        MpvInstance::free(remains);
-        returnFreeMemory();
-        QMetaObject::invokeMethod(
-            this,
-            [this] {
-                --m_count;
-                Q_EMIT changed();
-            },
-            Qt::QueuedConnection);
-    });
-}
-
-QCoro::Task<> MpvTeardownQueue::room(std::stop_token stop) {
-    return fewerThan(maximumCount, std::move(stop));
-}
-
-QCoro::Task<> MpvTeardownQueue::empty() {
-    return fewerThan(1, std::stop_token());
-}
-
-QCoro::Task<> MpvTeardownQueue::fewerThan(int limit, std::stop_token stop) {
-    if (m_count < limit || stop.stop_requested())
-        co_return;
-    QPromise<void> promise;
-    promise.start();
-    QObject context;
-    connect(this, &MpvTeardownQueue::changed, &context, [this, limit, &promise] {
-        if (m_count < limit)
-            promise.finish();
-    });
-    const std::stop_callback onStop(stop, [&promise] { promise.finish(); });
-    const QFuture<void> ready = promise.future();
-    co_await ready;
 }
 
 } // namespace orvane

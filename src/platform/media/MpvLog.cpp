@@ -14,13 +14,8 @@ MpvLog::MpvLog() {
         return;
     mpv_request_log_messages(m_handle, "warn");
     mpv_set_wakeup_callback(
-        m_handle,
-        [](void* self) {
-            auto* log = static_cast<MpvLog*>(self);
-            if (!log->m_isAnnounced.exchange(true))
-                QMetaObject::invokeMethod(log, &MpvLog::drain, Qt::QueuedConnection);
-        },
-        this);
+        m_handle, [](void* call) { static_cast<DeferredCall*>(call)->schedule(); },
+        &m_linesArrived);
 }
 
 MpvLog::~MpvLog() {
@@ -31,7 +26,6 @@ MpvLog::~MpvLog() {
 }
 
 void MpvLog::drain() {
-    m_isAnnounced = false;
     while (m_handle != nullptr) {
         const mpv_event* event = mpv_wait_event(m_handle, 0);
         if (event->event_id == MPV_EVENT_NONE)

@@ -1,19 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/DeferredCall.h"
+
 #include <QObject>
 #include <QString>
-
-#include <atomic>
 
 struct mpv_handle;
 
 namespace orvane {
 
-/// What the media library's network and demuxing layers warn of. They report to one handle of a
-/// process only, the first, and to nobody once that has gone; so this keeps a handle that does
-/// nothing but listen, and must be made before any other. Lines of players that are being taken
-/// apart are heard too. Owned by the player factory; main thread.
+/// The warnings of mpv's network and demuxer code. That code reports to one handle per process, the
+/// first one created, and to none once that is destroyed. So this keeps a handle that does nothing
+/// but listen, and must be created before any other. Lines of players that are being destroyed
+/// arrive here too. Owned by the player factory; main thread.
 class MpvLog final : public QObject {
     Q_OBJECT
 
@@ -21,8 +21,8 @@ public:
     MpvLog();
     ~MpvLog() override;
 
-    /// Emits at once what has been said so far: an event of another handle may overtake the lines
-    /// that explain it.
+    /// Emits the pending lines now: an event of another handle may arrive before the lines that
+    /// explain it.
     void drain();
 
 Q_SIGNALS:
@@ -30,7 +30,7 @@ Q_SIGNALS:
 
 private:
     mpv_handle* m_handle;
-    std::atomic_bool m_isAnnounced = false;
+    DeferredCall m_linesArrived{[this] { drain(); }};
 };
 
 } // namespace orvane

@@ -5,6 +5,7 @@
 #include "platform/media/MediaPlayer.h"
 #include "platform/media/MpvInstance.h"
 #include "platform/media/MpvLog.h"
+#include "platform/media/MpvTeardownQueue.h"
 
 #include <QThreadPool>
 #include <QTimer>
