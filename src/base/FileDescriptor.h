@@ -26,6 +26,8 @@ public:
 
     [[nodiscard]] int get() const { return m_descriptor; }
     [[nodiscard]] bool isOpen() const { return m_descriptor >= 0; }
+    /// Gives up the ownership.
+    [[nodiscard]] int release() { return std::exchange(m_descriptor, -1); }
     void reset() {
         if (isOpen())
             ::close(std::exchange(m_descriptor, -1));

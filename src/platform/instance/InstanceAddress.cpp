@@ -20,14 +20,13 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr qsizetype longestSocketPath = sizeof(sockaddr_un::sun_path) - 1;
-/// Letters of the hash: enough to tell a person's few profiles apart.
+/// Length of the hash: enough to tell the few profiles of a user apart.
 constexpr qsizetype profileLetters = 8;
 
 bool isPrivateFolder(const QString& folder) {
     const QByteArray path = QFile::encodeName(folder);
     ::mkdir(path.constData(), S_IRWXU);
-    // What is looked at must be the folder itself: anybody can put a link into the folder for
-    // temporary files.
+    // O_NOFOLLOW, because any user can create a link in the folder for temporary files.
     const FileDescriptor opened(
         ::open(path.constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
     struct stat status{};

@@ -8,26 +8,27 @@
 
 namespace orvane {
 
-/// Where the starts of a program find each other: a lock file and a socket side by side. A value;
+/// Where the copies of a program find each other: a lock file and a socket in one folder. A value;
 /// any thread.
 struct InstanceAddress {
     QString lockPath;
     QString socketPath;
 };
 
-/// The first of `folders` that is, or can be made, a folder of this user which nobody else can
-/// look into; that is all that keeps other users out. Nothing when there is none. A folder whose
-/// name is too long for a socket's address is passed over. `name` is that of the two files in it.
+/// Returns the address in the first of `folders` that is, or can be created as, a folder which only
+/// this user can access; nothing else keeps other users out. Returns nullopt when there is none.
+/// Skips folders whose path is too long for a socket address. `name` is the base name of both
+/// files.
 [[nodiscard]] std::optional<InstanceAddress> instanceAddress(const QStringList& folders,
                                                              const QString& name);
 
-/// `program` in the user's run-time folder, and where there is none, in the folder for temporary
-/// files under a name that has the user's number.
+/// Returns the folders to try: `program` in XDG_RUNTIME_DIR, if that is set, and then `program`
+/// with the user's id in the folder for temporary files.
 [[nodiscard]] QStringList instanceFolders(const QString& program);
 
-/// A file name for the session whose X display is `display`; without one, for the Wayland display.
-/// The names of the screens of one display (":0" and ":0.0") give the same one. `profile` tells
-/// copies apart that share nothing else but the session.
+/// Returns a file name for the session with the X display `display` or, without one, with the
+/// Wayland display. All screens of a display (":0" and ":0.0") have the same name. Copies with
+/// different profiles have different names.
 [[nodiscard]] QString instanceName(const QString& display, const QString& waylandDisplay,
                                    const QString& profile);
 

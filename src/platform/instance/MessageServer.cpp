@@ -1,57 +1,37 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/instance/MessageServer.h"
 
+#include "base/Logging.h"
+
+#include <QLocalSocket>
 #include <QTimer>
-
-#include <sys/socket.h>
-
-#include <array>
-#include <cerrno>
 
 namespace orvane {
 
 namespace {
 
-/// More wait in the kernel's queue, where they cost this program nothing.
+/// Further ones wait in the queues of the server and the kernel.
 constexpr std::size_t mostPeers = 32;
 
 } // namespace
 
-/// One of the others, with what it has said so far.
+/// A connection and the time it has left.
 class MessageServer::Peer final : public QObject {
 public:
-    explicit Peer(FileDescriptor connected)
-        : socket(std::move(connected)), notifier(socket.get(), QSocketNotifier::Read) {
+    explicit Peer(QLocalSocket* connected) : socket(connected) {
+        socket->setParent(this); // It outlives the server where the handler destroys that.
         limit.setSingleShot(true);
     }
 
-    enum class State { sending, gone };
-
-    /// Takes what has come, but no more of it than a message may have.
-    State receive() {
-        std::array<char, 4096> bytes{};
-        while (received.size() <= longestMessage) {
-            const ssize_t count = ::recv(socket.get(), bytes.data(), bytes.size(), 0);
-            if (count < 0 && errno == EINTR)
-                continue;
-            if (count <= 0)
-                return count < 0 && errno == EAGAIN ? State::sending : State::gone;
-            received.append(bytes.data(), count);
-        }
-        return State::sending;
-    }
-
-    FileDescriptor socket;
-    QByteArray received;
-    QSocketNotifier notifier;
+    QLocalSocket* const socket;
     QTimer limit;
 };
 
 void MessageServer::DropPeer::operator()(Peer* peer) const {
-    peer->notifier.setEnabled(false);
     peer->limit.stop();
-    peer->socket.reset();
-    // Later, since it may be its own notifier that is being heard.
+    peer->socket->disconnect(peer);
+    peer->socket->abort();
+    // Later, as this may be called by one of its signals.
     peer->deleteLater();
 }
 
@@ -60,58 +40,57 @@ QByteArrayView MessageServer::line(Answer answer) {
 }
 
 MessageServer::MessageServer(FileDescriptor listener, Handler handler,
-                             std::chrono::milliseconds patience)
-    : m_listener(std::move(listener)),
-      m_handler(std::move(handler)),
-      m_patience(patience),
-      m_acceptor(m_listener.get(), QSocketNotifier::Read) {
-    QObject::connect(&m_acceptor, &QSocketNotifier::activated, &m_acceptor, [this] { accept(); });
+                             std::chrono::milliseconds timeout)
+    : m_handler(std::move(handler)), m_timeout(timeout) {
+    QObject::connect(&m_server, &QLocalServer::newConnection, &m_server, [this] { accept(); });
+    if (!m_server.listen(listener.release()))
+        qCWarning(logInstance) << "cannot listen:" << m_server.errorString();
 }
 
 MessageServer::~MessageServer() = default;
 
 void MessageServer::accept() {
-    FileDescriptor socket(
-        ::accept4(m_listener.get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK));
-    if (!socket.isOpen())
+    while (m_peers.size() < mostPeers && m_server.hasPendingConnections()) {
+        QLocalSocket* socket = m_server.nextPendingConnection();
+        // One byte more than needed, so that there is always room to notice the disconnection.
+        socket->setReadBufferSize(longestMessage + 2);
+        auto* peer = new Peer(socket);
+        m_peers[socket].reset(peer);
+        QObject::connect(socket, &QLocalSocket::readyRead, peer, [this, socket] { read(socket); });
+        QObject::connect(socket, &QLocalSocket::disconnected, peer,
+                         [this, socket] { drop(socket); });
+        QObject::connect(&peer->limit, &QTimer::timeout, peer, [this, socket] { drop(socket); });
+        peer->limit.start(m_timeout);
+    }
+}
+
+void MessageServer::read(QLocalSocket* socket) {
+    const qsizetype end = socket->peek(longestMessage + 1).indexOf('\n');
+    if (end < 0 && socket->bytesAvailable() > longestMessage)
+        return drop(socket);
+    if (end < 0)
         return;
-    const int key = socket.get();
-    auto* peer = new Peer(std::move(socket));
-    m_peers[key].reset(peer);
-    QObject::connect(&peer->notifier, &QSocketNotifier::activated, peer,
-                     [this, key] { read(key); });
-    QObject::connect(&peer->limit, &QTimer::timeout, peer, [this, key] { drop(key); });
-    peer->limit.start(m_patience);
-    m_acceptor.setEnabled(m_peers.size() < mostPeers);
+    // A peer that has disconnected has reported a failure, so its message must have no effect.
+    socket->waitForReadyRead(0);
+    if (m_peers.contains(socket))
+        act(socket);
 }
 
-void MessageServer::read(int key) {
-    const auto& peer = m_peers.at(key);
-    const Peer::State state = peer->receive();
-    const qsizetype end = peer->received.indexOf('\n');
-    const qsizetype length = end < 0 ? peer->received.size() : end;
-    // Who has gone has told its person that it failed, so it must not succeed now.
-    if (state == Peer::State::gone || length > longestMessage)
-        drop(key);
-    else if (end >= 0)
-        act(key);
-}
-
-void MessageServer::act(int key) {
-    // Taken out first: the handler may end this server, but this peer is still to be answered.
+void MessageServer::act(QLocalSocket* socket) {
+    // Taken out first: the handler may destroy this server, but this peer still gets its answer.
+    const auto node = m_peers.extract(socket);
     const Handler handler = m_handler;
-    const FileDescriptor socket = std::move(m_peers.at(key)->socket);
-    const QByteArray& received = m_peers.at(key)->received;
-    const QByteArray message = received.first(received.indexOf('\n'));
-    drop(key);
-    const QByteArrayView answer = line(handler(message));
-    // A line as short as this always finds room in a new socket.
-    ::send(socket.get(), answer.data(), static_cast<std::size_t>(answer.size()), MSG_NOSIGNAL);
+    QByteArray message = socket->readLine();
+    message.chop(1);
+    const Answer answer = handler(message);
+    qCInfo(logInstance) << "another start sent" << message.size() << "bytes:" << line(answer);
+    socket->write(line(answer).toByteArray());
+    socket->flush();
 }
 
-void MessageServer::drop(int key) {
-    m_peers.erase(key);
-    m_acceptor.setEnabled(true);
+void MessageServer::drop(QLocalSocket* socket) {
+    m_peers.erase(socket);
+    accept();
 }
 
 } // namespace orvane

@@ -5,33 +5,33 @@
 
 #include <QByteArray>
 #include <QByteArrayView>
-#include <QSocketNotifier>
+#include <QLocalServer>
 
 #include <chrono>
 #include <functional>
 #include <map>
 #include <memory>
 
+class QLocalSocket;
+
 namespace orvane {
 
-/// Hears other processes of this user on a local socket: one line from each, and one in answer.
-/// Owned by the single instance; the main thread and its event loop. Peers that send nonsense, too
-/// much or nothing, or that go before they are heard, are dropped, and cost neither time nor memory
-/// worth the name.
+/// Serves other processes of this user on a local socket: reads one line from each and answers with
+/// one. Owned by the single instance; lives on the main thread and needs its event loop. Drops
+/// peers that send too much or nothing, or that disconnect before they are answered.
 class MessageServer {
 public:
     enum class Answer { done, refused };
-    /// Acts on a message and says whether it was understood. It may end the server's life.
+    /// Acts on a message and returns whether it was understood. May destroy the server.
     using Handler = std::function<Answer(const QByteArray& message)>;
 
-    /// Bytes, without the end of the line.
+    /// Bytes, without the line break.
     static constexpr qsizetype longestMessage = qsizetype{64} * 1024;
-    /// With the end of the line.
+    /// With the line break.
     [[nodiscard]] static QByteArrayView line(Answer answer);
 
-    /// `listener` is a socket that listens and never blocks. A message that is not whole after
-    /// `patience` is dropped.
-    MessageServer(FileDescriptor listener, Handler handler, std::chrono::milliseconds patience);
+    /// `listener` is a listening socket. A message that is not complete after `timeout` is dropped.
+    MessageServer(FileDescriptor listener, Handler handler, std::chrono::milliseconds timeout);
     ~MessageServer();
     MessageServer(const MessageServer&) = delete;
     MessageServer& operator=(const MessageServer&) = delete;
@@ -43,16 +43,14 @@ private:
     };
 
     void accept();
-    void read(int key);
-    void act(int key);
-    void drop(int key);
+    void read(QLocalSocket* socket);
+    void act(QLocalSocket* socket);
+    void drop(QLocalSocket* socket);
 
-    const FileDescriptor m_listener;
     const Handler m_handler;
-    const std::chrono::milliseconds m_patience;
-    QSocketNotifier m_acceptor;
-    /// By the descriptors of their sockets.
-    std::map<int, std::unique_ptr<Peer, DropPeer>> m_peers;
+    const std::chrono::milliseconds m_timeout;
+    QLocalServer m_server;
+    std::map<QLocalSocket*, std::unique_ptr<Peer, DropPeer>> m_peers;
 };
 
 } // namespace orvane

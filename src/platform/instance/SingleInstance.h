@@ -13,39 +13,41 @@
 
 namespace orvane {
 
-/// The right to be the only running copy of the program at an address; what copies have an address
-/// in common is for the caller to decide. The right is a lock that the kernel holds, so it goes
-/// with the process, however that ends, and children do not inherit it; the others send one line
-/// each and wait for the answer. Claimed and owned by `main`, before there is an application
-/// object; served on the main thread.
+/// The right to be the only running copy of the program at an address; the caller decides which
+/// copies share an address. The right is an flock, which the kernel releases when the process ends
+/// for any reason and which children do not inherit. Other starts send one line each and wait for
+/// the answer. Claimed and owned by `main` before there is an application object; served on the
+/// main thread. The socket is opened without QLocalServer, which can only listen once there is an
+/// event loop: starts in between would not find it.
 class SingleInstance {
 public:
     /// The running copy has acted on the message.
     struct Delivered {};
     enum class Failure {
         noLock,   ///< The lock file cannot be opened.
-        noSocket, ///< The socket cannot be made.
+        noSocket, ///< The socket cannot be created.
         tooLong,  ///< The message is longer than the server reads.
         refused,  ///< The running copy did not understand the message.
-        noAnswer, ///< There is a running copy, but it did nothing in time.
+        noAnswer, ///< There is a running copy, but it did not answer in time.
     };
     using Claim = std::variant<std::unique_ptr<SingleInstance>, Delivered, Failure>;
 
-    /// Becomes the running copy, or has it act on `message`, which has no line breaks. Where that
-    /// one ends before it has answered, the claim begins anew, so that a message is acted on by
-    /// somebody. Waits up to `patience` for others, without an event loop.
+    /// Becomes the running copy, or has the running copy act on `message`, which has no line
+    /// breaks. If that copy ends before it has answered, the claim starts over, so that no message
+    /// is lost. Blocks for up to `timeout`; needs no event loop.
     [[nodiscard]] static Claim claim(const InstanceAddress& address, const QByteArray& message,
-                                     std::chrono::milliseconds patience);
+                                     std::chrono::milliseconds timeout);
 
     ~SingleInstance();
     SingleInstance(const SingleInstance&) = delete;
     SingleInstance& operator=(const SingleInstance&) = delete;
 
-    /// Begins to hear the others on the event loop, those included that have come since the claim.
-    /// The handler may call `close`.
-    void serve(MessageServer::Handler handler, std::chrono::milliseconds patience);
+    /// Starts to serve other starts on the event loop, including those that have been waiting since
+    /// the claim. The handler may call `close`.
+    void serve(MessageServer::Handler handler, std::chrono::milliseconds timeout);
 
-    /// Hears nobody any more: who has had no answer claims the address once this process has ended.
+    /// Stops serving. A start that has not been answered claims the address once this process has
+    /// ended.
     void close();
 
 private:
@@ -54,7 +56,7 @@ private:
 
     const FileDescriptor m_lock;
     const InstanceAddress m_address;
-    /// Until it is served.
+    /// Open until `serve`.
     FileDescriptor m_listener;
     std::unique_ptr<MessageServer> m_server;
 };

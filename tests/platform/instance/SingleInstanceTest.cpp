@@ -24,10 +24,10 @@ namespace {
 class SingleInstanceTest : public testing::Test {
 protected:
     [[nodiscard]] SingleInstance::Claim claim(const QByteArray& message,
-                                              std::chrono::milliseconds patience = 20s) const {
-        return SingleInstance::claim(address, message, patience);
+                                              std::chrono::milliseconds timeout = 20s) const {
+        return SingleInstance::claim(address, message, timeout);
     }
-    /// The claim of another process, while this one's event loop runs.
+    /// A claim as if by another process, while the event loop of this one runs.
     [[nodiscard]] SingleInstance::Claim claimBeside(const QByteArray& message) const {
         auto result = std::async(std::launch::async, [&] { return claim(message); });
         EXPECT_TRUE(runUntil([&] { return result.wait_for(0s) == std::future_status::ready; }));
@@ -37,7 +37,7 @@ protected:
         SingleInstance::Claim result = claim("first");
         return std::get<std::unique_ptr<SingleInstance>>(std::move(result));
     }
-    void serve(SingleInstance& instance, std::chrono::milliseconds patience) {
+    void serve(SingleInstance& instance, std::chrono::milliseconds timeout) {
         instance.serve(
             [&](const QByteArray& message) {
                 heard += message;
@@ -45,7 +45,7 @@ protected:
                     instance.close();
                 return message == "nonsense" ? Answer::refused : Answer::done;
             },
-            patience);
+            timeout);
     }
     [[nodiscard]] std::unique_ptr<QLocalSocket> peer(const QByteArray& says) const {
         auto socket = std::make_unique<QLocalSocket>();
@@ -59,16 +59,16 @@ protected:
     QList<QByteArray> heard;
 };
 
-TEST_F(SingleInstanceTest, TheOthersAreAnsweredOrClaimInItsPlace) {
+TEST_F(SingleInstanceTest, AnswersOtherStartsOrLetsThemTakeOver) {
     auto instance = first();
-    // It is only starting: a message waits.
+    // It is still starting, so messages wait.
     auto early = std::async(std::launch::async, [&] { return claim("early"); });
     EXPECT_EQ(std::get<SingleInstance::Failure>(claim("impatient", 50ms)),
               SingleInstance::Failure::noAnswer);
     serve(*instance, 10s);
     ASSERT_TRUE(runUntil([&] { return early.wait_for(0s) == std::future_status::ready; }));
     EXPECT_TRUE(std::holds_alternative<SingleInstance::Delivered>(early.get()));
-    EXPECT_EQ(heard, QList<QByteArray>{"early"}) << "nor is done what was reported as failed";
+    EXPECT_EQ(heard, QList<QByteArray>{"early"}) << "a message reported as failed has no effect";
 
     const QByteArray longest(MessageServer::longestMessage, 'x');
     EXPECT_TRUE(std::holds_alternative<SingleInstance::Delivered>(claimBeside(longest)));
@@ -79,15 +79,15 @@ TEST_F(SingleInstanceTest, TheOthersAreAnsweredOrClaimInItsPlace) {
               SingleInstance::Failure::refused);
 
     EXPECT_TRUE(std::holds_alternative<SingleInstance::Delivered>(claimBeside("quit")))
-        << "the last one is answered too";
+        << "the copy that ends still answers";
     auto next = std::async(std::launch::async, [&] { return claim("next"); });
-    EXPECT_EQ(next.wait_for(50ms), std::future_status::timeout) << "the old one is not gone";
+    EXPECT_EQ(next.wait_for(50ms), std::future_status::timeout) << "the old one still has the lock";
     instance.reset();
     EXPECT_TRUE(std::get<std::unique_ptr<SingleInstance>>(next.get()));
     EXPECT_FALSE(heard.contains("next"));
 }
 
-TEST_F(SingleInstanceTest, BadPeersAreDroppedAndHoldUpNobody) {
+TEST_F(SingleInstanceTest, DropsBadPeersWithoutDelayingOthers) {
     const auto instance = first();
     serve(*instance, 200ms);
     std::vector<std::unique_ptr<QLocalSocket>> peers;
@@ -103,7 +103,7 @@ TEST_F(SingleInstanceTest, BadPeersAreDroppedAndHoldUpNobody) {
     }));
 }
 
-TEST_F(SingleInstanceTest, MeetsOnlyInAFolderOfItsOwn) {
+TEST_F(SingleInstanceTest, UsesOnlyPrivateFolders) {
     const QString open = folder.filePath(u"open"_s);
     ASSERT_TRUE(QDir().mkdir(open));
     ASSERT_TRUE(QFile::setPermissions(open, QFile::permissions(open) | QFile::ReadOther));
@@ -116,7 +116,7 @@ TEST_F(SingleInstanceTest, MeetsOnlyInAFolderOfItsOwn) {
     EXPECT_TRUE(made->lockPath.startsWith(folder.filePath(u"new/"_s)));
 }
 
-TEST(InstanceName, IsThatOfTheSessionAndTheProfile) {
+TEST(InstanceName, DependsOnSessionAndProfile) {
     const QString usual = instanceName(u":0"_s, u"wayland-0"_s, u"a"_s);
     EXPECT_EQ(instanceName(u":0.1"_s, QString(), u"a"_s), usual);
     for (const QString& other :
