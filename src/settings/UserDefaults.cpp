@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "settings/UserDefaults.h"
 
+#include "base/FileDescriptor.h"
 #include "base/ReplaceFile.h"
 
 #include <QDeadlineTimer>
@@ -41,23 +42,17 @@ public:
         : m_descriptor(::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC,
                               S_IRUSR | S_IWUSR)) {
         const QDeadlineTimer deadline(lockTimeout);
-        while (m_descriptor >= 0 && !m_isHeld && !deadline.hasExpired()) {
-            m_isHeld = ::flock(m_descriptor, LOCK_EX | LOCK_NB) == 0;
+        while (m_descriptor.isOpen() && !m_isHeld && !deadline.hasExpired()) {
+            m_isHeld = ::flock(m_descriptor.get(), LOCK_EX | LOCK_NB) == 0;
             if (!m_isHeld)
                 std::this_thread::sleep_for(lockPollTime);
         }
     }
-    ~FileLock() {
-        if (m_descriptor >= 0)
-            ::close(m_descriptor);
-    }
-    FileLock(const FileLock&) = delete;
-    FileLock& operator=(const FileLock&) = delete;
 
     [[nodiscard]] bool isHeld() const { return m_isHeld; }
 
 private:
-    int m_descriptor;
+    FileDescriptor m_descriptor;
     bool m_isHeld = false;
 };
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/media/EmptyCaBundle.h"
 
+#include "base/FileDescriptor.h"
+
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -25,14 +27,11 @@ constexpr std::string_view authority =
     "-----END CERTIFICATE-----\n";
 
 std::string makeFile() {
-    const int file = memfd_create("authorities", MFD_CLOEXEC);
-    if (file < 0)
+    static const FileDescriptor file(memfd_create("authorities", MFD_CLOEXEC));
+    if (!file.isOpen() ||
+        write(file.get(), authority.data(), authority.size()) != ssize_t(authority.size()))
         return {};
-    if (write(file, authority.data(), authority.size()) != ssize_t(authority.size())) {
-        close(file);
-        return {};
-    }
-    return "/proc/self/fd/" + std::to_string(file);
+    return "/proc/self/fd/" + std::to_string(file.get());
 }
 
 } // namespace

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/system/TerminationSignals.h"
 
+#include "base/FileDescriptor.h"
+
 #include <fcntl.h>
 #include <signal.h>
 #include <unistd.h>
@@ -13,18 +15,24 @@ namespace {
 
 constexpr std::array handledSignals{SIGTERM, SIGINT, SIGHUP};
 
-// A handler can reach nothing else; both ends stay open for the life of the process.
-std::array<int, 2> pipeEnds{-1, -1};
+// Globals, because a signal handler has no context.
+FileDescriptor readEnd;
+FileDescriptor writeEnd;
 
 void writeToPipe(int number) {
     const char byte = static_cast<char>(number);
-    [[maybe_unused]] const ssize_t written = ::write(pipeEnds[1], &byte, 1);
+    [[maybe_unused]] const ssize_t written = ::write(writeEnd.get(), &byte, 1);
 }
 
 int openPipe() {
-    if (pipeEnds[0] < 0 && ::pipe2(pipeEnds.data(), O_CLOEXEC | O_NONBLOCK) != 0)
-        qFatal("orvane: no pipe for signals");
-    return pipeEnds[0];
+    std::array<int, 2> ends{};
+    if (!readEnd.isOpen()) {
+        if (::pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0)
+            qFatal("orvane: no pipe for signals");
+        readEnd = FileDescriptor(ends[0]);
+        writeEnd = FileDescriptor(ends[1]);
+    }
+    return readEnd.get();
 }
 
 void setHandlers(void (*handler)(int)) {
@@ -41,7 +49,7 @@ TerminationSignals::TerminationSignals(QObject* parent)
     : QObject(parent), m_notifier(openPipe(), QSocketNotifier::Read) {
     connect(&m_notifier, &QSocketNotifier::activated, this, [this] {
         std::array<char, 16> bytes{};
-        while (::read(pipeEnds[0], bytes.data(), bytes.size()) > 0) {
+        while (::read(readEnd.get(), bytes.data(), bytes.size()) > 0) {
         }
         Q_EMIT received();
     });
