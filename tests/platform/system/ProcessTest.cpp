@@ -48,7 +48,7 @@ TEST_F(ProcessTest, ReportsBothStreamsAndTheExitCode) {
     EXPECT_EQ(run(u"kill -9 $$"_s)->end, ProcessResult::End::killed);
 }
 
-TEST_F(ProcessTest, ReadsNothingFromItsInputAndPassesTheEnvironment) {
+TEST_F(ProcessTest, HasAnEmptyInputAndTheGivenEnvironment) {
     QProcessEnvironment environment;
     environment.insert(u"GREETING"_s, u"hello"_s);
     ProcessRequest request = shell(u"cat; printf \"$GREETING\""_s);
@@ -56,7 +56,7 @@ TEST_F(ProcessTest, ReadsNothingFromItsInputAndPassesTheEnvironment) {
     EXPECT_EQ(QCoro::waitFor(runner.run(request, {}))->standardOutput.bytes, "hello");
 }
 
-TEST_F(ProcessTest, SaysWhyItCannotStart) {
+TEST_F(ProcessTest, ReportsWhyItCannotStart) {
     QFile file(folder.filePath(u"no-program"_s));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write("not a program");
@@ -69,18 +69,18 @@ TEST_F(ProcessTest, SaysWhyItCannotStart) {
     }
 }
 
-TEST_F(ProcessTest, KeepsAMebibyteOfWhatAChildPrintsAndReadsTheRest) {
+TEST_F(ProcessTest, KeepsAMebibyteOfOutputAndReadsTheRest) {
     const ProcessOutcome outcome =
         run(u"yes | head -c 20000000; yes | head -c 20000000 >&2; exit 7"_s);
     ASSERT_TRUE(outcome);
-    EXPECT_EQ(outcome->exitCode, 7) << "it was not stopped by a full pipe";
+    EXPECT_EQ(outcome->exitCode, 7) << "a full pipe must not stop it";
     for (const CapturedOutput& output : {outcome->standardOutput, outcome->standardError}) {
         EXPECT_EQ(output.bytes.size(), ProcessRequest::defaultOutputLimit);
         EXPECT_TRUE(output.isTruncated);
     }
 }
 
-TEST_F(ProcessTest, EndsTheChildAndWhatItStartedWhenStopped) {
+TEST_F(ProcessTest, TerminatesTheWholeGroupWhenStopped) {
     const QString script =
         u"cd '%1'; sh -c 'trap \"\" TERM; echo $$ > grandchild; while :; do sleep 1; "
         u"done' & trap '' TERM; echo $$ > child; while :; do echo busy; done"_s.arg(folder.path());
@@ -99,6 +99,14 @@ TEST_F(ProcessTest, EndsTheChildAndWhatItStartedWhenStopped) {
     EXPECT_EQ((*outcome)->end, ProcessResult::End::killed);
     EXPECT_FALSE(isAlive(child));
     EXPECT_TRUE(runUntil([&] { return !isAlive(grandchild); }));
+}
+
+TEST_F(ProcessTest, KillsTheGroupOfAChildThatHasFinished) {
+    const ProcessOutcome outcome = run(u"sleep 60 & echo $!"_s);
+    ASSERT_TRUE(outcome && outcome->succeeded());
+    const qint64 left = outcome->standardOutput.bytes.trimmed().toLongLong();
+    ASSERT_GT(left, 0);
+    EXPECT_TRUE(runUntil([&] { return !isAlive(left); }));
 }
 
 TEST_F(ProcessTest, StartsNothingAfterShutDown) {
