@@ -253,7 +253,7 @@ QCoro::Task<std::optional<QString>> YtDlpManager::downloadBinary() {
 QCoro::Task<bool> YtDlpManager::checksumAgrees(Origin releases, QByteArray sha256) {
     const QString address = releases.address(QString(releaseFiles + u"SHA2-256SUMS"_s));
     const std::optional<QByteArray> sums =
-        co_await m_http.get(address, HttpClient::patience, m_stop.get_token());
+        co_await m_http.get(address, HttpClient::defaultTimeout, m_stop.get_token());
     if (!sums)
         co_return true;
     for (const QByteArray& line : sums->split('\n')) {

@@ -5,23 +5,23 @@
 
 namespace orvane {
 
-/// Where tools are looked for. The folder that stands for "/" and the home folder are given from
-/// outside, so that a test can lay out any machine in a temporary folder. A value; any thread;
-/// tests of files never fail, they answer no.
+/// The file system in which tools are searched. The root and home folders are parameters, so that a
+/// test can model any machine in a temporary folder. A value; any thread. Queries return false on
+/// any error.
 class HostFileSystem {
 public:
     /// The real machine.
     [[nodiscard]] static HostFileSystem real();
 
-    /// `root` without a slash at its end; `home` is taken as it is, not below `root`.
+    /// `root` has no slash at its end. `home` is a real path, not relative to `root`.
     HostFileSystem(QString root, QString home);
 
     [[nodiscard]] const QString& home() const { return m_home; }
 
-    /// The path at which the system's file `path` lies on this machine.
+    /// Returns the real path of `path` on the modelled machine.
     [[nodiscard]] QString systemPath(const QString& path) const;
 
-    /// Anything of that name, a folder too.
+    /// True for folders too.
     [[nodiscard]] static bool exists(const QString& path);
     [[nodiscard]] static bool isExecutableFile(const QString& path);
 

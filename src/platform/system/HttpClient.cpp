@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/system/HttpClient.h"
 
+#include "base/Logging.h"
+
 #include <QCoroFuture>
 #include <QCryptographicHash>
 #include <QFile>
@@ -18,8 +20,8 @@ namespace {
 
 constexpr qint64 maximumBody = 4 * 1024 * 1024;
 constexpr int statusOk = 200;
-/// How much of a body that is taken in pieces may wait in memory.
-constexpr qint64 largestPiece = 1024 * 1024;
+/// Of a body that is delivered in chunks.
+constexpr qint64 largestChunk = 1024 * 1024;
 
 int statusOf(const QNetworkReply& reply) {
     return reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
@@ -31,8 +33,8 @@ bool isComplete(const QNetworkReply& reply, qint64 received) {
            (!length.isValid() || length.toLongLong() == received);
 }
 
-/// Hands every piece of the body over as it comes, until the end, an abort or a stop. A piece that
-/// `take` refuses aborts.
+/// Passes each chunk of the body to `take` until the end, an abort or a stop. Aborts when `take`
+/// returns false.
 QCoro::Task<> receive(QNetworkReply& reply, std::function<bool(const QByteArray&)> take,
                       std::stop_token stop) {
     QPromise<void> promise;
@@ -49,7 +51,7 @@ QCoro::Task<> receive(QNetworkReply& reply, std::function<bool(const QByteArray&
     takeAll();
 }
 
-/// Ends when there is something to read, or when there will be nothing more.
+/// Waits until there is something to read or the reply has finished.
 QCoro::Task<> arrival(QNetworkReply& reply) {
     if (reply.bytesAvailable() > 0 || reply.isFinished())
         co_return;
@@ -101,18 +103,21 @@ QNetworkReply* HttpClient::send(const QNetworkRequest& request) {
     QObject::connect(reply, &QNetworkReply::finished, &m_network, [this, reply] {
         if (wasAnswered(*reply))
             --m_unanswered;
+        if (reply->error() != QNetworkReply::NoError)
+            qCWarning(logNetwork).noquote() << withoutSecrets(reply->url().toString())
+                                            << "failed:" << withoutSecrets(reply->errorString());
     });
     return reply;
 }
 
 QNetworkReply* HttpClient::sendSecurely(const SecureRequest& secure) {
     QNetworkRequest request = requestTo(secure.address, secure.timeout);
-    // Lengths and signatures are about the bytes as they lie on the server.
+    // Lengths and signatures refer to the file on the server, not to a compressed transfer.
     request.setRawHeader("Accept-Encoding", "identity");
-    // Over HTTP/2 the toolkit keeps receiving while nobody takes what has come.
+    // Over HTTP/2, Qt keeps receiving beyond the limit of the read buffer.
     request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
     QNetworkReply* reply = send(request);
-    reply->setReadBufferSize(largestPiece);
+    reply->setReadBufferSize(largestChunk);
     return reply;
 }
 
@@ -120,8 +125,8 @@ QCoro::Task<std::optional<QByteArray>>
 HttpClient::get(QString address, std::chrono::milliseconds timeout, std::stop_token stop) {
     const std::unique_ptr<QNetworkReply> reply(send(address, timeout));
     QByteArray body;
-    const auto take = [&body](const QByteArray& piece) {
-        body += piece;
+    const auto take = [&body](const QByteArray& chunk) {
+        body += chunk;
         return body.size() <= maximumBody;
     };
     co_await receive(*reply, take, stop);
@@ -135,13 +140,13 @@ QCoro::Task<std::optional<QByteArray>> HttpClient::download(QString address, QSt
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
         co_return std::nullopt;
-    const std::unique_ptr<QNetworkReply> reply(send(address, patience));
+    const std::unique_ptr<QNetworkReply> reply(send(address, defaultTimeout));
     QCryptographicHash hash(QCryptographicHash::Sha256);
     qint64 received = 0;
-    const auto take = [&](const QByteArray& piece) {
-        hash.addData(piece);
-        received += piece.size();
-        return file.write(piece) == piece.size();
+    const auto take = [&](const QByteArray& chunk) {
+        hash.addData(chunk);
+        received += chunk.size();
+        return file.write(chunk) == chunk.size();
     };
     co_await receive(*reply, take, stop);
     if (!isComplete(*reply, received) || !file.flush())
@@ -162,13 +167,13 @@ QCoro::Task<HttpClient::Fetched> HttpClient::fetch(SecureRequest request, Taker 
             co_return std::unexpected(TransferError::stopped);
         if (statusOf(*reply) != statusOk)
             break;
-        const QByteArray piece = reply->readAll();
-        if (piece.isEmpty() && reply->isFinished())
+        const QByteArray chunk = reply->readAll();
+        if (chunk.isEmpty() && reply->isFinished())
             break;
-        received += piece.size();
+        received += chunk.size();
         if (received > request.limit)
             co_return std::unexpected(TransferError::tooLong);
-        const bool isTaken = co_await take(piece);
+        const bool isTaken = co_await take(chunk);
         if (stop.stop_requested())
             co_return std::unexpected(TransferError::stopped);
         if (!isTaken)
@@ -184,8 +189,8 @@ QCoro::Task<HttpClient::Fetched> HttpClient::fetch(SecureRequest request, Taker 
 QCoro::Task<std::expected<HttpClient::Body, TransferError>>
 HttpClient::fetchAll(SecureRequest request, std::stop_token stop) {
     Body body;
-    const Taker take = [&body](QByteArray piece) -> QCoro::Task<bool> {
-        body.bytes += piece;
+    const Taker take = [&body](QByteArray chunk) -> QCoro::Task<bool> {
+        body.bytes += chunk;
         co_return true;
     };
     const Fetched fetched = co_await fetch(request, take, stop);

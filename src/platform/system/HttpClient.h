@@ -16,74 +16,74 @@
 
 namespace orvane {
 
-/// Why a transfer that has to be secure has failed.
+/// Why a transfer over https has failed.
 enum class TransferError {
-    insecure,    ///< The address, or one to which it leads, is not https.
-    unreachable, ///< No connection, none that can be trusted, or silence.
+    insecure,    ///< The address, or a redirect, is not https.
+    unreachable, ///< No connection, a certificate that is not trusted, or a timeout.
     refused,     ///< Any status but 200.
-    cut,         ///< It ended before the end that was announced.
-    tooLong,     ///< There is more than was allowed.
-    notTaken,    ///< Whoever receives could not take a piece.
+    cut,         ///< The body is shorter than its announced length.
+    tooLong,     ///< The body is longer than the limit.
+    notTaken,    ///< The receiver could not process a chunk.
     stopped,
 };
 
-/// What the end of a request says about the transfer; nothing when all is well. `status` is 0 when
-/// there was no answer.
+/// Translates the result of a request; nullopt for success. `status` is 0 when there was no
+/// response.
 [[nodiscard]] std::optional<TransferError> transferError(QNetworkReply::NetworkError error,
                                                          int status);
 
-/// Whether somebody has answered or refused a request that is finished. If not, the toolkit may
-/// still be waiting for a name server, and would do so at the end of the program too.
+/// Whether a server has answered or refused a finished request. If not, Qt may still be waiting for
+/// a name server, also when the program exits.
 [[nodiscard]] bool wasAnswered(const QNetworkReply& reply);
 
-/// A small HTTP client. Main thread; nothing blocks it. Redirects are followed unless they lead
-/// from https to http. `get` and `download` tell whatever goes wrong as nothing: those who use them
-/// have no better answer to one fault than to another. `fetch` is for those who have.
+/// A small HTTP client. Main thread, which it never blocks. Follows redirects unless they lead from
+/// https to http. `get` and `download` return nullopt on any error, for callers that treat all
+/// errors alike; `fetch` tells them apart.
 class HttpClient {
 public:
-    /// `userAgent` is what servers are told of who asks.
+    /// `userAgent` is sent with each request.
     explicit HttpClient(QString userAgent);
 
-    /// Without a sign of life from the server for this long, a transfer has failed.
-    static constexpr std::chrono::milliseconds patience{60000};
+    /// A transfer fails when the server sends nothing for this long.
+    static constexpr std::chrono::milliseconds defaultTimeout{60000};
 
-    /// The body of an answer with status 200, at most 4 MiB.
+    /// Returns the body of a response with status 200, at most 4 MiB.
     [[nodiscard]] QCoro::Task<std::optional<QByteArray>>
     get(QString address, std::chrono::milliseconds timeout, std::stop_token stop);
 
-    /// Writes the body of an answer with status 200 into `path`, which is replaced, and gives its
-    /// SHA-256 in lower-case hexadecimal digits. Nothing unless the body has the length that was
-    /// announced; the file is then whatever it is.
+    /// Writes the body of a response with status 200 to `path`, which is overwritten, and returns
+    /// its SHA-256 in lower-case hexadecimal digits. Returns nullopt unless the body has its
+    /// announced length; the contents of the file are then unspecified.
     [[nodiscard]] QCoro::Task<std::optional<QByteArray>> download(QString address, QString path,
                                                                   std::stop_token stop);
 
     struct SecureRequest {
         QUrl address;
-        /// Bytes of the body; one more ends the transfer.
+        /// Maximum size of the body in bytes; a longer one aborts the transfer.
         qint64 limit = 0;
-        std::chrono::milliseconds timeout = patience;
+        std::chrono::milliseconds timeout = defaultTimeout;
     };
-    /// Takes a piece of a body, and says whether it could. The next piece comes when it has ended.
+    /// Processes a chunk of a body and returns whether it could. The next chunk is delivered when
+    /// it has returned.
     using Taker = std::function<QCoro::Task<bool>(QByteArray)>;
     using Fetched = std::expected<void, TransferError>;
 
-    /// Hands the body over in pieces, as the server has sent it, without keeping more of it in
-    /// memory than a piece. Only https, all the way. Nothing is taken of an answer whose status is
-    /// not 200.
+    /// Delivers the body in chunks as the server sends it; at most one chunk is in memory. Only
+    /// https, redirects included. `take` is not called unless the status is 200.
     [[nodiscard]] QCoro::Task<Fetched> fetch(SecureRequest request, Taker take,
                                              std::stop_token stop);
 
-    /// Of its own type, as the comparisons of byte arrays stand in the way of awaiting them with an
-    /// error.
+    /// A type of its own, because a std::expected of a QByteArray is ambiguous to compare, which
+    /// awaiting it needs.
     struct Body {
         QByteArray bytes;
     };
 
-    /// The whole body at once.
+    /// Returns the whole body.
     [[nodiscard]] QCoro::Task<std::expected<Body, TransferError>> fetchAll(SecureRequest request,
                                                                            std::stop_token stop);
 
-    /// Whether the way out of the program may have to wait for a server; see `wasAnswered`.
+    /// Whether the exit of the program may have to wait for a server; see `wasAnswered`.
     [[nodiscard]] bool hasUnansweredRequests() const { return m_unanswered > 0; }
 
 private:

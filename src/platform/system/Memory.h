@@ -3,12 +3,12 @@
 
 namespace orvane {
 
-/// Keeps a long-running program from spreading over ever more memory. Every player brings threads
-/// of its own, and the C library gives threads separate arenas that keep what their player has
-/// freed. Called once, before there are other threads.
+/// Limits malloc to one arena. Every player has threads of its own, and with an arena for each
+/// thread the memory that a player has freed would stay with the process. To be called once, before
+/// other threads are started.
 void limitMemoryArenas();
 
-/// Gives memory that was freed back to the system. Any thread; takes some milliseconds.
+/// Returns freed memory to the system. Any thread; takes a few milliseconds.
 void returnFreeMemory();
 
 } // namespace orvane

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/system/Process.h"
 
+#include "base/Logging.h"
+
 #include <QCoroFuture>
+#include <QElapsedTimer>
 #include <QProcess>
 #include <QPromise>
 #include <QStringDecoder>
@@ -19,7 +22,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Long enough for a tool to remove its temporary files, short enough for a person who quits.
+/// Long enough for a tool to remove its temporary files, short enough not to delay quitting.
 constexpr std::chrono::milliseconds terminationGrace{200};
 
 void becomeGroupLeader() {
@@ -41,25 +44,28 @@ std::optional<QString> CapturedOutput::text() const {
     return decoder.hasError() ? std::nullopt : std::optional(std::move(decoded));
 }
 
-/// One running child and the promise of its outcome. Lives in the frame of `run`.
+/// A running child and the promise of its outcome. Lives in the coroutine frame of `run`.
 class ChildProcess {
 public:
     explicit ChildProcess(const ProcessRequest& request);
 
     QFuture<ProcessOutcome> start();
-    /// Asks the whole group to end, and makes it end a moment later.
+    /// Sends SIGTERM to the whole group, and SIGKILL after a grace period.
     void end();
 
 private:
     void drain();
     void signalGroup(int number) const;
     void finish(ProcessOutcome outcome);
+    /// Without the arguments, which may hold tokens; the callers log what is safe.
+    void log(const ProcessOutcome& outcome) const;
 
     const bool m_capturesOutput;
     const bool m_capturesError;
     const qsizetype m_outputLimit;
     QProcess m_process;
     QTimer m_graceTimer;
+    QElapsedTimer m_duration;
     QPromise<ProcessOutcome> m_promise;
     ProcessResult m_result;
     qint64 m_groupId = 0;
@@ -97,13 +103,16 @@ QFuture<ProcessOutcome> ChildProcess::start() {
                          m_result.exitCode = code;
                          m_result.end = status == QProcess::NormalExit ? ProcessResult::End::exited
                                                                        : ProcessResult::End::killed;
-                         // What the child has left behind in its group must not outlive it.
+                         // Processes that the child has left in its group must not outlive it.
                          signalGroup(SIGKILL);
                          finish(std::move(m_result));
                      });
     m_promise.start();
+    m_duration.start();
     m_process.start(QIODevice::ReadOnly);
     m_groupId = m_process.processId();
+    if (m_groupId > 0)
+        qCInfo(logProcess) << m_process.program() << m_groupId << "started";
     return m_promise.future();
 }
 
@@ -122,7 +131,7 @@ void ChildProcess::drain() {
 void ChildProcess::signalGroup(int number) const {
     if (m_groupId <= 0)
         return;
-    // The group exists once the child has run its first lines; before that there is only the child.
+    // The group does not exist before the child has called setpgid.
     if (::kill(static_cast<pid_t>(-m_groupId), number) != 0 &&
         m_process.state() != QProcess::NotRunning)
         ::kill(static_cast<pid_t>(m_groupId), number);
@@ -132,8 +141,21 @@ void ChildProcess::finish(ProcessOutcome outcome) {
     if (m_isFinished)
         return;
     m_isFinished = true;
+    log(outcome);
     m_promise.addResult(std::move(outcome));
     m_promise.finish();
+}
+
+void ChildProcess::log(const ProcessOutcome& outcome) const {
+    const QString& program = m_process.program();
+    if (!outcome)
+        qCWarning(logProcess) << program << "not started:" << outcome.error().reason;
+    else if (outcome->end == ProcessResult::End::killed)
+        qCInfo(logProcess) << program << m_groupId << "killed after" << m_duration.elapsed()
+                           << "ms";
+    else
+        qCInfo(logProcess) << program << m_groupId << "exited with" << outcome->exitCode << "after"
+                           << m_duration.elapsed() << "ms";
 }
 
 LocalProcessRunner::LocalProcessRunner() = default;

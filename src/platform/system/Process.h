@@ -15,30 +15,30 @@
 
 namespace orvane {
 
-/// A command to run as a child process: never through a shell, with nothing on its standard input.
+/// A command to run as a child process: without a shell, with an empty standard input.
 struct ProcessRequest {
     enum class Stream { capture, discard };
 
     /// Absolute path.
     QString program;
     QStringList arguments;
-    /// Nothing: the parent's environment as it is.
+    /// nullopt: the environment of the parent.
     std::optional<QProcessEnvironment> environment;
     Stream standardOutput = Stream::capture;
     Stream standardError = Stream::capture;
-    /// Bytes of each stream that are kept.
+    /// Maximum number of bytes to keep of each stream.
     qsizetype outputLimit = defaultOutputLimit;
 
     static constexpr qsizetype defaultOutputLimit = 1024 * 1024;
 };
 
-/// The beginning of what a child wrote, up to the request's limit; the rest was read and dropped.
+/// The output of a child up to the request's limit; the rest was read and discarded.
 struct CapturedOutput {
     QByteArray bytes;
     bool isTruncated = false;
 
     void append(const QByteArray& more, qsizetype limit);
-    /// Nothing when the bytes are no UTF-8.
+    /// Returns nullopt when the bytes are not valid UTF-8.
     [[nodiscard]] std::optional<QString> text() const;
 };
 
@@ -53,28 +53,28 @@ struct ProcessResult {
     [[nodiscard]] bool succeeded() const { return end == End::exited && exitCode == 0; }
 };
 
-/// The child could not be started at all.
+/// The child could not be started.
 struct LaunchFailure {
     QString reason;
 };
 
 using ProcessOutcome = std::expected<ProcessResult, LaunchFailure>;
 
-/// Runs child processes. Main thread; nothing blocks it.
+/// Runs child processes. Main thread, which it never blocks.
 class ProcessRunner {
 public:
     virtual ~ProcessRunner() = default;
 
-    /// Ends when the child has; there is no time limit. When `stop` is requested, the child and all
-    /// it has started are ended, and the result says `killed`.
+    /// Completes when the child has exited; there is no timeout. When `stop` is requested, the
+    /// child and its descendants are terminated and the result is `killed`.
     [[nodiscard]] virtual QCoro::Task<ProcessOutcome> run(ProcessRequest request,
                                                           std::stop_token stop) = 0;
 };
 
 class ChildProcess;
 
-/// Runs them on this machine, each as the leader of a process group of its own, so that what a tool
-/// starts ends with it. A child also gets a kill signal if this program dies.
+/// Runs each child as the leader of a process group of its own, so that what it has started can be
+/// terminated with it. The kernel kills a child when this program dies.
 class LocalProcessRunner final : public ProcessRunner {
 public:
     LocalProcessRunner();
@@ -83,7 +83,7 @@ public:
     [[nodiscard]] QCoro::Task<ProcessOutcome> run(ProcessRequest request,
                                                   std::stop_token stop) override;
 
-    /// Ends every running child; from now on nothing can be started.
+    /// Terminates all children and refuses to start others.
     void shutDown();
 
 private:

@@ -5,7 +5,7 @@
 
 namespace orvane {
 
-/// `path`, a list of folders as in PATH, with `folder` appended unless it is already in the list.
+/// Returns `path`, a list of folders as in PATH, with `folder` appended unless it is already in it.
 /// Any thread.
 [[nodiscard]] QString searchPathWith(const QString& path, const QString& folder);
 

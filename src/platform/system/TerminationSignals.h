@@ -6,9 +6,9 @@
 
 namespace orvane {
 
-/// Turns SIGTERM, SIGINT and SIGHUP into a Qt signal on the main thread, so that a program ended
-/// from outside takes the same way out as one that is quit. At most one lives at a time, owned by
-/// the composition root; its destructor gives the signals their usual meaning back.
+/// Turns SIGTERM, SIGINT and SIGHUP into a Qt signal on the main thread, so that the program shuts
+/// down as on "Quit". At most one instance at a time, owned by the composition root; the destructor
+/// restores the default actions.
 class TerminationSignals final : public QObject {
     Q_OBJECT
 
