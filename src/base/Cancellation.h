@@ -6,9 +6,9 @@
 
 namespace orvane {
 
-/// Owns the right to cancel one piece of work at a time: the work gets a token, and is cancelled
-/// when the next one begins, on request, or when this object goes. A member of whoever starts the
-/// work; not shared between threads.
+/// Cancels one operation at a time: an operation gets a stop token and is cancelled when the next
+/// one starts, on request, or when this object is destroyed. A member of the class that starts the
+/// operation; not shared between threads.
 class Cancellation {
 public:
     Cancellation() = default;
@@ -16,23 +16,23 @@ public:
     Cancellation(const Cancellation&) = delete;
     Cancellation& operator=(const Cancellation&) = delete;
 
-    /// Cancels what is running and returns the token for its successor.
+    /// Cancels the running operation, if any, and returns the token for the next one.
     [[nodiscard]] std::stop_token restart() {
         cancel();
         m_source = std::stop_source();
         return m_source.get_token();
     }
 
-    /// Cancels what is running, if anything.
+    /// Cancels the running operation, if any.
     void cancel() {
-        // Moved out first: a stop callback may start the successor.
+        // Moved out first: a stop callback may start the next operation.
         std::exchange(m_source, std::stop_source(std::nostopstate)).request_stop();
     }
 
-    /// Whether work was started and neither cancelled nor reported as finished.
+    /// Whether an operation was started and has neither been cancelled nor finished.
     [[nodiscard]] bool isActive() const { return m_source.stop_possible(); }
 
-    /// The work has ended by itself.
+    /// Marks the operation as finished without cancelling it.
     void finish() { m_source = std::stop_source(std::nostopstate); }
 
 private:

@@ -28,8 +28,8 @@ QCoro::Task<> SystemClock::sleep(std::chrono::milliseconds duration, std::stop_t
     timer.setSingleShot(true);
     QObject::connect(&timer, &QTimer::timeout, &timer, [&promise] { promise.finish(); });
     timer.start(duration);
-    // A timer of no length still goes through the event loop, so a stop never resumes the sleeper
-    // inside the call that requested it.
+    // A zero timeout still goes through the event loop, so a stop never resumes the sleeping
+    // coroutine inside the call that requested it.
     const std::stop_callback onStop(stop, [&timer] { timer.start(0); });
     const QFuture<void> slept = promise.future();
     co_await slept;

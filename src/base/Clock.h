@@ -8,7 +8,7 @@
 
 namespace orvane {
 
-/// Tells the time and waits. Time is a collaborator so that tests never wait. Main thread.
+/// Reads the time and sleeps. An interface so that tests need not wait. Main thread.
 class Clock {
 public:
     using TimePoint = std::chrono::system_clock::time_point;
@@ -18,16 +18,16 @@ public:
     /// Wall clock.
     [[nodiscard]] virtual TimePoint now() const = 0;
 
-    /// Time since the machine was started, the time included for which it was suspended.
+    /// Time since the machine booted, including the time for which it was suspended.
     [[nodiscard]] virtual std::chrono::milliseconds sinceBoot() const = 0;
 
-    /// Ends after `duration`, or soon after `stop` is requested. The caller asks `stop` which it
-    /// was.
+    /// Ends after `duration`, or soon after `stop` is requested; the caller checks `stop` to tell
+    /// the two apart.
     [[nodiscard]] virtual QCoro::Task<> sleep(std::chrono::milliseconds duration,
                                               std::stop_token stop) = 0;
 };
 
-/// The machine's own clock and event loop.
+/// The system clock, sleeping in the Qt event loop.
 class SystemClock final : public Clock {
 public:
     [[nodiscard]] TimePoint now() const override;

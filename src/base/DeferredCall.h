@@ -8,14 +8,14 @@
 
 namespace orvane {
 
-/// Calls a function once from the event loop, however often that was asked for meanwhile. A member
-/// of whoever is called; lives on the thread on which the function is to run. Nothing is called
-/// after it is gone.
+/// Calls a function once from the event loop, however often it was scheduled in the meantime. A
+/// member of the class whose function it calls; lives on the thread that runs the function. Makes
+/// no call after it has been destroyed.
 class DeferredCall final : public QObject {
 public:
     explicit DeferredCall(std::function<void()> function) : m_function(std::move(function)) {}
 
-    /// Any thread. What is scheduled during the call makes another call.
+    /// Any thread. Scheduling during the call results in another call.
     void schedule() {
         if (m_isScheduled.exchange(true))
             return;

@@ -5,11 +5,13 @@
 
 namespace orvane {
 
-/// How many characters have to be put in, taken out or changed to make one text of the other; at
-/// most the length of the longer one. Takes time in proportion to both lengths. Any thread.
+/// Returns how many characters must be inserted, removed or replaced to turn one text into the
+/// other (the Levenshtein distance); at most the length of the longer text. Runs in time
+/// proportional to the product of the lengths. Any thread. Neither Qt nor the standard library
+/// offers a distance between texts.
 [[nodiscard]] qsizetype editDistance(QStringView a, QStringView b);
 
-/// Whether `typed` is so close to `wanted` that it may be a slip.
-[[nodiscard]] bool mayBeSlip(QStringView typed, QStringView wanted);
+/// Returns whether `typed` is close enough to `known` to be a misspelling of it.
+[[nodiscard]] bool isLikelyTypo(QStringView typed, QStringView known);
 
 } // namespace orvane

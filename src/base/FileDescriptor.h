@@ -7,8 +7,8 @@
 
 namespace orvane {
 
-/// Owns a descriptor of the kernel and closes it. Moves, does not copy; any thread. A negative one
-/// stands for none, as the system calls have it.
+/// Owns a file descriptor and closes it. Movable, not copyable; any thread. A negative descriptor
+/// means none, as in the results of system calls.
 class FileDescriptor {
 public:
     FileDescriptor() = default;

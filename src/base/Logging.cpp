@@ -25,11 +25,16 @@ void enableVerboseLogging() {
 }
 
 QString withoutSecrets(const QString& text) {
-    static const QRegularExpression address(
-        uR"((https?://)(?:[^\s/?#@"']*@)?([^\s?#"']*)[^\s"']*)"_s,
+    // Every quantifier runs over a class that the text after it ends, so no input backtracks badly.
+    static const QRegularExpression url(
+        uR"(([a-z][a-z0-9+.-]{0,15}://))"  // scheme
+        uR"((?:[^\s/?#"'<>]*@)?)"          // user name and password
+        uR"(((?:\[[^\s/?#"'<>@\[\]]*\])?)" // IPv6 host
+        uR"([^\s?#"'<>()\[\]]{0,80}))"     // other host and path
+        uR"((?:[^\s"'<>]*(?<![)\]]))?)"_s, // the rest, without closing brackets
         QRegularExpression::CaseInsensitiveOption);
     QString result = text;
-    return result.replace(address, u"\\1\\2"_s);
+    return result.replace(url, u"\\1\\2"_s);
 }
 
 } // namespace orvane

@@ -6,9 +6,9 @@
 
 namespace orvane {
 
-/// What the program tells those who look for the cause of a fault, on the standard error. Quiet by
-/// default; `--verbose` turns all of them on, QT_LOGGING_RULES each by its name. Texts that may
-/// hold an address of a stream go through `withoutSecrets` first.
+/// Logging categories for diagnosing faults, written to standard error. Off by default; `--verbose`
+/// turns all of them on, QT_LOGGING_RULES selects some by name. Texts that may contain the address
+/// of a stream must go through `withoutSecrets` first. Any thread.
 Q_DECLARE_LOGGING_CATEGORY(logApp)       // orvane.app
 Q_DECLARE_LOGGING_CATEGORY(logDBus)      // orvane.dbus
 Q_DECLARE_LOGGING_CATEGORY(logInstance)  // orvane.instance
@@ -22,11 +22,12 @@ Q_DECLARE_LOGGING_CATEGORY(logUpdates)   // orvane.updates
 Q_DECLARE_LOGGING_CATEGORY(logX11)       // orvane.x11
 Q_DECLARE_LOGGING_CATEGORY(logYtDlp)     // orvane.ytdlp
 
-/// Turns all of them on.
+/// Turns all categories on.
 void enableVerboseLogging();
 
-/// `text` with each web address cut to its scheme, host and path: what follows may be a token that
-/// lets others play the stream, or tell who the user is.
+/// Returns `text` with each URL reduced to its scheme, host and path. The rest may contain a token
+/// that lets others play the stream, or identify the user; so may the end of a long path, which is
+/// cut off too. Runs in linear time.
 [[nodiscard]] QString withoutSecrets(const QString& text);
 
 } // namespace orvane

@@ -3,8 +3,8 @@
 
 namespace orvane {
 
-/// Lives until both its token and every delivery that still holds it are gone; an entry without a
-/// name is dead.
+/// An observer. Shared by its token and the deliveries in progress; the name is empty once the
+/// token has been destroyed.
 struct NotificationCenter::Entry {
     std::string_view name;
     Handler handler;
@@ -34,7 +34,7 @@ NotificationCenter::Token NotificationCenter::add(std::string_view name, Handler
 
 void NotificationCenter::deliver(std::string_view name, const void* payload) {
     std::erase_if(m_entries, [](const auto& entry) { return entry->name.empty(); });
-    // A copy: handlers may add observers, and an entry must outlive its own call.
+    // A copy, because handlers may add observers and an entry must outlive its own call.
     const std::vector<std::shared_ptr<Entry>> entries = m_entries;
     for (const std::shared_ptr<Entry>& entry : entries) {
         if (entry->name == name)

@@ -9,23 +9,23 @@
 
 namespace orvane {
 
-/// What is announced, and the type of what is handed over with it; void for nothing. The name must
-/// outlive every use of the topic; in practice it is a literal.
+/// Names a notification and the type of its payload; void for none. The name must outlive every use
+/// of the topic; in practice it is a literal.
 template <class Payload = void>
 struct Topic {
     std::string_view name;
 };
 
 /// Lets parts of the program announce changes to parts they do not know. Delivery is synchronous,
-/// in the order of registration, on the main thread, where everything here is called. Observers may
-/// come and go during a delivery: one that has gone is not called any more, one that has come is
-/// called from the next notification on. Owned by the composition root; the tokens of its observers
-/// may outlive it. Never fails.
+/// in the order of registration, on the main thread, on which all functions must be called.
+/// Observers may be added and removed during a delivery: a removed one is no longer called, an
+/// added one is called from the next notification on. Owned by the composition root; the tokens of
+/// its observers may outlive it. Never fails.
 class NotificationCenter {
     struct Entry;
 
 public:
-    /// Keeps an observer registered for as long as it lives.
+    /// Keeps an observer registered until it is destroyed.
     class [[nodiscard]] Token {
     public:
         Token() = default;
@@ -45,7 +45,7 @@ public:
     NotificationCenter(const NotificationCenter&) = delete;
     NotificationCenter& operator=(const NotificationCenter&) = delete;
 
-    /// `handler` takes the payload, or nothing where it does not care.
+    /// `handler` takes the payload, or no argument if it does not need it.
     template <class Payload, class Handler>
         requires std::is_invocable_v<Handler>
     Token addObserver(Topic<Payload> topic, Handler handler) {
@@ -59,7 +59,7 @@ public:
         });
     }
 
-    /// One handler for several topics.
+    /// Adds one handler for several topics.
     template <class Handler, class... Payloads>
     [[nodiscard]] std::vector<Token> addObservers(Handler handler, Topic<Payloads>... topics) {
         std::vector<Token> tokens;
@@ -74,7 +74,7 @@ public:
     }
 
 private:
-    /// Gets the address of the payload, null for none.
+    /// Receives a pointer to the payload, null for none.
     using Handler = std::function<void(const void*)>;
 
     Token add(std::string_view name, Handler handler);

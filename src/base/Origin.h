@@ -8,18 +8,16 @@
 
 namespace orvane {
 
-/// Scheme, host and optional port of a web service, and nothing more. An immutable value; any
-/// thread.
+/// Scheme, host and optional port of a web service. An immutable value; any thread.
 class Origin {
 public:
-    /// Nothing unless `text` is an http or https address with a host and without path or query. One
-    /// slash at the end is tolerated.
+    /// Returns nullopt unless `text` is an http or https address with a host and without a path or
+    /// a query. One trailing slash is allowed.
     [[nodiscard]] static std::optional<Origin> parse(const QString& text);
 
-    /// `path` begins with "/" and is appended as it is.
+    /// Returns the origin followed by `path`, which begins with "/" and is appended unchanged.
     [[nodiscard]] QString address(QStringView path) const;
 
-    /// The host alone.
     [[nodiscard]] QString host() const;
 
     friend bool operator==(const Origin&, const Origin&) = default;

@@ -3,7 +3,7 @@
 
 namespace orvane {
 
-/// One function of several, for `std::visit`: one for each alternative of a variant.
+/// Combines several lambdas into one visitor for `std::visit`.
 template <class... F>
 struct Overloaded : F... {
     using F::operator()...;

@@ -12,13 +12,19 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The longest reference that is understood, "&" and ";" included.
-constexpr qsizetype longestReference = 10;
+/// Including "&" and ";".
+constexpr qsizetype maximumReferenceLength = 10;
 
 constexpr uint zeroWidthNonJoiner = 0x200C;
 constexpr uint zeroWidthJoiner = 0x200D;
 
-/// An angle bracket that something other than a tag follows is just a character.
+/// Returns whether `c` is invisible or changes the direction; joiners do not count.
+bool isHidden(uint c) {
+    const bool joins = c == zeroWidthNonJoiner || c == zeroWidthJoiner;
+    return !joins && (!QChar::isPrint(c) || QChar::category(c) == QChar::Other_Format);
+}
+
+/// Returns whether `text` begins with a tag; other angle brackets are ordinary characters.
 bool beginsTag(QStringView text) {
     return text.size() > 1 && text.front() == u'<' &&
            (text.at(1).isLetter() || text.at(1) == u'/' || text.at(1) == u'!');
@@ -32,14 +38,14 @@ bool hasTags(QStringView text) {
     return false;
 }
 
-/// What the reference at the beginning of `text` stands for, and how many characters it has.
+/// Resolves the character reference at the beginning of `text`; also returns its length.
 std::pair<QString, qsizetype> reference(QStringView text) {
     static const QHash<QString, QString> names{
         {u"amp"_s, u"&"_s},  {u"lt"_s, u"<"_s},     {u"gt"_s, u">"_s},         {u"quot"_s, u"\""_s},
         {u"apos"_s, u"'"_s}, {u"nbsp"_s, u" "_s},   {u"ndash"_s, u"–"_s},      {u"mdash"_s, u"—"_s},
         {u"bull"_s, u"•"_s}, {u"hellip"_s, u"…"_s}, {u"rsquo"_s, u"\u2019"_s},
     };
-    const qsizetype end = text.first(std::min(text.size(), longestReference)).indexOf(u';');
+    const qsizetype end = text.first(std::min(text.size(), maximumReferenceLength)).indexOf(u';');
     const QString name = end > 1 ? text.sliced(1, end - 1).toString() : QString();
     if (names.contains(name))
         return {names.value(name), end + 1};
@@ -54,10 +60,10 @@ std::pair<QString, qsizetype> reference(QStringView text) {
     return {u"&"_s, 1};
 }
 
-/// Takes a text with markup apart, from its beginning to its end.
-class Stripper {
+/// Removes the markup from a text in one pass.
+class MarkupStripper {
 public:
-    explicit Stripper(QStringView markup) : m_rest(markup) {}
+    explicit MarkupStripper(QStringView markup) : m_rest(markup) {}
 
     QString strip() {
         while (!m_rest.isEmpty()) {
@@ -74,7 +80,7 @@ public:
 private:
     void skip(qsizetype count) { m_rest = m_rest.sliced(std::min(count, m_rest.size())); }
 
-    /// Up to and with `end`, or to the end of the text.
+    /// Skips to the end of the next `end`, or to the end of the text.
     void skipPast(QStringView end) {
         const qsizetype at = m_rest.indexOf(end, 0, Qt::CaseInsensitive);
         skip(at < 0 ? m_rest.size() : at + end.size());
@@ -127,7 +133,7 @@ private:
     QString m_text;
 };
 
-/// Without spaces at the ends of lines and with at most one empty line in a row.
+/// Removes trailing spaces of lines, and all but one of several empty lines.
 QString tidied(const QString& text) {
     QString result;
     bool wasEmpty = true;
@@ -142,20 +148,24 @@ QString tidied(const QString& text) {
     return result.trimmed();
 }
 
+/// Keeps line breaks and tabs.
+QString withoutHidden(const QString& text) {
+    QList<uint> points = text.toUcs4();
+    points.removeIf([](uint c) { return isHidden(c) && !QChar::isSpace(c); });
+    return QString::fromUcs4(reinterpret_cast<const char32_t*>(points.constData()), points.size());
+}
+
 } // namespace
 
 QString plainText(QStringView markup) {
     const QStringView text = markup.first(std::min(markup.size(), maximumPlainText));
-    return tidied(hasTags(text) ? Stripper(text).strip() : text.toString());
+    return tidied(withoutHidden(hasTags(text) ? MarkupStripper(text).strip() : text.toString()));
 }
 
 QString oneLine(QStringView text, qsizetype maximum) {
-    // Longer texts are cut before anything else is done with them; blanks may shrink, hence more.
+    // Cut early to bound the work, but with a margin, as simplified() may shorten the text.
     QList<uint> points = text.trimmed().left(4 * maximum).toString().simplified().toUcs4();
-    points.removeIf([](uint c) {
-        const bool joins = c == zeroWidthNonJoiner || c == zeroWidthJoiner;
-        return !joins && (!QChar::isPrint(c) || QChar::category(c) == QChar::Other_Format);
-    });
+    points.removeIf(isHidden);
     QString line;
     for (const uint c : points) {
         const auto piece = QChar::fromUcs4(c);

@@ -6,17 +6,18 @@
 
 namespace orvane {
 
-/// Readable text from what may be text or may have HTML's markup in it: tags go, paragraphs become
-/// lines, list entries get bullets, the common character references are resolved; what belongs to
-/// scripts and styles is left out. Nothing is interpreted, so nothing can be loaded or run by it.
-/// The work is proportional to the length of the text, which is cut at `maximumPlainText`. Any
-/// thread.
+/// Converts plain text or HTML to readable plain text: removes tags, puts paragraphs on lines of
+/// their own, gives list items bullets, resolves the common character references, and drops
+/// scripts, styles, and characters that are invisible or change the direction. It interprets
+/// nothing, so the text cannot make it load or run anything. Runs in linear time, on at most
+/// `maximumPlainText` characters. Any thread. QTextDocumentFragment drops the bullets, and needs
+/// quadratic time for unclosed tags: 3 s for 64 KiB of "<b>".
 [[nodiscard]] QString plainText(QStringView markup);
 
 inline constexpr qsizetype maximumPlainText = 64 * 1024;
 
-/// `text` on one line, without characters that change the direction or cannot be seen, and with at
-/// most `maximum` UTF-16 units. Joiners stay, as scripts and emoji need them.
+/// Returns `text` on one line of at most `maximum` UTF-16 units, without characters that are
+/// invisible or change the direction. Joiners are kept, since scripts and emoji need them.
 [[nodiscard]] QString oneLine(QStringView text, qsizetype maximum);
 
 } // namespace orvane

@@ -6,8 +6,9 @@
 
 namespace orvane {
 
-/// Puts a file of these bytes in the place of the one at `path`. False when that cannot be done, on
-/// a full disk for example; the file is then what it was. Any thread.
+/// Replaces the file at `path` by one with these bytes, atomically. Returns false on failure, for
+/// example on a full disk; the file is then unchanged. Any thread. A plain QSaveFile is not enough:
+/// it buffers, and commits an empty file if flushing the buffer fails.
 [[nodiscard]] bool replaceFile(const QString& path, const QByteArray& bytes);
 
 } // namespace orvane

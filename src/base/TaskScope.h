@@ -9,9 +9,9 @@
 
 namespace orvane {
 
-/// Keeps count of coroutines that nobody awaits, so that the program can end after the last of them
-/// instead of in the middle. It does not stop them: whoever started one stops it. Owned by the
-/// composition root, which joins it before it goes; main thread.
+/// Counts the coroutines that run without being awaited, so that the program can wait for them
+/// before it exits. It does not stop them: the class that started one must do so. Owned by the
+/// composition root, which joins it before destroying it; main thread.
 class TaskScope {
 public:
     TaskScope() = default;
@@ -20,7 +20,7 @@ public:
 
     void spawn(QCoro::Task<> task);
 
-    /// Ends when no task is left, those that are spawned meanwhile included.
+    /// Ends when no task is left, including those spawned in the meantime.
     [[nodiscard]] QCoro::Task<> join();
 
     [[nodiscard]] int count() const { return m_count; }

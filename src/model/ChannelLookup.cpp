@@ -11,13 +11,13 @@ namespace orvane::ChannelLookup {
 
 namespace {
 
-constexpr qsizetype mostNearest = 3;
-/// Longer texts are nobody's slip, and measuring takes time.
-constexpr qsizetype longestName = 100;
-/// Parts of a name that are shorter are in too many names.
-constexpr qsizetype shortestPart = 3;
+constexpr qsizetype maximumSuggestions = 3;
+/// Bounds the cost of the edit distance; no name is longer.
+constexpr qsizetype maximumNameLength = 100;
+/// Shorter parts occur in too many names.
+constexpr qsizetype minimumPartLength = 3;
 
-/// Letters that look the same compare as the same, however they were typed.
+/// Normalises letters that look the same and folds their case, for comparison.
 QString folded(const QString& text) {
     return text.trimmed().normalized(QString::NormalizationForm_KC).toCaseFolded();
 }
@@ -28,13 +28,13 @@ QStringList foldedNames(const Channel& channel) {
     return names;
 }
 
-/// The smallest distance of its names, or nothing when none may have been meant.
+/// Returns the edit distance to the nearest name of the channel, or nullopt if none is similar.
 std::optional<qsizetype> distance(const Channel& channel, const QString& wanted) {
     std::optional<qsizetype> smallest;
     for (const QString& name : foldedNames(channel)) {
-        const QString known = name.left(longestName);
-        const bool isPart = wanted.size() >= shortestPart && known.contains(wanted);
-        if (!isPart && !mayBeSlip(wanted, known))
+        const QString known = name.left(maximumNameLength);
+        const bool isPart = wanted.size() >= minimumPartLength && known.contains(wanted);
+        if (!isPart && !isLikelyTypo(wanted, known))
             continue;
         const qsizetype found = editDistance(wanted, known);
         smallest = std::min(smallest.value_or(found), found);
@@ -43,15 +43,15 @@ std::optional<qsizetype> distance(const Channel& channel, const QString& wanted)
 }
 
 QList<Channel> nearest(const QList<Channel>& channels, const QString& wanted) {
-    // Those at the same distance stay in the order of the list.
+    // Channels at the same distance stay in list order.
     std::multimap<qsizetype, Channel> found;
     for (const Channel& channel : channels) {
-        if (const auto far = distance(channel, wanted))
-            found.emplace(*far, channel);
+        if (const auto distanceTo = distance(channel, wanted))
+            found.emplace(*distanceTo, channel);
     }
     QList<Channel> result;
-    for (const auto& [far, channel] : found) {
-        if (result.size() < mostNearest)
+    for (const auto& [distanceTo, channel] : found) {
+        if (result.size() < maximumSuggestions)
             result += channel;
     }
     return result;
@@ -75,7 +75,8 @@ Result find(const QList<Channel>& channels, const QString& text) {
         return found.first();
     if (!found.isEmpty())
         return Ambiguous{found};
-    return Unknown{wanted.size() > longestName ? QList<Channel>() : nearest(channels, wanted)};
+    return Unknown{wanted.size() > maximumNameLength ? QList<Channel>()
+                                                     : nearest(channels, wanted)};
 }
 
 } // namespace orvane::ChannelLookup

@@ -12,7 +12,7 @@ namespace {
 constexpr Topic<> ping{"test.ping"};
 constexpr Topic<> pong{"test.pong"};
 
-TEST(NotificationCenter, DeliversInOrderUntilTheTokenGoes) {
+TEST(NotificationCenter, DeliversInOrderUntilTheTokenIsDestroyed) {
     NotificationCenter center;
     std::string log;
     const auto first = center.addObserver(ping, [&] { log += 'a'; });
@@ -24,7 +24,7 @@ TEST(NotificationCenter, DeliversInOrderUntilTheTokenGoes) {
     EXPECT_EQ(log, "aba");
 }
 
-TEST(NotificationCenter, HandsThePayloadToThoseWhoWantIt) {
+TEST(NotificationCenter, PassesThePayloadToHandlersThatTakeIt) {
     constexpr Topic<int> number{"test.number"};
     NotificationCenter center;
     std::vector<int> seen;
@@ -35,7 +35,7 @@ TEST(NotificationCenter, HandsThePayloadToThoseWhoWantIt) {
     EXPECT_EQ(seen, (std::vector{7, -1, -1}));
 }
 
-TEST(NotificationCenter, ObserversMayComeAndGoDuringDelivery) {
+TEST(NotificationCenter, AllowsAddingAndRemovingObserversDuringDelivery) {
     NotificationCenter center;
     std::string log;
     std::optional<NotificationCenter::Token> self;
@@ -56,7 +56,7 @@ TEST(NotificationCenter, ObserversMayComeAndGoDuringDelivery) {
     EXPECT_EQ(log, "anc");
 }
 
-TEST(NotificationCenter, TokensMayOutliveIt) {
+TEST(NotificationCenter, MayBeDestroyedBeforeItsTokens) {
     std::optional<NotificationCenter::Token> token;
     {
         NotificationCenter center;

@@ -49,7 +49,7 @@ std::unexpected<UsageError> usageError(const QString& message) {
 std::unexpected<UsageError> unknownOption(const QString& name) {
     QString message = u"there is no option --"_s + name;
     for (const Option& option : options()) {
-        if (mayBeSlip(name, option.name))
+        if (isLikelyTypo(name, option.name))
             return usageError(message + u"; did you mean --"_s + option.name + u'?');
     }
     return usageError(message);
