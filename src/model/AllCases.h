@@ -7,13 +7,14 @@
 
 namespace orvane {
 
-/// Every case of an enumeration in declaration order, which is also the order in which people see
-/// them. Each enumeration specialises it as a std::array beside its own declaration, together with
-/// a free function `rawValue` that gives the text under which a case is stored.
+/// All cases of an enumeration in declaration order, which is also the order in the user interface.
+/// Each enumeration specialises it as a std::array next to its declaration, together with a free
+/// function `rawValue` that returns the text under which a case is stored.
 template <typename Enum>
 inline constexpr auto allCases = nullptr;
 
-/// The case whose raw value equals `text` exactly (no case folding, no trimming), or nothing.
+/// Returns the case whose raw value equals `text` exactly (no case folding, no trimming), or
+/// nullopt.
 template <typename Enum>
 [[nodiscard]] std::optional<Enum> fromRawValue(QStringView text) {
     for (const Enum value : allCases<Enum>) {

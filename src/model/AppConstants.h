@@ -13,9 +13,9 @@ inline constexpr QLatin1StringView appName{"Orvane"};
 inline constexpr QLatin1StringView appVersion{"2.2.0"};
 inline constexpr QLatin1StringView buildNumber{"6"};
 
-/// How long a resolved stream address is trusted, by the wall clock.
+/// Lifetime of a resolved stream address in the cache, by the wall clock.
 inline constexpr std::chrono::seconds streamCacheTTL{900};
-/// Rounds of resolving before a channel counts as failed.
+/// Attempts at resolving a channel before it counts as failed.
 inline constexpr int streamResolveRetries = 3;
 
 /// Points.

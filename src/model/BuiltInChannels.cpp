@@ -5,7 +5,7 @@ namespace orvane {
 
 using namespace Qt::StringLiterals;
 
-// The ids are stored in people's preferences: never change one.
+// The ids are stored in the users' preferences: never change one.
 // clang-format off
 const QList<Channel>& builtInChannels() {
     using enum ChannelCategory;

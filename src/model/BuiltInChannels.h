@@ -7,9 +7,9 @@
 
 namespace orvane {
 
-/// The 23 channels that ship with Orvane, in the order in which every list shows them. Made once on
-/// first use and kept; any thread. A value below the preferences and the registry, because both
-/// derive defaults from it.
+/// The 23 channels that ship with Orvane, in display order. Built on first use and kept; any
+/// thread. In the model layer because both the preferences and the registry derive defaults from
+/// it.
 [[nodiscard]] const QList<Channel>& builtInChannels();
 
 } // namespace orvane

@@ -13,32 +13,31 @@
 
 namespace orvane {
 
-/// One live TV channel of the video site. An immutable value that is copied freely; any thread.
-/// Two channels are the same channel exactly when their ids are equal, whatever their other fields
-/// say, and hashing follows that.
+/// One live TV channel of the video site. An immutable value; any thread. Equality and hashing use
+/// the id alone.
 class Channel {
 public:
     Channel(QString id, QString nameAr, QString nameEn, QString handle, ChannelCategory category,
             std::optional<QString> videoId = std::nullopt);
 
-    /// A channel the person added: the id is "custom_" and the handle in lower case, there is no
-    /// Arabic name and no video id.
+    /// Returns a channel added by the user: its id is "custom_" followed by the handle in lower
+    /// case; it has no Arabic name and no video id.
     [[nodiscard]] static Channel custom(const QString& handle, const QString& name);
 
     [[nodiscard]] const QString& id() const { return m_id; }
     [[nodiscard]] const QString& nameAr() const { return m_nameAr; }
     [[nodiscard]] const QString& nameEn() const { return m_nameEn; }
-    /// Without the leading "@", in the spelling it was stored with.
+    /// Without the leading "@"; its case is preserved.
     [[nodiscard]] const QString& handle() const { return m_handle; }
     [[nodiscard]] ChannelCategory category() const { return m_category; }
-    /// The video id of the permanent live broadcast, where one is known.
+    /// The video id of the permanent live broadcast, if known.
     [[nodiscard]] const std::optional<QString>& videoId() const { return m_videoId; }
 
-    /// The Arabic name unless it is empty, else the English one.
+    /// Returns the Arabic name, or the English one if that is empty.
     [[nodiscard]] const QString& displayName() const;
 
-    /// The channel's live page on `site`. The handle is inserted as it is; one that makes no
-    /// address gives an invalid URL.
+    /// Returns the URL of the channel's live page on `site`. The handle is inserted unchanged; the
+    /// URL is invalid if that gives no valid one.
     [[nodiscard]] QUrl youtubeURL(const Origin& site) const;
 
     friend bool operator==(const Channel& a, const Channel& b) { return a.m_id == b.m_id; }

@@ -9,8 +9,7 @@
 
 namespace orvane {
 
-/// The group under which a channel is listed. A value; any thread. Menus and settings show the
-/// groups in declaration order.
+/// The group under which a channel is listed. A value; any thread. Shown in declaration order.
 enum class ChannelCategory { featured, saudiGulf, religious, international, custom };
 
 template <>
@@ -18,10 +17,10 @@ inline constexpr auto allCases<ChannelCategory> =
     std::array{ChannelCategory::featured, ChannelCategory::saudiGulf, ChannelCategory::religious,
                ChannelCategory::international, ChannelCategory::custom};
 
-/// The Arabic title; there is no other one, so it serves as the raw value too.
+/// The Arabic title. It is also the raw value, as there is no other title.
 [[nodiscard]] QString rawValue(ChannelCategory category);
 [[nodiscard]] QString displayName(ChannelCategory category);
-/// A word for command lines and scripts, which does not change.
+/// A stable English identifier for command lines and scripts.
 [[nodiscard]] QString identifier(ChannelCategory category);
 
 } // namespace orvane

@@ -10,22 +10,22 @@
 
 namespace orvane {
 
-/// What a text that a person typed for a channel stands for. Values and a pure function; any
+/// Finds the channel that a text typed by the user refers to. Values and a pure function; any
 /// thread.
 namespace ChannelLookup {
 
 struct Ambiguous {
-    /// At least two, in the order of the list.
+    /// At least two, in list order.
     QList<Channel> candidates;
 };
 struct Unknown {
-    /// Those that may have been meant, the nearest first; few, or none.
+    /// Suggestions, the nearest first; may be empty.
     QList<Channel> nearest;
 };
 using Result = std::variant<Channel, Ambiguous, Unknown>;
 
-/// The channel with exactly this id, or else the one with this Arabic or English name in any letter
-/// case; spaces around the text do not count.
+/// Returns the channel with exactly this id, or else the one with this Arabic or English name,
+/// ignoring case and surrounding spaces.
 [[nodiscard]] Result find(const QList<Channel>& channels, const QString& text);
 
 } // namespace ChannelLookup

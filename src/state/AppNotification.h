@@ -11,31 +11,31 @@
 
 #include <optional>
 
-/// The topics through which Orvane's parts announce changes to each other, with the type of what
-/// each hands over. All are posted on the main thread.
+/// The notifications by which Orvane's parts announce changes to each other, with the types of
+/// their payloads. All are posted on the main thread.
 namespace orvane::AppNotification {
 
-/// None when the channel was cleared.
+/// Nullopt when the channel was cleared.
 inline constexpr Topic<std::optional<Channel>> channelChanged{"lumenfold.orvane.channelChanged"};
-/// The channel that is playing now.
+/// The channel now playing.
 inline constexpr Topic<Channel> streamResolved{"lumenfold.orvane.streamResolved"};
-/// The message, not the channel.
+/// The error message, not the channel.
 inline constexpr Topic<QString> streamError{"lumenfold.orvane.streamError"};
-/// The channel that is being loaded.
+/// The channel being loaded.
 inline constexpr Topic<Channel> streamLoading{"lumenfold.orvane.streamLoading"};
 inline constexpr Topic<Transport> transportChanged{"lumenfold.orvane.transportChanged"};
 inline constexpr Topic<bool> muteChanged{"lumenfold.orvane.muteChanged"};
 /// From 0 to 1.
 inline constexpr Topic<float> volumeChanged{"lumenfold.orvane.volumeChanged"};
 inline constexpr Topic<Resolution> resolutionChanged{"lumenfold.orvane.resolutionChanged"};
-/// Seconds that remain.
+/// Remaining seconds.
 inline constexpr Topic<double> sleepTimerTick{"lumenfold.orvane.sleepTimerTick"};
 inline constexpr Topic<> sleepTimerFired{"lumenfold.orvane.sleepTimerFired"};
 inline constexpr Topic<AppTheme> themeChanged{"lumenfold.orvane.themeChanged"};
 /// From 0.3 to 1.
 inline constexpr Topic<double> windowOpacityChanged{"lumenfold.orvane.windowOpacityChanged"};
 inline constexpr Topic<> openSettings{"lumenfold.orvane.openSettings"};
-/// What is looked up at once; empty for nothing.
+/// The text to look up at once; may be empty.
 inline constexpr Topic<QString> openAddChannel{"lumenfold.orvane.openAddChannel"};
 inline constexpr Topic<> toggleFullscreen{"lumenfold.orvane.toggleFullscreen"};
 inline constexpr Topic<> closePlayer{"lumenfold.orvane.closePlayer"};

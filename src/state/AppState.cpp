@@ -20,7 +20,7 @@ void AppState::assignCurrentChannel(std::optional<Channel> channel) {
 }
 
 void AppState::setCurrentChannel(std::optional<Channel> channel) {
-    // An empty text and not an absent one: the next launch then knows that the player was closed.
+    // Not removed but set to "", which tells the next launch that the player was closed.
     const QString id = channel ? channel->id() : QString();
     assignCurrentChannel(std::move(channel));
     m_preferences.setLastChannelID(id);

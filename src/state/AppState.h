@@ -12,27 +12,27 @@ namespace orvane {
 class NotificationCenter;
 class Preferences;
 
-/// The live state that Orvane's parts share. Owned by the composition root; main thread only.
-/// Settings that mirror a preference are written through first and announced after, on every
-/// assignment, even of the value already held. Never fails.
+/// The shared in-memory state of the program. Owned by the composition root; main thread only.
+/// Every assignment to a property that mirrors a preference writes the preference and then posts
+/// the notification, even if the value is unchanged. Never fails.
 class AppState {
 public:
     AppState(Preferences& preferences, NotificationCenter& notifications);
 
     [[nodiscard]] const std::optional<Channel>& currentChannel() const { return m_currentChannel; }
-    /// Announces the channel but does not remember it; `setCurrentChannel` does both.
+    /// Announces the channel without storing it as the last one.
     void assignCurrentChannel(std::optional<Channel> channel);
-    /// Announces the channel and stores its id as the last one, or "" when there is none.
+    /// Announces the channel, then stores its id as the last one, or "" for nullopt.
     void setCurrentChannel(std::optional<Channel> channel);
 
     [[nodiscard]] const PlaybackState::Value& playbackState() const { return m_playbackState; }
-    /// The three below change the playback state and announce it; none touches the current channel.
+    /// These three change and announce the playback state; none changes the current channel.
     void setLoading(const Channel& channel);
     void setPlaying(const Channel& channel);
     void setError(const Channel& channel, const QString& message);
 
     [[nodiscard]] Transport transport() const { return m_transport; }
-    /// Announced only where it is another one.
+    /// Announced only when it changes.
     void setTransport(Transport transport);
 
     /// From 0 to 1.
@@ -48,11 +48,11 @@ public:
     [[nodiscard]] bool isGhostMode() const { return m_isGhostMode; }
     void setGhostMode(bool on);
 
-    /// Seconds; 0 when no sleep timer runs. Silent: the sleep timer announces its own ticks.
+    /// Seconds; 0 when no sleep timer runs. Not announced: the sleep timer announces its ticks.
     [[nodiscard]] double sleepTimerRemaining() const { return m_sleepTimerRemaining; }
     void setSleepTimerRemaining(double seconds) { m_sleepTimerRemaining = seconds; }
 
-    /// Silent.
+    /// Not announced.
     [[nodiscard]] bool isFullscreen() const { return m_isFullscreen; }
     void setFullscreen(bool on) { m_isFullscreen = on; }
 

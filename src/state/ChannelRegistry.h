@@ -14,17 +14,16 @@ class Preferences;
 /// A direction through the enabled channels.
 enum class ChannelStep : int { previous = -1, next = 1 };
 
-/// Answers which channels exist: the built-in table followed by the channels the person added. It
-/// holds nothing itself and reads the preferences on every call, so its answers are never stale;
-/// a caller in a loop takes `all` once. Main thread, as the preferences are. Never fails: custom
-/// channels that cannot be read are none.
+/// Lists the channels: the built-in table followed by the channels added by the user. It caches
+/// nothing and reads the preferences on every call, so callers in a loop should call `all` once.
+/// Main thread. Never fails: unreadable custom channels count as none.
 class ChannelRegistry {
 public:
     explicit ChannelRegistry(const Preferences& preferences);
 
-    /// Built-ins first, then custom channels in stored order. Duplicates of ids are kept.
+    /// Built-in channels, then custom ones in stored order. Duplicate ids are kept.
     [[nodiscard]] QList<Channel> all() const;
-    /// The first channel of `all` with exactly this id.
+    /// Returns the first channel of `all` with exactly this id.
     [[nodiscard]] std::optional<Channel> channel(const QString& id) const;
     [[nodiscard]] QList<Channel> channels(ChannelCategory category) const;
     [[nodiscard]] QList<Channel> featured() const;

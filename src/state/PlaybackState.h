@@ -9,7 +9,7 @@
 
 namespace orvane {
 
-/// What the player is doing, each state with what belongs to it.
+/// The state of playback, each alternative with its data.
 namespace PlaybackState {
 struct Idle {};
 struct Loading {
@@ -20,14 +20,14 @@ struct Playing {
 };
 struct Error {
     Channel channel;
-    /// Shown to the person.
+    /// Shown to the user.
     QString message;
 };
 using Value = std::variant<Idle, Loading, Playing, Error>;
 } // namespace PlaybackState
 
-/// What the player has been told to do, whatever comes of it: a channel that loads or has failed is
-/// still meant to play.
+/// The transport command in effect, whatever its outcome: it is `playing` also while a channel
+/// loads or has failed.
 enum class Transport { stopped, playing, paused };
 
 } // namespace orvane

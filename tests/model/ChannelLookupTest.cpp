@@ -11,8 +11,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// What is found in the built-in table and two channels of one name: an id, "or" with candidates,
-/// or "near" with what may have been meant.
+/// Looks `text` up in the built-in table and a few custom channels. Returns an id, "or" with the
+/// candidates, or "near" with the suggestions.
 QString found(const QString& text) {
     const QList<Channel> channels = builtInChannels() + QList{Channel::custom(u"a"_s, u"Twins"_s),
                                                               Channel::custom(u"b"_s, u"twins"_s),
@@ -31,7 +31,7 @@ QString found(const QString& text) {
     return u"near"_s + ids(std::get<ChannelLookup::Unknown>(result).nearest);
 }
 
-TEST(ChannelLookup, FindsAnIdThenANameInAnyLetterCase) {
+TEST(ChannelLookup, FindsAnIdThenANameIgnoringCase) {
     EXPECT_EQ(found(u" dwnews "_s), u"dwnews");
     EXPECT_EQ(found(u"sky NEWS uk"_s), u"skynewsuk");
     EXPECT_EQ(found(u" الجزيرة مباشر"_s), u"aljazeeralive");
@@ -41,12 +41,12 @@ TEST(ChannelLookup, FindsAnIdThenANameInAnyLetterCase) {
     EXPECT_EQ(found(u"WION"_s), u"or wion custom_c");
 }
 
-TEST(ChannelLookup, NamesTheNearestOfWhatItDoesNotKnow) {
+TEST(ChannelLookup, SuggestsTheNearestForAnUnknownText) {
     EXPECT_EQ(found(u"eurnoews"_s), u"near euronews");
     EXPECT_EQ(found(u"Al-Jazeera"_s), u"near aljazeera aljazeeradoc");
     EXPECT_EQ(found(u"sky"_s), u"near skynewsuk skynewsarabia");
     EXPECT_EQ(found(u"العربيه"_s), u"near alarabiya");
-    // An empty Arabic name is nobody's name.
+    // An empty text matches no empty Arabic name.
     for (const QString& text : {u""_s, u"  "_s, u"weather"_s, QString(100000, u'x')})
         EXPECT_EQ(found(text), u"near") << text.left(20).toStdString();
 }

@@ -16,7 +16,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-TEST(Channel, IsTheSameWheneverTheIdIs) {
+TEST(Channel, IsEqualById) {
     const Channel a(u"id"_s, u"أ"_s, u"A"_s, u"a"_s, ChannelCategory::featured, u"12345678901"_s);
     const Channel b(u"id"_s, QString(), u"B"_s, u"b"_s, ChannelCategory::custom);
     const Channel c(u"ID"_s, u"أ"_s, u"A"_s, u"a"_s, ChannelCategory::featured, u"12345678901"_s);
@@ -26,7 +26,7 @@ TEST(Channel, IsTheSameWheneverTheIdIs) {
     EXPECT_EQ((QSet<Channel>{a, b, c}.size()), 2);
 }
 
-TEST(Channel, ShowsItsArabicNameUnlessThatHasNoCharacters) {
+TEST(Channel, ShowsItsArabicNameUnlessEmpty) {
     const auto named = [](const QString& arabic) {
         return Channel(u"x"_s, arabic, u"English"_s, u"x"_s, ChannelCategory::featured);
     };
@@ -61,8 +61,8 @@ TEST(Resolution, CapsTheHeightExceptForTheBest) {
                                  u"720p 720 best[height<=720]"_s, u"Best 9999 best"_s}));
 }
 
-// People's settings name these ids, and a changed handle or video id breaks a channel, so the table
-// must not change by accident.
+// The users' settings contain these ids, and a wrong handle or video id breaks a channel, so the
+// table must not change by accident.
 TEST(BuiltInChannels, AreExactlyTheShippedTable) {
     QByteArray table;
     for (const Channel& c : builtInChannels()) {
