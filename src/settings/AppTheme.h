@@ -9,15 +9,15 @@
 
 namespace orvane {
 
-/// The appearance a person chose. It is stored and announced; the interface follows the system's
-/// appearance whatever it says. A value; any thread.
+/// The appearance chosen by the user. It is stored and announced only; the user interface follows
+/// the system's appearance. A value; any thread.
 enum class AppTheme { system, dark, light };
 
 template <>
 inline constexpr auto allCases<AppTheme> =
     std::array{AppTheme::system, AppTheme::dark, AppTheme::light};
 
-/// "System", "Dark" or "Light", which are the labels too.
+/// "System", "Dark" or "Light"; also the labels.
 [[nodiscard]] QString rawValue(AppTheme theme);
 
 } // namespace orvane

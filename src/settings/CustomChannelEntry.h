@@ -8,7 +8,7 @@
 
 namespace orvane {
 
-/// The stored form of a channel that the person added. A value; any thread.
+/// The stored form of a channel added by the user. A value; any thread.
 struct CustomChannelEntry {
     /// As entered or resolved, without "@"; its case is preserved.
     QString handle;
@@ -17,10 +17,10 @@ struct CustomChannelEntry {
     friend bool operator==(const CustomChannelEntry&, const CustomChannelEntry&) = default;
 };
 
-/// A compact JSON array of objects with the members "handle" and "name".
+/// Returns a compact JSON array of objects with the members "handle" and "name".
 [[nodiscard]] QString encodeCustomChannels(const QList<CustomChannelEntry>& entries);
 
-/// Nothing when `text` is no such array or when a single element lacks one of the two texts.
+/// Returns nullopt if `text` is not such an array or if any element lacks one of the two strings.
 [[nodiscard]] std::optional<QList<CustomChannelEntry>> decodeCustomChannels(const QString& text);
 
 } // namespace orvane

@@ -37,7 +37,7 @@ constexpr QLatin1StringView shortcutsInTextFields{"shortcutsInTextFields"};
 constexpr QLatin1StringView onboardingCompleted{"onboardingCompleted"};
 } // namespace Key
 
-constexpr int unsetWindowSizePreset = 420;
+constexpr int defaultWindowSizePreset = 420;
 
 template <typename Enum>
 Enum storedCase(const UserDefaults& defaults, QLatin1StringView key, Enum fallback) {
@@ -45,7 +45,7 @@ Enum storedCase(const UserDefaults& defaults, QLatin1StringView key, Enum fallba
     return text ? fromRawValue<Enum>(*text).value_or(fallback) : fallback;
 }
 
-/// "{{x, y}, {width, height}}", with as many digits as give the same doubles back.
+/// Formats as "{{x, y}, {width, height}}", with enough digits to read back the same doubles.
 QString rectText(const QRectF& rect) {
     const auto number = [](double value) {
         return QString::number(value, 'g', QLocale::FloatingPointShortest);
@@ -161,7 +161,7 @@ void Preferences::setWindowFrame(const std::optional<QRectF>& frame) {
 
 int Preferences::windowSizePreset() const {
     const int stored = m_defaults.integer(Key::windowSizePreset).value_or(0);
-    return stored == 0 ? unsetWindowSizePreset : stored;
+    return stored == 0 ? defaultWindowSizePreset : stored;
 }
 
 void Preferences::setWindowSizePreset(int width) {

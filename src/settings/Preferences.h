@@ -17,10 +17,10 @@ namespace orvane {
 
 class UserDefaults;
 
-/// Every setting that outlives the program. Each read goes to the store and each write goes
-/// straight to it; nothing is cached here, so two readers always see the last write. Owned by the
-/// composition root; main thread only. Never fails: a value that is absent or of the wrong kind
-/// reads as its default, and the default is not written back.
+/// All persistent settings. Every read and write goes straight to the store; nothing is cached
+/// here, so all readers see the last write. Owned by the composition root; main thread only. Never
+/// fails: a value that is absent or of the wrong type reads as its default, which is not written
+/// back.
 class Preferences {
 public:
     explicit Preferences(UserDefaults& defaults);
@@ -37,7 +37,7 @@ public:
     [[nodiscard]] bool isMuted() const;
     void setMuted(bool muted);
 
-    /// An empty text means that the player was closed; nothing means that no channel ever played.
+    /// Empty when the player was closed, nullopt when no channel has been played.
     [[nodiscard]] std::optional<QString> lastChannelID() const;
     void setLastChannelID(const std::optional<QString>& id);
 
@@ -45,7 +45,7 @@ public:
     [[nodiscard]] bool autoPlayLastChannel() const;
     void setAutoPlayLastChannel(bool on);
 
-    /// Default: the ids of all channels that exist at the time of reading.
+    /// Default: the ids of all channels at the time of reading.
     [[nodiscard]] QSet<QString> enabledChannelIDs() const;
     void setEnabledChannelIDs(const QSet<QString>& ids);
 
@@ -53,13 +53,13 @@ public:
     [[nodiscard]] QStringList favoriteChannelIDs() const;
     void setFavoriteChannelIDs(const QStringList& ids);
 
-    /// Points in desktop coordinates, y downwards. A stored text that is no rectangle reads as the
-    /// zero rectangle, which callers treat as unusable.
+    /// Points in desktop coordinates, y downwards. An invalid stored text reads as the zero
+    /// rectangle, which callers treat as unusable.
     [[nodiscard]] std::optional<QRectF> windowFrame() const;
     void setWindowFrame(const std::optional<QRectF>& frame);
 
-    /// Width in points; 0 and absent read as 420, which is deliberately none of the buttons'
-    /// values.
+    /// Width in points; default 420, also for a stored 0. Deliberately not the width of any of the
+    /// size buttons.
     [[nodiscard]] int windowSizePreset() const;
     void setWindowSizePreset(int width);
 
@@ -75,16 +75,15 @@ public:
     [[nodiscard]] bool ghostModeEnabled() const;
     void setGhostModeEnabled(bool on);
 
-    /// In stored order; none when the stored list cannot be read.
+    /// In stored order; empty when the stored list cannot be read.
     [[nodiscard]] QList<Channel> customChannels() const;
     void setCustomChannels(const QList<Channel>& channels);
-    /// Appends the channel and enables it, unless its handle is there already in any letter case.
+    /// Appends the channel and enables it, unless the list has its handle already, ignoring case.
     void addCustomChannel(const QString& handle, const QString& name);
-    /// Removes every channel with this handle in any letter case. The enabled and favourite ids
-    /// stay.
+    /// Removes all channels with this handle, ignoring case. Leaves the enabled and favourite ids.
     void removeCustomChannel(const QString& handle);
 
-    /// Whether single keys act while a text field has the focus; default true.
+    /// Whether single-key shortcuts act while a text field has the focus; default true.
     [[nodiscard]] bool shortcutsInTextFields() const;
     void setShortcutsInTextFields(bool on);
 

@@ -2,6 +2,7 @@
 #include "settings/UserDefaults.h"
 
 #include "base/FileDescriptor.h"
+#include "base/Logging.h"
 #include "base/ReplaceFile.h"
 
 #include <QDeadlineTimer>
@@ -28,14 +29,13 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Longer than any honest write takes; a copy of the program that was stopped while it held the
-/// lock costs the writer thread this long and nothing else.
+/// Much longer than a write takes. Another copy that was suspended while holding the lock delays
+/// only the writer thread, by this much.
 constexpr std::chrono::milliseconds lockTimeout{2000};
 constexpr std::chrono::milliseconds lockPollTime{2};
 
-/// Keeps other writers out for as long as it lives. The kernel holds the lock, so it goes with a
-/// process that is killed, at whatever moment; QLockFile can leave a lock behind that keeps
-/// everyone out for half a minute.
+/// Excludes other writers while it lives. The kernel drops the lock when the process dies;
+/// QLockFile can leave a stale lock behind that blocks all copies for half a minute.
 class FileLock {
 public:
     explicit FileLock(const QString& path)
@@ -58,7 +58,7 @@ private:
 
 struct FileText {
     QByteArray bytes;
-    /// Nothing when the bytes are no JSON object.
+    /// Nullopt if the bytes are not a JSON object.
     std::optional<QJsonObject> object;
 };
 
@@ -176,13 +176,12 @@ void UserDefaults::writePending() {
     const bool isWritten = mergeIntoFile(batch);
     const QMutexLocker lock(&m_mutex);
     if (!isWritten) {
-        if (!std::exchange(m_hasComplained, true))
-            qWarning("What is changed here is lost at the end: %s cannot be written",
-                     qUtf8Printable(m_filePath));
+        if (!std::exchange(m_hasWarned, true))
+            qWarning("Cannot write %s; changes will be lost on exit", qUtf8Printable(m_filePath));
         return;
     }
     m_pending.removeIf([&](const QHash<QString, Change>::iterator entry) {
-        // A key that was set again meanwhile still waits for its own write.
+        // A key that has been set again in the meantime stays pending.
         const auto written = batch.constFind(entry.key());
         return written != batch.constEnd() && written->number == entry.value().number;
     });
@@ -191,13 +190,17 @@ void UserDefaults::writePending() {
 bool UserDefaults::mergeIntoFile(const QHash<QString, Change>& changes) const {
     QDir().mkpath(QFileInfo(m_filePath).absolutePath());
     const FileLock fileLock(m_filePath + u".lock"_s);
-    if (!fileLock.isHeld())
+    if (!fileLock.isHeld()) {
+        qCWarning(logSettings, "cannot lock %s", qUtf8Printable(m_filePath));
         return false;
+    }
 
     const std::optional<FileText> current = readFile(m_filePath);
-    if (!current && QFileInfo::exists(m_filePath))
+    if (!current && QFileInfo::exists(m_filePath)) {
+        qCWarning(logSettings, "cannot read %s", qUtf8Printable(m_filePath));
         return false;
-    if (current && !current->object && !replaceFile(m_filePath + u".bad"_s, current->bytes))
+    }
+    if (current && !current->object && !setAside(current->bytes))
         return false;
 
     QJsonObject merged = current ? current->object.value_or(QJsonObject()) : QJsonObject();
@@ -208,6 +211,14 @@ bool UserDefaults::mergeIntoFile(const QHash<QString, Change>& changes) const {
             merged.insert(change.key(), change->value);
     }
     return replaceFile(m_filePath, QJsonDocument(merged).toJson());
+}
+
+bool UserDefaults::setAside(const QByteArray& bytes) const {
+    const QString path = m_filePath + u".bad"_s;
+    const bool isSaved = replaceFile(path, bytes);
+    qCWarning(logSettings, "%s is not a JSON object; %s %s", qUtf8Printable(m_filePath),
+              isSaved ? "saved it as" : "cannot save it as", qUtf8Printable(path));
+    return isSaved;
 }
 
 UserDefaults::FileStamp UserDefaults::currentStamp() const {

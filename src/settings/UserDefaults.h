@@ -16,13 +16,14 @@
 namespace orvane {
 
 /// A per-user store of typed values in one JSON file, shared safely between running copies of the
-/// program. Reads and writes come from one thread, normally the main one, and never wait for the
-/// disk's writes: a write is visible to this object at once and to others as soon as a background
-/// thread has merged it into the file. The file is replaced as a whole, so a kill at any moment
-/// leaves the old or the new one.
-/// A file that is no JSON object reads as empty and is set aside as "<name>.bad" by the next write.
-/// When the file cannot be written, the values live on in memory and are tried again with the next
-/// write; the standard error says so once. The destructor waits for what is still to be written.
+/// program. Used from one thread, normally the main one, which never waits for a write: a change is
+/// visible to this object at once and to others as soon as a background thread has merged it into
+/// the file. The file is replaced atomically, so it is never left half-written.
+/// A file that is not a JSON object reads as empty; the next write saves it as "<name>.bad". If the
+/// file cannot be written, the changes are kept in memory and tried again with the next write; one
+/// warning goes to standard error. The destructor waits for pending writes.
+/// QSettings would access the file and wait for its lock on the main thread, and its QLockFile can
+/// outlive a killed process and then block all copies for half a minute.
 class UserDefaults {
 public:
     explicit UserDefaults(QString filePath);
@@ -30,25 +31,25 @@ public:
     UserDefaults(const UserDefaults&) = delete;
     UserDefaults& operator=(const UserDefaults&) = delete;
 
-    /// Undefined when the key is absent.
+    /// Returns undefined if the key is absent.
     [[nodiscard]] QJsonValue value(QLatin1StringView key) const;
 
-    /// Each gives nothing when the key is absent or its value is of another kind.
+    /// These return nullopt if the key is absent or its value has another type.
     [[nodiscard]] std::optional<QString> string(QLatin1StringView key) const;
     [[nodiscard]] std::optional<QStringList> stringArray(QLatin1StringView key) const;
     [[nodiscard]] std::optional<bool> boolean(QLatin1StringView key) const;
     [[nodiscard]] std::optional<double> number(QLatin1StringView key) const;
-    /// Fractions are cut off; a number outside the range of int gives nothing.
+    /// Truncates fractions; returns nullopt for a number outside the range of int.
     [[nodiscard]] std::optional<int> integer(QLatin1StringView key) const;
 
     void set(QLatin1StringView key, const QJsonValue& value);
     void remove(QLatin1StringView key);
 
-    /// Waits until everything set so far is in the file or has failed to get there.
+    /// Waits until all changes so far have been written or have failed to be.
     void synchronize();
 
 private:
-    /// What tells one version of the file from another.
+    /// Identifies a version of the file.
     struct FileStamp {
         std::uint64_t inode = 0;
         std::int64_t size = -1;
@@ -65,6 +66,8 @@ private:
     void scheduleWrite();
     void writePending();
     [[nodiscard]] bool mergeIntoFile(const QHash<QString, Change>& changes) const;
+    /// Saves an unreadable file before it is replaced.
+    [[nodiscard]] bool setAside(const QByteArray& bytes) const;
     [[nodiscard]] FileStamp currentStamp() const;
     void change(QLatin1StringView key, const QJsonValue& value);
 
@@ -77,9 +80,9 @@ private:
     QHash<QString, Change> m_pending; ///< Guarded by m_mutex.
     std::uint64_t m_changeCount = 0;  ///< Guarded by m_mutex.
     bool m_writeScheduled = false;    ///< Guarded by m_mutex.
-    bool m_hasComplained = false;     ///< Guarded by m_mutex.
+    bool m_hasWarned = false;         ///< Guarded by m_mutex.
 
-    QThreadPool m_writer; ///< One thread; last, so that it ends before what it uses.
+    QThreadPool m_writer; ///< One thread. Last, so that it ends before the members it uses.
 };
 
 } // namespace orvane

@@ -39,7 +39,7 @@ protected:
     [[nodiscard]] QJsonObject contents() const {
         return QJsonDocument::fromJson(read(path)).object();
     }
-    /// A second copy of the program that writes numbers under a key.
+    /// Starts a second copy of the program that writes numbers under a key.
     void startWriter(QProcess& writer, const QString& key, int count) const {
         writer.start(QCoreApplication::applicationFilePath(),
                      {u"--write-preferences"_s, path, key, QString::number(count)});
@@ -69,13 +69,10 @@ protected:
     Preferences preferences{defaults};
 };
 
-TEST_F(PreferencesTest, AreDefaultsOnAFreshStoreAndReadingWritesNothing) {
+TEST_F(PreferencesTest, ReadAsDefaultsIfAbsentOrOfTheWrongType) {
     expectDefaults();
     defaults.synchronize();
-    EXPECT_FALSE(QFileInfo::exists(path));
-}
-
-TEST_F(PreferencesTest, AreDefaultsWhereAValueIsOfAnotherKind) {
+    EXPECT_FALSE(QFileInfo::exists(path)) << "reading writes nothing";
     QDir().mkpath(QFileInfo(path).path());
     for (const char* value :
          {R"([])", R"({})", R"(null)", R"("720")", R"(["a", 1])", R"("[{\"handle\":\"x\"}]")"}) {
@@ -138,7 +135,7 @@ TEST_F(PreferencesTest, ComeBackAsTheyWereSet) {
     EXPECT_EQ(other.windowSizePreset(), 420);
 }
 
-TEST_F(PreferencesTest, ReadABrokenFrameAsOneWithoutSize) {
+TEST_F(PreferencesTest, ReadAnInvalidFrameAsEmpty) {
     QDir().mkpath(QFileInfo(path).path());
     for (const char* text :
          {"", "{{1, 2}, {3}}", "1 2 3 4", "{{nan, 0}, {1, 1}}", "{{a, b}, {c, d}}"}) {
@@ -147,7 +144,7 @@ TEST_F(PreferencesTest, ReadABrokenFrameAsOneWithoutSize) {
     }
 }
 
-TEST_F(PreferencesTest, KeepCustomChannelsApartByHandleInAnyCase) {
+TEST_F(PreferencesTest, IdentifyCustomChannelsByHandleIgnoringCase) {
     preferences.addCustomChannel(u"AbcNews"_s, u"First"_s);
     preferences.addCustomChannel(u"abcnews"_s, u"Second"_s);
     ASSERT_EQ(preferences.customChannels().size(), 1);
@@ -158,7 +155,7 @@ TEST_F(PreferencesTest, KeepCustomChannelsApartByHandleInAnyCase) {
     defaults.synchronize();
     EXPECT_EQ(contents().value(u"customChannels"), uR"([{"handle":"AbcNews","name":"First"}])"_s);
 
-    // Only a hand that edits the file can bring two of them about.
+    // Two handles that differ only in case occur only in a file edited by hand.
     write(
         R"({"customChannels": "[{\"handle\":\"A\",\"name\":\"1\"},{\"handle\":\"b\",\"name\":\"2\"},)"
         R"({\"name\":\"3\",\"handle\":\"a\"}]", "enabledChannelIDs": ["custom_a"]})");
@@ -167,19 +164,6 @@ TEST_F(PreferencesTest, KeepCustomChannelsApartByHandleInAnyCase) {
     ASSERT_EQ(preferences.customChannels().size(), 1);
     EXPECT_EQ(preferences.customChannels().first().nameEn(), u"2"_s);
     EXPECT_EQ(preferences.enabledChannelIDs(), QSet<QString>{u"custom_a"_s});
-}
-
-TEST_F(PreferencesTest, SetAFileThatIsNoJsonAside) {
-    QDir().mkpath(QFileInfo(path).path());
-    for (const QByteArray& text :
-         {QByteArray("{\"volume\": 0.5"), QByteArray("[1]"), QByteArray("\xff\0x", 3)}) {
-        write(text);
-        expectDefaults();
-        preferences.setMuted(true);
-        defaults.synchronize();
-        EXPECT_EQ(read(path + u".bad"_s), text);
-        EXPECT_EQ(contents(), (QJsonObject{{u"isMuted"_s, true}}));
-    }
 }
 
 TEST_F(PreferencesTest, LoseNothingOfAFileThatIsCutOrSpoilt) {
@@ -199,6 +183,8 @@ TEST_F(PreferencesTest, LoseNothingOfAFileThatIsCutOrSpoilt) {
         EXPECT_EQ(contents(), expected) << text.constData();
         EXPECT_EQ(read(path + u".bad"_s), before.isObject() ? QByteArray() : text);
     };
+    for (const QByteArray& text : {QByteArray("[1]"), QByteArray("\xff\0x", 3)})
+        expectNothingLost(text);
     const QByteArray whole = R"({"customChannels": "[{\"handle\":\"Abc\",\"name\":\"قناة\"}]",)"
                              R"( "favoriteChannelIDs": ["wion"], "unknown": {"a": [1, null]},)"
                              R"( "volume": 0.25, "windowFrame": "{{1, 2}, {480, 314}}"})";
@@ -210,7 +196,7 @@ TEST_F(PreferencesTest, LoseNothingOfAFileThatIsCutOrSpoilt) {
     }
 }
 
-TEST_F(PreferencesTest, LiveOnInMemoryWhereTheFileCannotBeWritten) {
+TEST_F(PreferencesTest, StayInMemoryIfTheFileCannotBeWritten) {
     QDir().mkpath(path);
     preferences.setMuted(true);
     defaults.synchronize();
@@ -231,14 +217,14 @@ TEST_F(PreferencesTest, SurviveAFullDisk) {
         defaults.synchronize();
         EXPECT_DOUBLE_EQ(preferences.windowOpacity(), 0.6);
         UserDefaults later(path);
-        EXPECT_DOUBLE_EQ(Preferences(later).windowOpacity(), 0.5) << "what was kept before";
+        EXPECT_DOUBLE_EQ(Preferences(later).windowOpacity(), 0.5) << "the file is unchanged";
     }
     defaults.synchronize();
     UserDefaults later(path);
     EXPECT_DOUBLE_EQ(Preferences(later).windowOpacity(), 0.6);
 }
 
-TEST_F(PreferencesTest, SeeTheLastWriteOfAnotherCopyAndKeepWhatIsNotTheirs) {
+TEST_F(PreferencesTest, SeeTheWritesOfAnotherCopyAndKeepUnknownKeys) {
     QDir().mkpath(QFileInfo(path).path());
     write(R"({"unknown": {"a": [1, "x"]}, "volume": 0.25})");
     EXPECT_EQ(preferences.volume(), 0.25F);
@@ -254,7 +240,7 @@ TEST_F(PreferencesTest, SeeTheLastWriteOfAnotherCopyAndKeepWhatIsNotTheirs) {
     EXPECT_TRUE(contents().value(u"unknown").isObject());
 }
 
-TEST_F(PreferencesTest, OfTwoCopiesThatWriteAtOnceLoseNothing) {
+TEST_F(PreferencesTest, LoseNothingWhenTwoCopiesWriteAtOnce) {
     constexpr int count = 150;
     QProcess first;
     QProcess second;
@@ -265,13 +251,13 @@ TEST_F(PreferencesTest, OfTwoCopiesThatWriteAtOnceLoseNothing) {
     EXPECT_EQ(contents(), (QJsonObject{{u"first"_s, count}, {u"second"_s, count}}));
 }
 
-TEST_F(PreferencesTest, AreWholeAfterAKillAtAnyMoment) {
+TEST_F(PreferencesTest, AreIntactAfterAKillAtAnyMoment) {
     preferences.setLastChannelID(u"wion"_s);
     defaults.synchronize();
     for (int round = 0; round < 25; ++round) {
         QProcess writer;
         startWriter(writer, u"number"_s, 0);
-        // Somewhere in the middle of a write, a little later each time.
+        // Kills it at a random point of a write, a little later each time.
         std::this_thread::sleep_for(std::chrono::milliseconds(1 + round % 7));
         writer.kill();
         writer.waitForFinished();
@@ -279,7 +265,7 @@ TEST_F(PreferencesTest, AreWholeAfterAKillAtAnyMoment) {
         ASSERT_EQ(now.value(u"lastChannelID"), u"wion"_s);
         ASSERT_GT(now.value(u"number").toDouble(), 0);
     }
-    // Nothing that a killed writer has left behind keeps anybody out.
+    // No stale lock of a killed writer blocks other writers.
     preferences.setMuted(true);
     defaults.synchronize();
     EXPECT_EQ(contents().value(u"isMuted"), true);
