@@ -7,7 +7,7 @@
 #include "platform/desktop/NetworkWatcher.h"
 #include "platform/desktop/SleepWatcher.h"
 #include "playback/ChannelRecovery.h"
-#include "playback/ScreenKeeper.h"
+#include "playback/IdleInhibition.h"
 
 namespace orvane {
 
@@ -31,7 +31,7 @@ private:
     MessageBus m_sessionBus;
     RemoteControl m_remoteControl;
     DesktopScreenSaver m_screenSaver;
-    ScreenKeeper m_screenKeeper;
+    IdleInhibition m_idleInhibition;
     MessageBus m_systemBus;
     SleepWatcher m_sleep;
     NetworkWatcher m_network;

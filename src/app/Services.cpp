@@ -35,6 +35,6 @@ Services::Services(const Environment& environment, const QString& preferencesPat
       resolver(environment.videoSite, HostFileSystem::real(), processes, clock, tasks),
       channelResolver(environment.videoSite, HostFileSystem::real(), processes),
       player(state, registry, resolver, players, tasks),
-      sleepTimer(state, player, notifications, clock, tasks) {}
+      sleepTimer(state, [this] { player.pause(); }, notifications, clock, tasks) {}
 
 } // namespace orvane

@@ -2,6 +2,7 @@
 #include "playback/ChannelRecovery.h"
 
 #include "base/Clock.h"
+#include "base/Logging.h"
 #include "base/TaskScope.h"
 #include "playback/PlayerManager.h"
 #include "state/AppNotification.h"
@@ -11,7 +12,7 @@ namespace orvane {
 
 namespace {
 
-constexpr std::chrono::milliseconds lookInterval{300};
+constexpr std::chrono::milliseconds pollInterval{300};
 
 } // namespace
 
@@ -29,16 +30,13 @@ ChannelRecovery::~ChannelRecovery() {
 
 void ChannelRecovery::returned() {
     m_policy.returned(m_clock.sinceBoot());
-    if (m_watch)
-        return;
-    m_watch.emplace();
-    m_tasks.spawn(watch(m_watch->get_token()));
+    qCInfo(logApp, "recovery: the machine or its network is back");
+    if (!m_watch.isActive())
+        m_tasks.spawn(watch(m_watch.restart()));
 }
 
 void ChannelRecovery::stop() {
-    if (m_watch)
-        m_watch->request_stop();
-    m_watch.reset();
+    m_watch.cancel();
 }
 
 QCoro::Task<> ChannelRecovery::watch(std::stop_token stop) {
@@ -48,17 +46,17 @@ QCoro::Task<> ChannelRecovery::watch(std::stop_token stop) {
             break;
         if (step == ReopenPolicy::Step::reopen)
             m_player.retryCurrent();
-        co_await m_clock.sleep(lookInterval, stop);
+        co_await m_clock.sleep(pollInterval, stop);
         if (stop.stop_requested())
             co_return;
     }
-    m_watch.reset();
+    m_watch.finish();
 }
 
 ReopenPolicy::Situation ChannelRecovery::situation() const {
     using Situation = ReopenPolicy::Situation;
     if (m_state.transport() != Transport::playing || !m_state.currentChannel())
-        return Situation::notWanted;
+        return Situation::inactive;
     const PlaybackState::Value& now = m_state.playbackState();
     if (std::holds_alternative<PlaybackState::Error>(now))
         return Situation::failed;

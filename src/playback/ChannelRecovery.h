@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/Cancellation.h"
 #include "base/NotificationCenter.h"
 #include "playback/ReopenPolicy.h"
 
@@ -16,12 +17,12 @@ class Clock;
 class PlayerManager;
 class TaskScope;
 
-/// Opens the channel that the person was watching again, with a fresh address, when the machine or
-/// its network is back and the picture is not. Owned by the desktop's integration; main thread. A
-/// channel that fails for good shows its error as any other.
+/// Reopens the current channel with a fresh address if it does not recover by itself after the
+/// machine has woken up or the network has come back. Owned by the desktop integration; main
+/// thread. A channel that still fails shows its error as usual.
 class ChannelRecovery {
 public:
-    /// All outlive it; the scope is joined before it goes.
+    /// All references must outlive this object; `tasks` is joined before its destruction.
     ChannelRecovery(const AppState& state, PlayerManager& player, NotificationCenter& notifications,
                     Clock& clock, TaskScope& tasks);
     ~ChannelRecovery();
@@ -30,7 +31,7 @@ public:
 
     /// The machine has woken up, or its network has come back.
     void returned();
-    /// There is no network, so there is no use in trying.
+    /// There is no network, so reopening would be pointless.
     void stop();
 
 private:
@@ -43,10 +44,9 @@ private:
     TaskScope& m_tasks;
     std::vector<NotificationCenter::Token> m_observers;
     ReopenPolicy m_policy;
-    /// When the playback state became what it is.
+    /// When the current playback state began.
     ReopenPolicy::Time m_since{};
-    /// Present while the picture is watched.
-    std::optional<std::stop_source> m_watch;
+    Cancellation m_watch;
 };
 
 } // namespace orvane

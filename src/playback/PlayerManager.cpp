@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "playback/PlayerManager.h"
 
+#include "base/Logging.h"
 #include "base/TaskScope.h"
 #include "state/AppState.h"
 #include "streaming/StreamResolver.h"
@@ -32,16 +33,16 @@ void PlayerManager::setPlayerView(VideoSurface* view) {
 }
 
 void PlayerManager::play(const Channel& channel) {
-    m_currentTask.request_stop();
-    // The old player goes on under the overlay until its successor is there, but what becomes of it
-    // is no concern any more: its refusal must not take the person back to the channel they left.
+    qCInfo(logPlayer, "%s: opening", qUtf8Printable(channel.id()));
+    m_currentTask.cancel();
+    // The old player goes on under the overlay until the new one is ready, but is no longer
+    // observed: its failure must not take the user back to the channel they left.
     m_playerItemObserver.reset();
     m_didAutoRetry = false;
     m_state.setLoading(channel);
     m_state.setCurrentChannel(channel);
     m_state.setTransport(Transport::playing);
-    m_currentTask = std::stop_source();
-    m_tasks.spawn(load(channel, m_currentTask.get_token()));
+    m_tasks.spawn(load(channel, m_currentTask.restart()));
 }
 
 QCoro::Task<> PlayerManager::load(Channel channel, std::stop_token stop) {
@@ -50,7 +51,7 @@ QCoro::Task<> PlayerManager::load(Channel channel, std::stop_token stop) {
     if (stop.stop_requested())
         co_return;
     if (!url) {
-        m_state.setError(channel, errorDescription(url.error()));
+        fail(channel, errorDescription(url.error()));
         co_return;
     }
     const QUrl address = *url;
@@ -60,7 +61,7 @@ QCoro::Task<> PlayerManager::load(Channel channel, std::stop_token stop) {
     if (player)
         open(std::move(player), channel);
     else
-        m_state.setError(channel, u"Playback failed"_s);
+        fail(channel, u"Playback failed"_s);
 }
 
 void PlayerManager::open(std::unique_ptr<MediaPlayer> player, const Channel& channel) {
@@ -81,6 +82,7 @@ void PlayerManager::open(std::unique_ptr<MediaPlayer> player, const Channel& cha
 void PlayerManager::handleStatus(Channel channel) {
     switch (m_player->status()) {
     case MediaPlayer::Status::readyToPlay:
+        qCInfo(logPlayer, "%s: playing", qUtf8Printable(channel.id()));
         m_state.setPlaying(channel);
         break;
     case MediaPlayer::Status::failed:
@@ -94,12 +96,20 @@ void PlayerManager::handleStatus(Channel channel) {
 void PlayerManager::handleFailure(Channel channel) {
     const QString message = m_player->error().value_or(u"Playback failed"_s);
     if (isRefusedAddress(message) && !m_didAutoRetry) {
-        // The replay clears the flag again, so that a channel that is refused over and over is
-        // tried over and over, each time with a fresh address. That is meant.
+        // Deliberately without a limit: play() clears the flag again, so a channel that is refused
+        // repeatedly is retried each time, with a fresh address.
         m_didAutoRetry = true;
+        qCInfo(logPlayer, "%s: refused, retrying: %s", qUtf8Printable(channel.id()),
+               qUtf8Printable(withoutSecrets(message)));
         retry(channel);
         return;
     }
+    fail(channel, message);
+}
+
+void PlayerManager::fail(const Channel& channel, const QString& message) {
+    qCWarning(logPlayer, "%s: failed: %s", qUtf8Printable(channel.id()),
+              qUtf8Printable(withoutSecrets(message)));
     m_state.setError(channel, message);
 }
 
@@ -174,8 +184,7 @@ void PlayerManager::adjustVolume(float delta) {
 }
 
 void PlayerManager::stop() {
-    m_currentTask.request_stop();
-    m_currentTask = std::stop_source(std::nostopstate);
+    m_currentTask.cancel();
     m_playerItemObserver.reset();
     if (m_player)
         m_player->pause();

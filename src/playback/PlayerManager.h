@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/Cancellation.h"
 #include "model/Channel.h"
 #include "platform/media/MediaPlayer.h"
 #include "state/ChannelRegistry.h"
@@ -19,22 +20,22 @@ class StreamResolver;
 class TaskScope;
 
 /// The single owner of the media player: opens channels, carries out the transport and audio
-/// commands, recovers from refused addresses, and reports the outcome through `AppState`. Owned by
-/// the composition root; main thread, which it never blocks. Its tasks run in the scope it was
-/// given, which is joined before it goes. Failures become the error state with a text for the
-/// person.
+/// commands, retries refused addresses, and reports the outcome through `AppState`. Owned by the
+/// composition root; main thread, which it never blocks. Failures become the error state with a
+/// message for the user.
 class PlayerManager {
 public:
+    /// All references must outlive this object; `tasks` is joined before its destruction.
     PlayerManager(AppState& state, const ChannelRegistry& registry, StreamResolver& resolver,
                   MediaPlayerFactory& players, TaskScope& tasks);
     ~PlayerManager();
     PlayerManager(const PlayerManager&) = delete;
     PlayerManager& operator=(const PlayerManager&) = delete;
 
-    /// Where players show their picture; null for nowhere. Not owned; it is reset before it goes.
+    /// Sets where players draw; null for nowhere. Not owned; must be reset before it is destroyed.
     void setPlayerView(VideoSurface* view);
 
-    /// Opens a channel and drops whatever was being opened before.
+    /// Opens a channel and cancels the opening of any other.
     void play(const Channel& channel);
     /// Plays the enabled channel before or after `from`, or after the first one if `from` is not
     /// enabled. Opens no window. Returns whether any channel is enabled.
@@ -44,12 +45,12 @@ public:
     /// Opens the current channel, if there is one, with a fresh address. Opens no window.
     void retryCurrent();
 
-    /// The three below do nothing without a player. Of the state they change the transport alone.
+    /// These three do nothing without a player. Of the state they change only the transport.
     void pause();
     void resume();
     void togglePlayPause();
 
-    /// Whether there is a player that has nothing to play just now.
+    /// Whether the player is waiting for data.
     [[nodiscard]] bool isWaiting() const;
 
     void setMute(bool muted);
@@ -58,17 +59,17 @@ public:
     void setVolume(float volume);
     void adjustVolume(float delta);
 
-    /// Lets go of the player and of what is being opened; but for the transport the state stays as
-    /// it is.
+    /// Destroys the player and cancels opening. Of the state it changes only the transport.
     void stop();
 
 private:
     [[nodiscard]] QCoro::Task<> load(Channel channel, std::stop_token stop);
     void open(std::unique_ptr<MediaPlayer> player, const Channel& channel);
     void retry(const Channel& channel);
-    // By value: a replay takes down the observer that holds the caller's channel.
+    // By value: retrying destroys the observer that holds the caller's channel.
     void handleStatus(Channel channel);
     void handleFailure(Channel channel);
+    void fail(const Channel& channel, const QString& message);
 
     AppState& m_state;
     const ChannelRegistry& m_registry;
@@ -78,14 +79,14 @@ private:
 
     VideoSurface* m_playerView = nullptr;
     std::unique_ptr<MediaPlayer> m_player;
-    /// While it lives, the player's status is observed.
+    /// Context of the connection to the player's status; destroying it ends the observation.
     std::unique_ptr<QObject> m_playerItemObserver;
-    std::stop_source m_currentTask{std::nostopstate};
+    Cancellation m_currentTask;
     bool m_didAutoRetry = false;
 };
 
-/// Whether the text of a failure says that the address was refused, which mostly means that it has
-/// expired.
+/// Whether the message of a failure says that the server refused the address, usually because it
+/// has expired.
 [[nodiscard]] bool isRefusedAddress(const QString& message);
 
 } // namespace orvane

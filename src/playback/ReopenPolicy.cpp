@@ -31,7 +31,7 @@ bool ReopenPolicy::isDue(Situation situation, Time since, Time now) const {
         return m_stuckSince && now - *m_stuckSince >= stuckLimit;
     case Situation::loading:
         return m_returnedAt - since > oldLoad;
-    case Situation::notWanted:
+    case Situation::inactive:
     case Situation::playing:
         break;
     }

@@ -7,40 +7,42 @@
 
 namespace orvane {
 
-/// Decides whether a channel is opened again after the machine or its network was away. A picture
-/// that goes on is left alone; one that stands still, a channel that has failed, and one that has
-/// been loading since before are opened again, and a few times more while the network finds its
-/// feet. A plain value without a clock of its own: times are since the start of the machine.
+/// Decides whether to reopen the current channel after the machine has woken up or the network has
+/// come back. A channel that plays on is left alone; one that is stuck, has failed, or has been
+/// loading since before the return is reopened, and retried a few times until the network works. A
+/// value without a clock of its own: times count from boot.
 class ReopenPolicy {
 public:
     using Time = std::chrono::milliseconds;
 
     enum class Situation {
-        /// Nobody wants to see anything, or not now.
-        notWanted,
+        /// Stopped or paused.
+        inactive,
         loading,
         playing,
-        /// It plays, but nothing comes.
+        /// Playing, but waiting for data.
         stuck,
         failed
     };
     enum class Step { wait, reopen, finish };
 
-    /// Signs of a return come in a row; the last one counts.
+    /// Signs of a return come in quick succession; the time counts from the last one.
     static constexpr Time settleTime{600};
-    /// A player that has data left again needs no longer than this to go on.
+    /// A player that gets data again continues within this time.
     static constexpr Time stuckLimit{2000};
-    /// A load that was younger than this at the return may well succeed.
+    /// A load that began less than this before the return may still succeed.
     static constexpr Time oldLoad{3000};
-    /// Before each attempt after the first: the answers to names come later than the addresses.
+    /// Delays before the second and later attempts, as name resolution works later than the
+    /// network.
     static constexpr std::array<Time, 3> retryDelays{Time{1000}, Time{2000}, Time{4000}};
-    /// What goes wrong later than this has other reasons.
+    /// Later failures have other causes.
     static constexpr Time window{60000};
 
+    /// Starts watching, or starts again.
     void returned(Time now);
 
-    /// To be asked over and over until it is finished; `since` is when a channel began to load, to
-    /// play or to have failed. Whoever is told to reopen has done so before asking again.
+    /// Must be called repeatedly until it returns `finish`; the caller reopens the channel when
+    /// told to. `since` is when the channel began to load or play, or failed.
     [[nodiscard]] Step step(Situation situation, Time since, Time now);
 
 private:

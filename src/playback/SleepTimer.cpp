@@ -2,8 +2,8 @@
 #include "playback/SleepTimer.h"
 
 #include "base/Clock.h"
+#include "base/Logging.h"
 #include "base/TaskScope.h"
-#include "playback/PlayerManager.h"
 #include "state/AppNotification.h"
 #include "state/AppState.h"
 
@@ -17,15 +17,15 @@ using std::chrono::milliseconds;
 using std::chrono::seconds;
 
 constexpr seconds stepLength{1};
-/// A step that comes later than this was not late: the machine was suspended.
-constexpr seconds longestStep{10};
+/// A longer step means that the machine was suspended.
+constexpr seconds maximumStep{10};
 
 } // namespace
 
-SleepTimer::SleepTimer(AppState& state, PlayerManager& player, NotificationCenter& notifications,
-                       Clock& clock, TaskScope& tasks)
+SleepTimer::SleepTimer(AppState& state, std::function<void()> pausePlayer,
+                       NotificationCenter& notifications, Clock& clock, TaskScope& tasks)
     : m_state(state),
-      m_player(player),
+      m_pausePlayer(std::move(pausePlayer)),
       m_notifications(notifications),
       m_clock(clock),
       m_tasks(tasks) {}
@@ -37,14 +37,12 @@ SleepTimer::~SleepTimer() {
 void SleepTimer::schedule(int minutes) {
     cancel();
     m_state.setSleepTimerRemaining(double{60} * minutes);
-    m_timerTask.emplace();
-    m_tasks.spawn(countDown(m_timerTask->get_token()));
+    qCInfo(logApp, "sleep timer: %d minutes", minutes);
+    m_tasks.spawn(countDown(m_countdown.restart()));
 }
 
 void SleepTimer::cancel() {
-    if (m_timerTask)
-        m_timerTask->request_stop();
-    m_timerTask.reset();
+    m_countdown.cancel();
     m_state.setSleepTimerRemaining(0);
 }
 
@@ -62,9 +60,9 @@ QCoro::Task<> SleepTimer::countDown(std::stop_token stop) {
 
 void SleepTimer::step(milliseconds sinceLastStep) {
     double remaining = m_state.sleepTimerRemaining();
-    if (sinceLastStep > longestStep && remaining > 1) {
+    if (sinceLastStep > maximumStep && remaining > 1) {
         const auto missed = std::chrono::floor<seconds>(sinceLastStep - stepLength);
-        // What is left is for this step.
+        // The last second is left to this step.
         remaining = std::max(remaining - static_cast<double>(missed.count()), 1.0);
     }
     m_state.setSleepTimerRemaining(remaining - 1);
@@ -74,9 +72,10 @@ void SleepTimer::step(milliseconds sinceLastStep) {
 }
 
 void SleepTimer::fireOnMain() {
+    qCInfo(logApp, "sleep timer: fired");
     cancel();
     m_notifications.post(AppNotification::sleepTimerFired);
-    m_player.pause();
+    m_pausePlayer();
 }
 
 } // namespace orvane

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/Cancellation.h"
+
 #include <QCoroTask>
 
 #include <chrono>
-#include <optional>
+#include <functional>
 #include <stop_token>
 
 namespace orvane {
@@ -12,28 +14,28 @@ namespace orvane {
 class AppState;
 class Clock;
 class NotificationCenter;
-class PlayerManager;
 class TaskScope;
 
-/// Pauses the player after some minutes. It counts down in steps of a second, keeps the rest in the
-/// state, announces every step, and at the end announces that it has fired; whoever listens closes
-/// the window. Owned by the composition root; main thread. Its countdown runs in the scope it was
-/// given, which is joined before the timer goes.
-/// A step takes exactly a second off, so the countdown drifts by what the steps come late; only
-/// when the machine has been suspended meanwhile, a step takes that time off too.
+/// Pauses the player after a number of minutes. Counts down in steps of one second, keeps the
+/// remaining time in `AppState` and announces every step; at the end it announces that it has
+/// fired, which makes the application controller close the window. Owned by the composition root;
+/// main thread.
+/// Each step subtracts exactly one second, so the countdown drifts by the delays of the steps. Only
+/// the time for which the machine was suspended is subtracted too.
 class SleepTimer {
 public:
-    SleepTimer(AppState& state, PlayerManager& player, NotificationCenter& notifications,
-               Clock& clock, TaskScope& tasks);
+    /// All references must outlive this object; `tasks` is joined before its destruction.
+    SleepTimer(AppState& state, std::function<void()> pausePlayer,
+               NotificationCenter& notifications, Clock& clock, TaskScope& tasks);
     ~SleepTimer();
     SleepTimer(const SleepTimer&) = delete;
     SleepTimer& operator=(const SleepTimer&) = delete;
 
-    [[nodiscard]] bool isActive() const { return m_timerTask.has_value(); }
+    [[nodiscard]] bool isActive() const { return m_countdown.isActive(); }
 
-    /// Starts anew, whatever was running. With 0 minutes or less it fires with its first step.
+    /// Replaces a running countdown. With 0 minutes or less it fires at the first step.
     void schedule(int minutes);
-    /// Silent.
+    /// Announces nothing.
     void cancel();
 
 private:
@@ -42,12 +44,11 @@ private:
     void fireOnMain();
 
     AppState& m_state;
-    PlayerManager& m_player;
+    const std::function<void()> m_pausePlayer;
     NotificationCenter& m_notifications;
     Clock& m_clock;
     TaskScope& m_tasks;
-    /// Present while a countdown runs.
-    std::optional<std::stop_source> m_timerTask;
+    Cancellation m_countdown;
 };
 
 } // namespace orvane

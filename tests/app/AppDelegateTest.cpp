@@ -4,8 +4,8 @@
 #include "app/Services.h"
 #include "state/AppNotification.h"
 #include "support/EventLoop.h"
+#include "support/FakeClock.h"
 #include "support/LoopbackServer.h"
-#include "support/ManualClock.h"
 
 #include <QApplication>
 #include <QFile>
@@ -197,8 +197,9 @@ TEST_F(AppDelegateTest, TellsOfTheLaunchAndOfWhatIsChosenInTheMenu) {
 TEST_F(AppDelegateTest, TheSleepTimerClosesThePlayerAndTheProgramStays) {
     Program run(path);
     run.delegate.applicationDidFinishLaunching();
-    test::ManualClock clock;
-    SleepTimer timer(run.services.state, run.services.player, run.services.notifications, clock,
+    test::FakeClock clock{test::FakeClock::Sleep::waitsForTest};
+    const auto pausePlayer = [&] { run.services.player.pause(); };
+    SleepTimer timer(run.services.state, pausePlayer, run.services.notifications, clock,
                      run.services.tasks);
     int fired = 0;
     const auto token =

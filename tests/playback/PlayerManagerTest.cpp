@@ -100,7 +100,7 @@ protected:
         EXPECT_TRUE(test::runUntil([this] { return tasks.count() == 0; }));
     }
 
-    /// Each channel resolves to an address that ends in its handle.
+    /// Resolves each channel to an address that ends in its handle.
     static std::optional<ProcessOutcome> byHandle(const ProcessRequest& request) {
         const QString handle = request.arguments.last().section(u'@', 1).section(u'/', 0, 0);
         return printed("https://cdn.example/" + handle.toUtf8());
@@ -142,7 +142,7 @@ TEST_F(PlayerManagerTest, OpensAChannelStepByStep) {
     EXPECT_EQ(view.shown, factory.last);
     EXPECT_EQ(preferences.lastChannelID(), first.id());
     factory.last->become(MediaPlayer::Status::readyToPlay);
-    EXPECT_TRUE(takeLog().isEmpty()) << "never inside the player's own call";
+    EXPECT_TRUE(takeLog().isEmpty()) << "not during the player's own signal";
     settle();
     EXPECT_EQ(takeLog(), QStringList{u"streamResolved"_s});
 
@@ -153,11 +153,11 @@ TEST_F(PlayerManagerTest, OpensAChannelStepByStep) {
                            u"b: volume 0.5"_s, u"a: gone"_s, u"b: play"_s}));
 }
 
-TEST_F(PlayerManagerTest, PlaysOnlyTheLastOfTwoQuickChoices) {
+TEST_F(PlayerManagerTest, PlaysOnlyTheLastOfTwoChannelsOpenedInQuickSuccession) {
     player.play(first);
     ASSERT_TRUE(test::runUntil([&] { return processes.openCount() == 1; }));
     player.play(second);
-    ASSERT_TRUE(test::runUntil([&] { return tasks.count() == 1; })) << "the first has given up";
+    ASSERT_TRUE(test::runUntil([&] { return tasks.count() == 1; })) << "the first is cancelled";
     processes.finishOldest(printed("https://cdn.example/b"));
     ASSERT_TRUE(test::runUntil([&] { return factory.last != nullptr; }));
     settle();
@@ -165,7 +165,7 @@ TEST_F(PlayerManagerTest, PlaysOnlyTheLastOfTwoQuickChoices) {
     EXPECT_EQ(error(), u"no error"_s);
 }
 
-TEST_F(PlayerManagerTest, ShowsWhyAChannelCannotBeResolvedUnlessItWasLeft) {
+TEST_F(PlayerManagerTest, ShowsWhyAChannelCannotBeResolvedUnlessCancelled) {
     processes.answer = [](const auto&) { return printed({}, "offline", 1); };
     player.play(first);
     settle();
@@ -180,7 +180,7 @@ TEST_F(PlayerManagerTest, ShowsWhyAChannelCannotBeResolvedUnlessItWasLeft) {
     EXPECT_TRUE(std::holds_alternative<PlaybackState::Loading>(state.playbackState()));
 }
 
-TEST_F(PlayerManagerTest, ReplaysARefusedAddressWithoutEnd) {
+TEST_F(PlayerManagerTest, RetriesARefusedAddressWithoutLimit) {
     processes.answer = byHandle;
     player.play(first);
     settle();
@@ -195,7 +195,7 @@ TEST_F(PlayerManagerTest, ReplaysARefusedAddressWithoutEnd) {
     EXPECT_FALSE(log.contains(u"streamResolved"_s));
 }
 
-TEST_F(PlayerManagerTest, ShowsEveryOtherFailureAndCanBeAskedAgain) {
+TEST_F(PlayerManagerTest, ShowsEveryOtherFailureAndCanRetry) {
     processes.answer = byHandle;
     player.play(first);
     settle();
@@ -206,7 +206,7 @@ TEST_F(PlayerManagerTest, ShowsEveryOtherFailureAndCanBeAskedAgain) {
     EXPECT_EQ(error(), u"Stream ended"_s);
     player.play(first);
     settle();
-    EXPECT_EQ(processes.requests.size(), 1) << "the address was good";
+    EXPECT_EQ(processes.requests.size(), 1) << "the cached address is still valid";
     factory.last->become(MediaPlayer::Status::failed);
     settle();
     EXPECT_EQ(error(), u"Playback failed"_s);
@@ -215,7 +215,7 @@ TEST_F(PlayerManagerTest, ShowsEveryOtherFailureAndCanBeAskedAgain) {
     EXPECT_EQ(processes.requests.size(), 2);
 }
 
-TEST_F(PlayerManagerTest, IsNotTakenBackToAChannelThatWasLeft) {
+TEST_F(PlayerManagerTest, IgnoresTheFailureOfAChannelThatWasLeft) {
     processes.answer = byHandle;
     player.play(first);
     settle();

@@ -17,7 +17,7 @@ namespace {
 
 class ReopenPolicyTest : public testing::Test {
 protected:
-    /// Asks every 100 ms; gives when it says that the channel is to be opened again.
+    /// Polls every 100 ms; returns the times at which the channel is to be reopened.
     std::vector<Time> reopenings(Situation situation, Time since, Time end) {
         std::vector<Time> times;
         for (; now < end; now += 100ms) {
@@ -39,18 +39,18 @@ protected:
     bool isFinished = false;
 };
 
-TEST_F(ReopenPolicyTest, OpensAgainOnceForSeveralSignsOfAReturn) {
+TEST_F(ReopenPolicyTest, ReopensOnceForSeveralSignsOfAReturn) {
     returnAt(10s);
     EXPECT_EQ(reopenings(Situation::failed, 5s, 10'500ms), Times{});
     returnAt(10'500ms);
     EXPECT_EQ(reopenings(Situation::failed, 5s, 11'200ms), Times{11'100ms});
-    // Another address, which comes while it loads.
+    // Another sign while it loads, such as a second network address.
     returnAt(13s);
     EXPECT_EQ(reopenings(Situation::loading, 11'100ms, 20s), Times{});
 }
 
-TEST_F(ReopenPolicyTest, LeavesAloneWhatIsWellOrNotWanted) {
-    for (const Situation situation : {Situation::playing, Situation::notWanted}) {
+TEST_F(ReopenPolicyTest, LeavesAPlayingOrInactiveChannelAlone) {
+    for (const Situation situation : {Situation::playing, Situation::inactive}) {
         returnAt(100s);
         EXPECT_EQ(reopenings(situation, 1s, 161s), Times{});
         EXPECT_TRUE(isFinished);
@@ -70,7 +70,7 @@ TEST_F(ReopenPolicyTest, LeavesAloneWhatIsWellOrNotWanted) {
     EXPECT_EQ(reopenings(Situation::loading, 197s, 210'700ms), Times{210'600ms});
 }
 
-TEST_F(ReopenPolicyTest, TriesAFewTimesMoreWithGrowingDelays) {
+TEST_F(ReopenPolicyTest, RetriesAFewTimesWithGrowingDelays) {
     returnAt(10s);
     EXPECT_EQ(reopenings(Situation::failed, 5s, 10'700ms), Times{10'600ms});
     for (const auto& [failure, next] : {std::pair<Time, Time>{15s, 16s}, {20s, 22s}, {30s, 34s}}) {

@@ -53,12 +53,12 @@ protected:
 TEST_F(StreamResolverTest, RemembersAnAddressFor900Seconds) {
     processes.answer = [](const auto&) { return printed(" https://cdn.example/a.m3u8\n"); };
     EXPECT_EQ(resolve(builtIn), QUrl(u"https://cdn.example/a.m3u8"_s));
-    clock.time += 899s;
+    clock.advance(899s);
     EXPECT_TRUE(resolve(builtIn));
     EXPECT_EQ(processes.requests.size(), 1);
     EXPECT_TRUE(resolve(builtIn, Resolution::r720));
     EXPECT_EQ(processes.requests.size(), 2);
-    clock.time += 1s;
+    clock.advance(1s);
     EXPECT_TRUE(resolve(builtIn));
     EXPECT_EQ(processes.requests.size(), 3);
 

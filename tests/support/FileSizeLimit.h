@@ -7,8 +7,7 @@
 
 namespace orvane::test {
 
-/// While it lives, no file of this process can become larger than this many bytes, as if the disk
-/// were full.
+/// Limits the size of the files this process writes while it lives, to simulate a full disk.
 class FileSizeLimit {
 public:
     explicit FileSizeLimit(rlim_t limit) : m_previousHandler(std::signal(SIGXFSZ, SIG_IGN)) {
