@@ -13,8 +13,8 @@ DisplaySession DisplaySession::read() {
 
 std::expected<DisplayChoice, QString> chooseDisplay(const DisplaySession& session,
                                                     const std::function<bool()>& canReachX11) {
-    const bool isPersonsChoice = !session.platform.isEmpty();
-    if (isPersonsChoice && !session.platform.startsWith(u"xcb"))
+    const bool isUsersChoice = !session.platform.isEmpty();
+    if (isUsersChoice && !session.platform.startsWith(u"xcb"))
         return DisplayChoice{.platform = session.platform};
     if (session.display.isEmpty() && !session.waylandDisplay.isEmpty())
         return std::unexpected(
@@ -25,7 +25,7 @@ std::expected<DisplayChoice, QString> chooseDisplay(const DisplaySession& sessio
         return std::unexpected(noDisplay);
     if (!canReachX11())
         return std::unexpected(u"the display \"%1\" cannot be reached"_s.arg(session.display));
-    DisplayChoice choice{.platform = isPersonsChoice ? session.platform : u"xcb"_s};
+    DisplayChoice choice{.platform = isUsersChoice ? session.platform : u"xcb"_s};
     if (!session.waylandDisplay.isEmpty())
         choice.notice = u"in this Wayland session Orvane runs through XWayland: in ghost mode its "
                         "keys are heard only while an X11 program has the focus (bind a key of "

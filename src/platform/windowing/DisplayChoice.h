@@ -8,7 +8,7 @@
 
 namespace orvane {
 
-/// What the environment says of the session that the program is started in.
+/// The environment variables that describe the session.
 struct DisplaySession {
     QString display;        ///< DISPLAY
     QString waylandDisplay; ///< WAYLAND_DISPLAY
@@ -17,21 +17,21 @@ struct DisplaySession {
     [[nodiscard]] static DisplaySession read();
 };
 
-/// For the person, where there is no session at all.
+/// Shown when there is no session.
 inline constexpr QLatin1StringView noDisplay{
     "there is no display; neither DISPLAY nor WAYLAND_DISPLAY is set"};
 
 struct DisplayChoice {
-    /// The toolkit's platform.
+    /// Qt's platform plugin.
     QString platform;
-    /// What the person should know of it; empty for nothing.
+    /// Shown to the user; may be empty.
     QString notice;
 };
 
-/// X11 wherever there is an X server, an XWayland included: a Wayland session lets no window place
-/// itself or float above others. What the person has set holds. `canReachX11` says whether the
-/// server answers, for the toolkit would end the program without a word of its own. The error is
-/// for the person. A pure function; before there is an application object.
+/// Chooses X11 wherever there is an X server, including XWayland, because Wayland does not let a
+/// window place itself or stay above others. QT_QPA_PLATFORM overrides this. `canReachX11` returns
+/// whether the server answers; without that check Qt would abort the program. The error is shown to
+/// the user. A pure function, called before there is an application object.
 [[nodiscard]] std::expected<DisplayChoice, QString>
 chooseDisplay(const DisplaySession& session, const std::function<bool()>& canReachX11);
 

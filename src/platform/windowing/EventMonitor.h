@@ -12,11 +12,11 @@
 
 namespace orvane {
 
-/// Watches the pointer and the keys: the local monitors see what is meant for this program's
-/// windows, the global ones what is meant for any. Owned by the composition root; main thread. A
-/// monitor works for as long as the object that was given for it lives, which is not longer than
-/// this one does. Where the desktop lets nobody watch, the global monitors are silent; in a Wayland
-/// session they are so over, and in, windows that are not X11's.
+/// Watches pointer and keyboard: local monitors see the events of this program's windows, global
+/// ones those of all windows. Owned by the composition root; main thread. A monitor is active until
+/// the returned object is destroyed, which must happen before this one is. Global monitors are
+/// silent where the desktop does not allow them; in a Wayland session they do not see the events of
+/// native Wayland windows.
 class EventMonitor {
 public:
     enum class Outcome { passedOn, consumed };
@@ -25,20 +25,20 @@ public:
 
     virtual ~EventMonitor() = default;
 
-    /// The handler is called soon after the pointer has moved, with a button held or not; a burst
-    /// of events may make one call.
+    /// Calls the handler soon after the pointer has moved, with or without a pressed button.
+    /// Several events may be merged into one call.
     [[nodiscard]] virtual std::unique_ptr<QObject> addGlobalPointerMonitor(Handler handler) = 0;
-    /// The handler is called before the event goes on to the window.
+    /// Calls the handler before the window gets the event.
     [[nodiscard]] virtual std::unique_ptr<QObject> addLocalPointerMonitor(Handler handler) = 0;
 
-    /// The handler is called for keys that are pressed while no window of this program has the
-    /// focus and no menu of it is open. The other program gets them whatever the handler returns.
+    /// Calls the handler for keys that are pressed while no window of this program has the focus
+    /// and none of its menus is open. The other program gets the key whatever the handler returns.
     [[nodiscard]] virtual std::unique_ptr<QObject> addGlobalKeyDownMonitor(KeyHandler handler) = 0;
-    /// The handler is called before the event goes on to the window, which it does not when it was
-    /// consumed. What is pressed while a menu is open belongs to the menu.
+    /// Calls the handler before the window gets the event; a consumed event does not reach the
+    /// window. While a menu is open, keys go to the menu only.
     [[nodiscard]] virtual std::unique_ptr<QObject> addLocalKeyDownMonitor(KeyHandler handler) = 0;
 
-    /// Points in desktop coordinates, y downwards; nothing while nobody can tell.
+    /// Points in desktop coordinates, y downwards; nullopt while unknown.
     [[nodiscard]] virtual std::optional<QPointF> pointerLocation() const = 0;
 };
 

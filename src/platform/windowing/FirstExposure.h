@@ -9,8 +9,8 @@
 
 namespace orvane {
 
-/// Calls back once, when a window is on the screen for the first time. Owned by the window, and
-/// gone after the call; main thread.
+/// Calls back once, when a window is exposed for the first time. Owned by the window; deletes
+/// itself after the call. Main thread.
 class FirstExposure final : public QObject {
 public:
     FirstExposure(QWindow* window, std::function<void()> callback)

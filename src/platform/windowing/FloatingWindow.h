@@ -6,54 +6,53 @@
 
 namespace orvane {
 
-/// What the desktop does with a window that floats above the others and that the toolkit has no
-/// words for. Owned by the window's class, whose window it watches; main thread. Never fails: what
-/// a desktop does not know it ignores.
+/// The properties of a window that floats above others for which Qt has no functions. Owned by the
+/// class of that window; main thread. Never fails: desktops ignore what they do not support.
 class FloatingWindow {
 public:
-    /// Where the window takes the pointer.
+    /// The part of the window that receives pointer events.
     enum class InputArea {
         everywhere,
         nowhere,
-        /// Only along its edges, `ringWidth` wide, so that a pointer that leaves can be noticed.
+        /// Only along its edges, `ringWidth` wide, so that a pointer that leaves is noticed.
         ring
     };
-    /// How a window that is to be invisible gets so.
+    /// How to make the window invisible.
     enum class Concealment {
-        /// Opacity 0 is enough.
+        /// By opacity 0.
         opacity,
-        /// Opacity has no effect: the window has to have an empty shape.
+        /// By an empty shape, because opacity has no effect.
         emptyShape,
-        /// Neither may have: the window has to draw nothing.
+        /// By drawing nothing, because neither may have an effect.
         noContent
     };
 
     virtual ~FloatingWindow() = default;
 
-    /// Before the window, which has its native window, is shown, each time: on all desktops, and
-    /// neither in the task bar nor in the pager.
+    /// To be called each time before the window is shown; it has a native window by then. Puts it
+    /// on all desktops and keeps it out of the task bar and the pager.
     virtual void aboutToShow() = 0;
-    /// After that: what the toolkit did to hints and frame meanwhile is undone.
+    /// To be called each time after the window was shown. Restores the size hints and the frame,
+    /// which Qt has overwritten.
     virtual void shown() = 0;
 
-    /// What the window manager keeps to when a person resizes the window: the smallest size in
-    /// points, and the narrowest and widest shape. Many bend a window at once that is outside
-    /// these.
+    /// Sets the limits for resizing by the user: the smallest size in points, and the narrowest and
+    /// widest aspect ratio. Many window managers resize a window at once that is outside them.
     virtual void setSizeHints(QSize smallest, QSize narrowest, QSize widest) = 0;
 
-    /// On the screen, in desktop coordinates: points, y downwards, exact on every scale factor.
+    /// Desktop coordinates: points, y downwards, exact at every scale factor.
     [[nodiscard]] virtual QRectF frame() const = 0;
     virtual void setFrame(const QRectF& frame) = 0;
 
     /// `ringWidth` in points.
     virtual void setInputArea(InputArea area, double ringWidth) = 0;
 
-    /// Of the desktop as it is now: compositing managers come and go.
+    /// May change at any time, as compositors start and stop.
     [[nodiscard]] virtual Concealment concealment() const = 0;
     virtual void setShapeEmpty(bool isEmpty) = 0;
 
-    /// Sends what the toolkit has only written down; after its calls that change the window. Else
-    /// it may wait for the next event.
+    /// Sends the requests that Qt has buffered; to be called after calls to Qt that change the
+    /// window, since otherwise they may wait for the next event.
     virtual void flush() = 0;
 };
 

@@ -11,7 +11,7 @@ namespace orvane {
 
 namespace {
 
-/// Where there is no desktop to talk to.
+/// For platforms other than X11.
 class PlainWindow final : public FloatingWindow {
 public:
     explicit PlainWindow(QWidget& window) : m_window(window) {}

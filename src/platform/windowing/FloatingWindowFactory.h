@@ -11,12 +11,12 @@ class QWidget;
 
 namespace orvane {
 
-/// The `FloatingWindow` for the desktop that the program runs on. `window` is a top level that
-/// outlives the result and has no native window yet. Main thread.
+/// Returns the `FloatingWindow` for the current platform. `window` is a top-level widget without a
+/// native window; it must outlive the result. Main thread.
 [[nodiscard]] std::unique_ptr<FloatingWindow> makeFloatingWindow(QWidget& window);
 
-/// Has the window manager move `window` with the pointer, which is `distance` points away from
-/// where it was pressed already. Main thread.
+/// Lets the window manager move `window` with the pointer, which has already moved by `distance`
+/// points since the button was pressed. Main thread.
 void startWindowMove(QWidget& window, QPointF distance);
 
 } // namespace orvane

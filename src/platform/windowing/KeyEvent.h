@@ -7,9 +7,8 @@
 
 namespace orvane {
 
-/// The keys that are told apart by their place on the keyboard, whatever is printed on them: the
-/// virtual key codes that macOS gives them, in which the order of the digits is not that of their
-/// values.
+/// The keys that are identified by their position, on any layout. The values are the virtual key
+/// codes of macOS, in which the digits are not in order.
 enum class KeyCode : std::uint16_t {
     digit1 = 18,
     digit2 = 19,
@@ -28,7 +27,8 @@ enum class KeyCode : std::uint16_t {
     other = 0xffff
 };
 
-/// What is held down, or locked, while a key is pressed; the numbers are those of macOS too.
+/// The modifiers that are held down or locked while a key is pressed. The values are those of macOS
+/// too.
 namespace ModifierFlags {
 inline constexpr std::uint32_t capsLock = 1U << 16;
 inline constexpr std::uint32_t shift = 1U << 17;
@@ -37,17 +37,17 @@ inline constexpr std::uint32_t option = 1U << 19;
 inline constexpr std::uint32_t command = 1U << 20;
 } // namespace ModifierFlags
 
-/// A key that has been pressed. An immutable value; any thread.
+/// A key press. An immutable value; any thread.
 struct KeyEvent {
-    /// Whether the keyboard repeats a key that is held down.
+    /// Whether this is an automatic repetition of a key that is held down.
     enum class Repeat { first, again };
-    /// Whether what is typed would go into a text field.
+    /// Whether a text field has the focus.
     enum class Target { elsewhere, textField };
 
     KeyCode keyCode = KeyCode::other;
     std::uint32_t modifierFlags = 0;
-    /// What the key types by itself, on the layout in use if that has Latin letters; empty for
-    /// nothing.
+    /// The text that the key types without modifiers, on the current layout if that has Latin
+    /// letters; may be empty.
     QString charactersIgnoringModifiers = {};
     Repeat repeat = Repeat::first;
     Target target = Target::elsewhere;

@@ -10,7 +10,7 @@ namespace orvane {
 
 namespace {
 
-/// The keys by the names that every keymap gives to the places on the keyboard.
+/// The XKB names of the positions on the keyboard, which are the same in all keymaps.
 constexpr std::array<std::pair<std::string_view, KeyCode>, 14> places{{
     {"AE01", KeyCode::digit1},
     {"AE02", KeyCode::digit2},
@@ -28,7 +28,7 @@ constexpr std::array<std::pair<std::string_view, KeyCode>, 14> places{{
     {"UP", KeyCode::upArrow},
 }};
 
-/// Letters, on every layout that has any.
+/// Keys that type letters on every layout that has any.
 constexpr std::array homeRow{"AC01", "AC02", "AC03"};
 
 constexpr auto noKeys =
@@ -39,7 +39,7 @@ std::string_view name(xkb_keymap* keymap, xkb_keycode_t key) {
     return name != nullptr ? name : std::string_view();
 }
 
-/// The character that a key types by itself.
+/// Returns the character that a key types without modifiers.
 std::optional<char32_t> character(xkb_keymap* keymap, xkb_keycode_t key,
                                   xkb_layout_index_t layout) {
     const xkb_layout_index_t count = xkb_keymap_num_layouts_for_key(keymap, key);
@@ -73,7 +73,7 @@ KeyboardLayouts::Keymap KeyboardLayouts::keymap(const char* layouts, const char*
 }
 
 KeyboardLayouts::KeyboardLayouts(Keymap keymap) : m_us(KeyboardLayouts::keymap("us")) {
-    if (!m_us) // The names' data is missing.
+    if (!m_us) // The data files are missing.
         m_us.reset(xkb_keymap_new_from_string(context(), noKeys, XKB_KEYMAP_FORMAT_TEXT_V1,
                                               XKB_KEYMAP_COMPILE_NO_FLAGS));
     m_keymap = keymap ? std::move(keymap) : Keymap(xkb_keymap_ref(m_us.get()));
@@ -108,7 +108,7 @@ std::optional<char32_t> KeyboardLayouts::onLatinLayout(xkb_keycode_t key) const 
 
 std::uint32_t modifierFlags(std::uint32_t state) {
     using namespace ModifierFlags;
-    // Alt and AltGr are what Option is elsewhere, and Super is Command.
+    // Alt and AltGr correspond to Option, and Super to Command.
     constexpr std::array<std::pair<std::uint32_t, std::uint32_t>, 6> flags{{{1U << 0, shift},
                                                                             {1U << 1, capsLock},
                                                                             {1U << 2, control},

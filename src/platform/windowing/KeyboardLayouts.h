@@ -10,10 +10,10 @@
 
 namespace orvane {
 
-/// What the keys of a keyboard mean: which physical key a code of the X server is, and what it
-/// types on the layouts that the person has chosen. Where such a layout has no Latin letters, a key
-/// means what it does on the first one that has, or else on the US layout, so that shortcuts that
-/// are letters work on all of them. An immutable value; main thread.
+/// Translates the key codes of the X server to physical keys and to the text that they type on the
+/// user's layouts. For a layout without Latin letters it uses the first one that has some, or else
+/// the US layout, so that letters as shortcuts work on all of them. An immutable value; main
+/// thread.
 class KeyboardLayouts {
 public:
     struct Free {
@@ -22,17 +22,16 @@ public:
     };
     using Keymap = std::unique_ptr<xkb_keymap, Free>;
 
-    /// A null keymap stands for a US keyboard. Nothing is known of any key where the data of the
-    /// keyboard's extension is not installed.
+    /// A null keymap stands for a US keyboard. All keys are unknown where the data files of XKB are
+    /// not installed.
     explicit KeyboardLayouts(Keymap keymap);
 
-    /// `layouts` and `variants` are comma-separated names as the X server knows them. Null where
-    /// there is no such layout.
+    /// `layouts` and `variants` are comma-separated XKB names. Returns null for an unknown layout.
     [[nodiscard]] static Keymap keymap(const char* layouts, const char* variants = "");
     [[nodiscard]] static xkb_context* context();
 
     [[nodiscard]] KeyCode keyCode(xkb_keycode_t key) const;
-    /// `layout` counts from 0; what is beyond the last one is as the keyboard has it.
+    /// `layout` counts from 0; numbers beyond the last layout wrap around.
     [[nodiscard]] QString charactersIgnoringModifiers(xkb_keycode_t key,
                                                       xkb_layout_index_t layout) const;
 
@@ -43,8 +42,8 @@ private:
     Keymap m_keymap;
 };
 
-/// `state` is the one of the core protocol: shift, lock, control and five that are freely assigned,
-/// of which the usual assignment is meant.
+/// Translates `state` of a core protocol event; the five modifiers whose meaning is configurable
+/// are taken to have the usual one.
 [[nodiscard]] std::uint32_t modifierFlags(std::uint32_t state);
 
 } // namespace orvane

@@ -21,10 +21,10 @@ public:
     }
 
     bool eventFilter(QObject* watched, QEvent* event) override {
-        // Only on its way to a window, not again to the widgets in it.
-        const bool isOfPointer =
+        // Only for the window, not again for the widgets in it.
+        const bool isPointerEvent =
             event->type() == QEvent::MouseMove || event->type() == QEvent::Enter;
-        if (isOfPointer && watched->isWindowType())
+        if (isPointerEvent && watched->isWindowType())
             m_handler();
         return false;
     }
@@ -62,7 +62,7 @@ public:
         KeyEvent key = m_keyboard.keyEvent(press->nativeScanCode(), press->nativeModifiers());
         key.repeat = repeat(press->isAutoRepeat());
         key.target = keyTarget();
-        // What it does may end this monitor.
+        // Copied, because the handler may destroy this monitor.
         const EventMonitor::KeyHandler handle = m_handler;
         return handle(key) == EventMonitor::Outcome::consumed;
     }
@@ -72,9 +72,9 @@ private:
     EventMonitor::KeyHandler m_handler;
 };
 
-/// Over other windows than X11's an XWayland server has the pointer over nothing, at the place
-/// where it was seen last.
-bool isOverAnX11Window() {
+/// While the pointer is over a native Wayland window, XWayland reports its last known position and
+/// no window below it.
+bool isPointerOverX11Window() {
     const X11::Reply<xcb_query_pointer_reply_t> reply(xcb_query_pointer_reply(
         X11::connection(), xcb_query_pointer(X11::connection(), X11::root()), nullptr));
     return reply && reply->child != XCB_WINDOW_NONE;
@@ -116,7 +116,7 @@ std::unique_ptr<QObject> SystemEventMonitor::addLocalKeyDownMonitor(KeyHandler h
 }
 
 std::optional<QPointF> SystemEventMonitor::pointerLocation() const {
-    if (X11::isXWayland() && !isOverAnX11Window())
+    if (X11::isXWayland() && !isPointerOverX11Window())
         return std::nullopt;
     return QCursor::pos();
 }

@@ -8,8 +8,8 @@ namespace orvane {
 class X11Keyboard;
 class X11RawInput;
 
-/// The real one: X11's raw events where there is an X server. To be made after the application
-/// object, and gone before it.
+/// The `EventMonitor` of the real desktop, with raw X11 events where there is an X server. Must be
+/// created after the application object and destroyed before it.
 class SystemEventMonitor final : public EventMonitor {
 public:
     SystemEventMonitor();

@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/windowing/X11.h"
 
+#include "base/Logging.h"
+
 #include <QGuiApplication>
 #include <QScreen>
 
 #include <xcb/screensaver.h>
 
+#include <cstring>
 #include <map>
 #include <string>
 
@@ -21,6 +24,27 @@ bool hasExtension(std::string_view name) {
         xcb_query_extension(connection(), static_cast<uint16_t>(name.size()), name.data()),
         nullptr));
     return reply && reply->present != 0;
+}
+
+QByteArray property(xcb_window_t window, std::string_view name) {
+    constexpr std::uint32_t longest = 64;
+    const Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
+        connection(),
+        xcb_get_property(connection(), 0, window, atom(name), XCB_ATOM_ANY, 0, longest), nullptr));
+    if (!reply)
+        return {};
+    return {static_cast<const char*>(xcb_get_property_value(reply.get())),
+            xcb_get_property_value_length(reply.get())};
+}
+
+/// Returns an empty name where no window manager announces one.
+QByteArray windowManager() {
+    const QByteArray check = property(root(), "_NET_SUPPORTING_WM_CHECK");
+    xcb_window_t window = XCB_WINDOW_NONE;
+    if (check.size() != sizeof window)
+        return {};
+    std::memcpy(&window, check.constData(), sizeof window);
+    return property(window, "_NET_WM_NAME");
 }
 
 } // namespace
@@ -57,7 +81,7 @@ xcb_atom_t atom(std::string_view name) {
 bool isXWayland() {
     if (connection() == nullptr)
         return false;
-    // Servers before 23.1 have no such extension, but name their outputs after themselves.
+    // Servers before 23.1 lack the extension, but have outputs of that name.
     static const bool result =
         hasExtension("XWAYLAND") ||
         QGuiApplication::primaryScreen()->name().startsWith(u"XWAYLAND"_s, Qt::CaseInsensitive);
@@ -85,6 +109,13 @@ bool setScreenSaver(ScreenSaver state) {
     xcb_screensaver_suspend(connection(), state == ScreenSaver::suspended ? 1 : 0);
     xcb_flush(connection());
     return true;
+}
+
+void logDesktop() {
+    if (connection() == nullptr || !logX11().isInfoEnabled())
+        return;
+    qCInfo(logX11) << "window manager:" << windowManager() << "compositor:" << isComposited()
+                   << "XWayland:" << isXWayland();
 }
 
 } // namespace orvane::X11

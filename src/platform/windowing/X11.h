@@ -7,37 +7,41 @@
 #include <memory>
 #include <string_view>
 
-/// The toolkit's own connection to the X server, for what the toolkit has no words for. Main
-/// thread. Answers come from a server on the same machine and are waited for.
+/// Qt's connection to the X server, for requests that Qt has no functions for. Main thread. Replies
+/// are waited for; the server normally runs on the same machine.
 namespace orvane::X11 {
 
-/// Whether there is a server at the address in DISPLAY; before there is an application object, too.
+/// Whether the server in DISPLAY can be connected to. Needs no application object.
 [[nodiscard]] bool canConnect();
 
-/// Null where the program does not run on X11.
+/// Returns null where the program does not run on X11.
 [[nodiscard]] xcb_connection_t* connection();
 
-/// The root window of the first screen; there is a connection.
+/// Returns the root window of the first screen. Requires a connection.
 [[nodiscard]] xcb_window_t root();
 
-/// Asked for once and remembered.
+/// Requires a connection. Atoms are cached.
 [[nodiscard]] xcb_atom_t atom(std::string_view name);
 
-/// Whether the X server is a guest in a Wayland session, where it knows of the pointer only while
-/// that is over one of its own windows.
+/// Whether the X server is XWayland, which sees the pointer only while that is over one of its own
+/// windows.
 [[nodiscard]] bool isXWayland();
 
-/// Whether a compositing manager draws the screen.
+/// Whether a compositor is running.
 [[nodiscard]] bool isComposited();
 
-/// Whether some program has taken this part of the desktop upon itself; false without a connection.
+/// Whether a program owns the selection, which stands for a role on the desktop such as its tray or
+/// its compositor. False without a connection.
 [[nodiscard]] bool hasSelectionOwner(std::string_view selection);
 
-/// The server blanks the screen by itself after a while without input, unless that is suspended.
+/// The X server's own screen saver, which blanks the screen after a while without input.
 enum class ScreenSaver { running, suspended };
-/// Each suspension lasts until it is taken back or the program has gone. False where there is no
-/// server that can do that.
+/// A suspension lasts until it is undone or the program exits. Returns false where the server does
+/// not support it.
 bool setScreenSaver(ScreenSaver state);
+
+/// Logs what the desktop announces about itself.
+void logDesktop();
 
 struct Free {
     void operator()(void* reply) const { std::free(reply); }

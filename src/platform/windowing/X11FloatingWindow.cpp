@@ -24,8 +24,8 @@ namespace {
 constexpr uint32_t allDesktops = 0xFFFFFFFF;
 constexpr uint32_t longestStateList = 64;
 
-/// The window and, from the inside out, the frames that a window manager has put it into.
-std::vector<xcb_window_t> withItsFrames(xcb_window_t window) {
+/// Returns the window and, from the inside out, the window manager's frames around it.
+std::vector<xcb_window_t> windowAndFrames(xcb_window_t window) {
     std::vector<xcb_window_t> chain;
     while (window != XCB_WINDOW_NONE && window != X11::root()) {
         chain.push_back(window);
@@ -36,7 +36,7 @@ std::vector<xcb_window_t> withItsFrames(xcb_window_t window) {
     return chain;
 }
 
-/// Where the upper left corner of `window` is in `other`; pixels.
+/// Returns the upper left corner of `window` in the coordinates of `other`; pixels.
 QPoint cornerIn(xcb_window_t other, xcb_window_t window) {
     const X11::Reply<xcb_translate_coordinates_reply_t> reply(xcb_translate_coordinates_reply(
         X11::connection(), xcb_translate_coordinates(X11::connection(), window, other, 0, 0),
@@ -44,7 +44,7 @@ QPoint cornerIn(xcb_window_t other, xcb_window_t window) {
     return reply ? QPoint(reply->dst_x, reply->dst_y) : QPoint();
 }
 
-/// Pixels.
+/// In pixels.
 void configure(xcb_window_t window, QPoint corner, std::optional<QSize> size = std::nullopt) {
     xcb_configure_window_value_list_t values{.x = corner.x(), .y = corner.y()};
     uint16_t mask = XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y;
@@ -57,7 +57,7 @@ void configure(xcb_window_t window, QPoint corner, std::optional<QSize> size = s
     xcb_flush(X11::connection());
 }
 
-/// The screen that shows most of it, or else the first.
+/// Returns the screen that shows most of the frame, or else the first one.
 const QScreen& screenOf(const QRectF& frame) {
     const auto shown = [&](const QScreen* screen) {
         const QSizeF size = (QRectF(screen->geometry()) & frame).size();
@@ -67,8 +67,8 @@ const QScreen& screenOf(const QRectF& frame) {
     return **std::ranges::max_element(screens, {}, shown);
 }
 
-/// The toolkit keeps whole points, which on a screen of 1.5 pixels to a point is not where the
-/// window was. The corner of a screen is the same in points and in pixels.
+/// Qt rounds to whole points, which is not exact at scale factors such as 1.5. The corner of a
+/// screen has the same coordinates in points and in pixels.
 QRect pixelsOf(const QRectF& frame) {
     const QScreen& screen = screenOf(frame);
     const double scale = screen.devicePixelRatio();
@@ -77,7 +77,7 @@ QRect pixelsOf(const QRectF& frame) {
             (frame.size() * scale).toSize()};
 }
 
-/// A request to an extension that is not there would end the connection.
+/// A request to a missing extension would close the connection.
 bool hasShapes() {
     return xcb_get_extension_data(X11::connection(), &xcb_shape_id)->present != 0;
 }
@@ -89,11 +89,35 @@ xcb_rectangle_t rectangle(int x, int y, int width, int height) {
             .height = static_cast<uint16_t>(std::max(height, 0))};
 }
 
+/// Returns the edges of a window; pixels.
+std::vector<xcb_rectangle_t> ring(QSize size, int width) {
+    const int inner = size.height() - 2 * width;
+    return {rectangle(0, 0, size.width(), width),
+            rectangle(0, size.height() - width, size.width(), width),
+            rectangle(0, width, width, inner),
+            rectangle(size.width() - width, width, width, inner)};
+}
+
+void resetInputShape(xcb_window_t window) {
+    xcb_shape_mask(X11::connection(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, window, 0, 0,
+                   XCB_PIXMAP_NONE);
+}
+
+/// The rectangles are relative to `corner`.
+void setInputShape(xcb_window_t window, QPoint corner,
+                   const std::vector<xcb_rectangle_t>& rectangles) {
+    xcb_shape_rectangles(X11::connection(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT,
+                         XCB_CLIP_ORDERING_UNSORTED, window, static_cast<int16_t>(corner.x()),
+                         static_cast<int16_t>(corner.y()), static_cast<uint32_t>(rectangles.size()),
+                         rectangles.data());
+}
+
 } // namespace
 
 X11FloatingWindow::X11FloatingWindow(QWidget& window) : m_window(window) {
     if (X11::isXWayland())
         m_window.setAttribute(Qt::WA_TranslucentBackground);
+    X11::logDesktop();
 }
 
 xcb_window_t X11FloatingWindow::id() const {
@@ -101,8 +125,15 @@ xcb_window_t X11FloatingWindow::id() const {
 }
 
 void X11FloatingWindow::aboutToShow() {
-    // Window managers take the states off a window that is hidden, and the toolkit adds its own
-    // to those it finds.
+    addStates();
+    xcb_change_property(X11::connection(), XCB_PROP_MODE_REPLACE, id(),
+                        X11::atom("_NET_WM_DESKTOP"), XCB_ATOM_CARDINAL, 32, 1, &allDesktops);
+    if (!m_frameToShow)
+        m_frameToShow = nativeFrame();
+}
+
+void X11FloatingWindow::addStates() {
+    // Window managers remove the states of a hidden window, and Qt adds its own to those it finds.
     const X11::Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
         X11::connection(),
         xcb_get_property(X11::connection(), 0, id(), X11::atom("_NET_WM_STATE"), XCB_ATOM_ATOM, 0,
@@ -120,10 +151,6 @@ void X11FloatingWindow::aboutToShow() {
     }
     xcb_change_property(X11::connection(), XCB_PROP_MODE_REPLACE, id(), X11::atom("_NET_WM_STATE"),
                         XCB_ATOM_ATOM, 32, static_cast<uint32_t>(states.size()), states.data());
-    xcb_change_property(X11::connection(), XCB_PROP_MODE_REPLACE, id(),
-                        X11::atom("_NET_WM_DESKTOP"), XCB_ATOM_CARDINAL, 32, 1, &allDesktops);
-    if (!m_frameToShow)
-        m_frameToShow = nativeFrame();
 }
 
 void X11FloatingWindow::shown() {
@@ -131,8 +158,8 @@ void X11FloatingWindow::shown() {
     const auto frame = std::exchange(m_frameToShow, std::nullopt);
     if (!frame)
         return;
-    // Only where it has to be, for some window managers forget the place of a window that is
-    // configured: where the toolkit has asked for steps, or for whole points only.
+    // Only where needed, because some window managers then forget the position of the window: where
+    // Qt has set size increments or rounded the frame to whole points.
     const double scale = m_window.devicePixelRatioF();
     if (scale != std::floor(scale) || *frame != pixelsOf(m_window.geometry()))
         configure(id(), frame->topLeft(), frame->size());
@@ -145,8 +172,8 @@ void X11FloatingWindow::setSizeHints(QSize smallest, QSize narrowest, QSize wide
     applySizeHints();
 }
 
-// The toolkit writes hints of its own whenever it shows the window or sets its geometry: without
-// shapes, and at scale factors such as 1.5 with steps that not every exact frame keeps to.
+// Qt overwrites the hints whenever it shows the window or sets its geometry: without aspect ratios,
+// and at scale factors such as 1.5 with size increments that do not allow every frame.
 
 void X11FloatingWindow::applySizeHints() {
     if (m_window.internalWinId() == 0)
@@ -181,7 +208,8 @@ QRectF X11FloatingWindow::frame() const {
 void X11FloatingWindow::setFrame(const QRectF& frame) {
     m_window.setGeometry(frame.toRect());
     const QRect pixels = pixelsOf(frame);
-    // Window managers are asked about windows that are not shown too, and answer in their own time.
+    // The server's geometry lags behind: the window manager handles the request, also for a hidden
+    // window, in its own time.
     if (!m_window.isVisible())
         m_frameToShow = pixels;
     if (m_window.internalWinId() == 0)
@@ -200,31 +228,18 @@ void X11FloatingWindow::setInputArea(InputArea area, double ringWidth) {
     if (!hasShapes())
         return;
     std::vector<xcb_rectangle_t> rectangles;
-    if (area == InputArea::ring) {
-        const QSize size = nativeFrame().size();
-        const int width = qRound(ringWidth * m_window.devicePixelRatioF());
-        const int inner = size.height() - 2 * width;
-        rectangles = {rectangle(0, 0, size.width(), width),
-                      rectangle(0, size.height() - width, size.width(), width),
-                      rectangle(0, width, width, inner),
-                      rectangle(size.width() - width, width, width, inner)};
-    }
-    // An XWayland server tells the compositor about the outermost window only, and not every window
-    // manager there hands the shape on to its frame.
+    if (area == InputArea::ring)
+        rectangles = ring(nativeFrame().size(), qRound(ringWidth * m_window.devicePixelRatioF()));
+    // XWayland tells the compositor about the outermost window only, and not every window manager
+    // there applies the shape to its frame.
     std::vector<xcb_window_t> windows{id()};
     if (X11::isXWayland())
-        windows = withItsFrames(id());
+        windows = windowAndFrames(id());
     for (const xcb_window_t window : windows) {
-        if (area == InputArea::everywhere) {
-            xcb_shape_mask(X11::connection(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, window, 0, 0,
-                           XCB_PIXMAP_NONE);
-            continue;
-        }
-        const QPoint corner = cornerIn(window, id());
-        xcb_shape_rectangles(X11::connection(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT,
-                             XCB_CLIP_ORDERING_UNSORTED, window, static_cast<int16_t>(corner.x()),
-                             static_cast<int16_t>(corner.y()),
-                             static_cast<uint32_t>(rectangles.size()), rectangles.data());
+        if (area == InputArea::everywhere)
+            resetInputShape(window);
+        else
+            setInputShape(window, cornerIn(window, id()), rectangles);
     }
     xcb_flush(X11::connection());
 }

@@ -12,15 +12,14 @@
 
 namespace orvane {
 
-/// `FloatingWindow` for an X server, by the hints of EWMH and ICCCM and by window shapes. In a
-/// Wayland session the window gets an alpha channel, because not every compositor there knows
-/// opacity or shapes.
+/// `FloatingWindow` for X11, with EWMH and ICCCM hints and window shapes. In a Wayland session the
+/// window gets an alpha channel, because not every compositor there supports opacity or shapes.
 class X11FloatingWindow final : public FloatingWindow {
 public:
     explicit X11FloatingWindow(QWidget& window);
 
-    /// Without the toolkit's knowing at once: it would tell the window manager a place of the
-    /// pointer that has been moved along.
+    /// Moves the window behind Qt's back: Qt would otherwise tell the window manager a pointer
+    /// position that is off by `distance`.
     static void moveBy(QWidget& window, QPointF distance);
 
     void aboutToShow() override;
@@ -38,13 +37,15 @@ private:
     /// Pixels.
     [[nodiscard]] QRect nativeFrame() const;
 
+    void addStates();
     void applySizeHints();
 
     QWidget& m_window;
     QSize m_smallest;
     QSize m_narrowest;
     QSize m_widest;
-    /// Pixels; while the window is not shown and has been given a frame, or is being shown.
+    /// Pixels. Set while the window is being shown, and while it is hidden once it has been given a
+    /// frame.
     std::optional<QRect> m_frameToShow;
 };
 

@@ -12,7 +12,7 @@ namespace orvane {
 
 namespace {
 
-// Where the core protocol's state has the number of the chosen layout.
+// The bits of the core protocol's state that hold the number of the layout.
 constexpr int layoutShift = 13;
 constexpr std::uint32_t layoutMask = 3;
 constexpr std::uint32_t modifierMask = 0xff;

@@ -11,35 +11,35 @@
 
 namespace orvane {
 
-/// The X server's keyboard: the layouts it has now, the one that is chosen, and what is held down,
-/// as of the event that is being looked at. Owned by the event monitor; main thread. Without an X
-/// server, or without its keyboard extension, it is a US keyboard.
+/// The X server's keyboard: its layouts, the current one, and the modifiers, as of the event that
+/// is being handled. Owned by the event monitor; main thread. Without an X server, or without XKB,
+/// it is a US keyboard.
 class X11Keyboard final : QAbstractNativeEventFilter {
 public:
     X11Keyboard();
     ~X11Keyboard() override;
 
-    /// `key` is a code of the X server, `state` that of an event of the core protocol.
+    /// `key` is a key code of the X server, `state` that of a core protocol event.
     [[nodiscard]] KeyEvent keyEvent(std::uint32_t key, std::uint32_t state);
-    /// With the state as the server has told it last.
+    /// With the last state that the server has announced.
     [[nodiscard]] KeyEvent keyEvent(std::uint32_t key);
 
-    /// How a key is repeated that is held down.
+    /// The timing of automatic repetitions.
     struct Repetition {
         std::chrono::milliseconds delay{500};
         std::chrono::milliseconds interval{40};
     };
-    /// As the person has set it.
+    /// Returns the user's settings.
     [[nodiscard]] static Repetition repetition();
 
 private:
     [[nodiscard]] bool select();
     bool nativeEventFilter(const QByteArray& type, void* message, qintptr*) override;
 
-    /// Nothing when it has changed since it was looked at.
+    /// nullopt when they have changed since they were read.
     std::optional<KeyboardLayouts> m_layouts;
     std::uint32_t m_state = 0;
-    /// Of the extension's events; 0 without it.
+    /// The event type of XKB; 0 without XKB.
     std::uint8_t m_eventType = 0;
 };
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/windowing/X11RawInput.h"
 
+#include "base/Logging.h"
 #include "platform/windowing/X11.h"
 #include "platform/windowing/X11Keyboard.h"
 
@@ -8,8 +9,6 @@
 #include <QMetaMethod>
 
 #include <xcb/xinput.h>
-
-#include <utility>
 
 namespace orvane {
 
@@ -19,7 +18,7 @@ const xcb_query_extension_reply_t& xInput() {
     return *xcb_get_extension_data(X11::connection(), &xcb_input_id);
 }
 
-/// A request to an extension that is not there would end the connection.
+/// A request to a missing extension would close the connection.
 bool hasXInput() {
     return QCoreApplication::instance() != nullptr && X11::connection() != nullptr &&
            xInput().present != 0;
@@ -27,7 +26,8 @@ bool hasXInput() {
 
 } // namespace
 
-X11RawInput::X11RawInput() {
+X11RawInput::X11RawInput()
+    : m_deferredSelect([this] { select(); }), m_deferredMove([this] { Q_EMIT pointerMoved(); }) {
     connect(&m_repetition, &QTimer::timeout, this, [this] {
         m_repetition.setInterval(X11Keyboard::repetition().interval);
         Q_EMIT keyPressed(m_heldKey, true);
@@ -42,21 +42,9 @@ void X11RawInput::connectNotify(const QMetaMethod&) {
 }
 
 void X11RawInput::disconnectNotify(const QMetaMethod&) {
-    // A receiver that is being destroyed holds a lock of the toolkit meanwhile, which may be the
-    // one that asking for connections needs: a few locks serve all objects.
-    selectSoon();
-}
-
-void X11RawInput::selectSoon() {
-    if (std::exchange(m_isSelectionDue, true))
-        return;
-    QMetaObject::invokeMethod(
-        this,
-        [this] {
-            m_isSelectionDue = false;
-            select();
-        },
-        Qt::QueuedConnection);
+    // Deferred, because a receiver that is being destroyed holds one of the few locks that Qt
+    // shares between all objects, and `isSignalConnected` may need the same one.
+    m_deferredSelect.schedule();
 }
 
 void X11RawInput::select() {
@@ -72,6 +60,7 @@ void X11RawInput::select() {
     if (wanted == m_selected)
         return;
     m_selected = wanted;
+    qCInfo(logX11) << "raw input selected: mask" << Qt::hex << wanted;
     const struct {
         xcb_input_event_mask_t head;
         std::uint32_t events;
@@ -90,7 +79,7 @@ bool X11RawInput::nativeEventFilter(const QByteArray& type, void* message, qintp
     const auto* raw = reinterpret_cast<const xcb_input_raw_key_press_event_t*>(event);
     switch (event->event_type) {
     case XCB_INPUT_RAW_MOTION:
-        moved();
+        m_deferredMove.schedule();
         return true;
     case XCB_INPUT_RAW_KEY_PRESS:
         pressed(raw->detail);
@@ -101,19 +90,6 @@ bool X11RawInput::nativeEventFilter(const QByteArray& type, void* message, qintp
     default:
         return false;
     }
-}
-
-void X11RawInput::moved() {
-    if (m_isMoveDue)
-        return;
-    m_isMoveDue = true;
-    QMetaObject::invokeMethod(
-        this,
-        [this] {
-            m_isMoveDue = false;
-            Q_EMIT pointerMoved();
-        },
-        Qt::QueuedConnection);
 }
 
 void X11RawInput::pressed(std::uint32_t key) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/DeferredCall.h"
+
 #include <QAbstractNativeEventFilter>
 #include <QObject>
 #include <QTimer>
@@ -9,9 +11,9 @@
 
 namespace orvane {
 
-/// What the X server tells of all pointers and keyboards to whoever asks, without a grab, so that
-/// the other programs miss nothing. It asks only for what somebody is connected to. Owned by the
-/// event monitor; main thread. Silent where there is no X server, or none with that extension.
+/// The raw XInput 2 events of all pointers and keyboards. They need no grab, so other programs
+/// still get their events. Selects only the events of signals that are connected. Owned by the
+/// event monitor; main thread. Silent without an X server or without XInput 2.
 class X11RawInput final : public QObject, QAbstractNativeEventFilter {
     Q_OBJECT
 
@@ -20,10 +22,10 @@ public:
     ~X11RawInput() override;
 
 Q_SIGNALS:
-    /// Soon after it has; once for a burst.
+    /// Emitted from the event loop; once for several events.
     void pointerMoved();
-    /// `key` is a code of the X server. The server tells of no repetitions, so those are made here,
-    /// at its pace.
+    /// `key` is a key code of the X server. Raw events have no repetitions, so those are generated
+    /// here, with the server's timing.
     void keyPressed(std::uint32_t key, bool isRepeat);
 
 protected:
@@ -32,17 +34,15 @@ protected:
 
 private:
     void select();
-    void selectSoon();
     bool nativeEventFilter(const QByteArray& type, void* message, qintptr*) override;
-    void moved();
     void pressed(std::uint32_t key);
     void released(std::uint32_t key);
 
     std::uint32_t m_selected = 0;
-    bool m_isSelectionDue = false;
-    bool m_isMoveDue = false;
+    DeferredCall m_deferredSelect;
+    DeferredCall m_deferredMove;
     std::uint32_t m_heldKey = 0;
-    /// Runs while a key is held down.
+    /// Active while a key is held down.
     QTimer m_repetition;
 };
 

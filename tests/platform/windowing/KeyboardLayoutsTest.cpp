@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// What the keys at these places of the keyboard type, a dot for nothing.
+/// Returns what the keys at these positions type, a dot for nothing.
 QString typed(const char* layouts, xkb_layout_index_t layout, const char* variants = "") {
     auto keymap = KeyboardLayouts::keymap(layouts, variants);
     xkb_keymap* keys = keymap.get();
@@ -24,22 +24,22 @@ QString typed(const char* layouts, xkb_layout_index_t layout, const char* varian
     return text;
 }
 
-TEST(KeyboardLayouts, TypeWhatIsOnTheKeysUnlessItIsNotLatin) {
+TEST(KeyboardLayouts, TypeTheTextOfALatinLayout) {
     EXPECT_EQ(typed("us", 0), u"qagm;,2 ."_s);
     EXPECT_EQ(typed("fr", 0), u"aqg,m;\u00e9 ."_s);
     EXPECT_EQ(typed("us", 0, "dvorak"), u"'aimsw2 ."_s);
-    // A layout that is alone means the US keyboard.
+    // Without a Latin layout, the US layout is used.
     EXPECT_EQ(typed("ara", 0), u"qagm;,2 ."_s);
     EXPECT_EQ(typed("ru", 0), u"qagm;,2 ."_s);
-    // Hebrew has a slash where Q is, and a comma where the apostrophe is.
+    // Hebrew has a slash at Q and a comma at the apostrophe.
     EXPECT_EQ(typed("il", 0), u"qagm;,2 ."_s);
-    // Else it means the first one that has letters.
+    // Otherwise the first Latin layout is used.
     EXPECT_EQ(typed("ara,gr,fr,us", 0), u"aqg,m;\u00e9 ."_s);
     EXPECT_EQ(typed("ara,gr,fr,us", 1), u"aqg,m;\u00e9 ."_s);
     EXPECT_EQ(typed("ara,gr,fr,us", 3), u"qagm;,2 ."_s);
 }
 
-TEST(KeyboardLayouts, TellKeysApartByTheirPlace) {
+TEST(KeyboardLayouts, IdentifyKeysByTheirPosition) {
     for (const char* layout : {"us", "fr", "ara"}) {
         auto keymap = KeyboardLayouts::keymap(layout);
         xkb_keymap* keys = keymap.get();
@@ -61,7 +61,7 @@ TEST(KeyboardLayouts, TellKeysApartByTheirPlace) {
     }
 }
 
-TEST(KeyboardLayouts, WithoutAKeymapAreAmericanAndAnUnknownKeyIsNothing) {
+TEST(KeyboardLayouts, AreAmericanWithoutAKeymapAndIgnoreUnknownKeys) {
     const KeyboardLayouts keyboard(nullptr);
     EXPECT_EQ(keyboard.charactersIgnoringModifiers(24, 0), u"q"_s);
     EXPECT_EQ(keyboard.charactersIgnoringModifiers(24, 3), u"q"_s);
@@ -71,7 +71,7 @@ TEST(KeyboardLayouts, WithoutAKeymapAreAmericanAndAnUnknownKeyIsNothing) {
     }
 }
 
-TEST(ModifierFlagsOfTheServer, LeaveOutTheNumberLock) {
+TEST(ModifierFlags, IgnoreNumLock) {
     using namespace ModifierFlags;
     EXPECT_EQ(modifierFlags(0x10), 0U);
     EXPECT_EQ(modifierFlags(0x2000 | 0xff), shift | capsLock | control | option | command);
