@@ -21,7 +21,7 @@ bool isTrue(QStringView value) {
 QString quotedForExec(const QString& argument) {
     QString text;
     for (const QChar c : argument) {
-        // Once for the quotes, and again because the value is a string with escapes of its own.
+        // Escaped twice: for the quotes, and for the string type of desktop entries.
         if (c == u'\\')
             text += u"\\\\\\\\"_s;
         else if (c == u'"' || c == u'`' || c == u'$')
@@ -44,7 +44,7 @@ bool Autostart::isEnabled() const {
     QFile file(path());
     if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
         return false;
-    // Desktops switch an entry off by either of these keys instead of removing it.
+    // Desktops disable an entry with either of these keys instead of removing it.
     for (const QString& line : QString::fromUtf8(file.readAll()).split(u'\n')) {
         const qsizetype equals = line.indexOf(u'=');
         const QString key = line.first(qMax(equals, 0)).trimmed();

@@ -5,14 +5,13 @@
 
 namespace orvane {
 
-/// The desktop entry by which a session starts the program at login. The file itself is the
-/// setting: desktops' own settings remove it or switch it off, too. A value; main thread, as it
-/// reads and writes a small file at once.
+/// The desktop entry that starts the program at login. The file itself is the setting, because
+/// desktops can remove or disable it too. A value; main thread, where it reads and writes a small
+/// file synchronously.
 class Autostart {
 public:
-    /// `folder` is the autostart folder of the person's configuration. `executable` is what is
-    /// started, with its whole path; `name` is the program's name for people and `identifier` that
-    /// of its desktop entry.
+    /// `folder` is the user's autostart folder, `executable` an absolute path, `name` the name that
+    /// is shown, and `identifier` the base name of the desktop entry.
     struct Entry {
         QString folder;
         QString identifier;
@@ -24,7 +23,7 @@ public:
 
     [[nodiscard]] bool isEnabled() const;
 
-    /// False when the file cannot be written or removed; it is then what it was.
+    /// Returns false when the file cannot be written or removed; it is then unchanged.
     [[nodiscard]] bool setEnabled(bool isEnabled);
 
 private:
@@ -33,7 +32,7 @@ private:
     Entry m_entry;
 };
 
-/// `argument` as it stands in the Exec key of a desktop entry.
+/// Returns `argument` quoted for the Exec key of a desktop entry.
 [[nodiscard]] QString quotedForExec(const QString& argument);
 
 } // namespace orvane

@@ -16,7 +16,7 @@ constexpr QLatin1StringView screenSaver{"org.freedesktop.ScreenSaver"};
 constexpr QLatin1StringView screenSaverPath{"/org/freedesktop/ScreenSaver"};
 constexpr QLatin1StringView portal{"org.freedesktop.portal.Desktop"};
 constexpr QLatin1StringView portalPath{"/org/freedesktop/portal/desktop"};
-/// Of what the portal can inhibit: that the session counts as idle.
+/// The portal's flag for "the session becomes idle".
 constexpr quint32 idleFlag = 8;
 
 QDBusMessage inhibitCall(InhibitionLease::Way way, const QString& program, const QString& reason) {
@@ -73,7 +73,7 @@ void DesktopScreenSaver::watchServices(const QDBusConnection& bus) {
     m_services->setWatchedServices({screenSaver, portal});
     connect(m_services.get(), &QDBusServiceWatcher::serviceOwnerChanged, this,
             &DesktopScreenSaver::followOwner);
-    // There may be better help on this bus than there was without it.
+    // This bus may offer a better way than the one in use.
     perform(m_lease.serviceCame(Way::screenSaver));
 }
 

@@ -15,15 +15,15 @@ namespace orvane {
 
 class MessageBus;
 
-/// Asks the desktop's screen saver to wait, or else the desktop portal, or else the X server, which
-/// blanks the screen by itself in plain sessions. Owned by whoever integrates the program into the
-/// desktop; main thread. All of them release what a program holds whose connection closes, so it
-/// comes to no harm when the program dies; and a service that starts anew is asked anew.
+/// Inhibits the desktop's screen saver, or else asks the desktop portal to, or else suspends the X
+/// server's own screen saver, which plain sessions use. Owned by `DesktopIntegration`; main thread.
+/// Each of them drops an inhibition when the connection of its owner closes, so nothing is left
+/// behind when the program dies. A service that restarts is asked again.
 class DesktopScreenSaver final : public QObject, public ScreenSaverInhibitor {
     Q_OBJECT
 
 public:
-    /// `reason` is for people; desktops show it. The bus outlives it.
+    /// Desktops show `reason` to the user. The bus must outlive this object.
     DesktopScreenSaver(MessageBus& sessionBus, QString program, QString reason);
     ~DesktopScreenSaver() override;
 

@@ -22,7 +22,7 @@ InhibitionLease::Commands InhibitionLease::granted(const Ask& ask, const QVarian
     m_asked.reset();
     if (!m_isWanted)
         return {held};
-    if (!m_isBetterThere) {
+    if (!m_isBetterAvailable) {
         m_held = held;
         return {};
     }
@@ -37,7 +37,7 @@ InhibitionLease::Commands InhibitionLease::refused(const Ask& ask) {
     m_asked.reset();
     if (!m_isWanted)
         return {};
-    if (m_isBetterThere)
+    if (m_isBetterAvailable)
         return askFirst();
     if (ask.way == Way::xServer)
         return {};
@@ -46,7 +46,7 @@ InhibitionLease::Commands InhibitionLease::refused(const Ask& ask) {
 
 InhibitionLease::Commands InhibitionLease::serviceCame(Way way) {
     if (m_asked) {
-        m_isBetterThere |= way < m_asked->way;
+        m_isBetterAvailable |= way < m_asked->way;
         return {};
     }
     if (!m_isWanted || (m_held && m_held->way <= way))
@@ -79,7 +79,7 @@ InhibitionLease::Commands InhibitionLease::ask(Way way) {
 }
 
 InhibitionLease::Commands InhibitionLease::askFirst() {
-    m_isBetterThere = false;
+    m_isBetterAvailable = false;
     return ask(Way::screenSaver);
 }
 

@@ -9,23 +9,23 @@
 
 namespace orvane {
 
-/// Decides whom to ask to keep the screen awake, and what to give back when: there is one
-/// inhibition at most, whatever comes while an answer is awaited. It is told what is wanted and
-/// what happens, and answers with what is to be done, in order. A plain value; whoever owns it does
-/// the talking.
+/// Decides which service to ask to keep the screen on, and when to release what it has granted, so
+/// that at most one inhibition is held whatever happens while a reply is pending. Input are the
+/// wishes and events, output the commands to perform, in order. A plain value without I/O; its
+/// owner performs the commands.
 class InhibitionLease {
 public:
-    /// Who can do it, the best first.
+    /// The ways to inhibit, the preferred one first.
     enum class Way { screenSaver, portal, xServer };
 
     struct Ask {
         Way way;
-        /// Tells the answers apart.
+        /// Identifies the reply.
         int number;
     };
     struct Release {
         Way way;
-        /// What the one who was asked has given for it.
+        /// The token that the service returned.
         QVariant token;
     };
     using Command = std::variant<Ask, Release>;
@@ -37,9 +37,9 @@ public:
     [[nodiscard]] Commands granted(const Ask& ask, const QVariant& token);
     [[nodiscard]] Commands refused(const Ask& ask);
 
-    /// Somebody offers this way now; if somebody did before, `serviceWent` was called.
+    /// The service has appeared; when it is replaced, `serviceWent` comes first.
     [[nodiscard]] Commands serviceCame(Way way);
-    /// Nobody does any more, so what was held this way has gone, and an answer will not come.
+    /// The service has gone, and with it what it had granted; pending replies will not come.
     [[nodiscard]] Commands serviceWent(Way way);
 
 private:
@@ -50,8 +50,8 @@ private:
     bool m_isWanted = false;
     int m_count = 0;
     std::optional<Ask> m_asked;
-    /// Somebody better has come while an answer is awaited.
-    bool m_isBetterThere = false;
+    /// A preferred service has appeared while a reply was pending.
+    bool m_isBetterAvailable = false;
     std::optional<Release> m_held;
 };
 

@@ -2,6 +2,7 @@
 #include "platform/desktop/MessageBus.h"
 
 #include "base/Clock.h"
+#include "base/Logging.h"
 #include "base/TaskScope.h"
 
 #include <QCoroFuture>
@@ -24,8 +25,8 @@ namespace {
 constexpr std::chrono::seconds firstPause{1};
 constexpr std::chrono::seconds longestPause{60};
 
-/// Empty when there is none. Where nobody names a session bus the library would start one for this
-/// program alone, on which nobody listens.
+/// Returns an empty string when there is none. Without an address, libdbus would launch a session
+/// bus for this program alone, where there are no services.
 QString addressOf(MessageBus::Kind kind) {
     if (kind == MessageBus::Kind::system)
         return qEnvironmentVariable("DBUS_SYSTEM_BUS_ADDRESS",
@@ -37,7 +38,7 @@ QString addressOf(MessageBus::Kind kind) {
     return u"unix:path="_s + socket;
 }
 
-/// Each attempt has a connection of its own name.
+/// Each attempt needs a connection name of its own.
 QString nextName() {
     static int count = 0;
     return u"orvane-%1"_s.arg(++count);
@@ -57,12 +58,11 @@ MessageBus::~MessageBus() {
 }
 
 void MessageBus::start() {
-    m_attempts = std::stop_source();
-    m_tasks.spawn(keepTrying(m_attempts.get_token()));
+    m_tasks.spawn(keepTrying(m_attempts.restart()));
 }
 
 void MessageBus::stop() {
-    m_attempts.request_stop();
+    m_attempts.cancel();
     if (m_connection)
         QDBusConnection::disconnectFromBus(m_connection->name());
     m_connection.reset();
@@ -72,7 +72,7 @@ QCoro::Task<> MessageBus::keepTrying(std::stop_token stop) {
     for (std::chrono::seconds pause = firstPause;; pause = std::min(2 * pause, longestPause)) {
         const QString name = nextName();
         const QString address = addressOf(m_kind);
-        // Its answer is waited for, and the bus may be slow or hang.
+        // In a thread, because it waits for the bus, which may be slow or hang.
         const QFuture<bool> attempt = QtConcurrent::run(connectTo, address, name);
         const bool isConnected = co_await attempt;
         if (isConnected && !stop.stop_requested()) {
@@ -82,10 +82,15 @@ QCoro::Task<> MessageBus::keepTrying(std::stop_token stop) {
         QDBusConnection::disconnectFromBus(name);
         if (stop.stop_requested())
             co_return;
+        qCInfo(logDBus) << "no" << kindName() << "bus; next attempt in" << pause.count() << "s";
         co_await m_clock.sleep(pause, stop);
         if (stop.stop_requested())
             co_return;
     }
+}
+
+const char* MessageBus::kindName() const {
+    return m_kind == Kind::session ? "session" : "system";
 }
 
 void MessageBus::adopt(const QString& name) {
@@ -93,12 +98,14 @@ void MessageBus::adopt(const QString& name) {
     bus.connect({}, u"/org/freedesktop/DBus/Local"_s, u"org.freedesktop.DBus.Local"_s,
                 u"Disconnected"_s, this, SLOT(lose()));
     m_connection = bus;
+    qCInfo(logDBus) << "connected to the" << kindName() << "bus as" << bus.baseService();
     Q_EMIT connected(bus);
 }
 
 void MessageBus::lose() {
     if (!m_connection)
         return;
+    qCWarning(logDBus) << "lost the" << kindName() << "bus";
     stop();
     Q_EMIT disconnected();
     start();
@@ -114,10 +121,14 @@ void MessageBus::call(const QDBusMessage& message, QObject* context,
     }
     constexpr int noLimit = std::numeric_limits<int>::max();
     auto* answer = new QDBusPendingCallWatcher(m_connection->asyncCall(message, noLimit), context);
-    connect(answer, &QDBusPendingCallWatcher::finished, context, [answer, then = std::move(then)] {
-        answer->deleteLater();
-        then(answer->reply());
-    });
+    const QString method = message.interface() + u'.' + message.member();
+    connect(answer, &QDBusPendingCallWatcher::finished, context,
+            [answer, method, then = std::move(then)] {
+                answer->deleteLater();
+                if (answer->isError())
+                    qCInfo(logDBus) << method << "failed:" << answer->error().message();
+                then(answer->reply());
+            });
 }
 
 } // namespace orvane

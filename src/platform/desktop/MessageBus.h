@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/Cancellation.h"
+
 #include <QCoroTask>
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -16,10 +18,9 @@ namespace orvane {
 class Clock;
 class TaskScope;
 
-/// The program's own connection to one of D-Bus's buses, apart from the toolkit's: it is made in
-/// the background, and made anew when the bus has gone and another one has come. Owned by those who
-/// integrate the program into the desktop; main thread, which it never keeps waiting for a bus. A
-/// machine without such a bus is no error: there is just no connection.
+/// The program's own connection to a D-Bus bus, separate from Qt's: it is opened in the background,
+/// and again after the bus has been restarted. Owned by `DesktopIntegration`; main thread, which it
+/// never blocks. A machine without such a bus is not an error; there is just no connection.
 class MessageBus final : public QObject {
     Q_OBJECT
 
@@ -30,15 +31,16 @@ public:
     ~MessageBus() override;
 
     void start();
-    /// Closes the connection, with which everything goes that was taken through it. Silent.
+    /// Closes the connection, which releases all that was acquired through it. Does not emit
+    /// `disconnected`.
     void stop();
 
-    /// Nothing while there is none.
+    /// nullopt while not connected.
     [[nodiscard]] const std::optional<QDBusConnection>& connection() const { return m_connection; }
 
-    /// Hands the answer to `then`, later and on the main thread, unless `context` has gone. The
-    /// answer may take for ever; whatever goes wrong, no bus included, is an answer of type
-    /// `ErrorMessage`.
+    /// Passes the reply to `then`, asynchronously and on the main thread, unless `context` has been
+    /// destroyed. There is no timeout. Any error, including that there is no bus, is a reply of
+    /// type `ErrorMessage`.
     void call(const QDBusMessage& message, QObject* context,
               std::function<void(const QDBusMessage&)> then);
 
@@ -49,12 +51,13 @@ Q_SIGNALS:
 private:
     [[nodiscard]] QCoro::Task<> keepTrying(std::stop_token stop);
     void adopt(const QString& name);
+    [[nodiscard]] const char* kindName() const;
     Q_SLOT void lose();
 
     Kind m_kind;
     Clock& m_clock;
     TaskScope& m_tasks;
-    std::stop_source m_attempts{std::nostopstate};
+    Cancellation m_attempts;
     std::optional<QDBusConnection> m_connection;
 };
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/desktop/NetworkWatcher.h"
 
+#include "base/Logging.h"
+
 #include <QHostAddress>
 
 #include <ifaddrs.h>
@@ -8,7 +10,6 @@
 #include <linux/rtnetlink.h>
 #include <net/if.h>
 #include <sys/socket.h>
-#include <unistd.h>
 
 #include <array>
 #include <memory>
@@ -17,20 +18,21 @@ namespace orvane {
 
 namespace {
 
-int openSocket() {
-    const int number = ::socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC | SOCK_NONBLOCK, NETLINK_ROUTE);
+/// Returns a closed descriptor on any error.
+FileDescriptor openSocket() {
+    FileDescriptor socket(
+        ::socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC | SOCK_NONBLOCK, NETLINK_ROUTE));
     sockaddr_nl address{};
     address.nl_family = AF_NETLINK;
     address.nl_groups = RTMGRP_LINK | RTMGRP_IPV4_IFADDR | RTMGRP_IPV6_IFADDR;
     const auto* any = reinterpret_cast<const sockaddr*>(&address);
-    if (number >= 0 && ::bind(number, any, sizeof address) == 0)
-        return number;
-    if (number >= 0)
-        ::close(number);
-    return -1;
+    if (::bind(socket.get(), any, sizeof address) != 0)
+        socket.reset();
+    return socket;
 }
 
-/// Each with the interface that it belongs to; an address stays while the cable is out.
+/// Each with the name of its interface. Interfaces that are not running are skipped, because they
+/// keep their addresses while the cable is unplugged.
 QSet<QString> usableAddresses() {
     ifaddrs* all = nullptr;
     if (::getifaddrs(&all) != 0)
@@ -52,31 +54,32 @@ QSet<QString> usableAddresses() {
 
 NetworkWatcher::NetworkWatcher() = default;
 
-NetworkWatcher::~NetworkWatcher() {
-    m_notifier.reset();
-    if (m_socket >= 0)
-        ::close(m_socket);
-}
+NetworkWatcher::~NetworkWatcher() = default;
 
 void NetworkWatcher::start() {
     m_socket = openSocket();
-    if (m_socket < 0)
+    if (!m_socket.isOpen()) {
+        qCWarning(logNetwork) << "no messages about addresses from the kernel";
         return;
+    }
     m_usable = usableAddresses();
-    m_notifier = std::make_unique<QSocketNotifier>(m_socket, QSocketNotifier::Read);
-    connect(m_notifier.get(), &QSocketNotifier::activated, this, &NetworkWatcher::hear);
+    m_notifier = std::make_unique<QSocketNotifier>(m_socket.get(), QSocketNotifier::Read);
+    connect(m_notifier.get(), &QSocketNotifier::activated, this, &NetworkWatcher::update);
 }
 
-void NetworkWatcher::hear() {
-    // What has changed is seen from what there is now; messages may have been lost anyway.
+void NetworkWatcher::update() {
+    // Messages may have been lost, so the addresses are read anew instead.
     std::array<char, 8192> messages{};
-    while (::recv(m_socket, messages.data(), messages.size(), 0) > 0) {
+    while (::recv(m_socket.get(), messages.data(), messages.size(), 0) > 0) {
     }
     const QSet<QString> before = std::exchange(m_usable, usableAddresses());
-    if (!before.contains(m_usable))
+    if (!before.contains(m_usable)) {
+        qCInfo(logNetwork) << "gained an address, now" << m_usable.size();
         Q_EMIT addressGained();
-    else if (m_usable.isEmpty() && !before.isEmpty())
+    } else if (m_usable.isEmpty() && !before.isEmpty()) {
+        qCInfo(logNetwork) << "lost the last address";
         Q_EMIT lastAddressLost();
+    }
 }
 
 } // namespace orvane

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/FileDescriptor.h"
+
 #include <QObject>
 #include <QSet>
 #include <QSocketNotifier>
@@ -10,10 +12,10 @@
 
 namespace orvane {
 
-/// Tells when the machine has got an address through which others may be reached (a cable was
-/// plugged in, a radio link is up again, a tunnel stands) and when it has none any more. It hears
-/// that from the kernel, whatever manages the network. Owned by whoever integrates the program into
-/// the desktop; main thread. Where the kernel tells nothing it stays silent.
+/// Reports when the machine gains an address with which it can reach others (a cable is plugged in,
+/// Wi-Fi or a VPN has connected) and when it loses the last one. Listens to the kernel, so that it
+/// works with any network manager. Owned by `DesktopIntegration`; main thread. Silent where the
+/// kernel sends no such messages.
 class NetworkWatcher final : public QObject {
     Q_OBJECT
 
@@ -24,14 +26,14 @@ public:
     void start();
 
 Q_SIGNALS:
-    /// More than once in a row when several addresses come one after the other.
+    /// Repeated when several addresses are gained one after the other.
     void addressGained();
     void lastAddressLost();
 
 private:
-    void hear();
+    void update();
 
-    int m_socket = -1;
+    FileDescriptor m_socket;
     std::unique_ptr<QSocketNotifier> m_notifier;
     QSet<QString> m_usable;
 };

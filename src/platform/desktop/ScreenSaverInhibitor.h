@@ -3,13 +3,13 @@
 
 namespace orvane {
 
-/// Keeps the screen from blanking and locking by itself. Main thread, which it never blocks. Where
-/// the desktop offers nothing of the kind it does nothing; there is nothing to report.
+/// Keeps the screen from blanking and locking. Main thread, which it never blocks. Does nothing
+/// where the desktop does not support it; never fails.
 class ScreenSaverInhibitor {
 public:
     virtual ~ScreenSaverInhibitor() = default;
 
-    /// Twice is the same as once.
+    /// Idempotent.
     virtual void inhibit() = 0;
     virtual void release() = 0;
 };

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/desktop/ShowInFolder.h"
 
+#include "base/Logging.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
@@ -21,8 +23,10 @@ void showInFolder(const QString& path) {
     auto* watcher = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(message));
     const QUrl folder = QUrl::fromLocalFile(QFileInfo(path).path());
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher, [watcher, folder] {
-        if (watcher->isError())
+        if (watcher->isError()) {
+            qCInfo(logDBus) << "FileManager1.ShowItems failed:" << watcher->error().message();
             QDesktopServices::openUrl(folder);
+        }
         watcher->deleteLater();
     });
 }

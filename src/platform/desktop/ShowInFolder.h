@@ -5,9 +5,9 @@
 
 namespace orvane {
 
-/// Has the desktop's file manager show the folder with the file marked, or, where it cannot be
-/// asked that, the folder. The file itself is not opened. Main thread; returns at once, and whether
-/// anybody showed it is not known.
+/// Asks the desktop's file manager to show the folder with the file selected, or opens the folder
+/// where it does not support that. Does not open the file itself. Main thread; returns at once and
+/// reports no errors.
 void showInFolder(const QString& path);
 
 } // namespace orvane

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/desktop/SleepWatcher.h"
 
+#include "base/Logging.h"
 #include "platform/desktop/MessageBus.h"
 
 namespace orvane {
@@ -16,6 +17,7 @@ SleepWatcher::SleepWatcher(MessageBus& systemBus) {
 }
 
 void SleepWatcher::prepareForSleep(bool begins) {
+    qCInfo(logDBus) << (begins ? "the machine suspends" : "the machine has resumed");
     if (!begins)
         Q_EMIT wokeUp();
 }

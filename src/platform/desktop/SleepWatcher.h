@@ -7,9 +7,8 @@ namespace orvane {
 
 class MessageBus;
 
-/// Tells when the machine has woken up after a suspend, as the system's login manager says. Owned
-/// by whoever integrates the program into the desktop; main thread. Without such a manager it stays
-/// silent.
+/// Reports that the machine has resumed after a suspend, as announced by logind. Owned by
+/// `DesktopIntegration`; main thread. Silent without logind.
 class SleepWatcher final : public QObject {
     Q_OBJECT
 

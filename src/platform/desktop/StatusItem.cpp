@@ -17,9 +17,9 @@ StatusItem::StatusItem(QIcon icon, QString toolTip, std::function<void(QMenu&)> 
 StatusItem::~StatusItem() = default;
 
 void StatusItem::show() {
-    // Anew for each tray: the toolkit decides once, when it makes its first icon, which kind of
-    // tray there is, so it must not make one before there is any; and an icon that has lost its
-    // tray does not always find the next one.
+    // A new one for each tray: Qt decides with its first icon which kind of tray there is, so none
+    // may be created before there is one; and an icon that has lost its tray does not always find
+    // the next one.
     m_trayIcon.reset();
     m_menu = std::make_unique<QMenu>();
     m_fill(*m_menu);

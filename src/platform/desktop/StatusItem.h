@@ -14,15 +14,15 @@ class QSystemTrayIcon;
 
 namespace orvane {
 
-/// The program's icon in the desktop's tray, with a menu that opens on either button. It comes as
-/// soon as there is a tray, and comes back with it. Owned by the menus' manager; main thread. On a
-/// desktop without a tray it is nowhere, which is no error.
+/// The program's icon in the desktop's tray, with a menu that either mouse button opens. It appears
+/// as soon as there is a tray, and again with a new one. Owned by the menu bar manager; main
+/// thread. A desktop without a tray is not an error.
 class StatusItem final : public QObject {
     Q_OBJECT
 
 public:
-    /// `fill` brings the menu it is given up to date. It is called with an empty one, and whenever
-    /// one is about to be shown.
+    /// `fill` updates the given menu. It is called with an empty menu, and each time before the
+    /// menu is shown.
     StatusItem(QIcon icon, QString toolTip, std::function<void(QMenu&)> fill);
     ~StatusItem() override;
 
@@ -38,7 +38,7 @@ private:
     QString m_toolTip;
     std::function<void(QMenu&)> m_fill;
     TrayWatcher m_trays;
-    // The icon goes before the menu that it shows.
+    // Declared in this order so that the icon is destroyed before its menu.
     std::unique_ptr<QMenu> m_menu;
     std::unique_ptr<QSystemTrayIcon> m_trayIcon;
 };

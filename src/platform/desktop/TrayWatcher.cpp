@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/desktop/TrayWatcher.h"
 
+#include "base/Logging.h"
 #include "platform/windowing/X11.h"
 
 #include <QCoreApplication>
@@ -21,19 +22,16 @@ constexpr std::string_view selectionName = "_NET_SYSTEM_TRAY_S0";
 
 } // namespace
 
-TrayWatcher::TrayWatcher() {
+TrayWatcher::TrayWatcher()
+    : m_findEmbedder([this] {
+          if (hasEmbedder())
+              appear("system tray of X11");
+      }) {
     if (X11::connection() != nullptr)
         QCoreApplication::instance()->installNativeEventFilter(this);
     if (QDBusConnection::sessionBus().isConnected())
         watchBus();
-    // Later, when somebody listens.
-    QMetaObject::invokeMethod(
-        this,
-        [this] {
-            if (hasEmbedder())
-                Q_EMIT trayAppeared();
-        },
-        Qt::QueuedConnection);
+    m_findEmbedder.schedule();
 }
 
 TrayWatcher::~TrayWatcher() = default;
@@ -45,7 +43,7 @@ void TrayWatcher::watchBus() {
     connect(names, &QDBusServiceWatcher::serviceUnregistered, this, [this] { m_isOnBus = false; });
     connect(names, &QDBusServiceWatcher::serviceRegistered, this, [this] {
         m_isOnBus = true;
-        Q_EMIT trayAppeared();
+        appear("StatusNotifierWatcher");
     });
     auto* answer = new QDBusPendingCallWatcher(
         bus.interface()->asyncCall(u"NameHasOwner"_s, QString(busName)), this);
@@ -55,8 +53,13 @@ void TrayWatcher::watchBus() {
         if (m_isOnBus || isThere.isError() || !isThere.value())
             return;
         m_isOnBus = true;
-        Q_EMIT trayAppeared();
+        appear("StatusNotifierWatcher");
     });
+}
+
+void TrayWatcher::appear(const char* kind) {
+    qCInfo(logDBus) << "found a tray:" << kind;
+    Q_EMIT trayAppeared();
 }
 
 bool TrayWatcher::hasEmbedder() {
@@ -73,7 +76,7 @@ bool TrayWatcher::nativeEventFilter(const QByteArray& type, void* message, qintp
     const auto* event = static_cast<const xcb_client_message_event_t*>(message);
     if ((event->response_type & 0x7f) == XCB_CLIENT_MESSAGE &&
         event->type == X11::atom("MANAGER") && event->data.data32[1] == X11::atom(selectionName))
-        Q_EMIT trayAppeared();
+        appear("system tray of X11");
     return false;
 }
 

@@ -1,15 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/DeferredCall.h"
+
 #include <QAbstractNativeEventFilter>
 #include <QObject>
 
 namespace orvane {
 
-/// Tells whether the desktop has a tray for status icons, of the kind that is spoken to over the
-/// session bus or of the older one that embeds X11 windows. Owned by the status item; main thread,
-/// which it never blocks: right after its making it knows of no tray on the bus. Without a bus, or
-/// without X11, there is no tray of that kind.
+/// Detects whether the desktop has a tray for status icons: StatusNotifierItem on the session bus,
+/// or the older system tray protocol, which embeds X11 windows. Owned by the status item; main
+/// thread, which it never blocks, so a tray on the bus is not known immediately after construction.
+/// Without a bus, or without X11, there is no tray of that kind.
 class TrayWatcher final : public QObject, QAbstractNativeEventFilter {
     Q_OBJECT
 
@@ -20,7 +22,7 @@ public:
     [[nodiscard]] bool hasTray() const;
 
 Q_SIGNALS:
-    /// A tray has come, or another one has taken its place; once for one that was there already.
+    /// A tray has appeared or was replaced. Also emitted once for a tray that was there before.
     void trayAppeared();
 
 private:
@@ -28,7 +30,11 @@ private:
     [[nodiscard]] static bool hasEmbedder();
     bool nativeEventFilter(const QByteArray& type, void* message, qintptr*) override;
 
+    void appear(const char* kind);
+
     bool m_isOnBus = false;
+    /// Once this object is constructed, so that its owner can connect first.
+    DeferredCall m_findEmbedder;
 };
 
 } // namespace orvane

@@ -17,7 +17,7 @@ using Release = InhibitionLease::Release;
 
 class InhibitionLeaseTest : public testing::Test {
 protected:
-    /// What is to be done, and remembers what was asked last.
+    /// Describes the commands and remembers the last request.
     QString doing(const InhibitionLease::Commands& commands) {
         static const QStringList names{u"saver"_s, u"portal"_s, u"server"_s};
         QStringList words;
@@ -37,7 +37,7 @@ protected:
     Ask ask{};
 };
 
-TEST_F(InhibitionLeaseTest, AsksOneAfterTheOtherAndGivesBackOnce) {
+TEST_F(InhibitionLeaseTest, AsksTheServicesInOrderAndReleasesOnce) {
     EXPECT_EQ(doing(lease.want()), u"ask saver"_s);
     EXPECT_EQ(doing(lease.want()), u""_s);
     EXPECT_EQ(doing(lease.refused(ask)), u"ask portal"_s);
@@ -50,13 +50,13 @@ TEST_F(InhibitionLeaseTest, AsksOneAfterTheOtherAndGivesBackOnce) {
     EXPECT_EQ(doing(lease.refused(ask)), u"ask portal"_s);
     EXPECT_EQ(doing(lease.refused(ask)), u"ask server"_s);
     EXPECT_EQ(doing(lease.refused(ask)), u""_s);
-    EXPECT_EQ(doing(lease.serviceCame(Way::portal)), u"ask saver"_s) << "somebody, at last";
+    EXPECT_EQ(doing(lease.serviceCame(Way::portal)), u"ask saver"_s) << "a service at last";
 }
 
-TEST_F(InhibitionLeaseTest, AnAnswerThatComesTooLateIsGivenBackAtOnce) {
+TEST_F(InhibitionLeaseTest, ReleasesALateGrantAtOnce) {
     EXPECT_EQ(doing(lease.want()), u"ask saver"_s);
     EXPECT_EQ(doing(lease.unwant()), u""_s);
-    EXPECT_EQ(doing(lease.want()), u""_s) << "it was asked for already";
+    EXPECT_EQ(doing(lease.want()), u""_s) << "the request is still pending";
     EXPECT_EQ(doing(lease.unwant()), u""_s);
     EXPECT_EQ(doing(lease.granted(ask, 1)), u"release saver 1"_s);
 
@@ -69,13 +69,13 @@ TEST_F(InhibitionLeaseTest, AnAnswerThatComesTooLateIsGivenBackAtOnce) {
     EXPECT_EQ(doing(lease.unwant()), u"release saver 2"_s);
 }
 
-TEST_F(InhibitionLeaseTest, FollowsTheServicesAsTheyComeAndGo) {
+TEST_F(InhibitionLeaseTest, FollowsServicesThatAppearAndVanish) {
     EXPECT_EQ(doing(lease.serviceCame(Way::screenSaver)), u""_s);
     EXPECT_EQ(doing(lease.want()), u"ask saver"_s);
     EXPECT_EQ(doing(lease.granted(ask, 1)), u""_s);
-    EXPECT_EQ(doing(lease.serviceCame(Way::portal)), u""_s) << "no better";
+    EXPECT_EQ(doing(lease.serviceCame(Way::portal)), u""_s) << "not preferred";
     EXPECT_EQ(doing(lease.serviceWent(Way::portal)), u""_s);
-    EXPECT_EQ(doing(lease.serviceWent(Way::screenSaver)), u"ask saver"_s) << "nothing to give back";
+    EXPECT_EQ(doing(lease.serviceWent(Way::screenSaver)), u"ask saver"_s) << "nothing to release";
     EXPECT_EQ(doing(lease.refused(ask)), u"ask portal"_s);
     EXPECT_EQ(doing(lease.serviceCame(Way::screenSaver)), u""_s);
     EXPECT_EQ(doing(lease.granted(ask, 2)), u"release portal 2, ask saver"_s);
@@ -88,7 +88,7 @@ TEST_F(InhibitionLeaseTest, FollowsTheServicesAsTheyComeAndGo) {
     EXPECT_EQ(doing(lease.serviceCame(Way::screenSaver)), u"release server , ask saver"_s);
     EXPECT_EQ(doing(lease.unwant()), u""_s);
     EXPECT_EQ(doing(lease.serviceWent(Way::screenSaver)), u""_s);
-    EXPECT_EQ(doing(lease.serviceCame(Way::screenSaver)), u""_s) << "nobody wants anything";
+    EXPECT_EQ(doing(lease.serviceCame(Way::screenSaver)), u""_s) << "no inhibition is wanted";
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/desktop/mpris/MediaRemote.h"
 
+#include "base/Logging.h"
 #include "platform/desktop/MessageBus.h"
 #include "platform/desktop/mpris/MediaRemoteAdaptors.h"
 
@@ -36,15 +37,17 @@ void MediaRemote::appear(QDBusConnection bus) {
     requestName(usual, u"%1.instance%2"_s.arg(usual).arg(QCoreApplication::applicationPid()));
 }
 
-void MediaRemote::requestName(const QString& name, std::optional<QString> otherwise) {
+void MediaRemote::requestName(const QString& name, std::optional<QString> fallback) {
     QDBusMessage request =
         QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
                                        u"org.freedesktop.DBus"_s, u"RequestName"_s);
     request << name << doNotQueue;
-    m_bus.call(request, this, [this, otherwise = std::move(otherwise)](const auto& answer) {
+    m_bus.call(request, this, [this, fallback = std::move(fallback)](const auto& answer) {
         const bool isAnswered = answer.type() == QDBusMessage::ReplyMessage;
-        if (isAnswered && otherwise && answer.arguments().value(0).toUInt() != isPrimaryOwner)
-            requestName(*otherwise, std::nullopt);
+        if (isAnswered && fallback && answer.arguments().value(0).toUInt() != isPrimaryOwner) {
+            qCInfo(logDBus) << "another copy is the usual media player; using" << *fallback;
+            requestName(*fallback, std::nullopt);
+        }
     });
 }
 

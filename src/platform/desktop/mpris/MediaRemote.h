@@ -14,24 +14,23 @@ namespace orvane {
 
 class MessageBus;
 
-/// Offers the program on the session bus as a media player (MPRIS 2.2), under a name of its own
-/// where another copy has the usual one. Owned by whoever integrates the program into the desktop;
-/// main thread. Without a bus nobody asks for anything, which is no error. Live channels have no
-/// length, so nothing can be sought.
+/// Exports the program on the session bus as a media player (MPRIS 2.2), under a name with the
+/// process id where another copy owns the usual one. Owned by `DesktopIntegration`; main thread. It
+/// is not an error if there is no bus. Live channels have no length, so seeking is not supported.
 class MediaRemote final : public QObject {
     Q_OBJECT
 
 public:
-    /// `name` is the last part of the bus name. Both outlive it.
+    /// `name` is the last part of the bus name. `bus` and `commands` must outlive this object.
     MediaRemote(QString name, MessageBus& bus, MediaRemoteCommands& commands);
     ~MediaRemote() override;
 
-    /// Announces what has changed.
+    /// Announces the properties that have changed.
     void update(const MediaRemoteState& state);
 
 private:
     void appear(QDBusConnection bus);
-    void requestName(const QString& name, std::optional<QString> otherwise);
+    void requestName(const QString& name, std::optional<QString> fallback);
     void announce(const QVariantMap& changed);
 
     QString m_name;

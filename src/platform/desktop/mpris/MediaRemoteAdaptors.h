@@ -9,9 +9,9 @@
 
 namespace orvane {
 
-/// The two interfaces of a media player, as the toolkit offers them on the bus: each is owned by
-/// the `MediaRemoteObject` whose state it reads and whose commands it passes on. Main thread. Names
-/// and types are the standard's.
+/// The two MPRIS interfaces, as Qt exports them on the bus: each is owned by the
+/// `MediaRemoteObject` whose state it reads and whose commands it calls. Main thread. Names and
+/// types are those of the standard.
 class MediaRemoteRootAdaptor final : public QDBusAbstractAdaptor {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.mpris.MediaPlayer2")
@@ -79,7 +79,7 @@ public Q_SLOTS:
     void Stop();
     void Next();
     void Previous();
-    /// Nothing can be sought, so these two have no effect.
+    /// Seeking is not supported, so these two have no effect.
     void Seek(qlonglong Offset);
     void SetPosition(const QDBusObjectPath& TrackId, qlonglong Position);
     void OpenUri(const QString& Uri);

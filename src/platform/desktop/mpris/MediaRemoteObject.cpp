@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A valid object path, another one for each text and always the same.
+/// Returns a valid object path that is unique for each `id`.
 QDBusObjectPath trackPath(const QString& name, const QString& id) {
     QString escaped;
     for (const char byte : id.toUtf8()) {
@@ -57,7 +57,7 @@ QVariantMap MediaRemoteObject::metadata() const {
 
 void MediaRemoteObject::refuseCall() {
     if (calledFromDBus())
-        sendErrorReply(QDBusError::NotSupported, u"only channels that Orvane knows are played"_s);
+        sendErrorReply(QDBusError::NotSupported, u"Orvane only plays the channels in its list"_s);
 }
 
 } // namespace orvane

@@ -11,11 +11,11 @@
 
 namespace orvane {
 
-/// What is told of the program to media keys, panels, lock screens and phones.
+/// The state that media keys, panels, lock screens and phones see.
 struct MediaRemoteState {
     enum class Status { stopped, playing, paused };
     struct Track {
-        /// Distinguishes it from every other one; any text.
+        /// Unique; any text.
         QString id;
         QString title;
         QUrl url;
@@ -34,7 +34,7 @@ struct MediaRemoteState {
     friend bool operator==(const MediaRemoteState&, const MediaRemoteState&) = default;
 };
 
-/// What they ask of the program.
+/// What they can have the program do.
 class MediaRemoteCommands {
 public:
     virtual ~MediaRemoteCommands() = default;
@@ -46,29 +46,29 @@ public:
     virtual void next() = 0;
     virtual void previous() = 0;
     virtual void setVolume(double volume) = 0;
-    /// Brings the player's window to the front.
+    /// Brings the player window to the front.
     virtual void raise() = 0;
     virtual void quit() = 0;
 };
 
-/// The object that other programs see on the bus: the current state as the types of the MPRIS
-/// interfaces, and the way to the commands. Owned by `MediaRemote`; main thread.
+/// The object that other programs see on the bus: the current state in the types of the MPRIS
+/// interfaces, and access to the commands. Owned by `MediaRemote`; main thread.
 class MediaRemoteObject final : public QObject, protected QDBusContext {
     Q_OBJECT
 
 public:
-    /// `name` begins the paths of tracks. `commands` outlives it.
+    /// `name` is the prefix of track paths. `commands` must outlive this object.
     MediaRemoteObject(QString name, MediaRemoteCommands& commands);
 
     [[nodiscard]] const MediaRemoteState& state() const { return m_state; }
-    /// Returns the state before.
+    /// Returns the previous state.
     MediaRemoteState setState(const MediaRemoteState& state);
     [[nodiscard]] MediaRemoteCommands& commands() const { return m_commands; }
 
     [[nodiscard]] QString playbackStatus() const;
     [[nodiscard]] QVariantMap metadata() const;
 
-    /// Answers the call that is being handled with an error: not supported.
+    /// Replies to the current call with the error "not supported".
     void refuseCall();
 
 private:
