@@ -18,12 +18,12 @@ constexpr int notesHeight = 180;
 constexpr int notesMargin = 8;
 constexpr int margin = 20;
 constexpr int spacing = 12;
-/// Of the headline, compared with the desktop's own size of text.
+/// The size of the headline relative to the desktop's text size.
 constexpr double headlineScale = 1.25;
-/// Parts in which the bar is filled.
-constexpr int wholeBar = 1000;
+/// The maximum of the progress bar.
+constexpr int barMaximum = 1000;
 
-/// The texts come from a server, so none is ever taken for markup.
+/// Plain text, because the texts come from a server and could contain markup.
 QLabel* plainLabel(const QString& text) {
     auto* label = new QLabel(text);
     label->setTextFormat(Qt::PlainText);
@@ -51,14 +51,14 @@ void UpdaterDialog::close() {
     if (!m_dialog)
         return;
     m_dialog->hide();
-    // It may be one of its own signals that this comes from.
+    // Later, as this may be called by one of its signals.
     m_dialog.release()->deleteLater();
 }
 
 void UpdaterDialog::showSearch(const UpdaterMessage& message) {
     begin(message);
     addBar();
-    m_bar->setRange(0, 0); // Nobody knows how long it takes.
+    m_bar->setRange(0, 0); // The duration is unknown.
     addButton(u"Cancel"_s, UpdaterAnswer::dismissed);
     open();
 }
@@ -88,7 +88,7 @@ void UpdaterDialog::showOffer(const UpdaterMessage& message, const QString& note
 void UpdaterDialog::showProgress(const UpdaterMessage& message) {
     begin(message);
     addBar();
-    m_bar->setRange(0, wholeBar);
+    m_bar->setRange(0, barMaximum);
     m_text = plainLabel({});
     m_content->layout()->addWidget(m_text);
     addButton(u"Cancel"_s, UpdaterAnswer::dismissed);
@@ -98,7 +98,7 @@ void UpdaterDialog::showProgress(const UpdaterMessage& message) {
 void UpdaterDialog::setProgress(double fraction, const QString& text) {
     if (!m_bar || !m_text)
         return;
-    m_bar->setValue(static_cast<int>(fraction * wholeBar));
+    m_bar->setValue(static_cast<int>(fraction * barMaximum));
     m_text->setText(text);
 }
 
@@ -117,13 +117,13 @@ void UpdaterDialog::begin(const UpdaterMessage& message) {
     if (!m_dialog)
         makeDialog();
     if (m_content) {
-        // A button that is deleted with the keyboard makes its dialog look for another default
-        // button among what is half gone.
+        // When a button with the focus is deleted, its dialog searches for another default button
+        // among widgets that are being destroyed.
         if (QWidget* focused = m_dialog->focusWidget())
             focused->clearFocus();
         m_content->hide();
         m_dialog->layout()->removeWidget(m_content);
-        m_content->deleteLater(); // It may be a button in it that this comes from.
+        m_content->deleteLater(); // This may be called by one of its buttons.
     }
     m_content = new QWidget;
     auto* column = new QVBoxLayout(m_content);
@@ -153,12 +153,12 @@ void UpdaterDialog::addButton(const QString& text, UpdaterAnswer meaning) {
                                                          : QDialogButtonBox::RejectRole;
     QPushButton* button = m_buttons->addButton(text, role);
     QObject::connect(button, &QPushButton::clicked, button, [this, meaning] { answer(meaning); });
-    button->setFocus(); // The last one that is added is what Return means.
+    button->setFocus(); // The last button added is the default one.
 }
 
 void UpdaterDialog::open() {
     m_content->layout()->addWidget(m_buttons);
-    // What comes while a person works elsewhere must not take the keyboard.
+    // A change must not take the focus while the user works in another window.
     if (m_dialog->isVisible())
         QApplication::alert(m_dialog.get());
     else

@@ -14,10 +14,10 @@
 
 namespace orvane {
 
-/// The updater's window on the screen: a headline, a line or two, perhaps notes or a bar, and one
-/// or two buttons. Not modal. Above other windows like the player, which may fill the screen. The
-/// Escape key and the window's own button put it away like its Close, Later or Cancel. There is a
-/// widget only while it is open.
+/// The updater's dialog: a headline, a line or two of text, release notes or a progress bar, and
+/// one or two buttons. Not modal. Stays above other windows, because the player does too and may
+/// fill the screen. Escape and the window's close button have the effect of Close, Later or Cancel.
+/// The widget exists only while the dialog is open.
 class UpdaterDialog final : public UpdaterWindow {
 public:
     [[nodiscard]] bool isOpen() const override;
@@ -31,7 +31,7 @@ public:
 
 private:
     void makeDialog();
-    /// Replaces what the window shows.
+    /// Replaces the contents of the dialog.
     void begin(const UpdaterMessage& message);
     void addBar();
     void addButton(const QString& text, UpdaterAnswer meaning);

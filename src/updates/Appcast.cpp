@@ -13,10 +13,10 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QString sparkle = u"http://www.andymatuschak.org/xml-namespaces/sparkle"_s;
-/// More than any version has that a person could read.
+/// Longer than any readable version.
 constexpr qsizetype longestShownVersion = 32;
 
-/// What an item says; the feed's two places for a version are still apart.
+/// An item as in the feed, which has two places for a version.
 struct RawItem {
     AppcastItem item;
     QString system;
@@ -35,7 +35,7 @@ public:
         while (!m_xml.atEnd() && !m_xml.hasError()) {
             switch (m_xml.readNext()) {
             case QXmlStreamReader::DTD:
-                // No feed needs one, and entities that grow when they are used come with it.
+                // Feeds need none, and with it come entities that can expand without limit.
                 return std::unexpected(AppcastError::notXml);
             case QXmlStreamReader::StartElement:
                 if (!isFeed && !isPlain(u"rss"))
@@ -60,8 +60,8 @@ private:
     [[nodiscard]] bool isSparkle(QStringView name) const {
         return m_xml.namespaceUri() == sparkle && m_xml.name() == name;
     }
-    /// All text inside the element, however deep: the reader's own way there is a recursion, which
-    /// a feed could make too deep.
+    /// Returns all text inside the element. `readElementText` is recursive, so that a deeply nested
+    /// feed could overflow the stack.
     QString text() {
         QString result;
         int depth = 1;
@@ -99,7 +99,7 @@ private:
             else if (isPlain(u"enclosure") && !raw.hasEnclosure)
                 readEnclosure(raw);
             else
-                m_xml.skipCurrentElement(); // What is nested deeper belongs to other updates.
+                m_xml.skipCurrentElement(); // Nested enclosures belong to delta updates.
         }
         return raw;
     }

@@ -12,34 +12,34 @@
 
 namespace orvane {
 
-/// A version that a feed announces for this system, with all that is needed to download it. Nothing
-/// of it is trusted but to be shown as text and asked for: whoever holds the server writes the
-/// feed.
+/// A version that a feed announces for this system, with all that is needed to download it. Its
+/// fields are untrusted, as anyone with access to the server can change the feed: they are only
+/// shown as plain text or requested over https.
 struct AppcastItem {
-    /// What versions are compared by.
+    /// For comparing versions.
     QString version;
-    /// What a person is told.
+    /// For the user.
     QString shownVersion;
-    /// As it stands in the feed, with whatever markup.
+    /// As in the feed, with its markup.
     QString description;
-    /// Where the notes lie; empty when the feed names no such place.
+    /// The address of the release notes; may be empty.
     QUrl notesLink;
     QUrl archive;
     qint64 length = 0;
-    /// In base64, as it stands in the feed.
+    /// In base64, as in the feed.
     QByteArray signature;
 };
 
 enum class AppcastError {
-    notXml,   ///< Not well-formed, or with declarations of a document type.
-    notAFeed, ///< XML of another kind.
+    notXml,   ///< Not well-formed, or with a document type declaration.
+    notAFeed, ///< XML, but not RSS.
 };
 
-/// The items of an RSS 2.0 feed that are for this system and can be downloaded, in their order. Any
-/// thread.
+/// Returns the items of an RSS 2.0 feed that are for this system and can be downloaded, in the
+/// order of the feed. Any thread.
 [[nodiscard]] std::expected<QList<AppcastItem>, AppcastError> parseAppcast(const QByteArray& feed);
 
-/// The newest of the items that is newer than `version`.
+/// Returns the newest item, or nullopt if none is newer than `version`.
 [[nodiscard]] std::optional<AppcastItem> newestUpdate(const QList<AppcastItem>& items,
                                                       QStringView version);
 

@@ -58,8 +58,8 @@ QCoro::Task<UpdateDownload::Step> UpdateDownload::open(std::stop_token stop) {
 
 QCoro::Task<UpdateDownload::Step> UpdateDownload::receive(std::stop_token stop) {
     const HttpClient::SecureRequest request{.address = m_item.archive, .limit = m_item.length};
-    const HttpClient::Taker taker = [this, stop](QByteArray piece) {
-        return take(std::move(piece), stop);
+    const HttpClient::Taker taker = [this, stop](QByteArray chunk) {
+        return write(std::move(chunk), stop);
     };
     const HttpClient::Fetched fetched = co_await m_http.fetch(request, taker, stop);
     if (!fetched)
@@ -69,11 +69,11 @@ QCoro::Task<UpdateDownload::Step> UpdateDownload::receive(std::stop_token stop) 
     co_return Step();
 }
 
-QCoro::Task<bool> UpdateDownload::take(QByteArray piece, std::stop_token stop) {
+QCoro::Task<bool> UpdateDownload::write(QByteArray chunk, std::stop_token stop) {
     const QFuture<bool> writing =
-        QtConcurrent::run([file = m_file, piece] { return file->append(piece); });
+        QtConcurrent::run([file = m_file, chunk] { return file->append(chunk); });
     const bool isWritten = co_await writing;
-    m_received += piece.size();
+    m_received += chunk.size();
     if (isWritten && !stop.stop_requested())
         m_progress(m_received);
     co_return isWritten;

@@ -19,33 +19,33 @@
 namespace orvane {
 
 enum class DownloadError {
-    tooLarge,     ///< More is announced than any update has.
-    folder,       ///< Nothing can be put into the folder.
-    tooShort,     ///< The server has less than was announced.
-    badSignature, ///< The bytes are not those that were signed.
+    tooLarge,     ///< The announced length exceeds `maximumUpdate`.
+    folder,       ///< The folder cannot be written to.
+    tooShort,     ///< The file is shorter than announced.
+    badSignature, ///< The signature does not match the file.
 };
 
 using DownloadFault = std::variant<DownloadError, TransferError>;
 
-/// No version is as large as that by far; more would be a mistake, or would fill somebody's disk.
+/// Bytes. Far above the size of any version; protects the user's disk.
 inline constexpr qint64 maximumUpdate = 1'000'000'000;
 
-/// Why an update is not even asked for.
+/// Returns why an update must not be downloaded; nullopt if it may be.
 [[nodiscard]] std::optional<DownloadFault> refusal(const AppcastItem& item);
 
-/// One download of an update: receives the file, checks that it is signed, and only then gives it
-/// its name. Lives in the frame of the coroutine that awaits `run`. Main thread; disk and signature
-/// are the work of other threads. Whatever goes wrong, and when `stop` is requested at once, the
-/// file is gone.
+/// One download of an update: receives the file, verifies its signature, and only then gives it its
+/// final name. Lives in the frame of the coroutine that awaits `run`. Main thread; writing and
+/// verifying run on worker threads. On any error the file is deleted, and at once when `stop` is
+/// requested.
 class UpdateDownload {
 public:
-    /// Hears of each piece how many bytes there are now.
+    /// Called after each chunk with the number of bytes so far.
     using Progress = std::function<void(qint64 received)>;
 
     UpdateDownload(HttpClient& http, AppcastItem item, UpdateKey key, const QString& folder,
                    Progress progress);
 
-    /// The path of the file.
+    /// Returns the path of the file.
     [[nodiscard]] QCoro::Task<std::expected<QString, DownloadFault>> run(std::stop_token stop);
 
 private:
@@ -53,7 +53,7 @@ private:
 
     [[nodiscard]] QCoro::Task<Step> open(std::stop_token stop);
     [[nodiscard]] QCoro::Task<Step> receive(std::stop_token stop);
-    [[nodiscard]] QCoro::Task<bool> take(QByteArray piece, std::stop_token stop);
+    [[nodiscard]] QCoro::Task<bool> write(QByteArray chunk, std::stop_token stop);
     [[nodiscard]] QCoro::Task<Step> verify(std::stop_token stop);
 
     HttpClient& m_http;

@@ -18,28 +18,28 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString unfinished = u".part"_s;
-/// File systems allow 255 bytes.
+const QString partSuffix = u".part"_s;
+/// Bytes; file systems allow 255.
 constexpr qsizetype longestName = 180;
-constexpr int mostNumbers = 1000;
+constexpr int maximumNumber = 1000;
 
-/// A link that leads nowhere is there, too.
+/// True for dangling links too.
 bool isTaken(const QString& path) {
     const QFileInfo info(path);
     return info.exists() || info.isSymLink();
 }
 
-/// Unlike the toolkit's own renaming this one cannot take another file's place in any race.
+/// Never replaces a file, not even in a race, which QFile::rename can do.
 bool renameToFreeName(const QString& from, const QString& to) {
     const QByteArray source = QFile::encodeName(from);
     const QByteArray target = QFile::encodeName(to);
     if (::renameat2(AT_FDCWD, source, AT_FDCWD, target, RENAME_NOREPLACE) == 0)
         return true;
-    // Not all file systems can.
+    // Not all file systems support RENAME_NOREPLACE.
     return errno == EINVAL && ::link(source, target) == 0 && ::unlink(source) == 0;
 }
 
-/// ".gz" belongs to what is before it: ".tar.gz".
+/// Returns the index of the suffixes; ".tar.gz" counts as one.
 qsizetype suffixesAt(const QString& name) {
     const qsizetype last = name.lastIndexOf(u'.');
     const QStringView before = QStringView(name).first(std::max<qsizetype>(last, 0));
@@ -49,11 +49,11 @@ qsizetype suffixesAt(const QString& name) {
 } // namespace
 
 QString safeFileName(const QUrl& address) {
-    // What was escaped in the address may be a separator.
+    // Decoding can yield separators.
     QString name =
         oneLine(address.fileName(QUrl::FullyDecoded).replace(u'\\', u'/'), longestName * 2);
     name = name.sliced(name.lastIndexOf(u'/') + 1);
-    // When it is too long, its end stays: that says what it is.
+    // Shortened at the beginning, to keep the suffix.
     while (name.toUtf8().size() > longestName || name.startsWith(u'.') || name.startsWith(u'-') ||
            name.startsWith(u' ') || (!name.isEmpty() && name.front().isLowSurrogate()))
         name = name.sliced(1);
@@ -72,7 +72,7 @@ UpdateFile::UpdateFile(QString folder, QString name)
     : m_folder(std::move(folder)), m_name(std::move(name)) {}
 
 UpdateFile::~UpdateFile() {
-    if (m_fate == Fate::open)
+    if (m_state == State::temporary)
         discard();
 }
 
@@ -80,21 +80,21 @@ bool UpdateFile::open() {
     const QDir folder(m_folder);
     if (!folder.mkpath(u"."_s))
         return false;
-    for (; m_number < mostNumbers; ++m_number) {
+    for (; m_number < maximumNumber; ++m_number) {
         const QString path = folder.filePath(numberedFileName(m_name, m_number));
-        if (isTaken(path) || isTaken(path + unfinished))
+        if (isTaken(path) || isTaken(path + partSuffix))
             continue;
-        m_file.setFileName(path + unfinished);
+        m_file.setFileName(path + partSuffix);
         if (m_file.open(QIODevice::ReadWrite | QIODevice::NewOnly | QIODevice::Unbuffered))
-            return isAt(path + unfinished);
-        if (!isTaken(path + unfinished))
+            return adopt(path + partSuffix);
+        if (!isTaken(path + partSuffix))
             return false;
     }
     return false;
 }
 
-bool UpdateFile::append(const QByteArray& piece) {
-    return m_file.write(piece) == piece.size();
+bool UpdateFile::append(const QByteArray& chunk) {
+    return m_file.write(chunk) == chunk.size();
 }
 
 bool UpdateFile::isSigned(const UpdateKey& key, const QByteArray& signature) {
@@ -108,9 +108,9 @@ std::optional<QString> UpdateFile::finish() {
         return std::nullopt;
     m_file.close();
     const QMutexLocker lock(&m_mutex);
-    if (m_fate == Fate::discarded)
+    if (m_state == State::discarded)
         return std::nullopt;
-    for (; m_number < mostNumbers; ++m_number) {
+    for (; m_number < maximumNumber; ++m_number) {
         QString path = QDir(m_folder).filePath(numberedFileName(m_name, m_number));
         if (renameToFreeName(m_path, path)) {
             m_path = path;
@@ -124,7 +124,7 @@ std::optional<QString> UpdateFile::finish() {
 
 void UpdateFile::discard() {
     const QMutexLocker lock(&m_mutex);
-    m_fate = Fate::discarded;
+    m_state = State::discarded;
     if (!m_path.isEmpty())
         QFile::remove(m_path);
     m_path.clear();
@@ -132,12 +132,12 @@ void UpdateFile::discard() {
 
 void UpdateFile::keep() {
     const QMutexLocker lock(&m_mutex);
-    m_fate = Fate::kept;
+    m_state = State::kept;
 }
 
-bool UpdateFile::isAt(const QString& path) {
+bool UpdateFile::adopt(const QString& path) {
     const QMutexLocker lock(&m_mutex);
-    if (m_fate == Fate::discarded) {
+    if (m_state == State::discarded) {
         QFile::remove(path);
         return false;
     }

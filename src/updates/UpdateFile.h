@@ -13,21 +13,21 @@
 
 namespace orvane {
 
-/// The name under which what lies at `address` is kept: one that is no path, not hidden, can be
-/// read, and leaves room for what is appended to it. Any thread.
+/// Returns a file name for a download from `address`: not a path, not hidden, without control
+/// characters, and short enough for suffixes. Any thread.
 [[nodiscard]] QString safeFileName(const QUrl& address);
 
-/// `name` for the first attempt, then with a number before its suffixes: "a (1).tar.gz".
+/// Returns `name` for 0, otherwise with the number before its suffixes: "a (1).tar.gz".
 [[nodiscard]] QString numberedFileName(const QString& name, int number);
 
-/// A file that is being downloaded: it has ".part" at the end of its name until it is whole and
-/// trusted, and is gone when this object goes, unless it is kept. It never takes the place of
-/// another file and cannot be executed. Shared by a task of the main thread and the worker threads
-/// that it has do the work, one after the other: all that may wait for the disk is said to. Faults
-/// are told as no.
+/// A file that is being downloaded: its name ends in ".part" until it is complete and verified. The
+/// destructor deletes it unless `keep` was called. It never replaces another file and is not
+/// executable. Shared by a task on the main thread and its worker threads, of which one runs at a
+/// time; functions that access the disk for long are for worker threads. Functions return false or
+/// nullopt on any error.
 class UpdateFile {
 public:
-    /// Touches nothing yet.
+    /// Does not create the file.
     UpdateFile(QString folder, QString name);
     ~UpdateFile();
     UpdateFile(const UpdateFile&) = delete;
@@ -36,35 +36,35 @@ public:
     // For worker threads.
 
     [[nodiscard]] bool open();
-    [[nodiscard]] bool append(const QByteArray& piece);
-    /// Whether the whole file, as it lies on the disk, is signed.
+    [[nodiscard]] bool append(const QByteArray& chunk);
+    /// Verifies the signature of the file on the disk.
     [[nodiscard]] bool isSigned(const UpdateKey& key, const QByteArray& signature);
-    /// Gives the file its final name; its path.
+    /// Gives the file its final name and returns its path.
     [[nodiscard]] std::optional<QString> finish();
 
     // For any thread.
 
     [[nodiscard]] const QString& folder() const { return m_folder; }
-    /// Deletes the file whatever its name is by now, and lets no other come into being. Does not
-    /// wait for what a worker is doing.
+    /// Deletes the file under its current name and prevents it from being created again. Does not
+    /// wait for a worker thread's reads and writes.
     void discard();
-    /// The file outlives this object.
+    /// Prevents the destructor from deleting the file.
     void keep();
 
 private:
-    enum class Fate { open, discarded, kept };
+    enum class State { temporary, discarded, kept };
 
-    /// Remembers where the file has come into being, or deletes it if it is not wanted any more.
-    [[nodiscard]] bool isAt(const QString& path);
+    /// Stores the path of the file that was created, or deletes it if it was discarded meanwhile.
+    [[nodiscard]] bool adopt(const QString& path);
 
     const QString m_folder;
     const QString m_name;
-    QFile m_file;     ///< The worker's.
-    int m_number = 0; ///< The worker's: how many names were taken already.
+    QFile m_file;     ///< Used by worker threads.
+    int m_number = 0; ///< Used by worker threads: the next number to try for the name.
 
     QMutex m_mutex;
-    Fate m_fate = Fate::open; ///< Guarded by m_mutex.
-    QString m_path;           ///< Guarded by m_mutex; empty while there is no file.
+    State m_state = State::temporary; ///< Guarded by m_mutex.
+    QString m_path;                   ///< Guarded by m_mutex; empty while there is no file.
 };
 
 } // namespace orvane

@@ -7,7 +7,7 @@ namespace orvane {
 
 namespace {
 
-/// Nothing unless the text is base64 of just as many bytes.
+/// Returns nullopt unless the text is valid base64 of exactly `size` bytes.
 std::optional<QByteArray> decode(const QByteArray& base64, qsizetype size) {
     const auto decoded = QByteArray::fromBase64Encoding(
         base64.trimmed(), QByteArray::Base64Encoding | QByteArray::AbortOnBase64DecodingErrors);

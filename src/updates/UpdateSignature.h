@@ -8,15 +8,14 @@
 
 namespace orvane {
 
-/// The public half of the Ed25519 key that updates are signed with: who holds the other half is
-/// whom the program trusts. An immutable value; any thread.
+/// The public Ed25519 key with which updates are verified. An immutable value; any thread.
 class UpdateKey {
 public:
-    /// Nothing unless `base64` is 32 bytes that can be such a key.
+    /// Returns nullopt unless `base64` encodes a valid key of 32 bytes.
     [[nodiscard]] static std::optional<UpdateKey> parse(const QByteArray& base64);
 
-    /// Whether `signature`, in base64, is this key's for these bytes. Takes its time with many
-    /// bytes.
+    /// Whether `signature`, in base64, is a valid signature of `bytes`. Takes seconds for hundreds
+    /// of megabytes.
     [[nodiscard]] bool hasSigned(std::span<const unsigned char> bytes,
                                  const QByteArray& signature) const;
 

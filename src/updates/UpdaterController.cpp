@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "updates/UpdaterController.h"
 
+#include "base/Logging.h"
 #include "base/PlainText.h"
 #include "base/TaskScope.h"
 #include "platform/system/HttpClient.h"
@@ -11,19 +12,21 @@
 
 namespace orvane {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr qint64 maximumFeed = 1024 * 1024;
 constexpr qint64 maximumNotes = 256 * 1024;
-/// A person is looking at an empty window meanwhile.
-constexpr std::chrono::milliseconds searchPatience{20000};
+/// Short, because the window is empty meanwhile.
+constexpr std::chrono::milliseconds searchTimeout{20000};
 
-/// What is new, as plain text. Notes that cannot be had are no reason to keep a version back.
+/// Returns the release notes as plain text. A version is offered even if they cannot be fetched.
 QCoro::Task<QString> notesOf(AppcastItem item, QUrl feed, HttpClient& http, std::stop_token stop) {
     if (!item.notesLink.isEmpty()) {
         const HttpClient::SecureRequest request{.address = feed.resolved(item.notesLink),
                                                 .limit = maximumNotes,
-                                                .timeout = searchPatience};
+                                                .timeout = searchTimeout};
         const auto notes = co_await http.fetchAll(request, stop);
         if (notes)
             co_return plainText(QString::fromUtf8(notes->bytes));
@@ -53,46 +56,51 @@ void UpdaterController::checkForUpdates() {
         return m_window->bringToFront();
     if (m_settings.feed.isEmpty() || !m_key)
         return m_window->showMessage(UpdaterMessages::notForThisBuild());
-    m_stop = std::stop_source();
     m_window->showSearch(UpdaterMessages::searching());
-    m_tasks.spawn(check(m_stop.get_token()));
+    m_tasks.spawn(check(m_task.restart()));
 }
 
 void UpdaterController::stop() {
     m_offered.reset();
     m_window->close();
-    m_stop.request_stop();
+    m_task.cancel();
 }
 
 void UpdaterController::receive(UpdaterAnswer answer) {
     if (answer == UpdaterAnswer::dismissed)
         stop();
     else if (m_offered && m_key)
-        m_tasks.spawn(
-            download(*std::exchange(m_offered, std::nullopt), *m_key, m_stop.get_token()));
+        m_tasks.spawn(download(*std::exchange(m_offered, std::nullopt), *m_key, m_task.restart()));
+}
+
+void UpdaterController::fail(const UpdaterMessage& message) {
+    qCWarning(logUpdates).noquote() << message.headline << '-' << message.text;
+    m_window->showMessage(message);
 }
 
 QCoro::Task<> UpdaterController::check(std::stop_token stop) {
     const HttpClient::SecureRequest request{
-        .address = QUrl(m_settings.feed), .limit = maximumFeed, .timeout = searchPatience};
+        .address = QUrl(m_settings.feed), .limit = maximumFeed, .timeout = searchTimeout};
     const auto feed = co_await m_http.fetchAll(request, stop);
     if (stop.stop_requested())
         co_return;
     if (feed)
-        tellOf(feed->bytes, stop);
+        evaluate(feed->bytes, stop);
     else
-        m_window->showMessage(UpdaterMessages::searchFailed(feed.error()));
+        fail(UpdaterMessages::searchFailed(feed.error()));
 }
 
-void UpdaterController::tellOf(const QByteArray& feed, std::stop_token stop) {
+void UpdaterController::evaluate(const QByteArray& feed, std::stop_token stop) {
     const auto items = parseAppcast(feed);
     if (!items)
-        return m_window->showMessage(UpdaterMessages::searchFailed(items.error()));
+        return fail(UpdaterMessages::searchFailed(items.error()));
     const std::optional<AppcastItem> newest = newestUpdate(*items, m_settings.version);
+    qCInfo(logUpdates) << "running" << m_settings.version << "newest of" << items->size()
+                       << "usable items:" << (newest ? newest->version : u"none newer"_s);
     if (!newest)
         return m_window->showMessage(UpdaterMessages::upToDate(m_settings.version));
     if (const auto refused = refusal(*newest))
-        return m_window->showMessage(UpdaterMessages::downloadFailed(*newest, *refused));
+        return fail(UpdaterMessages::downloadFailed(*newest, *refused));
     m_tasks.spawn(offer(*newest, std::move(stop)));
 }
 
@@ -107,17 +115,18 @@ QCoro::Task<> UpdaterController::offer(AppcastItem item, std::stop_token stop) {
 
 QCoro::Task<> UpdaterController::download(AppcastItem item, UpdateKey key, std::stop_token stop) {
     m_window->showProgress(UpdaterMessages::downloading(item));
-    const auto tell = [this, length = item.length](qint64 received) {
+    const auto report = [this, length = item.length](qint64 received) {
         m_window->setProgress(static_cast<double>(received) / static_cast<double>(length),
                               UpdaterMessages::progress(received, length));
     };
-    tell(0);
-    UpdateDownload transfer(m_http, item, key, m_settings.downloadFolder, tell);
+    report(0);
+    UpdateDownload transfer(m_http, item, key, m_settings.downloadFolder, report);
     const auto path = co_await transfer.run(stop);
     if (stop.stop_requested())
         co_return;
     if (!path)
-        co_return m_window->showMessage(UpdaterMessages::downloadFailed(item, path.error()));
+        co_return fail(UpdaterMessages::downloadFailed(item, path.error()));
+    qCInfo(logUpdates) << "downloaded and verified" << item.version;
     m_window->showMessage(UpdaterMessages::downloaded(item, *path));
     m_reveal(*path);
 }

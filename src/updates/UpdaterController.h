@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/Cancellation.h"
 #include "updates/Appcast.h"
 #include "updates/UpdateSignature.h"
 #include "updates/UpdaterWindow.h"
@@ -18,25 +19,24 @@ namespace orvane {
 class HttpClient;
 class TaskScope;
 
-/// Where this copy of the program hears of newer ones, and where they go.
+/// The configuration of the updater.
 struct UpdaterSettings {
-    /// Of the feed; empty when there is none.
+    /// The address of the feed; may be empty.
     QString feed;
-    /// In base64; empty when there is none.
+    /// In base64; may be empty.
     QByteArray publicKey;
-    /// Of the running program.
+    /// The version of the running program.
     QString version;
     QString downloadFolder;
 };
 
-/// Looks for a newer version when it is asked to, and never by itself; offers it, downloads it, and
-/// shows where it lies. It does not unpack, run or install anything. Every fault is told in the
-/// window, and nothing is left of a download that failed. Owned by the application's delegate; main
-/// thread, which it never blocks. A task that still runs when this object goes does not touch it
-/// any more.
+/// Looks for a newer version on request only, offers it, downloads it and shows the file in its
+/// folder. Does not unpack, run or install anything. Shows every error in its window and deletes a
+/// download that fails. Owned by the application delegate; main thread, which it never blocks.
+/// Tasks may outlive this object and then no longer access it.
 class UpdaterController {
 public:
-    /// Shows the person a file in its folder.
+    /// Shows a file in its folder.
     using Reveal = std::function<void(const QString& path)>;
 
     UpdaterController(UpdaterSettings settings, HttpClient& http, TaskScope& tasks,
@@ -45,17 +45,18 @@ public:
     UpdaterController(const UpdaterController&) = delete;
     UpdaterController& operator=(const UpdaterController&) = delete;
 
-    /// While there is something to be seen of an earlier call, brings that to the front.
+    /// Brings the window to the front if it is still open from an earlier call.
     void checkForUpdates();
 
-    /// Closes the window, breaks transfers off and deletes what they have left, all at once. A
-    /// later check starts anew.
+    /// Closes the window, aborts transfers and deletes incomplete files, all synchronously. A later
+    /// check starts from the beginning.
     void stop();
 
 private:
     void receive(UpdaterAnswer answer);
     [[nodiscard]] QCoro::Task<> check(std::stop_token stop);
-    void tellOf(const QByteArray& feed, std::stop_token stop);
+    void fail(const UpdaterMessage& message);
+    void evaluate(const QByteArray& feed, std::stop_token stop);
     [[nodiscard]] QCoro::Task<> offer(AppcastItem item, std::stop_token stop);
     [[nodiscard]] QCoro::Task<> download(AppcastItem item, UpdateKey key, std::stop_token stop);
 
@@ -66,7 +67,8 @@ private:
     const std::unique_ptr<UpdaterWindow> m_window;
     const Reveal m_reveal;
     std::optional<AppcastItem> m_offered;
-    std::stop_source m_stop;
+    /// Cancels the current check or download.
+    Cancellation m_task;
 };
 
 } // namespace orvane

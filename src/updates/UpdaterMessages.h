@@ -9,7 +9,7 @@
 
 #include <variant>
 
-/// The words of the updater. Any thread.
+/// The texts of the updater. Any thread.
 namespace orvane::UpdaterMessages {
 
 using SearchFault = std::variant<TransferError, AppcastError>;
@@ -23,7 +23,7 @@ using SearchFault = std::variant<TransferError, AppcastError>;
 [[nodiscard]] UpdaterMessage downloadFailed(const AppcastItem& item, const DownloadFault& fault);
 [[nodiscard]] UpdaterMessage downloaded(const AppcastItem& item, const QString& path);
 
-/// "3.1 MB of 48.0 MB"; when all is there, what is done then.
+/// Returns "3.1 MB of 48.0 MB", or the next step when all is received.
 [[nodiscard]] QString progress(qint64 received, qint64 length);
 
 } // namespace orvane::UpdaterMessages

@@ -7,7 +7,7 @@
 
 namespace orvane {
 
-/// What is told a person at one time.
+/// A message to the user.
 struct UpdaterMessage {
     QString headline;
     QString text;
@@ -15,30 +15,31 @@ struct UpdaterMessage {
     friend bool operator==(const UpdaterMessage&, const UpdaterMessage&) = default;
 };
 
-/// What the person makes of it: `dismissed` is every way to put the window away.
+/// The user's answer; every way to close the window is `dismissed`.
 enum class UpdaterAnswer { download, dismissed };
 
-/// The one small window of the updater, which shows one thing at a time. All texts are plain. Owned
-/// by the controller, main thread; no call waits for an answer.
+/// The updater's only window, which shows one step at a time. All texts are plain text. Owned by
+/// the controller; main thread. No call waits for an answer.
 class UpdaterWindow {
 public:
     virtual ~UpdaterWindow() = default;
 
-    /// Called when the person answers; the window stays as it is until it is told otherwise.
+    /// Sets the function that is called when the user answers. The window does not change by
+    /// itself.
     void onAnswer(std::function<void(UpdaterAnswer)> callback) { m_onAnswer = std::move(callback); }
 
     [[nodiscard]] virtual bool isOpen() const = 0;
     virtual void bringToFront() = 0;
     virtual void close() = 0;
 
-    // Each opens the window or replaces what it shows.
+    // These open the window or replace its contents.
 
     virtual void showSearch(const UpdaterMessage& message) = 0;
     virtual void showMessage(const UpdaterMessage& message) = 0;
     virtual void showOffer(const UpdaterMessage& message, const QString& notes) = 0;
     virtual void showProgress(const UpdaterMessage& message) = 0;
 
-    /// Of a shown progress: from 0 to 1, and the same in words.
+    /// After `showProgress`. `fraction` is between 0 and 1.
     virtual void setProgress(double fraction, const QString& text) = 0;
 
 protected:

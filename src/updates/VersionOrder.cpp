@@ -10,8 +10,8 @@ namespace orvane {
 
 namespace {
 
-/// A run of digits without the zeros before it, or a run of letters. A number that is not there is
-/// the same as 0, which is an empty run of digits.
+/// A number without leading zeros, or a run of letters. 0, and thus a missing number, is an empty
+/// text.
 struct Part {
     enum class Kind { letters, number };
 
@@ -20,9 +20,9 @@ struct Part {
 };
 
 struct Version {
-    /// The numbers before the first letters.
+    /// The numbers before the first letter.
     std::vector<Part> release;
-    /// From the first letters on.
+    /// From the first letter on.
     std::vector<Part> preRelease;
 };
 
@@ -74,7 +74,7 @@ std::weak_ordering compareParts(const Part& first, const Part& second) {
                                                  : std::weak_ordering::greater;
     if (first.kind == Part::Kind::letters)
         return order(first.text.compare(second.text, Qt::CaseInsensitive));
-    // Without zeros before it the longer number is the greater one, whatever fits into an integer.
+    // Without leading zeros, the longer number is the greater one.
     if (first.text.size() != second.text.size())
         return first.text.size() <=> second.text.size();
     return order(first.text.compare(second.text));

@@ -7,9 +7,10 @@
 
 namespace orvane {
 
-/// Which of two versions is the newer one, number by number: 1.0 and 1.0.0 are the same, and 1.0b1,
-/// whose letters mark it as what comes before 1.0, is older. All from the first "-" on is ignored.
-/// Every text is a version, one without any number is 0; numbers may have any length. Any thread.
+/// Compares two versions number by number: 1.0 equals 1.0.0, and the pre-release 1.0b1 is older
+/// than 1.0. Ignores everything from the first "-" on. Any text is valid; without a number it is 0.
+/// Numbers may have any length. QVersionNumber stops at a number above INT_MAX and at the first
+/// letter, so that the comparison would still have to be written here. Any thread.
 [[nodiscard]] std::weak_ordering compareVersions(QStringView first, QStringView second);
 
 } // namespace orvane

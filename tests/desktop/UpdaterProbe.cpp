@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The real updater with its window and nothing else of the program. Checks for updates at the start
-// and with each line on the standard input; ends with the input, or as the program does.
-// usage: updater_probe FEED KEY AUTHORITY    AUTHORITY is the certificate that is trusted too
+// The real updater with its window, without the rest of the program. Checks for updates at the
+// start and for each line on the standard input; ends on SIGTERM. usage: updater_probe FEED KEY
+// CERTIFICATE    CERTIFICATE is trusted in addition
 #include "base/TaskScope.h"
 #include "model/AppConstants.h"
 #include "platform/desktop/ShowInFolder.h"
@@ -24,10 +24,10 @@ using namespace orvane;
 
 namespace {
 
-/// The real window, with a line on the standard output for each thing that it shows.
-class TellingWindow final : public UpdaterWindow {
+/// The real window; prints the headline of each message.
+class PrintingWindow final : public UpdaterWindow {
 public:
-    TellingWindow() {
+    PrintingWindow() {
         m_dialog.onAnswer([this](UpdaterAnswer given) { answer(given); });
     }
 
@@ -39,26 +39,26 @@ public:
     void close() override { m_dialog.close(); }
     void showSearch(const UpdaterMessage& message) override {
         m_dialog.showSearch(message);
-        tell(message);
+        print(message);
     }
     void showMessage(const UpdaterMessage& message) override {
         m_dialog.showMessage(message);
-        tell(message);
+        print(message);
     }
     void showOffer(const UpdaterMessage& message, const QString& notes) override {
         m_dialog.showOffer(message, notes);
-        tell(message);
+        print(message);
     }
     void showProgress(const UpdaterMessage& message) override {
         m_dialog.showProgress(message);
-        tell(message);
+        print(message);
     }
     void setProgress(double fraction, const QString& text) override {
         m_dialog.setProgress(fraction, text);
     }
 
 private:
-    static void tell(const UpdaterMessage& message) {
+    static void print(const UpdaterMessage& message) {
         std::cout << "shown " << message.headline.toStdString() << std::endl;
     }
 
@@ -91,7 +91,7 @@ int main(int argc, char** argv) {
          .publicKey = arguments.at(2).toLatin1(),
          .version = AppConstants::appVersion,
          .downloadFolder = QStandardPaths::writableLocation(QStandardPaths::DownloadLocation)},
-        http, tasks, std::make_unique<TellingWindow>(), showInFolder);
+        http, tasks, std::make_unique<PrintingWindow>(), showInFolder);
     const TerminationSignals signals;
     QObject::connect(&signals, &TerminationSignals::received, &application,
                      [&] { leave(updater, tasks); });

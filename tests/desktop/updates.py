@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The updater's window on a desktop, driven by mouse and keys, against a feed over https."""
+"""The updater's window on a desktop, operated by mouse and keyboard, with a feed over https."""
 
 import base64
 import pathlib
@@ -64,7 +64,7 @@ class Updates(DesktopCase):
         self.folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
         self.server = self.enterContext(UpdateServer(self.folder))
         self.desktop = self.enterContext(Desktop())
-        # Stands for whatever shows a folder where no file manager can be asked on the session's bus.
+        # Opens folders where no file manager is on the session bus.
         tools = self.folder / "bin"
         tools.mkdir()
         self.opened = self.folder / "opened"
@@ -80,12 +80,12 @@ class Updates(DesktopCase):
         return self.start("updater_probe", arguments=arguments, PATH=path)
 
     def shown(self) -> list[str]:
-        """The headlines of what the window has shown."""
+        """Returns the headlines that the window has shown."""
         lines = self.program.log().splitlines()
         return [line.removeprefix("shown ") for line in lines if line.startswith("shown ")]
 
     def wait_for(self, headline: str) -> str:
-        """Waits until the window shows that and has the keyboard; gives the window."""
+        """Waits until the window shows the headline and has the focus; returns the window."""
 
         def has_focus():
             windows = self.windows()
@@ -98,7 +98,7 @@ class Updates(DesktopCase):
         return self.desktop.windows("Orvane Update")
 
     def wait_for_offer(self) -> tuple[int, int]:
-        """Waits for the offer with its notes; gives the place of its Download button."""
+        """Waits for the offer with its notes; returns the position of its Download button."""
         window = self.wait_for("Orvane 2.3 is available")
 
         def place():
@@ -111,7 +111,7 @@ class Updates(DesktopCase):
         return {file.name: file.stat().st_size for file in self.downloads.glob("*")}
 
     def wait_for_half(self):
-        """Most of the first half is on the disk; the rest does not come yet."""
+        """Waits until most of the first half is on the disk; the server holds back the rest."""
         enough = len(self.server.archive) // 3
         wait_until(lambda: self.files().get(f"{NAME}.part", 0) > enough, "half of the file")
 
@@ -123,24 +123,24 @@ class Updates(DesktopCase):
         self.open()
         x, y = self.wait_for_offer()
         self.ask_again()
-        wait_until(lambda: "asked" in self.program.log(), "the second question")
+        wait_until(lambda: "asked" in self.program.log(), "the second request")
         self.assertEqual(len(self.windows()), 1)
         self.desktop.click(x, y)
         self.wait_for_half()
         self.assertEqual(list(self.files()), [f"{NAME}.part"])
         self.server.allowed.set()
-        self.wait_for("Orvane 2.3 is downloaded")
+        self.wait_for("Orvane 2.3 has been downloaded")
         self.assertEqual((self.downloads / NAME).read_bytes(), self.server.archive)
         self.assertEqual(list(self.files()), [NAME])
         uri = (self.downloads / NAME).as_uri()
-        wait_until(lambda: f'string "{uri}"' in self.bus.read_text(encoding="utf-8"), "the question to the bus")
+        wait_until(lambda: f'string "{uri}"' in self.bus.read_text(encoding="utf-8"), "the call on the bus")
         wait_until(self.opened.exists, "the folder")
         wait_until(self.opened.read_text, "what was opened")
         self.assertEqual(self.opened.read_text(encoding="utf-8"), f"{self.downloads.as_uri()}\n")
         self.desktop.run("xdotool", "key", "Escape")
-        wait_until(lambda: not self.windows(), "the end of the window")
-        self.assertEqual(self.shown(), ["Looking for a newer version…", "Orvane 2.3 is available",
-                                        "Downloading Orvane 2.3", "Orvane 2.3 is downloaded"])
+        wait_until(lambda: not self.windows(), "the window to close")
+        self.assertEqual(self.shown(), ["Checking for updates…", "Orvane 2.3 is available",
+                                        "Downloading Orvane 2.3", "Orvane 2.3 has been downloaded"])
         self.quit_cleanly()
 
     def test_leave_in_the_middle(self):
@@ -149,7 +149,7 @@ class Updates(DesktopCase):
         self.desktop.run("xdotool", "key", "Return")
         self.wait_for_half()
         self.desktop.run("xdotool", "key", "Escape")
-        wait_until(lambda: not self.windows(), "the end of the window")
+        wait_until(lambda: not self.windows(), "the window to close")
         self.assertEqual(self.files(), {})
         self.ask_again()
         self.wait_for_offer()

@@ -18,7 +18,7 @@ std::unique_ptr<QTcpServer> tlsServer(const QSslConfiguration& tls) {
     return server;
 }
 
-/// Nothing until all of it is there.
+/// Returns nullopt until the request is complete.
 std::optional<LoopbackServer::Request> parsed(const QByteArray& bytes) {
     const qsizetype end = bytes.indexOf("\r\n\r\n");
     if (end < 0)

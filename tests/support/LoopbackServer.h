@@ -16,37 +16,37 @@ class QSslConfiguration;
 
 namespace orvane::test {
 
-/// A web server on loopback with fixed answers; what it does not know is answered with 404.
+/// A web server on loopback with fixed answers, and 404 for other paths.
 class LoopbackServer {
 public:
     struct Answer {
         int status = 200;
         QByteArray body;
-        /// The connection is cut after this many bytes of the body; negative for never.
+        /// Number of bytes of the body to send; negative for all.
         qsizetype cutAfter = -1;
-        /// Where a redirection leads.
+        /// The target of a redirect.
         QByteArray location;
-        /// What becomes of the connection after that.
+        /// Whether the connection is closed afterwards.
         enum class End { closed, hanging } end = End::closed;
-        /// Whole lines, each with its end.
+        /// Complete lines with their line breaks.
         QByteArray moreHeaders;
     };
     struct Request {
         QByteArray method;
         QString path;
-        /// By their names in lower case.
+        /// Keys are in lower case.
         QHash<QByteArray, QByteArray> headers;
         QByteArray body;
     };
 
     LoopbackServer();
-    /// Speaks https, with the certificate and the key of the configuration.
+    /// Serves https with the certificate and the key of the configuration.
     explicit LoopbackServer(const QSslConfiguration& tls);
 
     QHash<QString, Answer> answers;
     /// Path and user agent of each request.
     QStringList requests;
-    /// The same requests, with all that was in them.
+    /// The same requests in full.
     QList<Request> received;
 
     [[nodiscard]] std::optional<Origin> origin() const;
