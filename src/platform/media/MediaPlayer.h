@@ -12,24 +12,28 @@
 
 namespace orvane {
 
-/// Plays one stream from one address. Owned by whoever had it made; main thread, which no call here
-/// ever blocks. Opening starts with the first `play`. The outcome is told by `statusChanged`; a
-/// failed player stays failed.
+class VideoSource;
+
+/// Plays one stream from one address. Owned by the player manager; main thread, which no call here
+/// blocks. The first `play` opens the stream. `statusChanged` reports the outcome; a failed player
+/// stays failed.
 class MediaPlayer : public QObject {
     Q_OBJECT
 
 public:
     enum class Status {
         unknown,
-        /// The first picture can be seen (or the first sound heard, where there is no picture).
+        /// The first frame is shown, or the first sound heard if there is no video.
         readyToPlay,
-        /// It could not be opened, was refused later on, or has ended: live streams do not end.
+        /// The stream could not be opened, was refused later, or has ended: live streams do not
+        /// end.
         failed
     };
     enum class TimeControlStatus { paused, waiting, playing };
 
     [[nodiscard]] virtual Status status() const = 0;
-    /// Why it failed, for the person to read; nothing when the reason is not known.
+    /// Returns why it failed, to be shown to the user; nullopt if it has not or for no known
+    /// reason.
     [[nodiscard]] virtual std::optional<QString> error() const = 0;
     [[nodiscard]] virtual TimeControlStatus timeControlStatus() const = 0;
 
@@ -39,19 +43,22 @@ public:
     /// From 0 to 1; values outside are clamped.
     virtual void setVolume(float volume) = 0;
 
+    /// Returns what a view draws this player's video from; null for a player without video.
+    [[nodiscard]] virtual VideoSource* videoSource() { return nullptr; }
+
 Q_SIGNALS:
     void statusChanged();
-    /// Emitted first thing when the player is destroyed, while it is still whole, so that a view
+    /// Emitted at the start of the destructor, while the player is still complete, so that a view
     /// can let go of it.
     void closing();
 };
 
-/// Where a player shows its picture.
+/// Shows the video of a player.
 class VideoSurface {
 public:
     virtual ~VideoSurface() = default;
 
-    /// Null shows black. A player that is destroyed lets go by itself.
+    /// Null shows black. A player may be destroyed while it is set.
     virtual void setPlayer(MediaPlayer* player) = 0;
 };
 
@@ -59,14 +66,14 @@ class MediaPlayerFactory {
 public:
     virtual ~MediaPlayerFactory() = default;
 
-    /// Waits while too many earlier players are still being taken apart; null when `stop` was
-    /// requested meanwhile.
+    /// Waits while too many earlier players are still being destroyed. Returns null if `stop` was
+    /// requested meanwhile or the player cannot be created.
     [[nodiscard]] virtual QCoro::Task<std::unique_ptr<MediaPlayer>> make(QUrl url,
                                                                          std::stop_token stop) = 0;
 };
 
-/// Nothing when `url` may be opened, else the reason for the person: only the web's own addresses
-/// are, whatever a tool may print.
+/// Returns nullopt if `url` may be opened, else the reason to be shown to the user: only web
+/// addresses are opened, whatever yt-dlp prints.
 [[nodiscard]] std::optional<QString> refusalToOpen(const QUrl& url);
 
 } // namespace orvane

@@ -103,7 +103,8 @@ MpvInstance::~MpvInstance() {
         free(release());
 }
 
-bool MpvInstance::createRenderContext(mpv_render_param* parameters, ContextScope contextScope) {
+bool MpvInstance::createRenderContext(mpv_render_param* parameters,
+                                      VideoSource::ContextScope contextScope) {
     if (mpv_render_context_create(&m_renderContext, m_handle, parameters) < 0) {
         m_renderContext = nullptr;
         return false;
@@ -115,11 +116,27 @@ bool MpvInstance::createRenderContext(mpv_render_param* parameters, ContextScope
     return true;
 }
 
+bool MpvInstance::hasNewFrame() const {
+    return m_renderContext != nullptr &&
+           (mpv_render_context_update(m_renderContext) & MPV_RENDER_UPDATE_FRAME) != 0;
+}
+
+MpvInstance::Drawn MpvInstance::draw(mpv_render_param* parameters) const {
+    if (m_renderContext == nullptr)
+        return Drawn::nothing;
+    mpv_render_frame_info info{};
+    const mpv_render_param question{MPV_RENDER_PARAM_NEXT_FRAME_INFO, &info};
+    mpv_render_context_get_info(m_renderContext, question);
+    if (mpv_render_context_render(m_renderContext, parameters) < 0)
+        return Drawn::nothing;
+    return (info.flags & MPV_RENDER_FRAME_INFO_PRESENT) != 0 ? Drawn::frame : Drawn::black;
+}
+
 void MpvInstance::dropPendingFrame() {
     if (m_renderContext == nullptr)
         return;
     const auto drop = [this] {
-        if ((mpv_render_context_update(m_renderContext) & MPV_RENDER_UPDATE_FRAME) == 0)
+        if (!hasNewFrame())
             return;
         int on = 1;
         int off = 0;

@@ -3,6 +3,7 @@
 
 #include "base/DeferredCall.h"
 #include "platform/media/VideoOutput.h"
+#include "platform/media/VideoSource.h"
 
 #include <cstdint>
 #include <functional>
@@ -20,10 +21,6 @@ namespace orvane {
 /// directly but given to a `MpvTeardownQueue`.
 class MpvInstance final {
 public:
-    /// Runs a function with the renderer's drawing context current. Empty for a renderer that has
-    /// none and may be used on any thread.
-    using ContextScope = std::function<void(const std::function<void()>&)>;
-
     /// Returns null if mpv cannot be set up. Any thread; takes some milliseconds. mpv requires the
     /// C locale for numbers (`LC_NUMERIC`).
     [[nodiscard]] static mpv_handle* makeHandle(VideoOutput output);
@@ -34,11 +31,17 @@ public:
     MpvInstance& operator=(const MpvInstance&) = delete;
 
     [[nodiscard]] mpv_handle* handle() const { return m_handle; }
-    /// Null until one was created.
-    [[nodiscard]] mpv_render_context* renderContext() const { return m_renderContext; }
 
     /// Returns false if mpv refuses the parameters.
-    [[nodiscard]] bool createRenderContext(mpv_render_param* parameters, ContextScope contextScope);
+    [[nodiscard]] bool createRenderContext(mpv_render_param* parameters,
+                                           VideoSource::ContextScope contextScope);
+
+    [[nodiscard]] bool hasRenderContext() const { return m_renderContext != nullptr; }
+    /// Returns whether an update has brought a new frame; to be asked once for each update.
+    [[nodiscard]] bool hasNewFrame() const;
+    enum class Drawn { nothing, black, frame };
+    /// Draws the current frame, or black before the first.
+    [[nodiscard]] Drawn draw(mpv_render_param* parameters) const;
 
     /// Sends a command and ignores its outcome.
     void command(const std::vector<const char*>& words) const;
@@ -72,7 +75,7 @@ private:
 
     mpv_handle* m_handle;
     mpv_render_context* m_renderContext = nullptr;
-    ContextScope m_contextScope;
+    VideoSource::ContextScope m_contextScope;
     std::function<void(const mpv_event&)> m_eventHandler;
     std::function<void()> m_renderUpdateHandler;
     DeferredCall m_eventsArrived;

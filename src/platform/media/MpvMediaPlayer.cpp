@@ -101,7 +101,10 @@ void MpvMediaPlayer::expectRenderer() {
     m_awaitsRenderer = true;
 }
 
-void MpvMediaPlayer::rendererSettled() {
+void MpvMediaPlayer::createRenderer(mpv_render_param* parameters, ContextScope contextScope,
+                                    std::function<void()> onUpdate) {
+    if (m_instance->createRenderContext(parameters, std::move(contextScope)))
+        m_instance->onRenderUpdate(std::move(onUpdate));
     m_awaitsRenderer = false;
     openIfDue();
 }
@@ -121,7 +124,14 @@ void MpvMediaPlayer::openIfDue() {
     m_monitor.opened(now());
 }
 
-void MpvMediaPlayer::pictureDrawn() {
+bool MpvMediaPlayer::draw(mpv_render_param* parameters) {
+    const MpvInstance::Drawn drawn = m_instance->draw(parameters);
+    if (drawn == MpvInstance::Drawn::frame)
+        skipFrame();
+    return drawn != MpvInstance::Drawn::nothing;
+}
+
+void MpvMediaPlayer::skipFrame() {
     m_hasDrawnPicture = true;
     becomeReadyIfDue();
 }

@@ -6,6 +6,7 @@
 #include "platform/media/MpvInstance.h"
 #include "platform/media/MpvLog.h"
 #include "platform/media/MpvTeardownQueue.h"
+#include "platform/media/VideoSource.h"
 
 #include <QThreadPool>
 #include <QTimer>
@@ -26,7 +27,7 @@ struct MpvSound {
 /// A `MediaPlayer` over libmpv: one handle for one address. Made by `MpvMediaPlayerFactory`; the
 /// view that shows it draws through its instance. Destroying it hands the instance to the
 /// teardown, so it is quick even while a server hangs.
-class MpvMediaPlayer final : public MediaPlayer {
+class MpvMediaPlayer final : public MediaPlayer, private VideoSource {
     Q_OBJECT
 
 public:
@@ -43,16 +44,18 @@ public:
     void setMuted(bool muted) override;
     void setVolume(float volume) override;
 
-    [[nodiscard]] MpvInstance& instance() const { return *m_instance; }
-
-    /// A view announces that it will draw, so that opening waits for its renderer...
-    void expectRenderer();
-    /// ...says that the renderer is there or never will be...
-    void rendererSettled();
-    /// ...and tells of each picture that it has drawn.
-    void pictureDrawn();
+    [[nodiscard]] VideoSource* videoSource() override { return this; }
 
 private:
+    void expectRenderer() override;
+    void createRenderer(mpv_render_param* parameters, ContextScope contextScope,
+                        std::function<void()> onUpdate) override;
+    [[nodiscard]] bool hasRenderer() const override { return m_instance->hasRenderContext(); }
+    void stopUpdates() override { m_instance->onRenderUpdate({}); }
+    [[nodiscard]] bool hasNewFrame() override { return m_instance->hasNewFrame(); }
+    bool draw(mpv_render_param* parameters) override;
+    void skipFrame() override;
+
     void handle(const mpv_event& event);
     void handleEnd(const mpv_event_end_file& end);
     void handleProperty(const mpv_event_property& property);

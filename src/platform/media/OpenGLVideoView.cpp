@@ -1,17 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/media/OpenGLVideoView.h"
 
-#include "platform/media/MpvMediaPlayer.h"
-
 #include <QGuiApplication>
 #include <QOpenGLContext>
 #include <QOpenGLFunctions>
+#include <QPointer>
 #include <qguiapplication_platform.h>
 
 #include <mpv/render.h>
 #include <mpv/render_gl.h>
 
 #include <array>
+#include <utility>
 
 namespace orvane {
 
@@ -35,27 +35,31 @@ OpenGLVideoView::~OpenGLVideoView() {
     detach();
 }
 
-void OpenGLVideoView::setPlayer(MediaPlayer* player) {
+void OpenGLVideoView::setSource(VideoSource* source) {
     detach();
-    m_player = qobject_cast<MpvMediaPlayer*>(player);
+    m_source = source;
     update();
-    if (!m_player)
+    if (m_source == nullptr)
         return;
-    connect(m_player, &MediaPlayer::closing, this, &OpenGLVideoView::detach);
-    m_player->expectRenderer();
+    m_source->expectRenderer();
     if (isValid())
         createRenderer();
 }
 
+void OpenGLVideoView::detach() {
+    if (VideoSource* source = std::exchange(m_source, nullptr))
+        source->stopUpdates();
+}
+
 void OpenGLVideoView::initializeGL() {
-    if (m_player && m_player->instance().renderContext() == nullptr)
+    if (m_source != nullptr && !m_source->hasRenderer())
         createRenderer();
 }
 
 void OpenGLVideoView::createRenderer() {
     makeCurrent();
     mpv_opengl_init_params init{functionAddress, nullptr};
-    // With the display the library's hardware decoders can hand pictures over without a copy.
+    // With the display, mpv's hardware decoders can pass on frames without copying them.
     std::array parameters{
         mpv_render_param{MPV_RENDER_PARAM_API_TYPE, const_cast<char*>(MPV_RENDER_API_TYPE_OPENGL)},
         mpv_render_param{MPV_RENDER_PARAM_OPENGL_INIT_PARAMS, &init},
@@ -63,50 +67,34 @@ void OpenGLVideoView::createRenderer() {
                                                  : MPV_RENDER_PARAM_INVALID,
                          x11Display()},
         mpv_render_param{MPV_RENDER_PARAM_INVALID, nullptr}};
-    const auto withContextCurrent = [view = QPointer(this)](const std::function<void()>& free) {
+    // The player may outlive the view, and is then freed without a current context.
+    const auto contextScope = [view = QPointer(this)](const std::function<void()>& function) {
         if (view)
             view->makeCurrent();
-        free();
+        function();
         if (view)
             view->doneCurrent();
     };
-    MpvInstance& instance = m_player->instance();
-    if (instance.createRenderContext(parameters.data(), withContextCurrent))
-        instance.onRenderUpdate([this] { scheduleDrawing(); });
+    m_source->createRenderer(parameters.data(), contextScope, [this] { scheduleDrawing(); });
     doneCurrent();
-    m_player->rendererSettled();
-}
-
-void OpenGLVideoView::detach() {
-    if (!m_player)
-        return;
-    m_player->instance().onRenderUpdate({});
-    m_player->disconnect(this);
-    m_player = nullptr;
 }
 
 void OpenGLVideoView::scheduleDrawing() {
-    if (!m_player || (mpv_render_context_update(m_player->instance().renderContext()) &
-                      MPV_RENDER_UPDATE_FRAME) == 0)
+    if (m_source == nullptr || !m_source->hasNewFrame())
         return;
     if (isVisible())
         update();
     else
-        m_player->pictureDrawn(); // Nobody can see what is not drawn, and nobody waits for it.
+        m_source->skipFrame();
 }
 
 void OpenGLVideoView::paintGL() {
-    mpv_render_context* context = m_player ? m_player->instance().renderContext() : nullptr;
-    if (context == nullptr) {
+    if (m_source == nullptr || !m_source->hasRenderer()) {
         QOpenGLFunctions* gl = QOpenGLContext::currentContext()->functions();
         gl->glClearColor(0, 0, 0, 1);
         gl->glClear(GL_COLOR_BUFFER_BIT);
         return;
     }
-    mpv_render_frame_info info{};
-    const mpv_render_param question{MPV_RENDER_PARAM_NEXT_FRAME_INFO, &info};
-    mpv_render_context_get_info(context, question);
-
     const QSize pixels = (QSizeF(size()) * devicePixelRatioF()).toSize();
     mpv_opengl_fbo target{static_cast<int>(defaultFramebufferObject()), pixels.width(),
                           pixels.height(), 0};
@@ -117,9 +105,7 @@ void OpenGLVideoView::paintGL() {
         mpv_render_param{MPV_RENDER_PARAM_FLIP_Y, &flipY},
         mpv_render_param{MPV_RENDER_PARAM_BLOCK_FOR_TARGET_TIME, &blockForTargetTime},
         mpv_render_param{MPV_RENDER_PARAM_INVALID, nullptr}};
-    if (mpv_render_context_render(context, parameters.data()) >= 0 &&
-        (info.flags & MPV_RENDER_FRAME_INFO_PRESENT) != 0)
-        m_player->pictureDrawn();
+    m_source->draw(parameters.data());
 }
 
 } // namespace orvane

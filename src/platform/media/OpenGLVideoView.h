@@ -1,25 +1,23 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/media/MediaPlayer.h"
+#include "platform/media/VideoSource.h"
 
 #include <QOpenGLWidget>
-#include <QPointer>
 
 namespace orvane {
 
-class MpvMediaPlayer;
-
-/// Draws video with the media library's OpenGL renderer. Part of a `VideoView`; main thread. A
-/// player that arrives before the widget's OpenGL context exists is opened when it does.
-class OpenGLVideoView final : public QOpenGLWidget, public VideoSurface {
+/// Draws video with mpv's OpenGL renderer. Part of a `VideoView`; main thread. A stream that comes
+/// before the widget's OpenGL context exists is opened once it does.
+class OpenGLVideoView final : public QOpenGLWidget, public VideoCanvas {
     Q_OBJECT
 
 public:
     explicit OpenGLVideoView(QWidget* parent = nullptr);
     ~OpenGLVideoView() override;
 
-    void setPlayer(MediaPlayer* player) override;
+    void setSource(VideoSource* source) override;
+    void detach() override;
 
 protected:
     void initializeGL() override;
@@ -27,10 +25,9 @@ protected:
 
 private:
     void createRenderer();
-    void detach();
     void scheduleDrawing();
 
-    QPointer<MpvMediaPlayer> m_player;
+    VideoSource* m_source = nullptr;
 };
 
 } // namespace orvane

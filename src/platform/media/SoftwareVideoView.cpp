@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/media/SoftwareVideoView.h"
 
-#include "platform/media/MpvMediaPlayer.h"
-
 #include <QPainter>
 
 #include <mpv/render.h>
 
 #include <array>
+#include <utility>
 
 namespace orvane {
 
@@ -19,48 +18,33 @@ SoftwareVideoView::~SoftwareVideoView() {
     detach();
 }
 
-void SoftwareVideoView::setPlayer(MediaPlayer* player) {
+void SoftwareVideoView::setSource(VideoSource* source) {
     detach();
-    m_player = qobject_cast<MpvMediaPlayer*>(player);
-    if (!m_player) {
+    m_source = source;
+    if (m_source == nullptr) {
         m_image = QImage();
         update();
         return;
     }
-    connect(m_player, &MediaPlayer::closing, this, &SoftwareVideoView::detach);
-    m_player->expectRenderer();
+    m_source->expectRenderer();
     std::array parameters{
         mpv_render_param{MPV_RENDER_PARAM_API_TYPE, const_cast<char*>(MPV_RENDER_API_TYPE_SW)},
         mpv_render_param{MPV_RENDER_PARAM_INVALID, nullptr}};
-    MpvInstance& instance = m_player->instance();
-    if (instance.createRenderContext(parameters.data(), {}))
-        instance.onRenderUpdate([this] { drawIfNew(); });
-    m_player->rendererSettled();
+    m_source->createRenderer(parameters.data(), {}, [this] {
+        if (m_source->hasNewFrame())
+            drawFrame();
+    });
 }
 
 void SoftwareVideoView::detach() {
-    if (!m_player)
-        return;
-    m_player->instance().onRenderUpdate({});
-    m_player->disconnect(this);
-    m_player = nullptr;
+    if (VideoSource* source = std::exchange(m_source, nullptr))
+        source->stopUpdates();
 }
 
-void SoftwareVideoView::drawIfNew() {
-    if (m_player &&
-        (mpv_render_context_update(m_player->instance().renderContext()) & MPV_RENDER_UPDATE_FRAME))
-        draw();
-}
-
-void SoftwareVideoView::draw() {
-    mpv_render_context* context = m_player ? m_player->instance().renderContext() : nullptr;
+void SoftwareVideoView::drawFrame() {
     const QSize pixels = (QSizeF(size()) * devicePixelRatioF()).toSize();
-    if (context == nullptr || pixels.isEmpty())
+    if (m_source == nullptr || !m_source->hasRenderer() || pixels.isEmpty())
         return;
-
-    mpv_render_frame_info info{};
-    const mpv_render_param question{MPV_RENDER_PARAM_NEXT_FRAME_INFO, &info};
-    mpv_render_context_get_info(context, question);
 
     if (m_image.size() != pixels)
         m_image = QImage(pixels, QImage::Format_RGB32);
@@ -75,11 +59,8 @@ void SoftwareVideoView::draw() {
         mpv_render_param{MPV_RENDER_PARAM_SW_POINTER, m_image.bits()},
         mpv_render_param{MPV_RENDER_PARAM_BLOCK_FOR_TARGET_TIME, &blockForTargetTime},
         mpv_render_param{MPV_RENDER_PARAM_INVALID, nullptr}};
-    if (mpv_render_context_render(context, parameters.data()) < 0)
-        return;
-    update();
-    if ((info.flags & MPV_RENDER_FRAME_INFO_PRESENT) != 0)
-        m_player->pictureDrawn();
+    if (m_source->draw(parameters.data()))
+        update();
 }
 
 void SoftwareVideoView::paintEvent(QPaintEvent*) {
@@ -87,13 +68,13 @@ void SoftwareVideoView::paintEvent(QPaintEvent*) {
     if (m_image.isNull()) {
         painter.fillRect(rect(), Qt::black);
     } else {
-        // The image has the widget's size but for the moment of a resize.
+        // The image has the widget's size except for a moment after a resize.
         painter.drawImage(rect(), m_image);
     }
 }
 
 void SoftwareVideoView::resizeEvent(QResizeEvent*) {
-    draw();
+    drawFrame();
 }
 
 } // namespace orvane

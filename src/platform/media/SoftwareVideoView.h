@@ -1,37 +1,33 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/media/MediaPlayer.h"
+#include "platform/media/VideoSource.h"
 
 #include <QImage>
-#include <QPointer>
 #include <QWidget>
 
 namespace orvane {
 
-class MpvMediaPlayer;
-
-/// Draws video without OpenGL: the media library scales each picture into an image, which is
-/// painted like any other. Part of a `VideoView`; main thread.
-class SoftwareVideoView final : public QWidget, public VideoSurface {
+/// Draws video without OpenGL: mpv scales each frame into an image, which is painted like any
+/// other. Part of a `VideoView`; main thread.
+class SoftwareVideoView final : public QWidget, public VideoCanvas {
     Q_OBJECT
 
 public:
     explicit SoftwareVideoView(QWidget* parent = nullptr);
     ~SoftwareVideoView() override;
 
-    void setPlayer(MediaPlayer* player) override;
+    void setSource(VideoSource* source) override;
+    void detach() override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    void detach();
-    void drawIfNew();
-    void draw();
+    void drawFrame();
 
-    QPointer<MpvMediaPlayer> m_player;
+    VideoSource* m_source = nullptr;
     QImage m_image;
 };
 

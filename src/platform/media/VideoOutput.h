@@ -3,7 +3,7 @@
 
 namespace orvane {
 
-/// How the picture is drawn; `automatic` asks the machine.
+/// How video is drawn; `automatic` depends on the machine.
 enum class VideoOutput { automatic, openGL, software };
 
 } // namespace orvane

@@ -20,14 +20,14 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Asking OpenGL loads its driver, which costs a software rasteriser's users tens of megabytes for
-/// nothing; without a device there is no need to ask.
+/// Returns whether there may be a GPU. Asking OpenGL instead loads its driver, which with a
+/// software rasteriser takes tens of megabytes in vain.
 bool hasGraphicsDevice() {
     return !QDir(u"/dev/dri"_s).entryList({u"renderD*"_s}, QDir::System).isEmpty() ||
            QFileInfo::exists(u"/dev/nvidiactl"_s);
 }
 
-/// What draws for OpenGL, in lower case; empty where nothing does.
+/// Returns the name of OpenGL's renderer in lower case; empty if OpenGL does not work.
 QByteArray openGLRenderer() {
     QOffscreenSurface surface;
     surface.create();
@@ -40,7 +40,7 @@ QByteArray openGLRenderer() {
     return renderer;
 }
 
-bool isRasteriser(const QByteArray& renderer) {
+bool isSoftwareRasteriser(const QByteArray& renderer) {
     constexpr std::array rasterisers{"llvmpipe", "softpipe", "swrast", "software rasterizer"};
     return std::ranges::any_of(rasterisers, [&](const char* r) { return renderer.contains(r); });
 }
@@ -52,32 +52,34 @@ VideoOutput chooseVideoOutput(VideoOutput wish) {
         return VideoOutput::software;
     const QByteArray renderer = openGLRenderer();
     if (wish == VideoOutput::automatic)
-        return renderer.isEmpty() || isRasteriser(renderer) ? VideoOutput::software
-                                                            : VideoOutput::openGL;
+        return renderer.isEmpty() || isSoftwareRasteriser(renderer) ? VideoOutput::software
+                                                                    : VideoOutput::openGL;
     if (!renderer.isEmpty())
         return VideoOutput::openGL;
-    qWarning("OpenGL does not work here, so pictures are drawn without it");
+    qWarning("OpenGL does not work, drawing video in software");
     return VideoOutput::software;
 }
 
 VideoView::VideoView(VideoOutput output, QWidget* parent) : QWidget(parent) {
-    if (output == VideoOutput::openGL) {
-        auto* canvas = new OpenGLVideoView(this);
+    const auto use = [this](auto* canvas) {
+        m_widget = canvas;
         m_canvas = canvas;
-        m_surface = canvas;
-    } else {
-        auto* canvas = new SoftwareVideoView(this);
-        m_canvas = canvas;
-        m_surface = canvas;
-    }
+    };
+    if (output == VideoOutput::openGL)
+        use(new OpenGLVideoView(this));
+    else
+        use(new SoftwareVideoView(this));
 }
 
 void VideoView::setPlayer(MediaPlayer* player) {
-    m_surface->setPlayer(player);
+    disconnect(m_closing);
+    m_canvas->setSource(player != nullptr ? player->videoSource() : nullptr);
+    if (player != nullptr)
+        m_closing = connect(player, &MediaPlayer::closing, this, [this] { m_canvas->detach(); });
 }
 
 void VideoView::resizeEvent(QResizeEvent* event) {
-    m_canvas->setGeometry(QRect(QPoint(), event->size()));
+    m_widget->setGeometry(QRect(QPoint(), event->size()));
 }
 
 } // namespace orvane

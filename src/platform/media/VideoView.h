@@ -8,15 +8,16 @@
 
 namespace orvane {
 
-/// What a machine can draw video with: `automatic` becomes `openGL` where there is a GPU with a
-/// driver, and `software` elsewhere, because the library's own software renderer takes less than
-/// half of what OpenGL on the processor does. Any other wish is granted. Needs the application
+class VideoCanvas;
+
+/// Returns how this machine draws video. `automatic` becomes `openGL` where there is a GPU with a
+/// driver, else `software`: mpv's software renderer needs less than half the CPU time of OpenGL on
+/// the processor. `openGL` becomes `software` where OpenGL does not work. Needs the application
 /// object; may load the graphics driver.
 [[nodiscard]] VideoOutput chooseVideoOutput(VideoOutput wish);
 
-/// Shows the picture of a player, in its own shape, with black around it. A widget like any other:
-/// translucent widgets may lie above it. Main thread. A player whose renderer cannot be set up
-/// plays without a picture.
+/// Shows a player's video in its aspect ratio, with black around it. Translucent widgets may lie
+/// above it. Main thread. A player whose renderer cannot be set up plays without video.
 class VideoView final : public QWidget, public VideoSurface {
     Q_OBJECT
 
@@ -30,8 +31,9 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    QWidget* m_canvas;
-    VideoSurface* m_surface;
+    QWidget* m_widget;
+    VideoCanvas* m_canvas;
+    QMetaObject::Connection m_closing;
 };
 
 } // namespace orvane

@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <functional>
+
+struct mpv_render_param;
+
+namespace orvane {
+
+/// What a player offers to the view that draws its video. Belongs to the player, which emits
+/// `MediaPlayer::closing` before the source is gone. Main thread.
+class VideoSource {
+public:
+    /// Runs a function with the renderer's drawing context current. Empty for a renderer that has
+    /// none and may be used on any thread.
+    using ContextScope = std::function<void(const std::function<void()>&)>;
+
+    virtual ~VideoSource() = default;
+
+    /// Announces a renderer: the stream is not opened before `createRenderer`.
+    virtual void expectRenderer() = 0;
+    /// Creates the renderer and lets the stream be opened, without video if mpv refuses the
+    /// parameters. `onUpdate` is called whenever there may be something new to draw.
+    virtual void createRenderer(mpv_render_param* parameters, ContextScope contextScope,
+                                std::function<void()> onUpdate) = 0;
+    [[nodiscard]] virtual bool hasRenderer() const = 0;
+    /// Calls `onUpdate` no more.
+    virtual void stopUpdates() = 0;
+
+    /// Returns whether an update has brought a new frame; to be asked once for each update.
+    [[nodiscard]] virtual bool hasNewFrame() = 0;
+    /// Draws the current frame, or black before the first. Returns false if nothing was drawn.
+    virtual bool draw(mpv_render_param* parameters) = 0;
+    /// Counts a new frame as shown although it is not drawn, as the view cannot be seen.
+    virtual void skipFrame() = 0;
+};
+
+/// A widget that draws the frames of one source. Main thread.
+class VideoCanvas {
+public:
+    virtual ~VideoCanvas() = default;
+
+    /// Null shows black.
+    virtual void setSource(VideoSource* source) = 0;
+    /// Lets go of the source, which is about to be destroyed, and leaves its last frame in place.
+    virtual void detach() = 0;
+};
+
+} // namespace orvane
