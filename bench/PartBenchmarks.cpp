@@ -3,8 +3,8 @@
 // added. Each takes what a person would wait for: the stored settings are read, and what is built
 // is drawn.
 #include "app/AppDelegate.h"
+#include "app/Collaborators.h"
 #include "app/Services.h"
-#include "app/WindowCollaborators.h"
 #include "model/ChannelLookup.h"
 #include "platform/media/VideoView.h"
 #include "support/RecordingActions.h"

@@ -1,46 +1,68 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/AppWindows.h"
 #include "app/DesktopIntegration.h"
+#include "app/YtDlpPreparation.h"
 #include "app/commands/Verb.h"
 #include "base/NotificationCenter.h"
-#include "model/Channel.h"
-#include "ui/AboutWindow.h"
 #include "ui/ApplicationActions.h"
 #include "ui/HotkeyManager.h"
 #include "ui/menus/MenuBarManager.h"
-#include "ui/player/PlayerWindow.h"
-#include "ui/settings/SettingsWindow.h"
-#include "updates/UpdaterController.h"
 
 #include <QCoroTask>
+#include <QElapsedTimer>
 #include <QObject>
 
-#include <memory>
 #include <vector>
 
 namespace orvane {
 
-struct Services;
+class LocalProcessRunner;
+class MpvTeardownQueue;
+class TelemetryService;
+class Timeline;
+class UpdaterController;
 
-/// The application controller: starts the program, owns its windows, reacts to the notifications
-/// that ask for window-level actions, and ends it. Owned by `main`; main thread.
+/// The application controller: starts the program, carries out what menus, keys and command lines
+/// ask of it as a whole, reacts to the notifications that concern windows, and ends it. Owned by
+/// `main`; main thread.
 class AppDelegate final : public QObject, public ApplicationActions {
     Q_OBJECT
 
 public:
-    explicit AppDelegate(Services& services);
+    /// All outlive it.
+    struct Collaborators {
+        Preferences& preferences;
+        const ChannelRegistry& registry;
+        AppState& state;
+        NotificationCenter& notifications;
+        EventMonitor& events;
+        PlayerManager& player;
+        SleepTimer& sleepTimer;
+        TelemetryService& telemetry;
+        const Timeline& timeline;
+        UpdaterController& updater;
+        YtDlpManager& ytDlp;
+        LocalProcessRunner& processes;
+        TaskScope& tasks;
+        MpvTeardownQueue& teardown;
+        AppWindows::Collaborators windows;
+        DesktopIntegration::Collaborators desktop;
+    };
+
+    explicit AppDelegate(const Collaborators& collaborators);
     ~AppDelegate() override;
 
-    /// Installs menu and keys, opens the player window, and does what the command line asks for.
-    /// Unless that names a channel, it first plays the last one, or else the first featured one.
+    /// Installs the menu and the keys, opens the player window, and carries out `verbs`. Unless
+    /// these name a channel, first plays the last channel, or else the first featured one.
     void applicationDidFinishLaunching(const QList<Verb::Value>& verbs = {});
 
-    /// Does at once what was asked from a command line.
+    /// Carries out at once what a command line asked for.
     void perform(const Verb::Value& verb);
 
-    /// Saves what is to be saved, hides the window, and leaves the event loop with exit code 0 as
-    /// soon as no child process and no player is left, or when the person has waited long enough.
+    /// Saves the state, hides the windows, and leaves the event loop with exit code 0 once all
+    /// child processes and players have ended, or when they take too long.
     void terminate() override;
 
     void showPlayer() override;
@@ -55,11 +77,12 @@ public:
     void menuShowAbout() override;
     void menuCheckForUpdates() override;
 
-    /// Whether everything that was started has ended; if not, the process must be left at once.
+    /// Whether all background work has ended. If not, destructors would wait for it, so the process
+    /// must exit without running them.
     [[nodiscard]] bool isDrained() const { return m_isDrained; }
 
 Q_SIGNALS:
-    /// The end has begun: nothing can be asked any more.
+    /// Emitted once `terminate` has begun; nothing can be asked of the program any more.
     void terminating();
 
 protected:
@@ -69,32 +92,23 @@ private:
     void followTheSession();
     void registerObservers();
     void markMilestones();
-    void openPlayerWindow();
-    /// Opens the player window and plays.
-    void open(const Channel& channel);
-    void openSettings();
-    void openAddChannel();
+    void playerExposed();
     void closePlayerWindow();
-    void storeWindowFrame();
     void playAtLaunch();
     void playNeighbor(ChannelStep step);
     void applicationWillTerminate();
-    [[nodiscard]] QCoro::Task<> prepareYtDlp();
-    void retryOnceAfterInstalling();
     QCoro::Task<> drain();
+    void giveUpDraining();
 
-    Services& m_services;
+    Collaborators m_with;
     MenuSources m_menuSources;
     MenuBarManager m_menuBarManager;
     HotkeyManager m_hotkeys;
-    UpdaterController m_updaterController;
     DesktopIntegration m_desktop;
-    std::unique_ptr<PlayerWindow> m_playerWindow;
-    std::unique_ptr<SettingsWindow> m_settingsWindow;
-    std::unique_ptr<AboutWindow> m_aboutWindow;
+    AppWindows m_windows;
+    YtDlpPreparation m_ytDlpPreparation;
     std::vector<NotificationCenter::Token> m_observers;
-    bool m_hasInstalledYtDlp = false;
-    bool m_isRetryDue = false;
+    QElapsedTimer m_sinceTerminate;
     bool m_isTerminating = false;
     bool m_isDrained = false;
 };

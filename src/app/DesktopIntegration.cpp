@@ -1,29 +1,26 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/DesktopIntegration.h"
 
-#include "app/Services.h"
 #include "model/AppConstants.h"
 
 namespace orvane {
 
 using namespace Qt::StringLiterals;
 
-DesktopIntegration::DesktopIntegration(Services& services, ApplicationActions& actions)
-    : m_sessionBus(MessageBus::Kind::session, services.clock, services.tasks),
-      m_remoteControl({.state = services.state,
-                       .registry = services.registry,
-                       .player = services.player,
-                       .notifications = services.notifications,
+DesktopIntegration::DesktopIntegration(const Collaborators& with, ApplicationActions& actions)
+    : m_sessionBus(MessageBus::Kind::session, with.clock, with.tasks),
+      m_remoteControl({.state = with.state,
+                       .registry = with.registry,
+                       .player = with.player,
+                       .notifications = with.notifications,
                        .actions = actions,
                        .sessionBus = m_sessionBus,
-                       .videoSite = services.videoSite}),
+                       .videoSite = with.videoSite}),
       m_screenSaver(m_sessionBus, AppConstants::appName, u"A channel is playing"_s),
-      m_idleInhibition(services.state, services.notifications, m_screenSaver, services.clock,
-                       services.tasks),
-      m_systemBus(MessageBus::Kind::system, services.clock, services.tasks),
+      m_idleInhibition(with.state, with.notifications, m_screenSaver, with.clock, with.tasks),
+      m_systemBus(MessageBus::Kind::system, with.clock, with.tasks),
       m_sleep(m_systemBus),
-      m_recovery(services.state, services.player, services.notifications, services.clock,
-                 services.tasks) {
+      m_recovery(with.state, with.player, with.notifications, with.clock, with.tasks) {
     const auto returned = [this] { m_recovery.returned(); };
     QObject::connect(&m_sleep, &SleepWatcher::wokeUp, &m_sleep, returned);
     QObject::connect(&m_network, &NetworkWatcher::addressGained, &m_network, returned);

@@ -12,19 +12,31 @@
 namespace orvane {
 
 class ApplicationActions;
-struct Services;
+class Clock;
+class TaskScope;
 
-/// What makes the program a good citizen of the desktop: it can be driven from outside, keeps
-/// the screen awake while a channel plays, and brings the picture back after the machine or its
-/// network was away. Owned by the application controller; main thread.
-/// Each part does without what the desktop does not have.
+/// Connects the player to the desktop's services: media keys and panels control it, the screen
+/// stays on while a channel plays, and the channel is opened again after the machine slept or its
+/// network was away. Owned by the application controller; main thread. A service that the desktop
+/// lacks is left out.
 class DesktopIntegration {
 public:
-    /// Both outlive it.
-    DesktopIntegration(Services& services, ApplicationActions& actions);
+    /// All outlive it.
+    struct Collaborators {
+        AppState& state;
+        const ChannelRegistry& registry;
+        PlayerManager& player;
+        NotificationCenter& notifications;
+        Clock& clock;
+        TaskScope& tasks;
+        /// The site of the channels' web pages.
+        std::optional<Origin> videoSite;
+    };
+
+    DesktopIntegration(const Collaborators& collaborators, ApplicationActions& actions);
 
     void start();
-    /// Gives back what was taken of the desktop.
+    /// Releases the screen saver and leaves the buses.
     void stop();
 
 private:

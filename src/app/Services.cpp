@@ -2,6 +2,8 @@
 #include "app/Services.h"
 
 #include "model/AppConstants.h"
+#include "platform/desktop/ShowInFolder.h"
+#include "ui/UpdaterDialog.h"
 
 #include <QCoreApplication>
 #include <QStandardPaths>
@@ -14,10 +16,6 @@ Services::Services(const Environment& environment, const QString& preferencesPat
                    VideoOutput chosenOutput)
     : videoOutput(chosenOutput),
       videoSite(environment.videoSite),
-      updates{.feed = environment.appcast,
-              .publicKey = environment.appcastKey,
-              .version = AppConstants::appVersion,
-              .downloadFolder = QStandardPaths::writableLocation(QStandardPaths::DownloadLocation)},
       autostart({.folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
                            u"/autostart"_s,
                  .identifier = AppConstants::bundleIdentifier,
@@ -35,6 +33,13 @@ Services::Services(const Environment& environment, const QString& preferencesPat
       resolver(environment.videoSite, HostFileSystem::real(), processes, clock, tasks),
       channelResolver(environment.videoSite, HostFileSystem::real(), processes),
       player(state, registry, resolver, players, tasks),
-      sleepTimer(state, [this] { player.pause(); }, notifications, clock, tasks) {}
+      sleepTimer(
+          state, [this] { player.pause(); }, notifications, clock, tasks),
+      updater(
+          {.feed = environment.appcast,
+           .publicKey = environment.appcastKey,
+           .version = AppConstants::appVersion,
+           .downloadFolder = QStandardPaths::writableLocation(QStandardPaths::DownloadLocation)},
+          http, tasks, std::make_unique<UpdaterDialog>(), showInFolder) {}
 
 } // namespace orvane

@@ -39,7 +39,6 @@ struct Services {
     VideoOutput videoOutput;
     /// Of the channels that are played; nothing without one.
     std::optional<Origin> videoSite;
-    UpdaterSettings updates;
     Autostart autostart;
     Timeline timeline;
     NotificationCenter notifications;
@@ -60,6 +59,7 @@ struct Services {
     ChannelResolver channelResolver;
     PlayerManager player;
     SleepTimer sleepTimer;
+    UpdaterController updater;
 };
 
 } // namespace orvane

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/AppDelegate.h"
+#include "app/Collaborators.h"
 #include "app/Environment.h"
 #include "app/Launch.h"
 #include "app/Services.h"
@@ -71,7 +71,7 @@ int main(int argc, char** argv) {
 
     const Environment environment = Environment::read();
     Services services(environment, preferencesPath(), chooseVideoOutput(environment.videoOutput));
-    AppDelegate delegate(services);
+    AppDelegate delegate(appDelegateCollaborators(services));
     const TerminationSignals signals;
     QObject::connect(&signals, &TerminationSignals::received, &delegate, &AppDelegate::terminate);
 

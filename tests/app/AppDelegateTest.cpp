@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/AppDelegate.h"
-
+#include "app/Collaborators.h"
 #include "app/Services.h"
 #include "state/AppNotification.h"
 #include "support/EventLoop.h"
@@ -50,7 +49,7 @@ struct Program {
     }
 
     Services services;
-    AppDelegate delegate{services};
+    AppDelegate delegate{appDelegateCollaborators(services)};
 };
 
 class AppDelegateTest : public testing::Test {

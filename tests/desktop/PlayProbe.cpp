@@ -5,8 +5,8 @@
 // Prints a line for each switch: "played" or "waited", the longest time in milliseconds for which
 // the main thread answered nothing, and the time to the picture.
 #include "app/AppDelegate.h"
+#include "app/Collaborators.h"
 #include "app/Services.h"
-#include "app/WindowCollaborators.h"
 #include "platform/media/VideoView.h"
 #include "platform/system/Memory.h"
 #include "state/AppNotification.h"
@@ -165,7 +165,7 @@ int main(int argc, char** argv) {
     const Environment environment = Environment::read();
     Services services(environment, folder.filePath(u"preferences.json"_s),
                       chooseVideoOutput(environment.videoOutput));
-    AppDelegate delegate(services);
+    AppDelegate delegate(appDelegateCollaborators(services));
     PlayerWindow window(playerWindowCollaborators(services, delegate, {}));
     window.show();
     int exitCode = 1;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The real player window and controller, told by lines on the standard input what its keys, menus
 // and settings tell it in other places. Answers each line with "done" and what was asked for.
-#include "app/AppDelegate.h"
+#include "app/Collaborators.h"
 #include "app/Services.h"
 #include "platform/media/VideoView.h"
 #include "platform/system/Memory.h"
@@ -74,7 +74,7 @@ int main(int argc, char** argv) {
                       QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
                           u"/orvane/preferences.json"_s,
                       chooseVideoOutput(environment.videoOutput));
-    AppDelegate delegate(services);
+    AppDelegate delegate(appDelegateCollaborators(services));
     const TerminationSignals signals;
     QObject::connect(&signals, &TerminationSignals::received, &delegate, &AppDelegate::terminate);
     delegate.applicationDidFinishLaunching();

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/settings/SettingsWindow.h"
 
+#include "app/Collaborators.h"
 #include "app/Services.h"
-#include "app/WindowCollaborators.h"
 #include "state/AppNotification.h"
 #include "support/EventLoop.h"
 #include "support/RecordingActions.h"

@@ -1,15 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/AppDelegate.h"
 #include "ui/player/PlayerWindow.h"
 #include "ui/settings/SettingsWindow.h"
 
+#include <functional>
+
 namespace orvane {
 
-class ApplicationActions;
 struct Services;
 
-/// What the windows need of the services, which outlive them, as `actions` does. Main thread.
+/// Pick out of the services what the application controller and the windows are given. The services
+/// and `actions` outlive what is returned. Main thread.
+[[nodiscard]] AppDelegate::Collaborators appDelegateCollaborators(Services& services);
 [[nodiscard]] PlayerWindow::Collaborators
 playerWindowCollaborators(Services& services, ApplicationActions& actions,
                           std::function<Menu()> contextMenu);

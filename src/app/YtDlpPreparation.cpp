@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/YtDlpPreparation.h"
+
+#include "app/Timeline.h"
+#include "base/TaskScope.h"
+#include "playback/PlayerManager.h"
+#include "state/AppNotification.h"
+#include "state/AppState.h"
+#include "streaming/YtDlpManager.h"
+
+#include <utility>
+
+namespace orvane {
+
+YtDlpPreparation::YtDlpPreparation(const Collaborators& collaborators)
+    : m_with(collaborators), m_retry([this] {
+          if (!m_isStopped)
+              m_with.player.retryCurrent();
+      }) {}
+
+YtDlpPreparation::~YtDlpPreparation() = default;
+
+void YtDlpPreparation::start() {
+    m_observers.push_back(
+        m_with.notifications.addObserver(AppNotification::streamError, [this] { retryIfDue(); }));
+    m_observers.push_back(m_with.notifications.addObserver(AppNotification::streamResolved,
+                                                           [this] { m_isRetryDue = false; }));
+    m_with.tasks.spawn(prepare());
+}
+
+void YtDlpPreparation::stop() {
+    m_isStopped = true;
+    m_with.ytDlp.stop();
+}
+
+QCoro::Task<> YtDlpPreparation::prepare() {
+    m_with.ytDlp.onInstalling([this](bool isInstalling) {
+        m_wasInstalled = true;
+        m_with.timeline.mark(isInstalling ? "installing" : "installed");
+        m_with.showInstalling(isInstalling);
+    });
+    const YtDlpManager::Installed installed = co_await m_with.ytDlp.ensureInstalled();
+    if (!installed || !m_wasInstalled || m_isStopped)
+        co_return;
+    // The channel may have failed already for lack of the tool, or may still be about to.
+    m_isRetryDue = true;
+    if (std::holds_alternative<PlaybackState::Error>(m_with.state.playbackState()))
+        retryIfDue();
+}
+
+void YtDlpPreparation::retryIfDue() {
+    if (std::exchange(m_isRetryDue, false))
+        m_retry.schedule();
+}
+
+} // namespace orvane
