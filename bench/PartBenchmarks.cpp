@@ -42,7 +42,7 @@ public:
     }
 
     [[nodiscard]] MenuSources menuSources() const {
-        return {services.registry, services.preferences, services.state, services.sleepTimer};
+        return {services.registry, services.preferences, services.state, [] { return false; }};
     }
 
 private:

@@ -40,7 +40,7 @@ AppDelegate::AppDelegate(const Collaborators& collaborators)
       m_menuSources{.registry = m_with.registry,
                     .preferences = m_with.preferences,
                     .state = m_with.state,
-                    .sleepTimer = m_with.sleepTimer},
+                    .isSleepTimerActive = [this] { return m_with.sleepTimer.isActive(); }},
       m_menuBarManager(m_menuSources, *this),
       m_hotkeys({.state = m_with.state,
                  .preferences = m_with.preferences,

@@ -20,6 +20,7 @@ namespace orvane {
 
 class LocalProcessRunner;
 class MpvTeardownQueue;
+class SleepTimer;
 class TelemetryService;
 class Timeline;
 class UpdaterController;

@@ -4,7 +4,7 @@
 #include "base/Cancellation.h"
 #include "model/Channel.h"
 #include "platform/media/MediaPlayer.h"
-#include "state/ChannelRegistry.h"
+#include "playback/PlayerCommands.h"
 
 #include <QCoroTask>
 #include <QObject>
@@ -23,41 +23,37 @@ class TaskScope;
 /// commands, retries refused addresses, and reports the outcome through `AppState`. Owned by the
 /// composition root; main thread, which it never blocks. Failures become the error state with a
 /// message for the user.
-class PlayerManager {
+class PlayerManager final : public PlayerCommands {
 public:
     /// All references must outlive this object; `tasks` is joined before its destruction.
     PlayerManager(AppState& state, const ChannelRegistry& registry, StreamResolver& resolver,
                   MediaPlayerFactory& players, TaskScope& tasks);
-    ~PlayerManager();
+    ~PlayerManager() override;
     PlayerManager(const PlayerManager&) = delete;
     PlayerManager& operator=(const PlayerManager&) = delete;
 
-    /// Sets where players draw; null for nowhere. Not owned; must be reset before it is destroyed.
-    void setPlayerView(VideoSurface* view);
+    void setPlayerView(VideoSurface* view) override;
 
-    /// Opens a channel and cancels the opening of any other.
-    void play(const Channel& channel);
+    void play(const Channel& channel) override;
     /// Plays the enabled channel before or after `from`, or after the first one if `from` is not
     /// enabled. Opens no window. Returns whether any channel is enabled.
     bool playNeighbor(ChannelStep step, const std::optional<Channel>& from);
-    /// Plays the enabled channel before or after the current one.
-    bool playNeighbor(ChannelStep step);
-    /// Opens the current channel, if there is one, with a fresh address. Opens no window.
-    void retryCurrent();
+    bool playNeighbor(ChannelStep step) override;
+    void retryCurrent() override;
 
     /// These three do nothing without a player. Of the state they change only the transport.
     void pause();
     void resume();
-    void togglePlayPause();
+    void togglePlayPause() override;
 
     /// Whether the player is waiting for data.
     [[nodiscard]] bool isWaiting() const;
 
     void setMute(bool muted);
-    void toggleMute();
+    void toggleMute() override;
     /// Clamped to 0...1.
     void setVolume(float volume);
-    void adjustVolume(float delta);
+    void adjustVolume(float delta) override;
 
     /// Destroys the player and cancels opening. Of the state it changes only the transport.
     void stop();

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/HotkeyManager.h"
 
-#include "playback/PlayerManager.h"
+#include "playback/PlayerCommands.h"
 #include "settings/Preferences.h"
 #include "state/AppNotification.h"
 #include "state/AppState.h"

@@ -11,7 +11,7 @@ namespace orvane {
 class AppState;
 class ApplicationActions;
 class ChannelRegistry;
-class PlayerManager;
+class PlayerCommands;
 class Preferences;
 
 /// The single keys that drive the player: in this program's own windows always, in other programs
@@ -24,7 +24,7 @@ public:
         AppState& state;
         const Preferences& preferences;
         const ChannelRegistry& registry;
-        PlayerManager& player;
+        PlayerCommands& player;
         NotificationCenter& notifications;
         EventMonitor& events;
         ApplicationActions& actions;

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/menus/ContextMenuBuilder.h"
 
-#include "playback/SleepTimer.h"
 #include "state/AppState.h"
 
 namespace orvane {
@@ -46,7 +45,7 @@ Menu ContextMenuBuilder::build(const MenuSources& sources, StatusItemPresence st
                  .modifierMask = ModifierMask::none,
                  .isOn = sources.state.isGhostMode()});
     menu.append(MenuItem::separator());
-    menu.append({.title = u"Sleep Timer"_s, .submenu = sleepTimes(sources.sleepTimer.isActive())});
+    menu.append({.title = u"Sleep Timer"_s, .submenu = sleepTimes(sources.isSleepTimerActive())});
     menu.append(MenuItem::separator());
     if (isAlone)
         menu.append(addChannelItem());

@@ -10,14 +10,13 @@ namespace orvane {
 class AppState;
 class ChannelRegistry;
 class Preferences;
-class SleepTimer;
 
-/// What the menus are made of. All outlive it; main thread.
+/// What the menus are built from. What is referred to outlives it; main thread.
 struct MenuSources {
     const ChannelRegistry& registry;
     const Preferences& preferences;
     const AppState& state;
-    const SleepTimer& sleepTimer;
+    std::function<bool()> isSleepTimerActive;
 };
 
 /// For each category with an enabled channel: a header, its enabled channels in the order of the

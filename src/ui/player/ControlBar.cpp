@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/player/ControlBar.h"
 
-#include "playback/PlayerManager.h"
+#include "playback/PlayerCommands.h"
 #include "state/AppNotification.h"
 #include "state/AppState.h"
 #include "ui/ApplicationActions.h"
@@ -55,7 +55,7 @@ private:
 
 } // namespace
 
-ControlBar::ControlBar(AppState& state, PlayerManager& player, ApplicationActions& actions,
+ControlBar::ControlBar(AppState& state, PlayerCommands& player, ApplicationActions& actions,
                        NotificationCenter& notifications, QWidget* parent)
     : QWidget(parent),
       m_state(state),

@@ -16,7 +16,7 @@ class AppState;
 class ApplicationActions;
 class GlyphButton;
 class LiveIndicator;
-class PlayerManager;
+class PlayerCommands;
 
 /// The strip along the bottom of the player window: a live dot, the name of the current channel and
 /// five buttons. Part of the player window; main thread. It shows what the state says, follows it
@@ -25,7 +25,7 @@ class ControlBar final : public QWidget {
     Q_OBJECT
 
 public:
-    ControlBar(AppState& state, PlayerManager& player, ApplicationActions& actions,
+    ControlBar(AppState& state, PlayerCommands& player, ApplicationActions& actions,
                NotificationCenter& notifications, QWidget* parent = nullptr);
 
 protected:
@@ -43,7 +43,7 @@ private:
     void fitChannelName();
 
     AppState& m_state;
-    PlayerManager& m_player;
+    PlayerCommands& m_player;
     ApplicationActions& m_actions;
     NotificationCenter& m_notifications;
     LiveIndicator* m_liveIndicator;

@@ -3,7 +3,7 @@
 
 #include "model/AppConstants.h"
 #include "platform/media/VideoView.h"
-#include "playback/PlayerManager.h"
+#include "playback/PlayerCommands.h"
 #include "state/AppNotification.h"
 #include "state/AppState.h"
 #include "ui/player/CloseButton.h"
@@ -28,7 +28,7 @@ constexpr QRect closeButtonFrame(10, 10, 18, 18);
 
 } // namespace
 
-PlayerContainerView::PlayerContainerView(AppState& state, PlayerManager& player,
+PlayerContainerView::PlayerContainerView(AppState& state, PlayerCommands& player,
                                          ApplicationActions& actions,
                                          NotificationCenter& notifications, VideoOutput output,
                                          QWidget* parent)

@@ -19,7 +19,7 @@ class AppState;
 class ApplicationActions;
 class CloseButton;
 class ControlBar;
-class PlayerManager;
+class PlayerCommands;
 class VideoView;
 
 /// The content of the player window: the picture, the overlay above it, the control bar along the
@@ -30,7 +30,7 @@ class PlayerContainerView final : public QWidget {
     Q_OBJECT
 
 public:
-    PlayerContainerView(AppState& state, PlayerManager& player, ApplicationActions& actions,
+    PlayerContainerView(AppState& state, PlayerCommands& player, ApplicationActions& actions,
                         NotificationCenter& notifications, VideoOutput output,
                         QWidget* parent = nullptr);
     ~PlayerContainerView() override;
@@ -62,7 +62,7 @@ private:
     void hideControlBar();
     void fadeControlBar(double opacity, int milliseconds);
 
-    PlayerManager& m_player;
+    PlayerCommands& m_player;
     VideoView* m_playerView;
     /// Lies unseen over the picture and takes the mouse for it.
     QWidget* m_dragOverlay;

@@ -21,7 +21,7 @@ class AppState;
 class ApplicationActions;
 class FloatingWindow;
 class PlayerContainerView;
-class PlayerManager;
+class PlayerCommands;
 class Preferences;
 
 /// The small floating window that shows the channel. Created by the application controller on first
@@ -34,7 +34,7 @@ public:
     struct Collaborators {
         Preferences& preferences;
         AppState& state;
-        PlayerManager& player;
+        PlayerCommands& player;
         NotificationCenter& notifications;
         EventMonitor& events;
         ApplicationActions& actions;

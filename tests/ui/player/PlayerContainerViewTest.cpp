@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/player/PlayerContainerView.h"
 
-#include "app/Services.h"
 #include "state/AppNotification.h"
 #include "support/EventLoop.h"
 #include "support/RecordingActions.h"
+#include "support/RecordingPlayer.h"
+#include "support/StateFixture.h"
 #include "ui/player/ControlBar.h"
 #include "ui/player/VolumeSlider.h"
 
 #include <QAbstractButton>
 #include <QLabel>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -18,26 +18,23 @@
 namespace orvane {
 
 using namespace Qt::StringLiterals;
-using test::RecordingActions;
 using test::runUntil;
 
 namespace {
 
-class PlayerContainerViewTest : public testing::Test {
+class PlayerContainerViewTest : public testing::Test, protected test::StateFixture {
 protected:
     PlayerContainerViewTest() {
-        // Away from where the pointer of the platform stands.
+        // Away from the pointer of the platform plugin.
         view.setGeometry(300, 200, 480, 314);
         view.show();
     }
-    ~PlayerContainerViewTest() override { services.player.setPlayerView(nullptr); }
 
     template <class T>
     T* part(const QString& name) {
         return view.findChild<T*>(name);
     }
     QAbstractButton* button(const QString& name) { return part<QAbstractButton>(name); }
-    QString message() { return part<QLabel>(u"overlayMessage"_s)->text(); }
 
     void enter() {
         QEnterEvent event(QPointF(50, 50), QPointF(50, 50), QPointF(50, 50));
@@ -48,56 +45,77 @@ protected:
         QCoreApplication::sendEvent(&view, &event);
     }
     void move() {
-        const QPoint place(100, 290);
-        QWidget* receiver = view.childAt(place);
-        const QPointF global = view.mapToGlobal(QPointF(place));
+        const QPoint position(100, 290);
+        QWidget* receiver = view.childAt(position);
+        const QPointF global = view.mapToGlobal(QPointF(position));
         QMouseEvent event(QEvent::MouseMove, receiver->mapFromGlobal(global), global, global,
                           Qt::NoButton, Qt::NoButton, Qt::NoModifier);
         QCoreApplication::sendEvent(receiver, &event);
     }
 
-    QTemporaryDir folder;
-    Services services{Environment{}, folder.filePath(u"preferences.json"_s), VideoOutput::software};
-    RecordingActions actions;
-    PlayerContainerView view{services.state, services.player, actions, services.notifications,
-                             VideoOutput::software};
+    test::RecordingPlayer player;
+    test::RecordingActions actions;
+    PlayerContainerView view{state, player, actions, notifications, VideoOutput::software};
     ControlBar* bar = view.findChild<ControlBar*>();
     QTimer* hideTimer = view.findChild<QTimer*>(QString(), Qt::FindDirectChildrenOnly);
-    const Channel channel = services.registry.featured().first();
+    const Channel channel = registry.featured().first();
 };
 
-TEST_F(PlayerContainerViewTest, TellsWhatTheStreamIsDoing) {
-    auto* overlay = view.findChild<OverlayView*>();
-    services.state.setLoading(channel);
-    EXPECT_EQ(message(), u"Loading "_s + channel.displayName() + u"..."_s);
-    services.state.setError(channel, u"HTTP 404"_s);
-    EXPECT_EQ(message(), u"HTTP 404"_s);
-    EXPECT_TRUE(overlay->isVisible());
-    services.state.setPlaying(channel);
+TEST_F(PlayerContainerViewTest, OverlayFollowsTheStream) {
+    const auto* overlay = view.findChild<OverlayView*>();
+    const auto* spinner = part<QWidget>(u"overlaySpinner"_s);
+    const auto* message = part<QLabel>(u"overlayMessage"_s);
+    auto* retry = button(u"overlayRetry"_s);
     EXPECT_FALSE(overlay->isVisible());
+    state.setLoading(channel);
+    EXPECT_TRUE(overlay->isVisible() && spinner->isVisible() && !retry->isVisible());
+    EXPECT_EQ(message->text(), u"Loading "_s + channel.displayName() + u"..."_s);
+    state.setError(channel, u"<b>404</b> & more"_s);
+    EXPECT_TRUE(overlay->isVisible() && !spinner->isVisible() && retry->isVisible());
+    EXPECT_EQ(message->text(), u"<b>404</b> & more"_s);
+    EXPECT_EQ(message->textFormat(), Qt::PlainText);
+    QTest::mouseClick(retry, Qt::LeftButton);
+    EXPECT_EQ(player.takeCalls(), QStringList{u"retry"_s});
+    state.setPlaying(channel);
+    EXPECT_FALSE(overlay->isVisible() || spinner->isVisible());
 }
 
-TEST_F(PlayerContainerViewTest, LaysTheBarOutFromTheRightAndLeavesTheNameSomeRoom) {
-    EXPECT_EQ(bar->geometry(), QRect(0, 270, 480, 44));
-    EXPECT_EQ(button(u"quitButton"_s)->geometry(), QRect(442, 6, 32, 32));
-    EXPECT_EQ(button(u"closeButton"_s)->x(), 406);
-    EXPECT_EQ(button(u"fullscreenBtn"_s)->x(), 370);
-    EXPECT_EQ(button(u"ghostButton"_s)->x(), 334);
-    EXPECT_EQ(button(u"muteButton"_s)->x(), 298);
-    auto* label = part<QLabel>(u"channelLabel"_s);
-    EXPECT_EQ(label->x(), 20);
-    EXPECT_EQ(label->width(), 270);
+TEST_F(PlayerContainerViewTest, AnInstallationHidesTheFailureThatItCauses) {
+    const auto* message = part<QLabel>(u"overlayMessage"_s);
+    view.setInstalling(true);
+    EXPECT_FALSE(message->isVisible()) << "nothing is being opened";
+    state.setError(channel, u"yt-dlp not found"_s);
+    EXPECT_EQ(message->text(), u"Installing yt-dlp..."_s);
+    view.setInstalling(false);
+    EXPECT_EQ(message->text(), u"yt-dlp not found"_s);
+}
+
+TEST_F(PlayerContainerViewTest, ShortensALongMessageAndAddsATooltip) {
+    const auto* message = part<QLabel>(u"overlayMessage"_s);
+    const QString text = u"ERROR: <a> unable to download. "_s.repeated(30).trimmed();
+    state.setError(channel, text);
+    EXPECT_EQ(message->text().count(u'\n'), 2);
+    EXPECT_EQ(message->toolTip(), text.toHtmlEscaped());
+    state.setError(channel, u"short"_s);
+    EXPECT_TRUE(message->toolTip().isEmpty());
+}
+
+TEST_F(PlayerContainerViewTest, ShortensALongChannelName) {
+    const auto* label = part<QLabel>(u"channelLabel"_s);
     EXPECT_EQ(label->text(), u"Select a channel"_s);
-    services.state.assignCurrentChannel(Channel::custom(u"x"_s, u"Name "_s.repeated(30)));
+    state.assignCurrentChannel(Channel::custom(u"x"_s, u"Name "_s.repeated(30)));
     EXPECT_TRUE(label->text().startsWith(u"Name"_s) && label->text().endsWith(u'…'));
-    view.resize(200, 180);
-    EXPECT_EQ(label->width(), 30);
+    for (const int width : {480, 320}) {
+        view.resize(width, 180);
+        EXPECT_LT(label->geometry().right(), button(u"muteButton"_s)->x());
+        EXPECT_LE(label->fontMetrics().horizontalAdvance(label->text()), label->width());
+    }
 }
 
-TEST_F(PlayerContainerViewTest, HasButtonsThatSayWhatTheyDoAndDoIt) {
+TEST_F(PlayerContainerViewTest, ButtonsActAndDescribeThemselves) {
     QStringList posted;
     const auto watch = [&](Topic<> topic) {
-        return services.notifications.addObserver(topic, [&posted, topic] {
+        return notifications.addObserver(topic, [&posted, topic] {
             posted += QString::fromLatin1(topic.name.data(), qsizetype(topic.name.size()));
         });
     };
@@ -110,11 +128,14 @@ TEST_F(PlayerContainerViewTest, HasButtonsThatSayWhatTheyDoAndDoIt) {
 
     EXPECT_EQ(button(u"ghostButton"_s)->toolTip(), u"Ghost Mode OFF (G)"_s);
     EXPECT_EQ(click(u"ghostButton"_s), u"👻 Ghost Mode ON (G)"_s);
-    EXPECT_TRUE(services.preferences.ghostModeEnabled());
+    EXPECT_TRUE(preferences.ghostModeEnabled());
     EXPECT_EQ(click(u"ghostButton"_s), u"👁 Ghost Mode OFF (G)"_s);
-    EXPECT_EQ(click(u"muteButton"_s), u"🔇 "_s);
-    EXPECT_TRUE(services.state.isMuted());
-    EXPECT_EQ(click(u"muteButton"_s), u"🔊 "_s);
+    click(u"muteButton"_s);
+    EXPECT_EQ(player.takeCalls(), QStringList{u"mute"_s});
+    state.setMuted(true);
+    EXPECT_EQ(button(u"muteButton"_s)->text(), u"🔇"_s);
+    state.setMuted(false);
+    EXPECT_EQ(button(u"muteButton"_s)->text(), u"🔊"_s);
     EXPECT_EQ(click(u"fullscreenBtn"_s), u"⛶ Fullscreen (F)"_s);
     EXPECT_EQ(click(u"closeButton"_s), u"✕ Close player"_s);
     EXPECT_EQ(posted, (QStringList{u"lumenfold.orvane.toggleFullscreen"_s,
@@ -122,21 +143,20 @@ TEST_F(PlayerContainerViewTest, HasButtonsThatSayWhatTheyDoAndDoIt) {
     EXPECT_EQ(click(u"quitButton"_s), u"⏻ Quit Orvane (Q)"_s);
     EXPECT_EQ(actions.calls, QStringList{u"terminate"_s});
     for (const auto* each : view.findChildren<QAbstractButton*>()) {
-        // A button with a title of its own has that for a name.
         if (each->text() == u"Retry"_s)
-            continue;
+            continue; // Its title is its accessible name.
         EXPECT_FALSE(each->accessibleName().isEmpty()) << each->text().toStdString();
     }
 }
 
-TEST_F(PlayerContainerViewTest, ShowsTheBarWhileThePointerIsInsideAndHasMoved) {
+TEST_F(PlayerContainerViewTest, BarFollowsThePointer) {
     EXPECT_TRUE(bar->isVisible());
     enter();
-    EXPECT_FALSE(hideTimer->isActive()) << "a bar that is up gets no timer";
+    EXPECT_FALSE(hideTimer->isActive()) << "a visible bar needs no timer";
     leave();
     ASSERT_TRUE(runUntil([&] { return !bar->isVisible(); }));
 
-    // Brought up and left alone, it goes.
+    // Without another movement it hides again.
     enter();
     EXPECT_TRUE(bar->isVisible());
     EXPECT_TRUE(hideTimer->isActive());
@@ -144,7 +164,7 @@ TEST_F(PlayerContainerViewTest, ShowsTheBarWhileThePointerIsInsideAndHasMoved) {
     hideTimer->start(0);
     ASSERT_TRUE(runUntil([&] { return !bar->isVisible(); }));
 
-    // Brought up by one movement, it stays after the next.
+    // A second movement keeps it.
     hideTimer->setInterval(3000);
     move();
     EXPECT_TRUE(bar->isVisible() && hideTimer->isActive());
@@ -153,7 +173,7 @@ TEST_F(PlayerContainerViewTest, ShowsTheBarWhileThePointerIsInsideAndHasMoved) {
     EXPECT_FALSE(hideTimer->isActive());
 }
 
-TEST_F(PlayerContainerViewTest, HidesThePointerWithTheBarInFullScreen) {
+TEST_F(PlayerContainerViewTest, FullScreenHidesThePointerWithTheBar) {
     leave();
     EXPECT_NE(view.cursor().shape(), Qt::BlankCursor);
     view.showFullScreen();
@@ -163,13 +183,13 @@ TEST_F(PlayerContainerViewTest, HidesThePointerWithTheBarInFullScreen) {
     EXPECT_NE(view.cursor().shape(), Qt::BlankCursor);
 }
 
-TEST_F(PlayerContainerViewTest, VolumeSliderReportsOnlyWhatThePersonDoes) {
-    services.preferences.setVolume(0.25F);
-    VolumeSlider slider(services.preferences, services.state);
+TEST_F(PlayerContainerViewTest, VolumeSliderReportsOnlyInput) {
+    preferences.setVolume(0.25F);
+    VolumeSlider slider(preferences, state);
     EXPECT_FLOAT_EQ(slider.floatValue(), 0.25F);
     std::vector<float> reported;
     slider.onVolumeChange([&](float volume) { reported.push_back(volume); });
-    services.state.setVolume(0.5F);
+    state.setVolume(0.5F);
     slider.syncToState();
     EXPECT_FLOAT_EQ(slider.floatValue(), 0.5F);
     EXPECT_TRUE(reported.empty());

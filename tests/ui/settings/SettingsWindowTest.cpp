@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/settings/SettingsWindow.h"
 
-#include "app/Collaborators.h"
-#include "app/Services.h"
+#include "base/TaskScope.h"
 #include "state/AppNotification.h"
 #include "support/EventLoop.h"
+#include "support/FakeEvents.h"
 #include "support/RecordingActions.h"
+#include "support/RecordingPlayer.h"
+#include "support/StateFixture.h"
+#include "ui/player/PlayerWindow.h"
 #include "ui/settings/StarButton.h"
 
 #include <QCheckBox>
@@ -18,7 +21,6 @@
 #include <QScrollArea>
 #include <QSlider>
 #include <QTabWidget>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -30,8 +32,8 @@ using test::runUntil;
 
 namespace {
 
-/// Answers in the order that the test chooses.
-class StandInResolver {
+/// Leaves it to the test when and in which order the calls are answered.
+class FakeResolver {
 public:
     struct Call {
         QString input;
@@ -55,7 +57,7 @@ public:
     }
 };
 
-class SettingsWindowTest : public testing::Test {
+class SettingsWindowTest : public testing::Test, protected test::StateFixture {
 protected:
     SettingsWindowTest() { open(); }
     ~SettingsWindowTest() override {
@@ -64,16 +66,16 @@ protected:
             if (!resolver.calls[i].answer->future().isFinished())
                 resolver.answer(i, std::unexpected(ChannelResolver::ResolveError{}));
         }
-        EXPECT_TRUE(runUntil([&] { return services.tasks.count() == 0; }));
+        EXPECT_TRUE(runUntil([&] { return tasks.count() == 0; }));
     }
 
     void open() {
         window = std::make_unique<SettingsWindow>(SettingsWindow::Collaborators{
-            .preferences = services.preferences,
-            .registry = services.registry,
-            .state = services.state,
-            .notifications = services.notifications,
-            .tasks = services.tasks,
+            .preferences = preferences,
+            .registry = registry,
+            .state = state,
+            .notifications = notifications,
+            .tasks = tasks,
             .resolve = [this](QString input,
                               std::stop_token stop) { return resolver.resolve(input, stop); },
             .siteHost = u"site.example"_s,
@@ -112,7 +114,7 @@ protected:
         const auto* label = part<QLabel>(u"statusLabel"_s);
         return label->palette().color(label->foregroundRole());
     }
-    /// The rows of the list of one's own channels; the rest of a deleted list does not count.
+    /// The texts of the list of custom channels.
     QStringList customRows() {
         QStringList rows;
         for (const auto* label : part<QScrollArea>(u"customScroll"_s)->findChildren<QLabel*>())
@@ -121,33 +123,41 @@ protected:
     }
     bool isPreviewShown() { return part<QWidget>(u"previewBg"_s)->isVisible(); }
 
-    QTemporaryDir folder;
     QString autostartFolder = folder.filePath(u"config/autostart"_s);
-    Services services{Environment{}, folder.filePath(u"preferences.json"_s), VideoOutput::software};
+    TaskScope tasks;
+    test::FakeEvents events;
     test::RecordingActions actions;
-    PlayerWindow player{playerWindowCollaborators(services, actions, {})};
-    StandInResolver resolver;
+    test::RecordingPlayer commands;
+    PlayerWindow player{{.preferences = preferences,
+                         .state = state,
+                         .player = commands,
+                         .notifications = notifications,
+                         .events = events,
+                         .actions = actions,
+                         .contextMenu = {},
+                         .videoOutput = VideoOutput::software}};
+    FakeResolver resolver;
     std::unique_ptr<SettingsWindow> window;
 };
 
 TEST_F(SettingsWindowTest, GeneralControlsWriteAtOnceAndShowWhatIsStored) {
     std::optional<AppTheme> announced;
-    const auto token = services.notifications.addObserver(
-        AppNotification::themeChanged, [&](AppTheme theme) { announced = theme; });
+    const auto token = notifications.addObserver(AppNotification::themeChanged,
+                                                 [&](AppTheme theme) { announced = theme; });
     auto* resolution = part<QComboBox>(u"resolution"_s);
     EXPECT_EQ(resolution->currentText(), u"480p"_s);
     QTest::keyClicks(resolution, u"B"_s);
-    EXPECT_EQ(services.state.resolution(), Resolution::rBest);
+    EXPECT_EQ(state.resolution(), Resolution::rBest);
     QTest::keyClicks(part<QComboBox>(u"theme"_s), u"D"_s);
     EXPECT_EQ(announced, AppTheme::dark);
-    EXPECT_EQ(services.preferences.theme(), AppTheme::dark);
+    EXPECT_EQ(preferences.theme(), AppTheme::dark);
     click(u"autoPlay"_s);
-    EXPECT_FALSE(services.preferences.autoPlayLastChannel());
+    EXPECT_FALSE(preferences.autoPlayLastChannel());
     click(u"shortcutsInTextFields"_s);
-    EXPECT_FALSE(services.preferences.shortcutsInTextFields());
+    EXPECT_FALSE(preferences.shortcutsInTextFields());
 
     window->close();
-    services.state.setResolution(Resolution::r360); // As a menu does.
+    state.setResolution(Resolution::r360); // As a menu does.
     window->show();
     EXPECT_EQ(resolution->currentText(), u"360p"_s);
     EXPECT_FALSE(part<QCheckBox>(u"autoPlay"_s)->isChecked());
@@ -183,20 +193,20 @@ TEST_F(SettingsWindowTest, StartsAtLoginByAnEntryThatDesktopsMaySwitchOff) {
 }
 
 TEST_F(SettingsWindowTest, ChannelsTabShowsWhatIsSoWhenItIsSelected) {
-    services.preferences.addCustomChannel(u"Mine"_s, u"My own"_s);
-    services.preferences.setFavoriteChannelIDs({u"alarabiya"_s, u"dwnews"_s, u"dwnews"_s});
+    preferences.addCustomChannel(u"Mine"_s, u"My own"_s);
+    preferences.setFavoriteChannelIDs({u"alarabiya"_s, u"dwnews"_s, u"dwnews"_s});
     selectTab(u"Channels"_s);
     EXPECT_TRUE(part<QCheckBox>(u"dwnews"_s)->isChecked());
     EXPECT_TRUE(part<QCheckBox>(u"custom_mine"_s)->isChecked());
     click(u"dwnews"_s);
-    EXPECT_FALSE(services.preferences.enabledChannelIDs().contains(u"dwnews"_s));
+    EXPECT_FALSE(preferences.enabledChannelIDs().contains(u"dwnews"_s));
 
     click(u"favourite dwnews"_s);
-    EXPECT_EQ(services.preferences.favoriteChannelIDs(), QStringList{u"alarabiya"_s});
+    EXPECT_EQ(preferences.favoriteChannelIDs(), QStringList{u"alarabiya"_s});
     for (const char* id : {"euronews", "cgtn", "wion", "custom_mine", "alhadath", "aljazeera",
                            "skynewsuk", "abcnews", "cbsnews"})
         click(u"favourite "_s + QLatin1StringView(id));
-    EXPECT_EQ(services.preferences.favoriteChannelIDs().at(4), u"custom_mine"_s);
+    EXPECT_EQ(preferences.favoriteChannelIDs().at(4), u"custom_mine"_s);
     const auto toolTip = [&](const QString& id) {
         return part<StarButton>(u"favourite "_s + id)->toolTip();
     };
@@ -207,8 +217,8 @@ TEST_F(SettingsWindowTest, ChannelsTabShowsWhatIsSoWhenItIsSelected) {
     EXPECT_EQ(toolTip(u"cbsnews"_s), u"Favourite 10"_s);
 
     selectTab(u"General"_s);
-    services.preferences.setEnabledChannelIDs({u"dwnews"_s});
-    services.preferences.removeCustomChannel(u"mine"_s);
+    preferences.setEnabledChannelIDs({u"dwnews"_s});
+    preferences.removeCustomChannel(u"mine"_s);
     selectTab(u"Channels"_s);
     EXPECT_TRUE(part<QCheckBox>(u"dwnews"_s)->isChecked());
     EXPECT_FALSE(part<QCheckBox>(u"alarabiya"_s)->isChecked());
@@ -222,7 +232,7 @@ TEST_F(SettingsWindowTest, PresetsAndOpacityReachThePlayerWindow) {
     selectTab(u"Appearance"_s);
     EXPECT_FALSE(isChosen(u"preset320"_s) || isChosen(u"preset480"_s) || isChosen(u"preset720"_s));
     click(u"preset320"_s);
-    EXPECT_EQ(services.preferences.windowSizePreset(), 320);
+    EXPECT_EQ(preferences.windowSizePreset(), 320);
 
     const QPointF corner = player.frame().bottomRight();
     click(u"preset720"_s);
@@ -233,12 +243,12 @@ TEST_F(SettingsWindowTest, PresetsAndOpacityReachThePlayerWindow) {
 
     auto* opacity = part<QSlider>(u"opacity"_s);
     QTest::keyClick(opacity, Qt::Key_Home);
-    EXPECT_DOUBLE_EQ(services.preferences.windowOpacity(), 0.3);
+    EXPECT_DOUBLE_EQ(preferences.windowOpacity(), 0.3);
     EXPECT_NEAR(player.windowOpacity(), 0.3, 0.01);
 }
 
 TEST_F(SettingsWindowTest, ResolvesAddsAndRemoves) {
-    services.notifications.post(AppNotification::openAddChannel, {});
+    notifications.post(AppNotification::openAddChannel, {});
     EXPECT_EQ(part<QLineEdit>(u"channelInput"_s)->placeholderText(),
               u"@handle or site.example/..."_s);
     const QStringList nothing{u"No custom channels yet. Add one above!"_s};
@@ -273,7 +283,7 @@ TEST_F(SettingsWindowTest, ResolvesAddsAndRemoves) {
     EXPECT_EQ(statusColor(), QColor(40, 205, 65));
     click(u"addBtn"_s); // Nothing waits to be added any more.
     EXPECT_EQ(customRows(), QStringList{u"Some name  (@Some)"_s});
-    EXPECT_TRUE(services.preferences.enabledChannelIDs().contains(u"custom_some"_s));
+    EXPECT_TRUE(preferences.enabledChannelIDs().contains(u"custom_some"_s));
 
     type(u"SOME"_s);
     click(u"resolveBtn"_s);
@@ -282,7 +292,7 @@ TEST_F(SettingsWindowTest, ResolvesAddsAndRemoves) {
     EXPECT_EQ(customRows(), QStringList{u"Some name  (@Some)"_s});
     click(u"Some"_s);
     EXPECT_EQ(customRows(), nothing);
-    EXPECT_TRUE(services.preferences.customChannels().isEmpty());
+    EXPECT_TRUE(preferences.customChannels().isEmpty());
 }
 
 TEST_F(SettingsWindowTest, TheLaterAnswerWinsAndAClosedWindowIsSafe) {
@@ -322,7 +332,7 @@ TEST_F(SettingsWindowTest, ForeignNamesAreTextOnOneLine) {
     };
     const QSize size = window->size();
     for (int i = 0; const auto& [name, shown] : names)
-        services.preferences.addCustomChannel(u"h%1"_s.arg(i++), name);
+        preferences.addCustomChannel(u"h%1"_s.arg(i++), name);
     selectTab(u"Add Channel"_s);
     type(u"x"_s);
     click(u"resolveBtn"_s);
