@@ -12,6 +12,7 @@
 #include "settings/Preferences.h"
 #include "state/AppNotification.h"
 #include "state/AppState.h"
+#include "streaming/YtDlpTool.h"
 #include "telemetry/TelemetryService.h"
 #include "ui/MissingFonts.h"
 #include "ui/menus/ContextMenuBuilder.h"
@@ -259,6 +260,7 @@ void AppDelegate::terminate() {
     m_desktop.stop();
     m_with.updater.stop();
     m_ytDlpPreparation.stop();
+    m_with.ytDlpTool.stop();
     m_with.processes.shutDown();
     QTimer::singleShot(drainLimit, this, &AppDelegate::giveUpDraining);
     drain();

@@ -24,6 +24,7 @@ class SleepTimer;
 class TelemetryService;
 class Timeline;
 class UpdaterController;
+class YtDlpTool;
 
 /// The application controller: starts the program, carries out what menus, keys and command lines
 /// ask of it as a whole, reacts to the notifications that concern windows, and ends it. Owned by
@@ -45,6 +46,7 @@ public:
         const Timeline& timeline;
         UpdaterController& updater;
         YtDlpManager& ytDlp;
+        YtDlpTool& ytDlpTool;
         LocalProcessRunner& processes;
         TaskScope& tasks;
         MpvTeardownQueue& teardown;

@@ -18,6 +18,7 @@ AppDelegate::Collaborators appDelegateCollaborators(Services& services) {
         .timeline = services.timeline,
         .updater = services.updater,
         .ytDlp = services.ytDlp,
+        .ytDlpTool = services.ytDlpTool,
         .processes = services.processes,
         .tasks = services.tasks,
         .teardown = services.teardown,

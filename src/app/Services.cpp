@@ -29,9 +29,10 @@ Services::Services(const Environment& environment, const QString& preferencesPat
       http(AppConstants::appName),
       telemetry(defaults, environment.telemetry),
       players(teardown, chosenOutput),
-      ytDlp(HostFileSystem::real(), processes, clock, http, environment.ytDlpSources, tasks),
-      resolver(environment.videoSite, HostFileSystem::real(), processes, clock, tasks),
-      channelResolver(environment.videoSite, HostFileSystem::real(), processes),
+      ytDlpTool(HostFileSystem::real(), processes, clock, http, environment.ytDlpSources),
+      ytDlp(ytDlpTool, tasks),
+      resolver(environment.videoSite, ytDlpTool, clock, tasks),
+      channelResolver(environment.videoSite, ytDlpTool),
       player(state, registry, resolver, players, tasks),
       sleepTimer(
           state, [this] { player.pause(); }, notifications, clock, tasks),

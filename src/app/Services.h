@@ -54,6 +54,7 @@ struct Services {
     TelemetryService telemetry;
     MpvTeardownQueue teardown;
     MpvMediaPlayerFactory players;
+    YtDlpTool ytDlpTool;
     YtDlpManager ytDlp;
     StreamResolver resolver;
     ChannelResolver channelResolver;

@@ -30,7 +30,6 @@ void YtDlpPreparation::start() {
 
 void YtDlpPreparation::stop() {
     m_isStopped = true;
-    m_with.ytDlp.stop();
 }
 
 QCoro::Task<> YtDlpPreparation::prepare() {
@@ -39,7 +38,7 @@ QCoro::Task<> YtDlpPreparation::prepare() {
         m_with.timeline.mark(isInstalling ? "installing" : "installed");
         m_with.showInstalling(isInstalling);
     });
-    const YtDlpManager::Installed installed = co_await m_with.ytDlp.ensureInstalled();
+    const YtDlpTool::Installed installed = co_await m_with.ytDlp.ensureInstalled();
     if (!installed || !m_wasInstalled || m_isStopped)
         co_return;
     // The channel may have failed already for lack of the tool, or may still be about to.

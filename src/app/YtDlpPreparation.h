@@ -38,7 +38,7 @@ public:
     ~YtDlpPreparation();
 
     void start();
-    /// Cancels an installation; no channel is opened any more.
+    /// After this no channel is opened any more.
     void stop();
 
 private:

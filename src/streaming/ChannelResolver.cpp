@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "streaming/ChannelResolver.h"
 
-#include "streaming/Which.h"
-#include "streaming/YtDlpLocator.h"
+#include "base/Logging.h"
+#include "streaming/YtDlpTool.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -15,11 +15,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A video's description names every subtitle and format, which can be megabytes.
+/// The description of a video lists all its subtitles and formats, which can take megabytes.
 constexpr qsizetype descriptionLimit = 64 * 1024 * 1024;
 
-/// Blanks and line breaks of every script, and the marks of direction that come along when text is
-/// copied from a right-to-left page.
+/// White space of every script, and the invisible direction marks that text copied from a
+/// right-to-left page contains.
 bool isPadding(QChar c) {
     return c.isSpace() || c.category() == QChar::Other_Format;
 }
@@ -36,9 +36,8 @@ QString trimmed(const QString& text) {
 
 } // namespace
 
-ChannelResolver::ChannelResolver(std::optional<Origin> site, HostFileSystem host,
-                                 ProcessRunner& processes)
-    : m_site(std::move(site)), m_host(std::move(host)), m_processes(processes) {}
+ChannelResolver::ChannelResolver(std::optional<Origin> site, YtDlpTool& tool)
+    : m_site(std::move(site)), m_tool(tool) {}
 
 QString ChannelResolver::extractHandle(const QString& input) {
     QString text = trimmed(input);
@@ -81,12 +80,12 @@ QCoro::Task<ChannelResolver::Name> ChannelResolver::fetchChannelName(QString han
     const ResolveError notFound{u"Channel not found. Check the handle or URL."_s};
     if (!m_site)
         co_return std::unexpected(notFound);
-    const QString program = co_await findYtDlp();
-    const YtDlpCommand command{program == m_host.systemPath(u"/usr/bin/python3"_s)
-                                   ? YtDlpCommand::Kind::pythonModule
-                                   : YtDlpCommand::Kind::executable,
-                               program};
-    // The handle stands inside the address, so whatever it is, it is no option.
+    const YtDlpSearch search = YtDlpSearch::of(YtDlpUser::channelResolver);
+    const std::optional<YtDlpCommand> found = co_await m_tool.find(search);
+    if (!found)
+        co_return std::unexpected(notFound);
+    const YtDlpCommand command = *found;
+    // Inside an address, a handle that begins with "-" is not taken for an option.
     const QString page = m_site->address(QString(u"/@"_s + handle + u"/videos"_s));
     const ProcessRequest request{.program = command.program,
                                  .arguments =
@@ -95,26 +94,15 @@ QCoro::Task<ChannelResolver::Name> ChannelResolver::fetchChannelName(QString han
                                  .environment = std::nullopt,
                                  .standardError = ProcessRequest::Stream::discard,
                                  .outputLimit = descriptionLimit};
-    const ProcessOutcome outcome = co_await m_processes.run(request, stop);
+    const ProcessOutcome outcome = co_await m_tool.runner().run(request, stop);
     if (!outcome)
         co_return std::unexpected(ResolveError{u"Failed to run yt-dlp"_s});
     const std::optional<QString> name = channelName(outcome->standardOutput.bytes);
-    if (!name)
+    if (!name) {
+        qCInfo(logStream).noquote() << "no channel at" << withoutSecrets(page);
         co_return std::unexpected(notFound);
-    co_return Name(*name);
-}
-
-QCoro::Task<QString> ChannelResolver::findYtDlp() {
-    for (const QString& place :
-         {m_host.systemPath(u"/opt/homebrew/bin/yt-dlp"_s),
-          m_host.systemPath(u"/usr/local/bin/yt-dlp"_s), m_host.home() + u"/.local/bin/yt-dlp"_s}) {
-        if (HostFileSystem::isExecutableFile(place))
-            co_return QString(place);
     }
-    const QString found = co_await whichYtDlp(m_host, m_processes, std::nullopt);
-    if (HostFileSystem::isExecutableFile(found))
-        co_return QString(found);
-    co_return m_host.systemPath(u"/usr/bin/python3"_s);
+    co_return Name(*name);
 }
 
 } // namespace orvane

@@ -2,8 +2,6 @@
 #pragma once
 
 #include "base/Origin.h"
-#include "platform/system/HostFileSystem.h"
-#include "platform/system/Process.h"
 
 #include <QByteArray>
 #include <QCoroTask>
@@ -15,9 +13,11 @@
 
 namespace orvane {
 
-/// Turns what a person has typed or pasted into a channel: a handle, and the name that yt-dlp
-/// reports for it. It holds no state and tries once. Owned by the composition root; main thread,
-/// which it never blocks; there is no time limit.
+class YtDlpTool;
+
+/// Turns the text that the user has typed or pasted into a channel: a handle, and the name that
+/// yt-dlp reports for it. Keeps no state, tries once and installs nothing. Owned by the composition
+/// root; main thread, which it never blocks; there is no time limit.
 class ChannelResolver {
 public:
     struct ResolvedChannel {
@@ -25,34 +25,32 @@ public:
         QString handle;
         QString name;
     };
-    /// The text is the person's to read.
+    /// The text is meant for the user.
     struct ResolveError {
         QString description;
     };
     using Result = std::expected<ResolvedChannel, ResolveError>;
 
-    /// Without a site nothing is found.
-    ChannelResolver(std::optional<Origin> site, HostFileSystem host, ProcessRunner& processes);
+    /// Without a site no channel is found.
+    ChannelResolver(std::optional<Origin> site, YtDlpTool& tool);
 
-    /// A stop ends yt-dlp; the result then means nothing.
+    /// A stop ends yt-dlp; the result is then meaningless.
     [[nodiscard]] QCoro::Task<Result> resolve(QString input, std::stop_token stop);
 
-    /// The handle in a handle with or without "@", or in a channel's address; the text itself,
-    /// trimmed, where there is none.
+    /// Returns the handle in a handle with or without "@", or in a channel's address; otherwise the
+    /// trimmed text itself.
     [[nodiscard]] static QString extractHandle(const QString& input);
 
-    /// The channel's name in the description of a video, or nothing.
+    /// Returns the channel's name from yt-dlp's description of a video, or nullopt.
     [[nodiscard]] static std::optional<QString> channelName(const QByteArray& json);
 
 private:
     using Name = std::expected<QString, ResolveError>;
 
     [[nodiscard]] QCoro::Task<Name> fetchChannelName(QString handle, std::stop_token stop);
-    [[nodiscard]] QCoro::Task<QString> findYtDlp();
 
     std::optional<Origin> m_site;
-    HostFileSystem m_host;
-    ProcessRunner& m_processes;
+    YtDlpTool& m_tool;
 };
 
 } // namespace orvane

@@ -20,7 +20,7 @@ struct NoOutput {
 using Value = std::variant<ResolveFailed, NoOutput>;
 } // namespace StreamError
 
-/// What the person reads.
+/// Returns the text for the user.
 [[nodiscard]] QString errorDescription(const StreamError::Value& error);
 
 } // namespace orvane

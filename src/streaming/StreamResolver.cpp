@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "streaming/StreamResolver.h"
 
+#include "base/Logging.h"
 #include "base/TaskScope.h"
 #include "model/AppConstants.h"
+#include "streaming/YtDlpTool.h"
 
 namespace orvane {
 
@@ -10,11 +12,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A fault that outlasts this many whole calls may lie in what yt-dlp keeps on the disk.
+/// After this many failed calls in a row, the cause may lie in yt-dlp's own cache.
 constexpr int failuresBeforeClearingCache = 2;
 
-/// What a finished yt-dlp says: an address, or why there is none. Its exit status says less than
-/// its output, so it is not asked.
+/// Reads the address from what yt-dlp printed, or the reason why there is none. Ignores the exit
+/// status: an address counts even after a failure.
 StreamResolver::Result readOutcome(const ProcessOutcome& outcome) {
     if (!outcome) {
         return std::unexpected(
@@ -24,8 +26,8 @@ StreamResolver::Result readOutcome(const ProcessOutcome& outcome) {
     QUrl url(printed, QUrl::StrictMode);
     if (!printed.isEmpty() && !outcome->standardOutput.isTruncated && url.isValid())
         return url;
-    const QString complaint = outcome->standardError.text().value_or(u"Unknown error"_s);
-    return std::unexpected(StreamError::ResolveFailed{complaint.trimmed()});
+    const QString reason = outcome->standardError.text().value_or(u"Unknown error"_s);
+    return std::unexpected(StreamError::ResolveFailed{reason.trimmed()});
 }
 
 QString pageAddress(const Origin& site, const Channel& channel, StreamResolver::Source source) {
@@ -35,31 +37,35 @@ QString pageAddress(const Origin& site, const Channel& channel, StreamResolver::
     return site.address(u"/@"_s + channel.handle() + u"/live"_s);
 }
 
-QCoro::Task<> runIgnoringResult(ProcessRunner& processes, ProcessRequest request) {
-    co_await processes.run(std::move(request), std::stop_token());
+QCoro::Task<> runIgnoringResult(ToolRunner& runner, ProcessRequest request) {
+    co_await runner.run(request, std::stop_token());
+}
+
+void logResult(const QString& key, const StreamResolver::Result& result) {
+    const QString text = result ? result->toString() : errorDescription(result.error());
+    qCInfo(logStream).noquote() << key << "->" << withoutSecrets(text);
 }
 
 } // namespace
 
-StreamResolver::StreamResolver(std::optional<Origin> site, HostFileSystem host,
-                               ProcessRunner& processes, Clock& clock, TaskScope& background)
-    : m_site(std::move(site)),
-      m_processes(processes),
-      m_clock(clock),
-      m_background(background),
-      m_locator(std::move(host), processes) {}
+StreamResolver::StreamResolver(std::optional<Origin> site, YtDlpTool& tool, Clock& clock,
+                               TaskScope& background)
+    : m_site(std::move(site)), m_tool(tool), m_clock(clock), m_background(background) {}
 
 QCoro::Task<StreamResolver::Result> StreamResolver::resolve(Channel channel, Resolution resolution,
                                                             std::stop_token stop) {
     const QString key = cacheKey(channel, resolution);
     const auto cached = m_cache.constFind(key);
     if (cached != m_cache.constEnd() &&
-        m_clock.now() - cached->resolvedAt < AppConstants::streamCacheTTL)
+        m_clock.now() - cached->resolvedAt < AppConstants::streamCacheTTL) {
+        qCInfo(logStream).noquote() << key << "is in the cache";
         co_return Result(cached->url);
+    }
 
     const Result result = co_await resolveInRounds(channel, resolution, stop);
     if (stop.stop_requested())
         co_return result;
+    logResult(key, result);
     if (result) {
         m_cache.insert(key, {*result, m_clock.now()});
         m_consecutiveFailures = 0;
@@ -78,8 +84,10 @@ StreamResolver::resolveInRounds(Channel channel, Resolution resolution, std::sto
             result = co_await resolveWithYtDlp(channel, resolution, Source::fixedVideo, stop);
         if (result || stop.stop_requested())
             break;
-        if (attempt < AppConstants::streamResolveRetries)
+        if (attempt < AppConstants::streamResolveRetries) {
+            qCInfo(logStream).noquote() << "round" << attempt << "of" << channel.id() << "failed";
             co_await m_clock.sleep(std::chrono::seconds(attempt), stop);
+        }
         if (stop.stop_requested())
             break;
     }
@@ -92,9 +100,11 @@ QCoro::Task<StreamResolver::Result> StreamResolver::resolveWithYtDlp(Channel cha
                                                                      std::stop_token stop) {
     if (!m_site)
         co_return std::unexpected(StreamError::ResolveFailed{u"no video site is set up"_s});
-    const YtDlpLocator::Found command = co_await m_locator.findYtDlp();
-    if (!command)
-        co_return std::unexpected(command.error());
+    const std::optional<YtDlpCommand> command = co_await findOrInstallYtDlp();
+    if (!command) {
+        co_return std::unexpected(
+            StreamError::ResolveFailed{u"yt-dlp not found and auto-install failed"_s});
+    }
     const QStringList arguments{u"-f"_s,
                                 ytdlpFormat(resolution),
                                 u"-g"_s,
@@ -106,13 +116,26 @@ QCoro::Task<StreamResolver::Result> StreamResolver::resolveWithYtDlp(Channel cha
     const ProcessRequest request{.program = command->program,
                                  .arguments = command->argumentsFor(arguments),
                                  .environment = std::nullopt};
-    const ProcessOutcome outcome = co_await m_processes.run(request, stop);
+    const ProcessOutcome outcome = co_await m_tool.runner().run(request, stop);
     co_return readOutcome(outcome);
+}
+
+QCoro::Task<std::optional<YtDlpCommand>> StreamResolver::findOrInstallYtDlp() {
+    const YtDlpSearch search = YtDlpSearch::of(YtDlpUser::streamResolver);
+    std::optional<YtDlpCommand> command = co_await m_tool.find(search);
+    if (command)
+        co_return command;
+    const YtDlpPlan plan = YtDlpPlan::ofStreamResolver();
+    const YtDlpTool::Installed installed = co_await m_tool.install(plan);
+    if (installed)
+        command = *installed;
+    co_return command;
 }
 
 void StreamResolver::countFailure() {
     ++m_consecutiveFailures;
-    const std::optional<YtDlpCommand>& command = m_locator.known();
+    const std::optional<YtDlpCommand> command =
+        m_tool.known(YtDlpSearch::of(YtDlpUser::streamResolver));
     if (m_consecutiveFailures >= failuresBeforeClearingCache && command)
         runInBackground(command->program, command->argumentsFor({u"--rm-cache-dir"_s}));
 }
@@ -130,17 +153,18 @@ void StreamResolver::updateYtDlpIfNeeded() {
     if (m_didUpdateCheck)
         return;
     m_didUpdateCheck = true;
-    runInBackground(m_locator.python(), {u"-m"_s, u"pip"_s, u"install"_s, u"--user"_s, u"--quiet"_s,
-                                         u"--upgrade"_s, u"yt-dlp"_s});
+    runInBackground(
+        systemPython(m_tool.runner().host()),
+        {u"-m"_s, u"pip"_s, u"install"_s, u"--user"_s, u"--quiet"_s, u"--upgrade"_s, u"yt-dlp"_s});
 }
 
 void StreamResolver::runInBackground(QString program, QStringList arguments) {
     m_background.spawn(
-        runIgnoringResult(m_processes, {.program = std::move(program),
-                                        .arguments = std::move(arguments),
-                                        .environment = std::nullopt,
-                                        .standardOutput = ProcessRequest::Stream::discard,
-                                        .standardError = ProcessRequest::Stream::discard}));
+        runIgnoringResult(m_tool.runner(), {.program = std::move(program),
+                                            .arguments = std::move(arguments),
+                                            .environment = std::nullopt,
+                                            .standardOutput = ProcessRequest::Stream::discard,
+                                            .standardError = ProcessRequest::Stream::discard}));
 }
 
 QString StreamResolver::cacheKey(const Channel& channel, Resolution resolution) {

@@ -8,7 +8,7 @@ namespace orvane {
 /// Why yt-dlp could not be installed. A value; any thread.
 enum class YtDlpError { notInstalled, noPython };
 
-/// What the person reads.
+/// Returns the text for the user.
 [[nodiscard]] QString errorDescription(YtDlpError error);
 
 } // namespace orvane

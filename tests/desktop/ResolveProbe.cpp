@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Resolves each argument as the settings window would, with the machine's own yt-dlp, and prints
+// Resolves each argument as the settings window does, with the yt-dlp of this machine, and prints
 // the handle and the name, or the error.
 #include "app/Environment.h"
+#include "base/Clock.h"
+#include "platform/system/HttpClient.h"
 #include "streaming/ChannelResolver.h"
+#include "streaming/YtDlpTool.h"
 
 #include <QCoreApplication>
 #include <QCoroTask>
@@ -14,7 +17,10 @@ using namespace orvane;
 int main(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
     LocalProcessRunner processes;
-    ChannelResolver resolver(Environment::read().videoSite, HostFileSystem::real(), processes);
+    SystemClock clock;
+    HttpClient http(QCoreApplication::applicationName());
+    YtDlpTool tool(HostFileSystem::real(), processes, clock, http, {});
+    ChannelResolver resolver(Environment::read().videoSite, tool);
     for (const QString& input : QCoreApplication::arguments().sliced(1)) {
         const ChannelResolver::Result result = QCoro::waitFor(resolver.resolve(input, {}));
         const QString line =

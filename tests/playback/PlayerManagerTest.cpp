@@ -3,11 +3,13 @@
 
 #include "base/TaskScope.h"
 #include "model/BuiltInChannels.h"
+#include "platform/system/HttpClient.h"
 #include "settings/Preferences.h"
 #include "settings/UserDefaults.h"
 #include "state/AppNotification.h"
 #include "state/AppState.h"
 #include "streaming/StreamResolver.h"
+#include "streaming/YtDlpTool.h"
 #include "support/EventLoop.h"
 #include "support/FakeClock.h"
 #include "support/FakeMachine.h"
@@ -121,8 +123,9 @@ protected:
     TaskScope tasks;
     test::FakeClock clock;
     test::FakeProcessRunner processes;
-    StreamResolver resolver{Origin::parse(u"https://site.example"_s), machine.host(), processes,
-                            clock, tasks};
+    HttpClient http{u"test"_s};
+    YtDlpTool tool{machine.host(), processes, clock, http, {}};
+    StreamResolver resolver{Origin::parse(u"https://site.example"_s), tool, clock, tasks};
     FakePlayerFactory factory{log};
     FakeView view;
     PlayerManager player{state, registry, resolver, factory, tasks};

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "streaming/ChannelResolver.h"
 
+#include "platform/system/HttpClient.h"
+#include "streaming/YtDlpTool.h"
+#include "support/FakeClock.h"
 #include "support/FakeMachine.h"
 #include "support/FakeProcessRunner.h"
 
@@ -17,7 +20,7 @@ using test::printed;
 
 namespace {
 
-TEST(ExtractHandle, ReadsWhatPeoplePaste) {
+TEST(ExtractHandle, ReadsPastedText) {
     const struct {
         QString input;
         QString handle;
@@ -30,7 +33,9 @@ TEST(ExtractHandle, ReadsWhatPeoplePaste) {
         {u"m.site.example/@AlArabiya//videos"_s, u"AlArabiya"_s},
         {u"https://site.example/c/Some/videos"_s, u"Some"_s},
         {u"https://site.example/channel/UC123"_s, u"UC123"_s},
-        {u"https://site.example/channel/UC1/@x"_s, u"x"_s},
+        // The markers are looked for in a fixed order, wherever they stand.
+        {u"https://site.example/c/Some/@x"_s, u"x"_s},
+        {u"https://site.example/channel/UC1/c/Some"_s, u"Some"_s},
         {u"\u200f\u00a0@العربية\u200e\u00a0"_s, u"العربية"_s},
         {u"https://site.example/@%D8%A7%D9%84"_s, u"%D8%A7%D9%84"_s},
         {u"https://site.example/@a.b/live?x=1#y"_s, u"a.b"_s},
@@ -45,8 +50,8 @@ TEST(ExtractHandle, ReadsWhatPeoplePaste) {
         EXPECT_EQ(ChannelResolver::extractHandle(row.input), row.handle) << row.input.toStdString();
 }
 
-/// Random texts, the likes of which people paste and worse. ORVANE_FUZZ_SECONDS makes it go on.
-TEST(ExtractHandle, AndTheReadingOfJsonTakeAnything) {
+/// Random texts made of the pieces that the code looks for. ORVANE_FUZZ_SECONDS prolongs the test.
+TEST(ExtractHandle, AndChannelNameAcceptAnyText) {
     const QStringList pieces{u"/@"_s,
                              u"/c/"_s,
                              u"/channel/"_s,
@@ -83,7 +88,7 @@ TEST(ExtractHandle, AndTheReadingOfJsonTakeAnything) {
                             : pieces.at(random.bounded(static_cast<int>(pieces.size())));
             }
             const QString handle = ChannelResolver::extractHandle(text);
-            ASSERT_TRUE(text.contains(handle)) << "never anything that was not pasted";
+            ASSERT_TRUE(text.contains(handle)) << "a handle is a part of the text";
             (void)ChannelResolver::channelName(text.toUtf8());
         }
     } while (!end.hasExpired());
@@ -99,11 +104,14 @@ protected:
 
     test::FakeMachine machine;
     test::FakeProcessRunner processes;
-    ChannelResolver resolver{Origin::parse(u"https://site.example"_s), machine.host(), processes};
+    test::FakeClock clock;
+    HttpClient http{u"test"_s};
+    YtDlpTool tool{machine.host(), processes, clock, http, {}};
+    ChannelResolver resolver{Origin::parse(u"https://site.example"_s), tool};
     const QString notFound = u"Channel not found. Check the handle or URL."_s;
 };
 
-TEST_F(ChannelResolverTest, AsksForTheNewestVideoOfTheChannel) {
+TEST_F(ChannelResolverTest, RequestsTheNewestVideoOfTheChannel) {
     machine.install(u"/home/.local/bin/yt-dlp"_s);
     processes.answer = [](const auto&) { return printed(R"({"channel": "C", "uploader": "U"})"); };
     EXPECT_EQ(resolve(u"@--exec"_s), u"--exec|C"_s);
@@ -123,7 +131,7 @@ TEST_F(ChannelResolverTest, FallsBackToThePythonModule) {
     EXPECT_EQ(processes.requests.last().arguments.first(2), (QStringList{u"-m"_s, u"yt_dlp"_s}));
 }
 
-TEST_F(ChannelResolverTest, SaysWhatWentWrong) {
+TEST_F(ChannelResolverTest, ReportsWhatWentWrong) {
     for (const char* output :
          {"", "no json", "[]", "null", R"({"channel": 1})", R"({"title": "x"})"}) {
         processes.answer = [&](const auto&) { return printed(output, {}, 1); };

@@ -3,6 +3,8 @@
 
 #include "base/TaskScope.h"
 #include "model/BuiltInChannels.h"
+#include "platform/system/HttpClient.h"
+#include "streaming/YtDlpTool.h"
 #include "support/EventLoop.h"
 #include "support/FakeClock.h"
 #include "support/FakeMachine.h"
@@ -32,7 +34,7 @@ protected:
         const StreamResolver::Result result = resolve(channel);
         return result ? u"no failure"_s : errorDescription(result.error());
     }
-    /// The last argument of each call: the page, or what else yt-dlp was asked.
+    /// Returns the last argument of each call: the page, or another order to yt-dlp.
     [[nodiscard]] QStringList lastArguments() const {
         QStringList list;
         for (const ProcessRequest& request : processes.requests)
@@ -44,15 +46,25 @@ protected:
     test::FakeProcessRunner processes;
     test::FakeClock clock;
     TaskScope tasks;
-    StreamResolver resolver{Origin::parse(u"https://site.example"_s), machine.host(), processes,
-                            clock, tasks};
+    HttpClient http{u"test"_s};
+    YtDlpTool tool{machine.host(), processes, clock, http, {}};
+    StreamResolver resolver{Origin::parse(u"https://site.example"_s), tool, clock, tasks};
     const Channel builtIn = builtInChannels().first();
     const Channel custom = Channel::custom(u"Mine"_s, u"Mine"_s);
 };
 
-TEST_F(StreamResolverTest, RemembersAnAddressFor900Seconds) {
+TEST_F(StreamResolverTest, CachesAnAddressFor900Seconds) {
     processes.answer = [](const auto&) { return printed(" https://cdn.example/a.m3u8\n"); };
     EXPECT_EQ(resolve(builtIn), QUrl(u"https://cdn.example/a.m3u8"_s));
+    EXPECT_EQ(processes.requests.first().program, machine.real(u"/usr/bin/yt-dlp"_s));
+    EXPECT_EQ(
+        processes.requests.first().arguments,
+        (QStringList{u"-f"_s, u"best[height<=480]"_s, u"-g"_s, u"--no-playlist"_s,
+                     u"--extractor-args"_s, u"youtube:player_client=android,ios"_s,
+                     u"--no-check-certificate"_s, u"https://site.example/@AlArabiya/live"_s}));
+    EXPECT_FALSE(processes.requests.first().environment);
+    // Found once, the tool is trusted for the rest of the run.
+    machine.remove(u"/usr/bin/yt-dlp"_s);
     clock.advance(899s);
     EXPECT_TRUE(resolve(builtIn));
     EXPECT_EQ(processes.requests.size(), 1);
@@ -97,7 +109,7 @@ TEST_F(StreamResolverTest, FallsBackToTheVideoInTheSameRound) {
     EXPECT_TRUE(clock.sleeps.empty());
 }
 
-TEST_F(StreamResolverTest, ClearsTheToolsCacheFromTheSecondFailureInARow) {
+TEST_F(StreamResolverTest, ClearsTheCacheOfYtDlpFromTheSecondFailureInARow) {
     bool works = false;
     processes.answer = [&](const auto&) {
         return works ? printed("https://cdn.example/a") : printed({}, "x", 1);
@@ -118,7 +130,7 @@ TEST_F(StreamResolverTest, ClearsTheToolsCacheFromTheSecondFailureInARow) {
     EXPECT_EQ(clearings(), 2);
 }
 
-TEST_F(StreamResolverTest, TellsWhyThereIsNoAddress) {
+TEST_F(StreamResolverTest, ReportsWhyThereIsNoAddress) {
     const struct {
         ProcessOutcome outcome;
         QString text;
@@ -142,18 +154,18 @@ TEST_F(StreamResolverTest, TellsWhyThereIsNoAddress) {
         processes.answer = [&](const auto&) { return row.outcome; };
         EXPECT_EQ(failure(custom), row.text);
     }
-    // The output counts, not the exit code.
+    // The output counts, not the exit status.
     processes.answer = [](const auto&) { return printed("https://a.example/x", "warning", 1); };
     EXPECT_TRUE(resolve(custom));
 }
 
 TEST_F(StreamResolverTest, RunsNothingWithoutASite) {
-    StreamResolver off(std::nullopt, machine.host(), processes, clock, tasks);
+    StreamResolver off(std::nullopt, tool, clock, tasks);
     EXPECT_FALSE(QCoro::waitFor(off.resolve(builtIn, Resolution::r480, {})));
     EXPECT_TRUE(processes.requests.isEmpty());
 }
 
-TEST_F(StreamResolverTest, GoesOnWithOthersAndForgetsWhatWasStopped) {
+TEST_F(StreamResolverTest, StopsOneCallAndNotTheOthers) {
     std::stop_source stop;
     std::optional<StreamResolver::Result> stopped;
     std::optional<StreamResolver::Result> other;
@@ -172,14 +184,14 @@ TEST_F(StreamResolverTest, GoesOnWithOthersAndForgetsWhatWasStopped) {
     ASSERT_TRUE(test::runUntil([&] { return other.has_value(); }));
     EXPECT_EQ(*other, QUrl(u"https://cdn.example/b"_s));
 
-    // Two stopped calls are no failures in a row.
+    // A stopped call does not count as a failure.
     processes.answer = [](const auto&) { return printed({}, "x", 1); };
     resolver.invalidateAllCache();
     EXPECT_FALSE(resolve(custom));
     EXPECT_FALSE(lastArguments().contains(u"--rm-cache-dir"_s));
 }
 
-TEST_F(StreamResolverTest, StartsItsUpgradeOnce) {
+TEST_F(StreamResolverTest, UpgradesOnceInARun) {
     processes.answer = [](const auto&) { return printed({}); };
     resolver.updateYtDlpIfNeeded();
     resolver.updateYtDlpIfNeeded();

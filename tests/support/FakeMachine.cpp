@@ -21,7 +21,7 @@ void FakeMachine::install(const QString& path, const QByteArray& script) const {
     QDir().mkpath(QFileInfo(real(path)).path());
     QFile out(real(path));
     if (!out.open(QIODevice::WriteOnly))
-        qFatal("no stand-in could be written");
+        qFatal("cannot write a program of the fake machine");
     out.write("#!/bin/sh\nroot='" + m_folder.path().toUtf8() + "'\n");
     out.write(R"({ printf '%s' "${0#"$root"}"; for a; do printf ' [%s]' "$a"; done; echo; })"
               R"( >> "$root/log")"

@@ -10,19 +10,21 @@
 
 namespace orvane::test {
 
-/// A machine laid out in a temporary folder, with its home at "/home". Programs put there are shell
-/// scripts that record how they were called; "$root" is the machine's root in them.
+/// A machine laid out in a temporary folder, with the user's home at "/home". Its programs are
+/// shell scripts that record how they were called; "$root" is the machine's root in them.
 class FakeMachine {
 public:
     [[nodiscard]] HostFileSystem host() const;
-    /// Where the machine's `path` really is.
+    /// Returns the real path of the machine's `path`.
     [[nodiscard]] QString real(const QString& path) const;
 
     void install(const QString& path, const QByteArray& script = {}) const;
     void remove(const QString& path) const;
 
-    /// For each call so far, the program's path on the machine and each argument in brackets.
+    /// Returns, for each call so far, the program's path on the machine and each argument in
+    /// brackets.
     [[nodiscard]] QStringList calls() const;
+    void forgetCalls() const { remove(QStringLiteral("/log")); }
 
 private:
     QTemporaryDir m_folder;

@@ -12,13 +12,13 @@
 
 namespace orvane::test {
 
-/// Records every request and answers it from a script, or leaves it open until the test answers.
+/// Records every request, and answers it by a function or leaves it open until the test answers.
 class FakeProcessRunner final : public ProcessRunner {
 public:
     using Answer = std::function<std::optional<ProcessOutcome>(const ProcessRequest&)>;
 
     QList<ProcessRequest> requests;
-    /// An answer of nothing leaves the request open.
+    /// nullopt leaves the request open.
     Answer answer = [](const ProcessRequest&) { return std::nullopt; };
 
     [[nodiscard]] QCoro::Task<ProcessOutcome> run(ProcessRequest request,

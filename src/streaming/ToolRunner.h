@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/system/HostFileSystem.h"
+#include "platform/system/Process.h"
+
+#include <QCoroTask>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+#include <stop_token>
+
+namespace orvane {
+
+/// The environment of a child process: the program's own, or with the folders of Homebrew and the
+/// system in front of PATH, because a program started from a desktop may inherit a short one.
+enum class ToolEnvironment { inherited, extendedPath };
+
+/// Runs yt-dlp and the programs that find and install it. Logs each call: the command, its exit
+/// status, how long it took, and the captured standard error. Owned by `YtDlpTool`; main thread,
+/// which it never blocks; there is no time limit.
+class ToolRunner {
+public:
+    ToolRunner(HostFileSystem host, ProcessRunner& processes);
+
+    [[nodiscard]] const HostFileSystem& host() const { return m_host; }
+
+    /// A stop ends the child; the result is then meaningless.
+    [[nodiscard]] QCoro::Task<ProcessOutcome> run(ProcessRequest request, std::stop_token stop);
+
+    /// Returns what the program prints, or nullopt if it cannot be started or prints no UTF-8.
+    [[nodiscard]] QCoro::Task<std::optional<QString>> output(QString program, QStringList arguments,
+                                                             ToolEnvironment environment);
+
+    /// Returns whether the program could be started and exited with status 0.
+    [[nodiscard]] QCoro::Task<bool> succeeds(QString program, QStringList arguments,
+                                             ToolEnvironment environment);
+
+    /// Returns the first of the system's files that exists.
+    [[nodiscard]] std::optional<QString> firstExisting(const QStringList& systemPaths) const;
+
+private:
+    HostFileSystem m_host;
+    ProcessRunner& m_processes;
+};
+
+} // namespace orvane

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/system/HostFileSystem.h"
+#include "streaming/ToolRunner.h"
+#include "streaming/YtDlpCommand.h"
+
+#include <QCoroTask>
+#include <QList>
+#include <QString>
+
+#include <optional>
+
+namespace orvane {
+
+/// The components that search for yt-dlp, each in an order of its own.
+enum class YtDlpUser { manager, streamResolver, channelResolver };
+
+/// An order in which yt-dlp is searched for: fixed places first, then `which`, then the Python
+/// module. A value; any thread.
+struct YtDlpSearch {
+    struct Place {
+        enum class Root { system, home };
+
+        Root root = Root::system;
+        /// Absolute below the root.
+        QString path;
+    };
+    enum class Accepts { existingFiles, executableFiles };
+    enum class PythonModule { ignore, useIfItRuns, useUnchecked };
+    /// How long the user's last result is used without another search.
+    enum class Keeps { nothing, whileItExists, forTheRun };
+
+    YtDlpUser user = YtDlpUser::manager;
+    QList<Place> places;
+    Accepts accepts = Accepts::executableFiles;
+    /// The environment of `which`, or nullopt not to run it.
+    std::optional<ToolEnvironment> which;
+    PythonModule pythonModule = PythonModule::ignore;
+    Keeps keeps = Keeps::nothing;
+
+    [[nodiscard]] static YtDlpSearch of(YtDlpUser user);
+};
+
+/// The system's Python.
+[[nodiscard]] QString systemPython(const HostFileSystem& host);
+
+/// Carries out a search, whatever was found before. `tools` must outlive it.
+[[nodiscard]] QCoro::Task<std::optional<YtDlpCommand>> searchForYtDlp(ToolRunner& tools,
+                                                                      YtDlpSearch search);
+
+} // namespace orvane

@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "streaming/YtDlpTool.h"
+
+#include "base/Logging.h"
+
+#include <QCoroFuture>
+#include <QPromise>
+
+namespace orvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString describe(const YtDlpInstaller::Installed& installed) {
+    return installed ? u"installed "_s + installed->program : errorDescription(installed.error());
+}
+
+} // namespace
+
+YtDlpTool::YtDlpTool(HostFileSystem host, ProcessRunner& processes, Clock& clock, HttpClient& http,
+                     YtDlpSources sources)
+    : m_runner(std::move(host), processes),
+      m_release(m_runner, http, sources, m_stop.get_token()),
+      m_installer(m_runner, m_release, clock, sources.gitHubRaw, m_stop.get_token()) {}
+
+std::optional<YtDlpCommand> YtDlpTool::known(const YtDlpSearch& search) const {
+    const auto command = m_known.constFind(search.user);
+    if (command == m_known.constEnd() || search.keeps == YtDlpSearch::Keeps::nothing)
+        return std::nullopt;
+    if (search.keeps == YtDlpSearch::Keeps::whileItExists &&
+        !HostFileSystem::exists(command->program))
+        return std::nullopt;
+    return *command;
+}
+
+QCoro::Task<std::optional<YtDlpCommand>> YtDlpTool::find(YtDlpSearch search) {
+    std::optional<YtDlpCommand> command = known(search);
+    if (command)
+        co_return command;
+    command = co_await searchForYtDlp(m_runner, search);
+    if (command) {
+        qCInfo(logYtDlp).noquote() << "using" << command->program << command->argumentsFor({});
+        m_known.insert(search.user, *command);
+    } else {
+        qCInfo(logYtDlp) << "yt-dlp was not found";
+    }
+    co_return command;
+}
+
+QCoro::Task<YtDlpTool::Installed> YtDlpTool::install(YtDlpPlan plan) {
+    while (m_installation) {
+        const Installation other = *m_installation;
+        qCInfo(logYtDlp) << "waiting for the installation that is running";
+        const Installed installed = co_await other.result;
+        if (!installed && other.user == plan.user)
+            co_return Installed(installed);
+    }
+    if (!m_installed || !HostFileSystem::isExecutableFile(m_installed->program)) {
+        const Installed installed = co_await runInstallation(plan);
+        if (!installed)
+            co_return Installed(installed);
+    }
+    m_known.insert(plan.user, *m_installed);
+    co_return Installed(*m_installed);
+}
+
+QCoro::Task<YtDlpTool::Installed> YtDlpTool::runInstallation(YtDlpPlan plan) {
+    QPromise<Installed> promise;
+    promise.start();
+    m_installation = Installation{plan.user, promise.future()};
+    qCInfo(logYtDlp) << "installing yt-dlp";
+    Installed installed = co_await m_installer.install(plan);
+    qCInfo(logYtDlp).noquote() << "the installation ended:" << describe(installed);
+    if (installed)
+        m_installed = *installed;
+    m_installation.reset();
+    promise.addResult(installed);
+    promise.finish();
+    co_return installed;
+}
+
+} // namespace orvane

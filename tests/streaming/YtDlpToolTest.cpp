@@ -1,0 +1,397 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "streaming/YtDlpTool.h"
+
+#include "base/TaskScope.h"
+#include "platform/system/HttpClient.h"
+#include "streaming/YtDlpManager.h"
+#include "support/FakeClock.h"
+#include "support/FakeMachine.h"
+#include "support/LoopbackServer.h"
+
+#include <QCoroTask>
+#include <QCryptographicHash>
+#include <QDir>
+#include <QFileInfo>
+
+#include <gtest/gtest.h>
+
+namespace orvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString which = u"/usr/bin/which [yt-dlp]"_s;
+const QString moduleVersion = u"/usr/bin/python3 [-m] [yt_dlp] [--version]"_s;
+const QString modulePip = u"/usr/bin/python3 [-m] [pip] [install] [--user] [--quiet] [yt-dlp]"_s;
+const QString pip = u"/usr/bin/pip3 [install] [--user] [--break-system-packages] [yt-dlp]"_s;
+const QString olderPip = u"/usr/bin/pip3 [install] [--user] [yt-dlp]"_s;
+
+/// Real child processes and a real web server, on a machine of the test's own that has Python and
+/// no yt-dlp.
+struct ToolSetup {
+    ToolSetup() {
+        machine.install(u"/usr/bin/which"_s, "exit 1\n");
+        machine.install(u"/usr/bin/python3"_s, "exit 1\n");
+        machine.install(u"/bin/chmod"_s, "exec /bin/chmod \"$@\"\n");
+    }
+    ToolSetup(const ToolSetup&) = delete;
+    ToolSetup& operator=(const ToolSetup&) = delete;
+    ~ToolSetup() { QCoro::waitFor(tasks.join()); }
+
+    /// Returns the path on the fake machine, or the error.
+    [[nodiscard]] QString install(const YtDlpPlan& plan) {
+        return describe(QCoro::waitFor(tool.install(plan)));
+    }
+    [[nodiscard]] QString ensure() {
+        const YtDlpTool::Installed installed = QCoro::waitFor(manager.ensureInstalled());
+        QCoro::waitFor(tasks.join());
+        return describe(installed);
+    }
+    [[nodiscard]] QString find(const YtDlpSearch& search) {
+        const std::optional<YtDlpCommand> found =
+            QCoro::waitFor(searchForYtDlp(tool.runner(), search));
+        return found ? describe(YtDlpTool::Installed(*found)) : QString();
+    }
+    [[nodiscard]] QString describe(const YtDlpTool::Installed& installed) const {
+        if (!installed)
+            return errorDescription(installed.error());
+        const QString path = installed->program.sliced(machine.real({}).size());
+        return (QStringList{path} + installed->argumentsFor({})).join(u' ');
+    }
+    [[nodiscard]] QString read(const QString& path) const {
+        QFile file(machine.real(path));
+        return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()).trimmed()
+                                              : u"no file"_s;
+    }
+    void publish(const QByteArray& executable, qsizetype cutAfter = -1) {
+        server.answers[files + YtDlpRelease::executableName] = {.body = executable,
+                                                                .cutAfter = cutAfter};
+    }
+    void publishChecksum(const QByteArray& executable) {
+        const QByteArray sum =
+            QCryptographicHash::hash(executable, QCryptographicHash::Sha256).toHex();
+        server.answers[files + u"SHA2-256SUMS"_s] = {
+            .body = "0000  yt-dlp_macos\n" + sum + "  " + YtDlpRelease::executableName.toLatin1() +
+                    "\n"};
+    }
+    [[nodiscard]] QStringList inLocalBin() const {
+        return QDir(machine.real(u"/home/.local/bin"_s))
+            .entryList(QDir::Files | QDir::Hidden | QDir::NoDotAndDotDot);
+    }
+
+    const QString files = u"/yt-dlp/yt-dlp/releases/latest/download/"_s;
+    test::FakeMachine machine;
+    test::LoopbackServer server;
+    LocalProcessRunner processes;
+    test::FakeClock clock;
+    HttpClient http{u"Orvane"_s};
+    TaskScope tasks;
+    YtDlpTool tool{
+        machine.host(),
+        processes,
+        clock,
+        http,
+        {.gitHubApi = server.origin(), .gitHub = server.origin(), .gitHubRaw = server.origin()}};
+    YtDlpManager manager{tool, tasks};
+};
+
+const QString notInstalled =
+    u"Could not install yt-dlp. Please install manually: brew install yt-dlp"_s;
+const QString localBin = u"/home/.local/bin/yt-dlp"_s;
+
+/// A script that puts an executable at `path`.
+QByteArray puts(const QByteArray& path) {
+    return "mkdir -p \"$(dirname \"$root" + path +
+           "\")\"\nprintf '#!/bin/sh\\necho 2024.01.01\\n' > \"$root" + path +
+           "\"\nchmod +x \"$root" + path + "\"\n";
+}
+
+QStringList userScripts(int lastMinor) {
+    QStringList places;
+    for (int minor = 9; minor <= lastMinor; ++minor)
+        places += u"/home/Library/Python/3.%1/bin/yt-dlp"_s.arg(minor);
+    return places;
+}
+
+TEST(YtDlpSearch, GoesThroughThePlacesOfEachUserThenWhichThenThePythonModule) {
+    const QStringList common{u"/opt/homebrew/bin/yt-dlp"_s, u"/usr/local/bin/yt-dlp"_s};
+    const QString module = u"/usr/bin/python3 -m yt_dlp"_s;
+    const QString extended = u"/opt/homebrew/bin:/usr/local/bin:/usr/bin:/bin:/sbin:"_s;
+    const struct {
+        YtDlpUser user;
+        QStringList places;
+        bool takesAnyFile;
+        QString pathPrefix;
+        /// What is found at last, with a Python that cannot run the module and with one that can.
+        QString withoutModule;
+        QString withModule;
+        QStringList calls;
+    } rows[] = {
+        {YtDlpUser::manager,
+         common + QStringList{localBin} + userScripts(14),
+         true,
+         extended,
+         {},
+         {},
+         {which, which, which}},
+        {YtDlpUser::streamResolver,
+         common + QStringList{u"/usr/bin/yt-dlp"_s} + userScripts(13),
+         false,
+         {},
+         {},
+         module,
+         {which, which, moduleVersion, which, moduleVersion}},
+        {YtDlpUser::channelResolver,
+         common + QStringList{localBin},
+         false,
+         {},
+         module,
+         module,
+         {which, which, which}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(static_cast<int>(row.user));
+        ToolSetup setup;
+        const YtDlpSearch search = YtDlpSearch::of(row.user);
+        setup.machine.install(u"/elsewhere/yt-dlp"_s);
+        setup.machine.install(u"/usr/bin/which"_s, "echo \"$PATH\" > \"$root/path\"\n"
+                                                   "echo \" $root/elsewhere/yt-dlp\"\n");
+        for (const QString& place : row.places)
+            setup.machine.install(place);
+        for (const QString& place : row.places) {
+            EXPECT_EQ(setup.find(search), place);
+            QFile::setPermissions(setup.machine.real(place), QFile::ReadOwner);
+            EXPECT_EQ(setup.find(search) == place, row.takesAnyFile);
+            setup.machine.remove(place);
+        }
+        setup.machine.forgetCalls();
+        EXPECT_EQ(setup.find(search), u"/elsewhere/yt-dlp"_s);
+        EXPECT_EQ(setup.read(u"/path"_s), row.pathPrefix + qEnvironmentVariable("PATH"));
+        setup.machine.remove(u"/elsewhere/yt-dlp"_s);
+        EXPECT_EQ(setup.find(search), row.withoutModule);
+        setup.machine.install(u"/usr/bin/python3"_s);
+        EXPECT_EQ(setup.find(search), row.withModule);
+        EXPECT_EQ(setup.machine.calls(), row.calls);
+    }
+}
+
+TEST(YtDlpPlan, RunsItsStepsUntilOneHasInstalledTheTool) {
+    const QString python = u"/usr/bin/python3"_s;
+    const QByteArray writesPath = "echo \"$PATH\" > \"$root/path\"\n";
+    const QString path = qEnvironmentVariable("PATH");
+    const QString missing = u"no file"_s;
+    const struct {
+        const char* name;
+        YtDlpPlan plan;
+        QList<std::pair<QString, QByteArray>> programs;
+        QString installed;
+        QStringList calls;
+        QString path;
+    } rows[] = {
+        {"pip",
+         YtDlpPlan::ofManager(),
+         {{u"/usr/bin/pip3"_s, puts("/home/.local/bin/yt-dlp") + writesPath}},
+         localBin,
+         {pip},
+         u"/opt/homebrew/bin:/usr/local/bin:/usr/bin:/bin:/sbin:"_s + path},
+        {"an older pip",
+         YtDlpPlan::ofManager(),
+         {{u"/usr/bin/pip3"_s,
+           "[ \"$3\" = yt-dlp ] || exit 2\n" + puts("/home/Library/Python/3.9/bin/yt-dlp")}},
+         u"/home/Library/Python/3.9/bin/yt-dlp"_s,
+         {pip, olderPip},
+         missing},
+        {"Homebrew after a pip that leaves nothing",
+         YtDlpPlan::ofManager(),
+         {{u"/usr/bin/pip3"_s, {}}, {u"/usr/local/bin/brew"_s, puts("/usr/local/bin/yt-dlp")}},
+         u"/usr/local/bin/yt-dlp"_s,
+         {pip, which, olderPip, which, u"/usr/local/bin/brew [install] [yt-dlp]"_s},
+         missing},
+        {"nothing", YtDlpPlan::ofManager(), {}, notInstalled, {}, missing},
+        {"the module, by pip",
+         YtDlpPlan::ofStreamResolver(),
+         {{python, "case \"$*\" in *pip*) " + writesPath +
+                       "touch \"$root/module\";; esac\n"
+                       "[ -e \"$root/module\" ]\n"}},
+         u"/usr/bin/python3 -m yt_dlp"_s,
+         {modulePip, moduleVersion},
+         path},
+        {"an executable, by pip",
+         YtDlpPlan::ofStreamResolver(),
+         {{python, puts("/home/Library/Python/3.13/bin/yt-dlp")}},
+         u"/home/Library/Python/3.13/bin/yt-dlp"_s,
+         {modulePip},
+         missing},
+        {"a pip that leaves nothing",
+         YtDlpPlan::ofStreamResolver(),
+         {{python, "case \"$*\" in *version) exit 1;; esac\n"},
+          {u"/opt/homebrew/bin/brew"_s, puts("/usr/bin/yt-dlp")}},
+         notInstalled,
+         {modulePip, moduleVersion},
+         missing},
+        {"Homebrew",
+         YtDlpPlan::ofStreamResolver(),
+         {{u"/opt/homebrew/bin/brew"_s, puts("/usr/bin/yt-dlp")}},
+         u"/usr/bin/yt-dlp"_s,
+         {modulePip, u"/opt/homebrew/bin/brew [install] [yt-dlp]"_s},
+         missing},
+        {"a Homebrew in another place",
+         YtDlpPlan::ofStreamResolver(),
+         {{u"/usr/local/bin/brew"_s, puts("/usr/bin/yt-dlp")}},
+         notInstalled,
+         {modulePip},
+         missing},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        ToolSetup setup;
+        for (const auto& [program, script] : row.programs)
+            setup.machine.install(program, script);
+        EXPECT_EQ(setup.install(row.plan), row.installed);
+        EXPECT_EQ(setup.machine.calls(), row.calls);
+        EXPECT_EQ(setup.read(u"/path"_s), row.path);
+    }
+}
+
+TEST(YtDlpPlan, InstallsHomebrewItself) {
+    ToolSetup setup;
+    setup.machine.install(u"/tmp/brew"_s, puts("/opt/homebrew/bin/yt-dlp"));
+    setup.machine.install(u"/bin/bash"_s,
+                          "mkdir -p \"$root/opt/homebrew/bin\"\n"
+                          "cp \"$root/tmp/brew\" \"$root/opt/homebrew/bin/brew\"\n"
+                          "echo \"$NONINTERACTIVE $CI\" > \"$root/variables\"\nexit 1\n");
+    EXPECT_EQ(setup.install(YtDlpPlan::ofManager()), u"/opt/homebrew/bin/yt-dlp"_s);
+    const QString script = setup.server.origin()->address(u"/Homebrew/install/HEAD/install.sh");
+    EXPECT_EQ(setup.machine.calls(),
+              (QStringList{u"/bin/bash [-c] [NONINTERACTIVE=1 /bin/bash -c \"$(curl -fsSL "_s +
+                               script + u")\"]"_s,
+                           u"/opt/homebrew/bin/brew [install] [yt-dlp]"_s}));
+    EXPECT_EQ(setup.read(u"/variables"_s), u"1 1"_s);
+}
+
+TEST(YtDlpPlan, WaitsAMinuteForPython) {
+    ToolSetup setup;
+    setup.machine.remove(u"/usr/bin/python3"_s);
+    setup.machine.install(u"/usr/bin/xcode-select"_s);
+    EXPECT_EQ(setup.install(YtDlpPlan::ofManager()),
+              u"Python 3 is required. Please install Xcode Command Line Tools."_s);
+    EXPECT_EQ(setup.machine.calls(), QStringList{u"/usr/bin/xcode-select [--install]"_s});
+    EXPECT_EQ(setup.clock.sleeps, std::vector(30, std::chrono::milliseconds(2000)));
+}
+
+TEST(YtDlpRelease, DownloadsTheExecutableWithOrWithoutAChecksum) {
+    const QByteArray executable = "#!/bin/sh\necho 2024.01.01\n" + QByteArray(3'000'000, '#');
+    for (const bool hasChecksum : {true, false}) {
+        ToolSetup setup;
+        setup.publish(executable);
+        if (hasChecksum)
+            setup.publishChecksum(executable);
+        const QFileInfo file(setup.machine.real(localBin));
+        EXPECT_EQ(QCoro::waitFor(setup.tool.release().download()), file.filePath());
+        EXPECT_EQ(file.size(), executable.size());
+        EXPECT_TRUE(file.isExecutable());
+        EXPECT_EQ(setup.inLocalBin(), QStringList{u"yt-dlp"_s});
+        EXPECT_TRUE(setup.machine.calls().last().startsWith(u"/bin/chmod [+x] ["_s));
+        EXPECT_EQ(setup.server.requests.first(),
+                  setup.files + YtDlpRelease::executableName + u" Orvane"_s);
+    }
+}
+
+TEST(YtDlpRelease, LeavesNoFileBehindWhenTheDownloadFails) {
+    const QByteArray executable = "#!/bin/sh\n" + QByteArray(500'000, '#');
+    ToolSetup setup;
+    EXPECT_EQ(setup.ensure(), notInstalled) << "404";
+    setup.publish(executable, 400'000);
+    EXPECT_EQ(setup.ensure(), notInstalled) << "incomplete";
+    setup.publish(executable);
+    setup.publishChecksum("something else");
+    EXPECT_EQ(setup.ensure(), notInstalled) << "wrong checksum";
+    EXPECT_TRUE(setup.inLocalBin().isEmpty());
+    setup.publishChecksum(executable);
+    EXPECT_EQ(setup.ensure(), localBin);
+    // The file becomes executable only after it is complete and verified.
+    EXPECT_EQ(setup.machine.calls().first(4), (QStringList{which, which, which, which}));
+    ASSERT_EQ(setup.machine.calls().size(), 5);
+    EXPECT_TRUE(setup.machine.calls().last().startsWith(u"/bin/chmod [+x] ["_s));
+}
+
+TEST(YtDlpRelease, HasNoVersionFromAnUnusableAnswer) {
+    ToolSetup setup;
+    for (const QByteArray& body :
+         {QByteArray("no json"), QByteArray("[]"), QByteArray(R"({"tag_name": 3})"),
+          QByteArray(5 * 1024 * 1024, ' ')}) {
+        setup.server.answers[u"/repos/yt-dlp/yt-dlp/releases/latest"_s] = {.body = body};
+        EXPECT_EQ(QCoro::waitFor(setup.tool.release().latestVersion()), std::nullopt);
+    }
+    setup.server.answers.clear();
+    EXPECT_EQ(QCoro::waitFor(setup.tool.release().latestVersion()), std::nullopt);
+}
+
+TEST(YtDlpManager, SearchesAgainWhenTheToolHasGone) {
+    ToolSetup setup;
+    for (const QString& place : {u"/opt/homebrew/bin/yt-dlp"_s, u"/usr/local/bin/yt-dlp"_s}) {
+        setup.machine.install(place, "exit 1\n");
+        EXPECT_EQ(setup.ensure(), place);
+        setup.machine.remove(place);
+    }
+    EXPECT_EQ(setup.ensure(), notInstalled);
+}
+
+TEST(YtDlpManager, ReportsItsInstallationAndLooksForNoNewerReleaseAfterIt) {
+    ToolSetup setup;
+    QList<bool> reports;
+    setup.manager.onInstalling([&](bool isInstalling) { reports += isInstalling; });
+    EXPECT_EQ(setup.ensure(), notInstalled);
+    EXPECT_EQ(reports, (QList{true, false}));
+    setup.machine.install(u"/usr/bin/pip3"_s, puts("/usr/local/bin/yt-dlp"));
+    setup.server.requests.clear();
+    EXPECT_EQ(setup.ensure(), u"/usr/local/bin/yt-dlp"_s);
+    EXPECT_TRUE(setup.server.requests.isEmpty());
+    EXPECT_EQ(setup.ensure(), u"/usr/local/bin/yt-dlp"_s);
+    EXPECT_EQ(reports, (QList{true, false, true, false}));
+}
+
+TEST(YtDlpManager, UpgradesAnOlderToolOnceInARun) {
+    const QString latest = u"/repos/yt-dlp/yt-dlp/releases/latest"_s;
+    const QStringList version{u"/usr/local/bin/yt-dlp [--version]"_s};
+    const QStringList upgrades{
+        u"/usr/bin/pip3 [install] [--user] [--upgrade] [--break-system-packages] [yt-dlp]"_s,
+        u"/usr/bin/pip3 [install] [--user] [--upgrade] [yt-dlp]"_s,
+        u"/opt/homebrew/bin/brew [upgrade] [yt-dlp]"_s};
+    const struct {
+        QByteArray tag;
+        /// The condition under which pip succeeds.
+        QByteArray pip;
+        QByteArray line;
+        QStringList calls;
+    } rows[] = {
+        {"2024.01.01", "true", {}, version},
+        {"2023.12.31", "true", {}, version},
+        {"2023.12.31.1", "true", {}, version},
+        {"2024.02.03", "true", "2024.01.01 → 2024.02.03", version + upgrades.first(1)},
+        {"2024.02.03", "[ \"$4\" = yt-dlp ]", "2024.01.01 → 2024.02.03",
+         version + upgrades.first(2)},
+        {"2024.02.03", "false", "2024.01.01 → 2024.02.03", version + upgrades},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE((row.tag + row.pip).constData());
+        ToolSetup setup;
+        setup.machine.install(u"/usr/local/bin/yt-dlp"_s, "echo 2024.01.01\n");
+        setup.machine.install(u"/usr/bin/pip3"_s, row.pip);
+        setup.machine.install(u"/opt/homebrew/bin/brew"_s);
+        setup.server.answers[latest] = {.body =
+                                            R"({"tag_name": ")" + row.tag + R"(", "other": 1})"};
+        testing::internal::CaptureStdout();
+        (void)setup.ensure();
+        (void)setup.ensure();
+        EXPECT_EQ(QByteArray::fromStdString(testing::internal::GetCapturedStdout()),
+                  row.line.isEmpty() ? QByteArray()
+                                     : QByteArray("[Orvane] yt-dlp update: " + row.line + "\n"));
+        EXPECT_EQ(setup.machine.calls(), row.calls);
+        EXPECT_EQ(setup.server.requests, QStringList{latest + u" Orvane"_s});
+    }
+}
+
+} // namespace
+} // namespace orvane
