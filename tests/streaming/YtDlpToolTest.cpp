@@ -15,6 +15,8 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+
 namespace orvane {
 
 using namespace Qt::StringLiterals;
@@ -98,13 +100,14 @@ struct ToolSetup {
 
 const QString notInstalled =
     u"Could not install yt-dlp. Please install manually: brew install yt-dlp"_s;
+const QString extendedPath = u"/opt/homebrew/bin:/usr/local/bin:/usr/bin:/bin:/sbin:"_s;
 const QString localBin = u"/home/.local/bin/yt-dlp"_s;
 
-/// A script that puts an executable at `path`.
-QByteArray puts(const QByteArray& path) {
-    return "mkdir -p \"$(dirname \"$root" + path +
-           "\")\"\nprintf '#!/bin/sh\\necho 2024.01.01\\n' > \"$root" + path +
-           "\"\nchmod +x \"$root" + path + "\"\n";
+/// A script that puts an executable at `path` and its own search path into "/path".
+QByteArray puts(const QString& path) {
+    return "echo \"$PATH\" > \"$root/path\"\nfile=\"$root" + path.toUtf8() +
+           "\"\nmkdir -p \"${file%/*}\"\n"
+           "printf '#!/bin/sh\\necho 2024.01.01\\n' > \"$file\"\nchmod +x \"$file\"\n";
 }
 
 QStringList userScripts(int lastMinor) {
@@ -117,37 +120,32 @@ QStringList userScripts(int lastMinor) {
 TEST(YtDlpSearch, GoesThroughThePlacesOfEachUserThenWhichThenThePythonModule) {
     const QStringList common{u"/opt/homebrew/bin/yt-dlp"_s, u"/usr/local/bin/yt-dlp"_s};
     const QString module = u"/usr/bin/python3 -m yt_dlp"_s;
-    const QString extended = u"/opt/homebrew/bin:/usr/local/bin:/usr/bin:/bin:/sbin:"_s;
     const struct {
         YtDlpUser user;
         QStringList places;
         bool takesAnyFile;
         QString pathPrefix;
-        /// What is found at last, with a Python that cannot run the module and with one that can.
-        QString withoutModule;
-        QString withModule;
+        /// The last result, with a Python that cannot run the module and with one that can.
+        QStringList modules;
         QStringList calls;
     } rows[] = {
         {YtDlpUser::manager,
          common + QStringList{localBin} + userScripts(14),
          true,
-         extended,
-         {},
-         {},
+         extendedPath,
+         {{}, {}},
          {which, which, which}},
         {YtDlpUser::streamResolver,
          common + QStringList{u"/usr/bin/yt-dlp"_s} + userScripts(13),
          false,
          {},
-         {},
-         module,
+         {{}, module},
          {which, which, moduleVersion, which, moduleVersion}},
         {YtDlpUser::channelResolver,
          common + QStringList{localBin},
          false,
          {},
-         module,
-         module,
+         {module, module},
          {which, which, which}},
     };
     for (const auto& row : rows) {
@@ -169,94 +167,71 @@ TEST(YtDlpSearch, GoesThroughThePlacesOfEachUserThenWhichThenThePythonModule) {
         EXPECT_EQ(setup.find(search), u"/elsewhere/yt-dlp"_s);
         EXPECT_EQ(setup.read(u"/path"_s), row.pathPrefix + qEnvironmentVariable("PATH"));
         setup.machine.remove(u"/elsewhere/yt-dlp"_s);
-        EXPECT_EQ(setup.find(search), row.withoutModule);
+        EXPECT_EQ(setup.find(search), row.modules.first());
         setup.machine.install(u"/usr/bin/python3"_s);
-        EXPECT_EQ(setup.find(search), row.withModule);
+        EXPECT_EQ(setup.find(search), row.modules.last());
         EXPECT_EQ(setup.machine.calls(), row.calls);
     }
 }
 
 TEST(YtDlpPlan, RunsItsStepsUntilOneHasInstalledTheTool) {
+    const YtDlpPlan manager = YtDlpPlan::ofManager();
+    const YtDlpPlan resolver = YtDlpPlan::ofStreamResolver();
+    const QString pip3 = u"/usr/bin/pip3"_s;
     const QString python = u"/usr/bin/python3"_s;
-    const QByteArray writesPath = "echo \"$PATH\" > \"$root/path\"\n";
-    const QString path = qEnvironmentVariable("PATH");
-    const QString missing = u"no file"_s;
+    const QString homebrew = u"/opt/homebrew/bin/brew"_s;
+    const QString otherBrew = u"/usr/local/bin/brew"_s;
+    const QString installs = u" [install] [yt-dlp]"_s;
     const struct {
-        const char* name;
         YtDlpPlan plan;
-        QList<std::pair<QString, QByteArray>> programs;
+        std::map<QString, QByteArray> programs;
         QString installed;
         QStringList calls;
-        QString path;
     } rows[] = {
-        {"pip",
-         YtDlpPlan::ofManager(),
-         {{u"/usr/bin/pip3"_s, puts("/home/.local/bin/yt-dlp") + writesPath}},
+        {manager, {{pip3, puts(localBin)}}, localBin, {pip}},
+        {manager,
+         {{pip3, "[ \"$3\" = yt-dlp ] || exit 2\n" + puts(userScripts(9).first())}},
+         userScripts(9).first(),
+         {pip, olderPip}},
+        // Homebrew after a pip that leaves no executable.
+        {manager,
+         {{pip3, {}}, {otherBrew, puts(localBin)}},
          localBin,
-         {pip},
-         u"/opt/homebrew/bin:/usr/local/bin:/usr/bin:/bin:/sbin:"_s + path},
-        {"an older pip",
-         YtDlpPlan::ofManager(),
-         {{u"/usr/bin/pip3"_s,
-           "[ \"$3\" = yt-dlp ] || exit 2\n" + puts("/home/Library/Python/3.9/bin/yt-dlp")}},
-         u"/home/Library/Python/3.9/bin/yt-dlp"_s,
-         {pip, olderPip},
-         missing},
-        {"Homebrew after a pip that leaves nothing",
-         YtDlpPlan::ofManager(),
-         {{u"/usr/bin/pip3"_s, {}}, {u"/usr/local/bin/brew"_s, puts("/usr/local/bin/yt-dlp")}},
-         u"/usr/local/bin/yt-dlp"_s,
-         {pip, which, olderPip, which, u"/usr/local/bin/brew [install] [yt-dlp]"_s},
-         missing},
-        {"nothing", YtDlpPlan::ofManager(), {}, notInstalled, {}, missing},
-        {"the module, by pip",
-         YtDlpPlan::ofStreamResolver(),
-         {{python, "case \"$*\" in *pip*) " + writesPath +
-                       "touch \"$root/module\";; esac\n"
-                       "[ -e \"$root/module\" ]\n"}},
+         {pip, which, olderPip, which, otherBrew + installs}},
+        {manager, {}, notInstalled, {}},
+        {resolver,
+         {{python, puts(u"/module"_s) + "[ \"$2\" = pip ] || [ -e \"$root/module\" ]\n"}},
          u"/usr/bin/python3 -m yt_dlp"_s,
-         {modulePip, moduleVersion},
-         path},
-        {"an executable, by pip",
-         YtDlpPlan::ofStreamResolver(),
-         {{python, puts("/home/Library/Python/3.13/bin/yt-dlp")}},
-         u"/home/Library/Python/3.13/bin/yt-dlp"_s,
-         {modulePip},
-         missing},
-        {"a pip that leaves nothing",
-         YtDlpPlan::ofStreamResolver(),
-         {{python, "case \"$*\" in *version) exit 1;; esac\n"},
-          {u"/opt/homebrew/bin/brew"_s, puts("/usr/bin/yt-dlp")}},
+         {modulePip, moduleVersion}},
+        {resolver, {{python, puts(userScripts(13).last())}}, userScripts(13).last(), {modulePip}},
+        // A pip that leaves nothing ends this plan.
+        {resolver,
+         {{python, "[ \"$2\" = pip ]\n"}, {homebrew, puts(u"/usr/bin/yt-dlp"_s)}},
          notInstalled,
-         {modulePip, moduleVersion},
-         missing},
-        {"Homebrew",
-         YtDlpPlan::ofStreamResolver(),
-         {{u"/opt/homebrew/bin/brew"_s, puts("/usr/bin/yt-dlp")}},
+         {modulePip, moduleVersion}},
+        {resolver,
+         {{homebrew, puts(u"/usr/bin/yt-dlp"_s)}},
          u"/usr/bin/yt-dlp"_s,
-         {modulePip, u"/opt/homebrew/bin/brew [install] [yt-dlp]"_s},
-         missing},
-        {"a Homebrew in another place",
-         YtDlpPlan::ofStreamResolver(),
-         {{u"/usr/local/bin/brew"_s, puts("/usr/bin/yt-dlp")}},
-         notInstalled,
-         {modulePip},
-         missing},
+         {modulePip, homebrew + installs}},
+        {resolver, {{otherBrew, puts(u"/usr/bin/yt-dlp"_s)}}, notInstalled, {modulePip}},
     };
     for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
+        SCOPED_TRACE(row.calls.join(u", ").toStdString());
         ToolSetup setup;
         for (const auto& [program, script] : row.programs)
             setup.machine.install(program, script);
         EXPECT_EQ(setup.install(row.plan), row.installed);
         EXPECT_EQ(setup.machine.calls(), row.calls);
-        EXPECT_EQ(setup.read(u"/path"_s), row.path);
+        if (row.installed != notInstalled) {
+            const QString prefix = row.plan.user == YtDlpUser::manager ? extendedPath : QString();
+            EXPECT_EQ(setup.read(u"/path"_s), prefix + qEnvironmentVariable("PATH"));
+        }
     }
 }
 
 TEST(YtDlpPlan, InstallsHomebrewItself) {
     ToolSetup setup;
-    setup.machine.install(u"/tmp/brew"_s, puts("/opt/homebrew/bin/yt-dlp"));
+    setup.machine.install(u"/tmp/brew"_s, puts(u"/opt/homebrew/bin/yt-dlp"_s));
     setup.machine.install(u"/bin/bash"_s,
                           "mkdir -p \"$root/opt/homebrew/bin\"\n"
                           "cp \"$root/tmp/brew\" \"$root/opt/homebrew/bin/brew\"\n"
@@ -344,7 +319,7 @@ TEST(YtDlpManager, ReportsItsInstallationAndLooksForNoNewerReleaseAfterIt) {
     setup.manager.onInstalling([&](bool isInstalling) { reports += isInstalling; });
     EXPECT_EQ(setup.ensure(), notInstalled);
     EXPECT_EQ(reports, (QList{true, false}));
-    setup.machine.install(u"/usr/bin/pip3"_s, puts("/usr/local/bin/yt-dlp"));
+    setup.machine.install(u"/usr/bin/pip3"_s, puts(u"/usr/local/bin/yt-dlp"_s));
     setup.server.requests.clear();
     EXPECT_EQ(setup.ensure(), u"/usr/local/bin/yt-dlp"_s);
     EXPECT_TRUE(setup.server.requests.isEmpty());
