@@ -75,7 +75,7 @@ QCoro::Task<std::optional<QString>> YtDlpRelease::download() {
         qCWarning(logYtDlp) << "the download does not match the published checksum";
         co_return std::nullopt;
     }
-    // Before the file gets its final name, so that whoever finds it can run it.
+    // Before the file gets its final name, because it may be found and run from then on.
     const QString chmod = m_tools.host().systemPath(u"/bin/chmod"_s);
     const QStringList arguments{u"+x"_s, incomplete.fileName()};
     co_await m_tools.output(chmod, arguments, ToolEnvironment::extendedPath);
