@@ -25,7 +25,7 @@ void enableVerboseLogging() {
 }
 
 QString withoutSecrets(const QString& text) {
-    // Every quantifier runs over a class that the text after it ends, so no input backtracks badly.
+    // The parts after the scheme are optional or bounded, so each URL is scanned only a few times.
     static const QRegularExpression url(
         uR"(([a-z][a-z0-9+.-]{0,15}://))"  // scheme
         uR"((?:[^\s/?#"'<>]*@)?)"          // user name and password

@@ -20,8 +20,8 @@ class TaskScope;
 /// remaining time in `AppState` and announces every step; at the end it announces that it has
 /// fired, which makes the application controller close the window. Owned by the composition root;
 /// main thread.
-/// Each step subtracts exactly one second, so the countdown drifts by the delays of the steps. Only
-/// the time for which the machine was suspended is subtracted too.
+/// Each step subtracts exactly one second, so the countdown drifts by the delays of the steps. The
+/// time for which the machine was suspended is subtracted as well.
 class SleepTimer {
 public:
     /// All references must outlive this object; `tasks` is joined before its destruction.
