@@ -11,7 +11,9 @@ import pathlib
 import threading
 import time
 
-from livesite import STANDARD_CHANNELS, Channel, LiveSite, kept
+from tools.channels import STANDARD_CHANNELS, Channel
+from tools.livesite import LiveSite
+from tools.segments import cached
 
 # Of the clock of this site to that on the wall.
 SPEED = 240
@@ -49,7 +51,7 @@ class FastSite(LiveSite):
 
     def __init__(self, folder: pathlib.Path):
         super().__init__(folder, STANDARD_CHANNELS[:1])
-        self._folder = kept(_recipe)
+        self._folder = cached(_recipe)
         self._asked = threading.Lock()
         self._began: float | None = None
         self._newest = -1

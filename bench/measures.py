@@ -17,10 +17,11 @@ import time
 from collections.abc import Callable
 from dataclasses import dataclass
 
-from desktop import Program, wait_until
 from hours import HOURS, FastSite
 from players import FORMAT, MPV_GPU, PLACE, SCREEN_PLACE, Room, wait_for_ytdlp
-from processes import cpu_seconds, cpu_share, memory_mib, own_memory_mib, threads, wake_ups
+from tools.processes import cpu_seconds, cpu_share, memory_mib, own_memory_mib, threads, wake_ups
+from tools.program import Program
+from tools.waiting import wait_until
 
 RUNS = 5
 # Of play in each run: together the 30 seconds that are measured.
@@ -273,7 +274,7 @@ def endurance(bench: Bench) -> list[Row]:
 
 
 def _fill_screen(room: Room, program: Program) -> None:
-    room.desktop.run("xdotool", "windowactivate", "--sync", program.window())
+    room.desktop.activate(program.window())
     room.desktop.key("f")
     wait_until(lambda: program.frame() == (0, 0, 1280, 720), "full screen")
     room.screen.wait_for_colour(SCREEN_PLACE, room.channels[0].colour)

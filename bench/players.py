@@ -10,10 +10,13 @@ import select
 import subprocess
 import time
 
-from desktop import Desktop, Program, wait_until
-from livesite import Channel, LiveSite
-from processes import cpu_seconds, threads
 from screen import Screen
+from tools.channels import Channel
+from tools.desktop import Desktop
+from tools.livesite import LiveSite
+from tools.processes import cpu_seconds, threads
+from tools.program import Program
+from tools.waiting import wait_until
 
 # Where a new Orvane has its picture, and a place in it that nothing of the site moves over.
 PICTURE = (780, 386, 480, 270)

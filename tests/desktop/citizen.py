@@ -12,11 +12,13 @@ import time
 import unittest
 
 from case import BUILD, SiteCase
-from desktop import Desktop, Program, moves, wait_for_motion, wait_until
-from livesite import shows
+from tools import fakedesktop
+from tools.desktop import Desktop
+from tools.program import Program, wait_for_motion, wait_for_standstill
+from tools.waiting import wait_until
 
 IS_INSIDE = "ORVANE_TEST_INSIDE" in os.environ
-FAKE_DESKTOP = pathlib.Path(__file__).parent.parent / "support/fakedesktop.py"
+FAKE_DESKTOP = pathlib.Path(fakedesktop.__file__)
 SCREEN_SAVER = "org.freedesktop.ScreenSaver"
 PORTAL = "org.freedesktop.portal.Desktop"
 PLAYER = "org.mpris.MediaPlayer2.orvane"
@@ -64,9 +66,6 @@ class Remote(RemoteCase):
     def wait_for_answer(self, answer: str, *command: str):
         wait_until(lambda: self.ask(*command) == answer, f"{answer}, not {self.ask(*command)}")
 
-    def wait_for_channel(self, handle: str):
-        wait_until(lambda: shows(self.program.picture(), self.site.channels[handle]), f"the picture of {handle}")
-
     def names(self) -> list[str]:
         """Who is a media player on the bus."""
         return re.findall(r'"(org\.mpris\..*)"', self.desktop.run(
@@ -94,9 +93,9 @@ class Remote(RemoteCase):
         wait_until(lambda: "double 0.25" in heard.read_text(encoding="utf-8"), "its announcement")
         self.ask("next")
         self.wait_for_answer("العربية الحدث", "metadata", "xesam:title")
-        self.wait_for_channel("AlHadath")
+        self.wait_for_picture("AlHadath")
         self.ask("previous")
-        self.wait_for_channel("AlArabiya")
+        self.wait_for_picture("AlArabiya")
 
         # What was stopped plays again.
         self.ask("next")
@@ -106,11 +105,11 @@ class Remote(RemoteCase):
         wait_until(lambda: not program.is_shown(), "a hidden window")
         self.ask("play")
         wait_until(program.is_shown, "the window")
-        self.wait_for_channel("AlHadath")
+        self.wait_for_picture("AlHadath")
         self.assertNotIn('"Rate"', heard.read_text(encoding="utf-8"), "only what changes is announced")
         self.desktop.run("dbus-send", "--type=method_call", f"--dest={PLAYER}", "/org/mpris/MediaPlayer2",
                          "org.mpris.MediaPlayer2.Quit")
-        self.assertEqual(program.process.wait(10), 0, program.log())
+        self.assertEqual(program.wait_for_end(), 0, program.log())
 
     def test_second_copy_and_late_bus(self):
         other = FakeDesktop(self.desktop, PLAYER)
@@ -244,35 +243,16 @@ class Return(RemoteCase):
             self.machine = self.enterContext(Machine(self.site_host, "10.213.7.2"))
         super().setUp()
 
-    def wait_for_standstill(self):
-        """The picture has not changed for a second."""
-        last = [time.monotonic(), self.program.picture()]
-
-        def stands_still():
-            now = self.program.picture()
-            if moves(last[1], now):
-                last[:] = [time.monotonic(), now]
-            return time.monotonic() - last[0] > 1
-
-        wait_until(stands_still, "a picture that stands still")
-
     def start_there(self) -> Program:
         """The program runs on the other machine, the site on this one."""
         launcher = self.machine.launcher(self.desktop.folder, f"{BUILD}/orvane")
-        self.program = self.enterContext(Program(self.desktop, launcher, self.site.origin))
-        self.addCleanup(self.keep_evidence)
+        self.use(Program(self.desktop, launcher, self.site.origin))
         self.program.wait_for("playing")
         return self.program
 
     def assert_comes_back(self, handle: str):
         back = time.monotonic()
-        pictures = [self.program.picture()]
-
-        def is_back():
-            pictures[:] = [pictures[-1], self.program.picture()]
-            return moves(*pictures) and all(shows(picture, self.site.channels[handle]) for picture in pictures)
-
-        wait_until(is_back, f"the picture of {handle}")
+        wait_for_motion(self.program, self.site.channels[handle])
         away = time.monotonic() - back
         print(f"the picture was back {away:.1f} s after the network: {self.program.milestones()}")
         self.assertLess(away, 10)
@@ -281,9 +261,9 @@ class Return(RemoteCase):
     def test_picture_stands_still(self):
         program = self.start_there()
         self.machine.run("ip", "addr", "add", "10.213.8.2/24", "dev", "eth0")
-        wait_for_motion(program)
+        wait_for_motion(program, self.channel)
         self.machine.cable("down")
-        self.wait_for_standstill()
+        wait_for_standstill(program)
         self.assertEqual(program.count("loading"), 1, "another address is no reason to interrupt a picture")
         self.machine.cable("up")
         self.assert_comes_back("AlArabiya")

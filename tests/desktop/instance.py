@@ -7,7 +7,9 @@ import subprocess
 import unittest
 
 from case import BUILD
-from desktop import OFFLINE, Desktop, Program, wait_until
+from tools.desktop import Desktop
+from tools.program import OFFLINE, Program
+from tools.waiting import DEADLINE, wait_until
 
 PAIRS = int(os.environ.get("ORVANE_TEST_PAIRS", "15"))
 
@@ -25,7 +27,7 @@ class Instance(unittest.TestCase):
     def ask(self, *arguments: str) -> tuple[int, str]:
         """A start that is waited for: the exit code and the complaint."""
         environment = self.desktop.environment | OFFLINE
-        done = subprocess.run([f"{BUILD}/orvane", *arguments], env=environment, timeout=30, check=False,
+        done = subprocess.run([f"{BUILD}/orvane", *arguments], env=environment, timeout=DEADLINE, check=False,
                               stderr=subprocess.PIPE, text=True)
         return done.returncode, done.stderr
 
@@ -43,6 +45,7 @@ class Instance(unittest.TestCase):
         program = self.start("--play", "al hadath")
         program.wait_for("window-shown")
         program.wait_for_preferences(lastChannelID="alhadath")
+        program.wait_for("loading")
         self.assertEqual(program.count("loading"), 1)
         self.desktop.close(program.window())
         wait_until(lambda: not program.is_shown(), "a hidden window")
@@ -73,7 +76,7 @@ class Instance(unittest.TestCase):
         second.wait_for_preferences(isMuted=False)
         self.assertEqual(folder.stat().st_mode & 0o777, 0o700)
         self.assertEqual(self.ask("--quit"), (0, ""))
-        self.assertEqual(second.process.wait(10), 0)
+        self.assertEqual(second.wait_for_end(), 0)
         self.assertEqual(self.ask("--quit"), (0, ""), "there is nothing to end")
         self.assertEqual(list(folder.glob("*.socket")), [])
 
@@ -89,7 +92,7 @@ class Instance(unittest.TestCase):
             player.window()
             self.assertEqual(len(player.windows()), 1)
             self.assertEqual(self.ask("--quit"), (0, ""))
-            self.assertEqual(player.process.wait(10), 0)
+            self.assertEqual(player.wait_for_end(), 0)
         print(f"{PAIRS} pairs; the first start won {won} times")
 
     def test_quit_meets_another_start(self):
@@ -100,14 +103,14 @@ class Instance(unittest.TestCase):
             starts[-1].wait_for_preferences(lastChannelID="dwnews")
             leaving, asking = self.start("--quit"), self.start("--mute")
             starts += [leaving, asking]
-            self.assertEqual(leaving.process.wait(30), 0)
+            self.assertEqual(leaving.wait_for_end(), 0)
             asking.wait_for_preferences(isMuted=attempt % 2 == 0)
             # Nobody may be left by now.
             starts.append(self.start("--play", "cgtn"))
             asking.wait_for_preferences(lastChannelID="cgtn")
             self.the_player(starts)
         self.assertEqual(self.ask("--quit"), (0, ""))
-        self.assertEqual([start.process.wait(10) for start in starts], [0] * len(starts))
+        self.assertEqual([start.wait_for_end() for start in starts], [0] * len(starts))
 
 
 if __name__ == "__main__":

@@ -4,7 +4,9 @@
 import unittest
 
 from case import SiteCase
-from desktop import Backdrop, moves, wait_for_motion, wait_until
+from tools.backdrop import Backdrop
+from tools.program import wait_for_standstill
+from tools.waiting import wait_until
 
 COLOUR = (0, 170, 0)
 CHANNELS = ["alarabiya", "alhadath", "aljazeera", "aljazeeralive"]
@@ -24,7 +26,7 @@ class Keys(SiteCase):
         program = self.start("window_probe")
         program.tell("favourites " + " ".join(FAVOURITES))
         program.wait_for("error")
-        self.desktop.run("xdotool", "windowactivate", "--sync", program.window())
+        self.desktop.activate(program.window())
         return program
 
     def press_favourites(self):
@@ -50,20 +52,17 @@ class Keys(SiteCase):
 
     def press_space(self):
         """The picture stands still, and goes on."""
-        program = self.program
-        _, _, width, height = program.frame()
-        area = (0, 0, width, height - 44)
-        wait_for_motion(program, area)
+        self.wait_for_picture("AlArabiya")
         self.desktop.key(SPACE)
-        wait_until(lambda: not moves(program.picture().crop(area), program.picture().crop(area)), "a still picture")
+        wait_for_standstill(self.program)
         self.desktop.key(SPACE)
-        wait_for_motion(program, area)
+        self.wait_for_picture("AlArabiya")
 
     def press_comma(self, letters):
         self.desktop.key(letters[","])
         self.desktop.close(self.desktop.window("Orvane Settings"))
         wait_until(lambda: not self.desktop.windows("Orvane Settings"), "the end of the settings")
-        self.desktop.run("xdotool", "windowactivate", "--sync", self.program.window())
+        self.desktop.activate(self.program.window())
 
     def leave_for(self, backdrop):
         backdrop.raise_()
@@ -98,7 +97,7 @@ class Keys(SiteCase):
             self.assertIs(program.preferences()["isMuted"], False)
             self.desktop.key(UP)
         self.desktop.key(LAYOUTS["ara"]["q"])
-        self.assertEqual(program.process.wait(10), 0)
+        self.assertEqual(program.wait_for_end(), 0)
 
     def test_in_another_program(self):
         program = self.open()
@@ -111,7 +110,7 @@ class Keys(SiteCase):
 
         # Outside ghost mode nothing is listened to. What is pressed later in the own window comes later.
         press_elsewhere(US["m"], 11, DOWN)
-        self.desktop.run("xdotool", "windowactivate", "--sync", program.window())
+        self.desktop.activate(program.window())
         self.desktop.key(US["g"])
         self.program.wait_for_preferences(ghostModeEnabled=True)
         self.assertNotIn("isMuted", program.preferences())

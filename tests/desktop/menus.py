@@ -4,8 +4,8 @@
 import pathlib
 import unittest
 
-from desktop import wait_until
-from tray import TrayCase
+from case import TrayCase
+from tools.waiting import wait_until
 
 XFCE_PANEL = """<?xml version="1.0" encoding="UTF-8"?>
 <channel name="xfce4-panel" version="1.0">
@@ -38,25 +38,25 @@ class Menus(TrayCase):
         program = self.start()
         program.wait_for("playing")
         icon = self.wait_for_icon()
-        self.open_menu()
+        self.open_tray_menu()
         # The headers are no place to stop: the ghost mode, then the channels.
         self.desktop.key("Down", "Down", "Down", "Return")
         self.wait_for_channel("AlHadath", "alhadath")
-        wait_until(lambda: not self.menu_is_open(), "a closed menu")
+        self.wait_for_no_menu()
 
         self.desktop.point(*icon)
         self.desktop.button("click", "3")
         self.wait_for_menu()
         # No shortcut acts on the way, and the check mark has moved.
         self.desktop.key("m", "g", "Escape")
-        wait_until(lambda: not self.menu_is_open(), "a closed menu")
+        self.wait_for_no_menu()
         self.assertNotIn("isMuted", program.preferences())
         self.assertNotIn("ghostModeEnabled", program.preferences())
 
         # A window that was closed comes back with the next channel.
         self.desktop.close(program.window())
         wait_until(lambda: not program.is_shown(), "a hidden window")
-        self.open_menu()
+        self.open_tray_menu()
         self.desktop.key("Down", "Down", "Down", "Down", "Return")
         self.wait_for_channel("aljazeera", "aljazeera")
 
@@ -65,9 +65,9 @@ class Menus(TrayCase):
         panel.wait()
         wait_until(lambda: not self.icon(), "the end of the tray")
         self.start_tint2()
-        self.open_menu()
+        self.open_tray_menu()
         self.desktop.key("Up", "Return")
-        self.assertEqual(program.process.wait(10), 0, "the last item quits")
+        self.assertEqual(program.wait_for_end(), 0, "the last item quits")
         self.assertEqual(program.preferences()["lastChannelID"], "aljazeera")
 
     def test_late_tray_on_the_bus(self):
@@ -76,7 +76,7 @@ class Menus(TrayCase):
         self.assertIsNone(self.icon())
         panel = self.start_xfce_panel()
         icon = self.wait_for_icon()
-        self.open_menu()
+        self.open_tray_menu()
         self.desktop.key("Down", "Down", "Down", "Return")
         self.wait_for_channel("AlHadath", "alhadath")
 
@@ -97,28 +97,28 @@ class Menus(TrayCase):
     def test_without_a_tray(self):
         program = self.start()
         program.wait_for("playing")
-        self.open_own_menu()
+        self.open_context_menu()
         self.desktop.key("Down", "Down", "Return")
         self.wait_for_channel("AlHadath", "alhadath")
 
         # From the keyboard alone, and back without a choice.
-        self.desktop.run("xdotool", "windowactivate", "--sync", program.window())
+        self.desktop.activate(program.window())
         self.desktop.key("Menu")
         self.wait_for_menu()
         self.desktop.key("Escape")
-        wait_until(lambda: not self.menu_is_open(), "a closed menu")
+        self.wait_for_no_menu()
         self.assertEqual(program.frame()[2:], (480, 314), "Escape was the menu's")
 
         # What only the tray's menu has otherwise, from the end.
-        self.open_own_menu()
+        self.open_context_menu()
         self.desktop.key("Up", "Up", "Up", "Return")
         answer = self.desktop.window("Orvane Update")
         wait_until(self.menu_is_open, "the answer, which is as bright as a menu")
         self.desktop.close(answer)
         wait_until(lambda: not self.menu_is_open(), "the end of the answer")
-        self.open_own_menu()
+        self.open_context_menu()
         self.desktop.key("Up", "Return")
-        self.assertEqual(program.process.wait(10), 0)
+        self.assertEqual(program.wait_for_end(), 0)
 
     def test_sleep_timer(self):
         """The shortest one, on the real clock."""

@@ -6,8 +6,8 @@ import pathlib
 import subprocess
 import unittest
 
-from desktop import wait_until
-from tray import TrayCase
+from case import TrayCase
+from tools.waiting import wait_until
 
 WIDTH, HEIGHT = 520, 440
 # Where controls are, in points from the lower left corner of the window; rows of lists from that of what
@@ -62,7 +62,7 @@ class Settings(TrayCase):
         program.wait_for("playing")
         self.copy(f"{self.site.origin}/@AlHadath/videos")
 
-        self.open_menu()
+        self.open_tray_menu()
         self.desktop.key(*["Up"] * 5, "Return")  # "Add Channel..."
         self.window = self.desktop.window("Orvane Settings")
         wait_until(lambda: min(self.pixel(INPUT)) > 240, "the field")
@@ -77,12 +77,12 @@ class Settings(TrayCase):
         self.assertIn("قناة AlHadath", self.custom_channels())
 
         # It plays from the menu, above the lines that follow all channels.
-        self.open_menu()
+        self.open_tray_menu()
         self.desktop.key(*["Up"] * 6, "Return")
         self.wait_for_channel("AlHadath", "custom_alhadath")
 
         # It is the last of the channels, where it can be made a favourite and be hidden from the menu.
-        self.desktop.run("wmctrl", "-i", "-a", self.window)
+        self.desktop.activate(self.window)
         self.desktop.key("ctrl+shift+Tab", "ctrl+shift+Tab")
         wait_until(lambda: is_near(self.pixel((466, 290)), STAR_COLOUR), "the channels")
         self.desktop.point(*self.place((250, 200)))

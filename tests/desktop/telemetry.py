@@ -4,8 +4,8 @@
 import json
 
 from case import MenuCase
-from desktop import wait_until
-from loopback import LoopbackServer
+from tools.loopback import LoopbackServer
+from tools.waiting import wait_until
 
 
 class SignalServer(LoopbackServer):
@@ -40,7 +40,7 @@ class Telemetry(MenuCase):
             program = self.start(ORVANE_TELEMETRY=self.server.origin)
             program.wait_for("playing")
             self.server.wait_for(2 * run - 1)
-            self.open_own_menu()
+            self.open_context_menu()
             self.desktop.key("Down", "Down", "Return")
             self.server.wait_for(2 * run)
             self.wait_for_channel("AlHadath", "alhadath")

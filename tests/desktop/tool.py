@@ -10,9 +10,10 @@ import subprocess
 import tempfile
 import unittest
 
-from desktop import Desktop, Program, wait_for_motion
-from livesite import LiveSite, shows
-from loopback import LoopbackServer
+from tools.desktop import Desktop
+from tools.livesite import LiveSite
+from tools.loopback import LoopbackServer
+from tools.program import Program, wait_for_motion
 
 BUILD = os.environ["ORVANE_BUILD"]
 RELEASE = "/yt-dlp/yt-dlp/releases/latest/download"
@@ -91,10 +92,9 @@ class Tool(unittest.TestCase):
                     program.picture().save(keep)
                 releases.allowed.set()
                 program.wait_for("playing")
+                wait_for_motion(program, self.site.channels["AlArabiya"])
                 self.assertEqual(program.count("installing"), 1)
                 self.assertEqual(program.count("error"), 0)
-                picture = wait_for_motion(program)
-                self.assertTrue(shows(picture, self.site.channels["AlArabiya"]))
                 self.assertEqual(program.quit(), 0, program.log())
             installed = pathlib.Path(desktop.environment["HOME"]) / ".local/bin"
             self.assertEqual([f.name for f in installed.iterdir()], ["yt-dlp"])

@@ -7,9 +7,10 @@ import subprocess
 import tempfile
 
 from case import DesktopCase
-from desktop import Desktop, wait_until
-from livesite import certificate
-from loopback import LoopbackServer
+from tools.certificates import certificate
+from tools.desktop import Desktop
+from tools.loopback import LoopbackServer
+from tools.waiting import wait_until
 
 NAME = "orvane-2.3.0.tar.gz"
 NOTES = """<h2>What is new</h2>

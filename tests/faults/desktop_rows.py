@@ -3,10 +3,11 @@
 
 import subprocess
 
-from desktop import wait_until
 from ground import Ground
+from outcome import quit_cleanly
 from rows import Row
-from tray import TINT2, is_of_the_icon
+from tools.tray import find_icon, start_tint2
+from tools.waiting import wait_until
 
 PULSE = ["pulseaudio", "-n", "--daemonize=no", "--use-pid-file=no", "--exit-idle-time=-1",
          "--load=module-native-protocol-unix", "--load=module-null-sink"]
@@ -18,24 +19,17 @@ def end(process: subprocess.Popen) -> None:
 
 
 def panel(ground: Ground) -> str:
-    settings = ground.desktop.folder / "tint2rc"
-    settings.write_text(TINT2, encoding="ascii")
-
-    def start():
-        return ground.desktop.background(["tint2", "-c", str(settings)])
-
     def has_icon() -> bool:
-        bar = ground.desktop.screenshot().crop((0, 0, 1280, 32))
-        return sum(map(is_of_the_icon, bar.getdata())) > 30
+        return find_icon(ground.desktop) is not None
 
-    first = start()
+    first = start_tint2(ground.desktop)
     ground.start()
     ground.plays()
     wait_until(has_icon, "the icon")
     end(first)
     wait_until(lambda: not has_icon(), "the end of the icon")
     ground.plays()
-    start()
+    start_tint2(ground.desktop)
     wait_until(has_icon, "the icon again")
     ground.plays()
     return "plays on; the icon comes back with the panel"
@@ -51,23 +45,23 @@ def window_manager(ground: Ground) -> str:
         return "_NET_WM_STATE_ABOVE" in ground.desktop.run("xprop", "-id", program.window(), "_NET_WM_STATE")
 
     wait_until(is_above, "a window above the others")
-    wait_until(lambda: program.frame() == frame, f"the window at {frame}, not at {program.frame()}")
+    wait_until(lambda: program.frame() == frame, lambda: f"the window at {frame}, not at {program.frame()}")
     ground.plays()
-    return "plays on, in its place and above others under the next one"
+    x, y, width, height = frame
+    dragged = (x - 100, y - 50, width, height)
+    ground.desktop.drag(x + width // 2, y + height // 2 - 40, -100, -50, lambda: program.frame() == dragged,
+                        lambda: f"the window dragged to {dragged}, not to {program.frame()}")
+    ground.plays()
+    return "plays on, in its place and above others under the next one, and can be dragged"
 
 
 def compositor(ground: Ground) -> str:
-    def start():
-        process = ground.desktop.background(["picom", "--backend", "xrender"])
-        wait_until(lambda: "picom" in ground.desktop.run("xwininfo", "-root", "-tree"), "the compositor")
-        return process
-
-    first = start()
+    first = ground.desktop.start_compositor()
     ground.start()
     ground.plays()
     end(first)
     ground.plays()
-    start()
+    ground.desktop.start_compositor()
     ground.plays()
     return "plays on without it, and with the next one"
 
@@ -131,7 +125,7 @@ def resolution(ground: Ground) -> str:
     ground.plays()
     for size in ((800, 600), (1280, 720), (640, 480)):
         resize_screen(ground, *size)
-        wait_until(lambda size=size: is_inside(ground, *size), f"the window inside {size}; {program.frame()}")
+        wait_until(lambda size=size: is_inside(ground, *size), f"the window inside {size}")
         ground.plays()
     return "plays on; the whole window stays on the screen"
 
@@ -142,9 +136,9 @@ def unplugged(ground: Ground) -> str:
     frame = program.frame()
     assert frame[0] > 1280, f"the window is on the left: {frame}"
     resize_screen(ground, 1280, 720)
-    wait_until(lambda: is_inside(ground, 1280, 720), f"the window on what is left; {program.frame()}")
+    wait_until(lambda: is_inside(ground, 1280, 720), "the window on what is left")
     ground.plays()
-    ground.quits()
+    quit_cleanly(ground.program)
     # It was on the right when it was last kept, and starts where there is a screen.
     stored = ground.preferences.read_text(encoding="utf-8")
     ground.preferences.write_text(

@@ -10,9 +10,10 @@ import time
 import dbus
 import dbus.bus
 
-from desktop import wait_until
-from ground import BUILD, KEEPSAKE, Ground
+from ground import KEEPSAKE, Ground
+from outcome import BUILD, quit_cleanly
 from rows import Row
+from tools.waiting import wait_until
 
 LARGE = 50_000_000
 # Of an answer to a panel while the file is large, in seconds.
@@ -65,7 +66,7 @@ def folder(ground: Ground) -> str:
     took = ground.plays()
     ground.order("volume", "0.25")
     assert ground.ask("volume") == "0.250000"
-    ground.quits()
+    quit_cleanly(ground.program)
     assert (ground.preferences / "precious").exists()
     assert "preferences.json" in program.log(), program.log()
     return f"plays after {took:.0f} s; keeps the volume in memory; says so on the standard error"
@@ -77,7 +78,7 @@ def read_only(ground: Ground) -> str:
     took = ground.plays()
     ground.order("volume", "0.25")
     assert ground.ask("volume") == "0.250000"
-    ground.quits()
+    quit_cleanly(ground.program)
     assert "preferences.json" in program.log(), program.log()
     assert json.loads(ground.preferences.read_text(encoding="ascii")) == KEEPSAKE
     return f"plays after {took:.0f} s; keeps the volume in memory; says so on the standard error"

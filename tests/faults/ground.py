@@ -9,16 +9,15 @@ import pathlib
 import tempfile
 import time
 
-from desktop import Desktop, Program, descendants, moves, wait_until
-from livesite import LiveSite, background, shows
+from outcome import BUILD
+from tools.desktop import Desktop
+from tools.images import background
+from tools.livesite import LiveSite
+from tools.program import Program, wait_for_motion
+from tools.waiting import wait_until
 
-BUILD = os.environ["ORVANE_BUILD"]
-# A build with sanitizers takes longer for everything.
-QUIT_LIMIT = 10.0
-BAR_HEIGHT = 44
 # Nobody knows this key, so nobody may lose it.
 KEEPSAKE = {"keepsake": {"a": [1, "x"]}}
-ALARMS = ("AddressSanitizer", "LeakSanitizer", "runtime error:", "QFATAL", "ASSERT")
 
 
 class Ground:
@@ -86,25 +85,11 @@ class Ground:
 
     # What a person sees
 
-    def picture(self):
-        """Without the control bar."""
-        picture = self.program.picture()
-        return picture.crop((0, 0, picture.width, picture.height - BAR_HEIGHT))
-
     def plays(self, handle: str = "AlArabiya") -> float:
-        """The channel's picture moves, and nothing covers it; gives how long that took."""
+        """Waits for the channel's moving picture; returns how many seconds that took."""
         began = time.monotonic()
         self.program.wait_for("window-shown")
-        seen = []
-
-        def is_moving():
-            if self.program.process.poll() is not None:
-                raise AssertionError(f"the program ended with {self.program.process.returncode}")
-            seen[:] = [*seen[-1:], self.picture()]
-            return (len(seen) == 2 and seen[0].size == seen[1].size and moves(*seen)
-                    and shows(seen[1], self.site.channels[handle]))
-
-        wait_until(is_moving, f"the moving picture of {handle}; {self.program.milestones()}")
+        wait_for_motion(self.program, self.site.channels[handle])
         return time.monotonic() - began
 
     def error(self, *texts: str, count: int = 1) -> str:
@@ -134,26 +119,6 @@ class Ground:
     def other_channel_plays(self) -> str:
         self.order("next")
         return f"the next channel plays after {self.plays('AlHadath'):.0f} s"
-
-    # What must hold after every fault
-
-    def quits(self) -> None:
-        """The program quits at once, and leaves nobody behind."""
-        process = self.program.process
-        assert process.poll() is None, f"the program ended with {process.returncode}"
-        started = [pid for pid, _ in descendants(process.pid)]
-        before = time.monotonic()
-        code = self.program.quit(QUIT_LIMIT)
-        assert code == 0, f"exit code {code}"
-        assert time.monotonic() - before < QUIT_LIMIT
-        for pid in started:
-            assert not pathlib.Path(f"/proc/{pid}").exists(), f"{pid} was left behind"
-        self.raises_no_alarm()
-
-    def raises_no_alarm(self) -> None:
-        log = self.program.log()
-        for alarm in ALARMS:
-            assert alarm not in log, f"{alarm} in the log"
 
     def keeps_settings(self) -> None:
         stored = json.loads(self.preferences.read_text(encoding="utf-8"))

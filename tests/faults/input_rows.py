@@ -8,9 +8,10 @@ import time
 from Xlib import X, XK, display, error
 from Xlib.ext import xtest
 
-from desktop import wait_until
-from ground import BUILD, Ground
+from ground import Ground
+from outcome import BUILD, check_no_alarm, quit_cleanly
 from rows import Row
+from tools.waiting import wait_until
 from updates import UpdateServer
 
 SEED = 20240229
@@ -90,7 +91,7 @@ def answers(ground: Ground) -> bool:
 
 def plays_afterwards(ground: Ground) -> str:
     """Whatever has been chosen, a channel that is asked for plays."""
-    ground.quits()
+    quit_cleanly(ground.program)
     ground.keeps_settings()
     # A window may have been dragged to where it can hardly be seen, or be a ghost: that was a choice too.
     stored = ground.program.preferences() | {"ghostModeEnabled": False, "windowOpacity": 1}
@@ -146,7 +147,7 @@ class Monkey:
         if process.poll() is None:
             return False
         assert process.returncode == 0, f"the program ended with {process.returncode}"
-        self._ground.raises_no_alarm()
+        check_no_alarm(self._ground.program)
         self._ground.keeps_settings()
         return True
 

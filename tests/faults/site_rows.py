@@ -6,10 +6,13 @@ import ssl
 import subprocess
 import time
 
-from desktop import wait_until
 from ground import Ground
-from livesite import VARIANTS, Channel, LiveSite
+from outcome import quit_cleanly
 from rows import Row
+from tools.channels import Channel
+from tools.livesite import LiveSite
+from tools.segments import VARIANTS
+from tools.waiting import wait_until
 
 REMUX = ["ffmpeg", "-loglevel", "error", "-nostdin", "-copyts", "-i", "-", "-muxdelay", "0"]
 
@@ -72,6 +75,17 @@ def refused_by_the_server(resource: str):
     return check
 
 
+def refused_once(ground: Ground) -> str:
+    ground.channel.faults["list"] = 403
+    ground.channel.fault_count["list"] = 1
+    program = ground.start()
+    seen = ground.plays_again("asks for a fresh address and ")
+    assert program.count("error") == 0
+    assert program.count("loading") == 2
+    assert ground.site.count("/@AlArabiya/live") == 2, "the address is not a fresh one"
+    return seen
+
+
 def failed_by_the_player(fault: int | str, *texts: str, resource: str = "list"):
     def check(ground: Ground) -> str:
         ground.channel.faults[resource] = fault
@@ -87,6 +101,26 @@ def hanging_page(ground: Ground) -> str:
     seen = ground.other_channel_plays()
     wait_until(lambda: not any("yt-dlp" in child for child in program.children()), "the end of the first yt-dlp")
     return seen
+
+
+def closed_while_the_page_hangs(ground: Ground) -> str:
+    """The program goes on without the window, and does not play this channel at the next start."""
+    ground.channel.faults["page"] = "hang"
+    program = ground.start()
+    wait_until(lambda: ground.site.count("/@AlArabiya/live"), "yt-dlp's request")
+    ground.desktop.close(program.window())
+    wait_until(lambda: not program.is_shown(), "a hidden window")
+    wait_until(lambda: not program.children(), "the end of yt-dlp")
+    program.wait_for_preferences(lastChannelID="")
+    return "the window goes, and yt-dlp with it"
+
+
+def quit_while_the_list_hangs(ground: Ground) -> str:
+    ground.channel.faults["list"] = "hang"
+    ground.start()
+    wait_until(lambda: ground.site.count("/hls/AlArabiya/480/list.m3u8"), "the player's request")
+    quit_cleanly(ground.program)
+    return "the program quits at once"
 
 
 def redirected_page(ground: Ground) -> str:
@@ -108,8 +142,26 @@ def refused_in_the_middle(ground: Ground) -> str:
     ground.plays()
     ground.channel.faults["segment"] = 403
     program.wait_for("loading", 2)
+    # The next player is refused too, in another way: its errors must be heard although it is not the first one.
+    ground.channel.faults["list"] = 403
+    program.wait_for("loading", 4)
     ground.channel.faults.clear()
-    return ground.plays_again("asks for a fresh address; without the fault ")
+    seen = ground.plays_again("asks for a fresh address again and again; without the fault ")
+    assert program.count("error") == 0
+    return seen
+
+
+def ends(ground: Ground) -> str:
+    ground.start()
+    ground.plays()
+    ground.channel.ends = True
+    ground.channel.frozen_at = time.monotonic()
+
+    def heal():
+        ground.channel.ends = False
+        ground.channel.frozen_at = None
+
+    return ground.error_then_retry("Stream ended", heal=heal)
 
 
 def standing_list(ground: Ground) -> str:
@@ -212,13 +264,18 @@ ROWS = [
     Row("site.page-500", "500 on the page", refused_by_the_tool(500, "page", "watch")),
     Row("site.master-403", "403 on the master list", refused_by_the_tool(403, "master")),
     Row("site.variant-403", "403 on the variant's list", refused_by_the_server("list")),
+    Row("site.variant-403-once", "403 on the variant's list, once", refused_once),
     Row("site.segment-403", "403 on segments, from the start", refused_by_the_server("segment")),
     Row("site.segment-403-later", "403 on segments, in the middle", refused_in_the_middle),
     Row("site.variant-404", "404 on the variant's list", failed_by_the_player(404, "404")),
     Row("site.variant-500", "500 on the variant's list", failed_by_the_player(500, "HTTP error")),
     Row("site.list-stands", "the list stops advancing", standing_list),
+    Row("site.ends", "the stream ends, and returns after the error", ends),
     Row("site.page-hangs", "the page never comes", hanging_page),
+    Row("site.page-hangs-close", "the page never comes, and the window is closed", closed_while_the_page_hangs),
     Row("site.variant-hangs", "the variant's list never comes", failed_by_the_player("hang")),
+    Row("site.variant-hangs-quit", "the variant's list never comes, and the program quits",
+        quit_while_the_list_hangs, quits=False),
     Row("site.segments-hang", "segments stop coming in the middle", hanging_segments),
     Row("site.server-dies", "the server dies, and returns after the error", server_dies),
     Row("site.page-loops", "the page redirects to itself for ever", redirected_page),

@@ -5,18 +5,15 @@ it with scripts/faults."""
 import argparse
 import concurrent.futures
 import importlib
-import os
-import pathlib
-import shutil
 import sys
 import textwrap
 import time
 from dataclasses import dataclass
 
 from ground import Ground
+from outcome import keep_evidence, quit_cleanly
 from rows import Row
 
-RESULTS = pathlib.Path(os.environ.get("ORVANE_TEST_RESULTS", "results"))
 ROOMS = ("site_rows", "tool_rows", "file_rows", "desktop_rows", "input_rows")
 
 
@@ -26,16 +23,6 @@ class Outcome:
     seen: str
     passed: bool
     seconds: float
-
-
-def keep_evidence(row: Row, ground: Ground) -> None:
-    """On failure the screen and the log stay."""
-    kept = RESULTS / row.name
-    kept.mkdir(parents=True, exist_ok=True)
-    ground.desktop.screenshot().save(kept / "screen.png")
-    for name in ("program.log", "timeline"):
-        if (ground.desktop.folder / name).exists():
-            shutil.copy(ground.desktop.folder / name, kept)
 
 
 def run_row(row: Row) -> Outcome:
@@ -51,12 +38,12 @@ def run_row(row: Row) -> Outcome:
             try:
                 seen = row.check(ground)
                 if row.quits:
-                    ground.quits()
+                    quit_cleanly(ground.program)
                 if row.keeps_settings:
                     ground.keeps_settings()
                 return outcome(seen, True)
             except Exception:
-                keep_evidence(row, ground)
+                keep_evidence(row.name, ground.desktop)
                 raise
     except Exception as problem:  # Whatever it is, it belongs to this row and not to the others.
         return outcome(f"{type(problem).__name__}: {problem}", False)

@@ -4,9 +4,10 @@ the program sees it there."""
 
 import pathlib
 
-from desktop import descendants, wait_until
 from ground import Ground
 from rows import Row
+from tools.processes import descendants
+from tools.waiting import wait_until
 
 PLACE = "/usr/local/bin"
 REAL = "/usr/bin/yt-dlp"

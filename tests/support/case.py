@@ -1,21 +1,17 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""What every test of the built program on a desktop needs."""
+"""What the tests of the built program on a desktop have in common."""
 
-import os
 import pathlib
-import shutil
 import tempfile
-import time
 import unittest
 
-from desktop import Desktop, Program, descendants, wait_until
-from livesite import LiveSite, shows
-
-BUILD = os.environ["ORVANE_BUILD"]
-RESULTS = pathlib.Path(os.environ.get("ORVANE_TEST_RESULTS", "results"))
-# The program leaves after 0.4 s at the latest; a way out that waits for a server takes far longer than
-# this, on however busy a machine.
-QUIT_LIMIT = 5.0
+import outcome
+from outcome import BUILD
+from tools import tray
+from tools.desktop import Desktop
+from tools.livesite import LiveSite
+from tools.program import Program, wait_for_motion
+from tools.waiting import wait_until
 
 
 class DesktopCase(unittest.TestCase):
@@ -23,35 +19,27 @@ class DesktopCase(unittest.TestCase):
     program: Program
 
     def start(self, binary: str, site: str = "", **variables) -> Program:
-        self.program = Program(self.desktop, f"{BUILD}/{binary}", site, **variables)
-        self.enterContext(self.program)
+        return self.use(Program(self.desktop, f"{BUILD}/{binary}", site, **variables))
+
+    def use(self, program: Program) -> Program:
+        """Makes it the program of this test, and ends it with the test."""
+        self.program = self.enterContext(program)
         self.addCleanup(self.keep_evidence)
-        return self.program
+        return program
 
     def keep_evidence(self):
-        """On failure the screen and the log stay."""
-        outcome = self._outcome.result
-        if not any(test is self for test, _ in outcome.failures + outcome.errors):
-            return
-        kept = RESULTS / self.id()
-        kept.mkdir(parents=True, exist_ok=True)
-        self.desktop.screenshot().save(kept / "screen.png")
-        shutil.copy(self.desktop.folder / "program.log", kept)
-        print("milestones:", self.program.milestones())
-        print(f"the screen and the log are in {kept}")
+        """After a failure."""
+        result = self._outcome.result
+        if any(test is self for test, _ in result.failures + result.errors):
+            outcome.keep_evidence(self.id(), self.desktop)
+            print("milestones:", self.program.milestones())
 
     def quit_cleanly(self):
-        """Quits as a session manager would: at once, with exit code 0, leaving nobody behind."""
-        started = [pid for pid, _ in descendants(self.program.process.pid)]
-        before = time.monotonic()
-        self.assertEqual(self.program.quit(), 0, self.program.log())
-        self.assertLess(time.monotonic() - before, QUIT_LIMIT)
-        for pid in started:
-            self.assertFalse(pathlib.Path(f"/proc/{pid}").exists(), f"{pid} was left behind")
+        outcome.quit_cleanly(self.program)
 
 
 class SiteCase(DesktopCase):
-    """With a live site of its own."""
+    """Has a live site of its own."""
 
     site_host = "127.0.0.1"
 
@@ -64,28 +52,50 @@ class SiteCase(DesktopCase):
     def start(self, binary: str = "orvane", site: str = "", **variables) -> Program:
         return super().start(binary, site=site or self.site.origin, **variables)
 
+    def wait_for_picture(self, handle: str):
+        wait_for_motion(self.program, self.site.channels[handle])
+
 
 class MenuCase(SiteCase):
-    """Whose program's menus are opened."""
+    """Opens menus of the program."""
 
     def menu_is_open(self) -> bool:
-        """Something white and large is where nothing was."""
+        """Whether something large and white covers the upper part of the screen."""
         area = self.desktop.screenshot().crop((0, 40, 1280, 380))
         return sum(1 for pixel in area.getdata() if min(pixel) > 225) > 20000
 
     def wait_for_menu(self):
         wait_until(self.menu_is_open, "an open menu")
 
-    def wait_for_channel(self, handle: str, channel: str):
-        """Without the control bar: the pointer is elsewhere."""
-        self.program.wait_for_preferences(lastChannelID=channel)
-        wait_until(lambda: shows(self.program.picture(), self.site.channels[handle]), f"the picture of {handle}")
+    def wait_for_no_menu(self):
+        wait_until(lambda: not self.menu_is_open(), "a closed menu")
 
-    def open_own_menu(self):
-        """That of the player window."""
+    def wait_for_channel(self, handle: str, channel: str):
+        self.program.wait_for_preferences(lastChannelID=channel)
+        self.wait_for_picture(handle)
+
+    def open_context_menu(self):
+        """Opens that of the player window."""
         x, y, width, _ = self.program.frame()
         self.desktop.point(x + width // 2, y + 60)
         self.desktop.button("click", "3")
         self.wait_for_menu()
-        # Away from the menu, which opens under it and would begin with what is there.
+        # Away from the menu: it opens under the pointer, which would select an item.
         self.desktop.point(10, 10)
+
+
+class TrayCase(MenuCase):
+    """Chooses from the menu of the tray icon."""
+
+    def start_tint2(self):
+        return tray.start_tint2(self.desktop)
+
+    def icon(self) -> tuple[int, int] | None:
+        return tray.find_icon(self.desktop)
+
+    def wait_for_icon(self) -> tuple[int, int]:
+        return wait_until(self.icon, "the icon in the tray")
+
+    def open_tray_menu(self):
+        self.desktop.click(*self.wait_for_icon())
+        self.wait_for_menu()

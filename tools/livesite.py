@@ -1,164 +1,38 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""A live video site on loopback, over HTTPS, for the demonstration and the desktop tests.
+"""A live video site on loopback, over HTTPS.
 
-It answers a channel's live page ("/@HANDLE/live"), its videos page ("/@HANDLE/videos") and the watch
-page ("/watch?v=ID") with a page that yt-dlp reads by itself, and serves each channel as a multi-variant live HLS stream whose list
-slides with the clock. Nothing is encoded while it serves: a loop of segments is made once for each
-channel and kept in a cache folder under a name made from the recipe.
+It answers a channel's live page ("/@HANDLE/live"), its videos page ("/@HANDLE/videos") and the watch page
+("/watch?v=ID") with pages that yt-dlp reads by itself, and serves each channel as a multi-variant live HLS
+stream whose list slides with the clock. Faults can be set per channel at any time (see `Channel.faults`);
+every request is recorded.
 
-Faults are set per channel at any time (see `Channel.faults`); every request is recorded.
+usage: python3 -m tools.livesite    serves until it is interrupted; prints the variable to set
 """
 
 from __future__ import annotations
 
 import argparse
 import contextlib
-import fcntl
-import hashlib
 import http.server
 import json
-import os
 import pathlib
-import shutil
 import socket
 import ssl
-import subprocess
 import sys
+import tempfile
 import threading
 import time
 import urllib.parse
-from collections.abc import Callable
-from dataclasses import dataclass, field
 
-LOOP_SECONDS = 60
-SEGMENT_SECONDS = 2
-FRAME_RATE = 25
+from tools.certificates import certificate
+from tools.channels import STANDARD_CHANNELS, Channel
+from tools.segments import LOOP_SECONDS, SEGMENT_SECONDS, VARIANTS, encoded
+
 LIVE_SEGMENTS = 5
 
 
-@dataclass(frozen=True)
-class Variant:
-    name: str
-    width: int
-    height: int
-    bit_rate: int
-
-
-VARIANTS = (Variant("360", 640, 360, 500_000), Variant("480", 854, 480, 900_000))
-
-
-@dataclass
-class Channel:
-    """One channel of the site. `colour` is the background of its picture (an ffmpeg colour).
-
-    `faults` maps a resource ("page", "watch", "master", "list", "segment") to the status it is
-    answered with instead, to "hang" for an answer that never comes, or to "loop" for one that leads back
-    to itself. `fault_count` limits how many answers a fault spoils. `ends` closes the live list; `frozen_at` stops it from advancing.
-    """
-
-    handle: str
-    video_id: str
-    colour: str
-    faults: dict[str, int | str] = field(default_factory=dict)
-    fault_count: dict[str, int] = field(default_factory=dict)
-    ends: bool = False
-    frozen_at: float | None = None
-
-
-# The built-in channels that the site knows, told apart by their pictures.
-STANDARD_CHANNELS = (
-    ("AlArabiya", "n7eQejkXbnM", "0x1040a0"),
-    ("AlHadath", "0STUpSryLWY", "0xa02020"),
-    ("aljazeera", "bNyUyrR0PHo", "0xa07010"),
-    ("AljazeeraMubasher", "rvJOGTSQNj8", "0x108040"),
-)
-
-
-def background(picture) -> tuple[int, int, int]:
-    """What a (PIL) picture of the player window shows beside the site's texts and its moving bar."""
-    return picture.getpixel((picture.width - 30, picture.height * 2 // 3))
-
-
-def shows(picture, channel: Channel) -> bool:
-    """Whether it is this channel's picture, and nothing is drawn over it."""
-    wanted = bytes.fromhex(channel.colour.removeprefix("0x"))
-    return all(abs(a - b) <= 24 for a, b in zip(background(picture), wanted))
-
-
-def cache_folder() -> pathlib.Path:
-    base = os.environ.get("XDG_CACHE_HOME") or os.path.expanduser("~/.cache")
-    return pathlib.Path(os.environ.get("ORVANE_SITE_CACHE", f"{base}/orvane-live-site"))
-
-
-def encode_command(channel: Channel, folder: str) -> list[str]:
-    """A loop of segments in every variant: the channel's colour, its name, a clock, a moving bar."""
-    big = VARIANTS[-1]
-    picture = (
-        f"color=c={channel.colour}:s={big.width}x{big.height}:r={FRAME_RATE}[plain];"
-        f"color=c=white:s=40x120:r={FRAME_RATE}[bar];"
-        f"[plain][bar]overlay=x='mod(t*160,{big.width})':y=40:shortest=0,"
-        f"drawtext=text='{channel.handle}':fontsize=48:fontcolor=white:x=40:y=200,"
-        f"drawtext=text='%{{pts\\:hms}}':fontsize=40:fontcolor=yellow:x=40:y=280"
-    )
-    names = [f"v{i}" for i in range(len(VARIANTS))]
-    split = f"split={len(VARIANTS)}" + "".join(f"[s{i}]" for i in range(len(VARIANTS)))
-    scales = ";".join(
-        f"[s{i}]scale={v.width}:{v.height}[{names[i]}]" for i, v in enumerate(VARIANTS)
-    )
-    command = ["ffmpeg", "-hide_banner", "-loglevel", "error", "-nostdin", "-y"]
-    command += ["-f", "lavfi", "-i", f"sine=frequency={300 + len(channel.handle) * 20}:r=48000"]
-    command += ["-filter_complex", f"{picture},{split};{scales}"]
-    for i, variant in enumerate(VARIANTS):
-        command += ["-map", f"[{names[i]}]", "-map", "0:a", "-t", str(LOOP_SECONDS)]
-        command += ["-c:v", "libx264", "-preset", "ultrafast", "-b:v", str(variant.bit_rate)]
-        command += ["-pix_fmt", "yuv420p", "-g", str(FRAME_RATE * SEGMENT_SECONDS)]
-        command += ["-sc_threshold", "0", "-c:a", "aac", "-b:a", "64k"]
-        command += ["-f", "segment", "-segment_time", str(SEGMENT_SECONDS)]
-        command += ["-segment_format", "mpegts", f"{folder}/{variant.name}/%d.ts"]
-    return command
-
-
-def encoded(channel: Channel) -> pathlib.Path:
-    """The folder with the channel's segments; makes it where it is not there yet."""
-    return kept(lambda folder: [["mkdir", "-p", *(f"{folder}/{variant.name}" for variant in VARIANTS)],
-                                encode_command(channel, folder)])
-
-
-def kept(recipe: Callable[[str], list[list[str]]]) -> pathlib.Path:
-    """The folder with what the commands of the recipe make there; runs them if they have not been yet."""
-    text = f"2 {recipe('FOLDER')}"
-    folder = cache_folder() / hashlib.sha256(text.encode()).hexdigest()[:16]
-    folder.parent.mkdir(parents=True, exist_ok=True)
-    # Two tests that start at once must not encode the same thing twice.
-    with open(f"{folder}.lock", "w", encoding="ascii") as lock:
-        fcntl.flock(lock, fcntl.LOCK_EX)
-        if not folder.exists():
-            unfinished = f"{folder}.new"
-            shutil.rmtree(unfinished, ignore_errors=True)
-            for command in recipe(unfinished):
-                subprocess.run(command, check=True)
-            os.rename(unfinished, folder)
-    return folder
-
-
-def certificate(folder: pathlib.Path) -> pathlib.Path:
-    """A fresh certificate for loopback with its key, in one file."""
-    path = folder / "site.pem"
-    subprocess.run(
-        ["openssl", "req", "-x509", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:prime256v1"]
-        + ["-nodes", "-days", "2", "-subj", "/CN=localhost"]
-        + ["-addext", "subjectAltName=DNS:localhost,IP:127.0.0.1"]
-        + ["-keyout", str(path), "-out", str(folder / "certificate.pem")],
-        check=True,
-        stderr=subprocess.DEVNULL,
-    )
-    with open(path, "a", encoding="ascii") as out:
-        out.write((folder / "certificate.pem").read_text(encoding="ascii"))
-    return path
-
-
 class LiveSite:
-    """The running site. Use as a context manager; `origin` is what ORVANE_VIDEO_SITE wants."""
+    """The running site. Use as a context manager; `origin` is the value for ORVANE_VIDEO_SITE."""
 
     def __init__(self, folder: pathlib.Path, channels=STANDARD_CHANNELS, host="127.0.0.1"):
         self.channels = {name: Channel(name, video, colour) for name, video, colour in channels}
@@ -190,7 +64,7 @@ class LiveSite:
         threading.Thread(target=self._server.serve_forever, daemon=True).start()
 
     def die(self) -> None:
-        """Whoever is connected is cut off, and nobody can connect, until it is revived."""
+        """Cuts all connections off and accepts none until `revive`."""
         self._server.shutdown()
         self._server.server_close()
         self._server.cut_off()
@@ -230,7 +104,7 @@ class LiveSite:
         ).encode()
 
     def videos_page(self, channel: Channel) -> bytes:
-        """The newest video of the channel as structured data, from which yt-dlp reads who made it."""
+        """Has the newest video of the channel as structured data, from which yt-dlp reads the author."""
         video = {
             "@context": "https://schema.org",
             "@type": "VideoObject",
@@ -289,13 +163,13 @@ class _Server(http.server.ThreadingHTTPServer):
 
     def cut_off(self) -> None:
         for connection in list(self._connections):
-            # Not the farewell of TLS: that of the connection under it.
+            # Of the TCP connection: a TLS shutdown would wait for the peer.
             with contextlib.suppress(OSError):
                 socket.socket.shutdown(connection, socket.SHUT_RDWR)
 
     def finish_request(self, request, client_address):
-        # The handshake belongs to the connection's own thread: a client that never finishes it must
-        # not keep the others out.
+        # On the connection's own thread: a client that never finishes the handshake must not keep the
+        # others out.
         try:
             wrapped = self.tls.wrap_socket(request, server_side=True)
         except OSError:
@@ -314,7 +188,7 @@ class _Server(http.server.ThreadingHTTPServer):
 
 class _Handler(http.server.BaseHTTPRequestHandler):
     protocol_version = "HTTP/1.1"
-    # Head and body are written apart; the second would wait for the first to be acknowledged.
+    # Head and body are separate writes: with Nagle's algorithm the second waits for the first's ACK.
     disable_nagle_algorithm = True
     server: _Server
 
@@ -374,10 +248,7 @@ class _Handler(http.server.BaseHTTPRequestHandler):
 
 
 def main() -> None:
-    import tempfile
-
-    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.parse_args()
+    argparse.ArgumentParser(description=__doc__.splitlines()[0]).parse_args()
     with tempfile.TemporaryDirectory() as folder, LiveSite(pathlib.Path(folder)) as site:
         print(f"ORVANE_VIDEO_SITE={site.origin}", flush=True)
         threading.Event().wait()

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""A web server on loopback, for what a test answers by itself."""
+"""A web server on loopback whose answers a test makes."""
 
 import contextlib
 import http.server
@@ -9,8 +9,8 @@ import threading
 
 
 class LoopbackServer:
-    """Use as a context manager. Answers are made by `answer`, each on a thread of its own; those that
-    wait for `allowed` go on at the end. A `certificate` makes it an https server."""
+    """Use as a context manager. Subclasses implement `answer`, which is called on a thread for each request; one
+    that waits for `allowed` goes on when the server ends, at the latest. With a `certificate` it serves https."""
 
     def __init__(self, certificate: pathlib.Path | None = None):
         self.allowed = threading.Event()
@@ -18,7 +18,7 @@ class LoopbackServer:
 
         class Handler(http.server.BaseHTTPRequestHandler):
             def do_GET(self):
-                with contextlib.suppress(OSError):  # Whoever asked may have gone.
+                with contextlib.suppress(OSError):  # The client may have gone.
                     server.answer(self)
 
             do_POST = do_GET

@@ -1,10 +1,10 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The services of a desktop that keep the screen awake and tell of sleep, as far as the program uses them.
+"""The D-Bus services of a desktop that keep the screen awake and announce sleep, as far as the program uses them.
 
-usage: fakedesktop.py NAME...     Takes the names on the session bus, says "ready", then says what it is
-asked for, a line each: "inhibit" with the texts that it was given, and "release", also when it is the program
-that has gone. On its standard input "slow" makes it keep its answers (and say "asked") until "answer", and
-"wake" announces the end of a sleep."""
+usage: fakedesktop.py NAME...     Takes the names on the session bus and prints "ready", then a line for each
+call: "inhibit" with the texts that it was given, and "release", also when the caller has left the bus. On its
+standard input "slow" makes it hold its answers back (and print "asked") until "answer", and "wake" announces
+the end of a sleep."""
 
 import sys
 
@@ -18,7 +18,7 @@ PORTAL = "org.freedesktop.portal.Inhibit"
 IDLE = 8
 
 
-def say(line: str) -> None:
+def report(line: str) -> None:
     print(line, flush=True)
 
 
@@ -37,20 +37,20 @@ class Service(dbus.service.Object):
                 self._release(key)
 
         def grant():
-            say(line)
+            report(line)
             self._watches[key] = self._bus.watch_name_owner(sender, gone)
             answer(key)
 
         if self.is_slow:
             self.late_answers.append(grant)
-            say("asked")
+            report("asked")
         else:
             grant()
 
     def _release(self, key) -> None:
         if watch := self._watches.pop(key, None):
             watch.cancel()
-            say("release")
+            report("release")
 
     @dbus.service.method(SCREEN_SAVER, "ss", "u", async_callbacks=("answer", "_"), sender_keyword="sender")
     def Inhibit(self, program, reason, answer, _, sender):
@@ -99,7 +99,7 @@ def main() -> None:
     Portal(bus, "/org/freedesktop/portal/desktop")
     logind = Logind(bus, "/org/freedesktop/login1")
 
-    def obey(*_) -> bool:
+    def handle_order(*_) -> bool:
         order = sys.stdin.readline().strip()
         if order == "slow":
             service.is_slow = True
@@ -112,8 +112,8 @@ def main() -> None:
         return bool(order)
 
     names = [dbus.service.BusName(name, bus, do_not_queue=True) for name in sys.argv[1:]]
-    GLib.io_add_watch(sys.stdin, GLib.IO_IN | GLib.IO_HUP, obey)
-    say(f"ready {len(names)}")
+    GLib.io_add_watch(sys.stdin, GLib.IO_IN | GLib.IO_HUP, handle_order)
+    report(f"ready {len(names)}")
     GLib.MainLoop().run()
 
 

@@ -1,0 +1,50 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""What every run of the program on a desktop must end with, and what is kept of one that does not."""
+
+import os
+import pathlib
+import shutil
+import time
+
+from tools.desktop import Desktop
+from tools.processes import descendants
+from tools.program import Program
+
+BUILD = os.environ["ORVANE_BUILD"]
+RESULTS = pathlib.Path(os.environ.get("ORVANE_TEST_RESULTS", "results"))
+# Seconds. The program needs 0.4 s at most. Waiting for a server at the end would take far longer than this,
+# which a busy machine or a build with sanitizers does not reach.
+QUIT_LIMIT = 10.0
+ALARMS = ("AddressSanitizer", "LeakSanitizer", "runtime error:", "QFATAL", "ASSERT")
+
+
+def keep_evidence(name: str, desktop: Desktop) -> None:
+    """Copies the screen, the log and the milestones to the results of this test or row."""
+    folder = RESULTS / name
+    folder.mkdir(parents=True, exist_ok=True)
+    desktop.screenshot().save(folder / "screen.png")
+    for file in ("program.log", "timeline"):
+        if (desktop.folder / file).exists():
+            shutil.copy(desktop.folder / file, folder)
+    print(f"the screen and the log are in {folder}", flush=True)
+
+
+def check_no_alarm(program: Program) -> None:
+    log = program.log()
+    for alarm in ALARMS:
+        assert alarm not in log, f"{alarm} in the log: {log[-3000:]}"
+
+
+def quit_cleanly(program: Program) -> None:
+    """Ends the program as a session manager does: it must end soon, with exit code 0, and leave no child behind."""
+    process = program.process
+    assert process.poll() is None, f"the program ended with {process.returncode}: {program.log()[-3000:]}"
+    children = [pid for pid, _ in descendants(process.pid)]
+    before = time.monotonic()
+    code = program.quit()
+    took = time.monotonic() - before
+    assert code == 0, f"exit code {code}: {program.log()[-3000:]}"
+    assert took < QUIT_LIMIT, f"the program took {took:.1f} s to end"
+    for pid in children:
+        assert not pathlib.Path(f"/proc/{pid}").exists(), f"the child process {pid} was left behind"
+    check_no_alarm(program)
