@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How the parts that look at every channel grow with the number of channels that a person has
-// added. Each takes what a person would wait for: the stored settings are read, and what is built
+// How the parts that look at every channel grow with the number of channels that the user has
+// added. Each takes what the user waits for: the stored settings are read, and what is built
 // is drawn.
 #include "app/AppDelegate.h"
 #include "app/Collaborators.h"
@@ -30,7 +30,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A program that is not started, with channels of a person's own.
+/// A program that is not started, with custom channels.
 class Household {
 public:
     explicit Household(int channels)

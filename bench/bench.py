@@ -39,7 +39,7 @@ def _number(value: float) -> str:
 
 
 def _samples(values: list[float]) -> str:
-    """The median with the range around it; how a part grows is told in full."""
+    """Returns the median with the range around it."""
     if not values:
         return ""
     if len(values) == 1:
@@ -67,7 +67,7 @@ def table(rows: list[Row]) -> str:
 
 
 def measure(names: list[str], build: pathlib.Path) -> tuple[list[Row], list[str]]:
-    """Rows, and what could not be measured."""
+    """Returns the rows, and the errors of what could not be measured."""
     rows, faults = [], []
     started = time.monotonic()
     print("bench: preparing the live site (the first time this encodes for a minute)", file=sys.stderr)
@@ -75,7 +75,7 @@ def measure(names: list[str], build: pathlib.Path) -> tuple[list[Row], list[str]
         def say(what: str, name=name) -> None:
             print(f"bench: {time.monotonic() - started:4.0f} s  {name}: {what}", file=sys.stderr, flush=True)
 
-        # A room for each, so that what one leaves behind does not weigh on the next.
+        # A room for each, so that one does not affect the next.
         with tempfile.TemporaryDirectory() as folder, Room(pathlib.Path(folder), build / "orvane") as room:
             try:
                 rows += MEASURES[name](Bench(room, build, say))
@@ -102,7 +102,7 @@ def main() -> int:
         print(table(rows))
     for fault in faults:
         print(f"bench: not measured: {fault}", file=sys.stderr)
-    # A goal that is missed is a result, and no failure.
+    # A missed goal is a result, not a failure.
     return 1 if faults else 0
 
 

@@ -1,9 +1,8 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """A live site on which hours pass in minutes.
 
-No player plays a live stream faster than it comes, so this one comes faster: its pictures, and the
-segments that they come in, follow each other at many times the pace that they would have. A player takes
-it for a stream of very many, very small pictures a second."""
+No player plays a live stream faster than real time, so here the frames, and the segments that they are in, follow
+each other at many times the normal rate. To a player it is a stream with a very high rate of very small frames."""
 
 from __future__ import annotations
 
@@ -15,22 +14,22 @@ from tools.channels import STANDARD_CHANNELS, Channel
 from tools.livesite import LiveSite
 from tools.segments import cached
 
-# Of the clock of this site to that on the wall.
+# Speed of the site's clock.
 SPEED = 240
-# Of the site's time, as everything below that does not say otherwise.
+# In the site's time, as everything below unless stated otherwise.
 FRAME_RATE = 5
 SEGMENT_SECONDS = 2
 ENCODED_HOURS = 1
 HOURS = 8
-# How far from the newest segment a player begins, and for how long one that has come can be had.
+# How far behind the newest segment a player begins, and how many segments the list has.
 LEAD = 240
 LISTED = 3 * LEAD
-# As the list announces a segment. With less, players would ask for the list before each of them.
+# The duration in the list. With less, players would reload the list before each segment.
 ANNOUNCED_SECONDS = 0.25
 
 
 def _recipe(folder: str) -> list[list[str]]:
-    """One segment after the other, with no break in their clock: it takes players some time to get over one."""
+    """Makes segments with continuous timestamps: players need some time for a discontinuity."""
     quiet = ["ffmpeg", "-hide_banner", "-loglevel", "error", "-nostdin", "-y"]
     rate = FRAME_RATE * SPEED
     return [
@@ -39,7 +38,7 @@ def _recipe(folder: str) -> list[list[str]]:
          "-t", str(ENCODED_HOURS * 3600 / SPEED), "-c:v", "libx264", "-preset", "ultrafast",
          "-pix_fmt", "yuv420p", "-g", str(FRAME_RATE * SEGMENT_SECONDS), "-sc_threshold", "0",
          "-c:a", "aac", "-b:a", "64k", f"{folder}/part.mkv"],
-        # One hour more than is played, so that the stream does not end meanwhile.
+        # One hour more than is played, so that the stream does not end before.
         [*quiet, "-stream_loop", str(HOURS // ENCODED_HOURS), "-i", f"{folder}/part.mkv", "-map", "0",
          "-c", "copy", "-f", "segment", "-segment_time", str(SEGMENT_SECONDS / SPEED),
          "-segment_format", "mpegts", f"{folder}/%d.ts"],
@@ -47,7 +46,7 @@ def _recipe(folder: str) -> list[list[str]]:
 
 
 class FastSite(LiveSite):
-    """Plays the same to each who asks, once: its time begins with the first segment that is asked for."""
+    """For one player: its time begins with the first request for a segment."""
 
     def __init__(self, folder: pathlib.Path):
         super().__init__(folder, STANDARD_CHANNELS[:1])
@@ -59,7 +58,7 @@ class FastSite(LiveSite):
 
     @property
     def hours(self) -> float:
-        """What has been asked for so far."""
+        """Returns how much has been requested so far."""
         return (self._newest + 1) * SEGMENT_SECONDS / 3600
 
     def live_list(self, channel: Channel, variant: str) -> bytes:

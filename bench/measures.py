@@ -24,20 +24,19 @@ from tools.program import Program
 from tools.waiting import wait_until
 
 RUNS = 5
-# Of play in each run: together the 30 seconds that are measured.
+# Of play in each run; 30 seconds in all.
 RUN_SECONDS = 6
 SWITCHES = 1000
 GROUP = 100
-# What buffers that happen to be full or empty make of the mean of many samples.
+# MiB: the share of buffers that happen to be full or empty.
 FLAT_MIB = 10
-# Of the time for 10 000 channels to that for 1 000: ten, and what a small start hides of it.
+# Ratio of the time for 10 000 channels to that for 1 000: ten, and a margin for constant costs.
 LINEAR_GROWTH = 15
 
 
 @dataclass
 class Row:
-    """A line of the table. What is compared has the samples of both players; "figure" is what the goal,
-    "at most this", is about."""
+    """A line of the table. A comparison has samples of both players. `figure` must be at most `goal`."""
 
     measure: str
     unit: str
@@ -54,7 +53,7 @@ class Row:
 
 @dataclass
 class Bench:
-    """What a measure is made with. `say` tells whoever waits what is going on."""
+    """What a measure works with. `say` prints the progress."""
 
     room: Room
     build: pathlib.Path
@@ -90,7 +89,7 @@ def window(bench: Bench) -> list[Row]:
 
 
 def uncached(bench: Bench) -> list[Row]:
-    """Every channel of a run is a new one to the program, which has been started and closed before."""
+    """Each run uses a channel that the program has not resolved yet; its window is closed before."""
     room, orvane, after_exit, mpv, mpv_stream = bench.room, [], [], [], []
     runs = [channel for channel in room.channels[1:] for _ in range(2)][:RUNS]
     for run, channel in enumerate(runs):
@@ -128,7 +127,7 @@ def cached(bench: Bench) -> list[Row]:
             chosen = room.choose(program, room.channels[0])
             seen = room.screen.wait_for_colour(PLACE, room.channels[0].colour)
             orvane.append(milliseconds(chosen, seen))
-            # What is measured next has the machine to itself.
+            # The next measurement must have the machine to itself.
             room.close_player(program)
             mpv.append(_mpv_to_picture(room, room.channels[0]))
     return [compared("channel to picture, address cached", "ms", orvane, mpv, 1.0)]
@@ -139,8 +138,8 @@ def cached(bench: Bench) -> list[Row]:
 
 @dataclass
 class Residue:
-    """What a program holds when least is going on, in each stretch of a long run: what it never lets go of
-    comes on top of that, however many players are just coming and going."""
+    """The least memory and threads of a program in each stretch of a long run: a leak raises them, players that
+    come and go do not."""
 
     memory: list[float]
     threads: list[float]
@@ -151,7 +150,7 @@ class Residue:
                        [float(min(count for _, count in stretch)) for stretch in stretches])
 
     def rows(self, by: str, stretch: str) -> list[Row]:
-        """The last stretch over the second; in the first one everything is made that is kept for good."""
+        """Compares the last stretch to the second: in the first one the program allocates what it keeps."""
         note = f"the last {stretch} over the second, the least of each"
         return [
             Row(f"memory gained by {by}", "MiB", self.memory, [], self.memory[-1] - self.memory[1], FLAT_MIB, note),
@@ -170,7 +169,7 @@ class Switch:
 
 
 class Switches:
-    """The probe that switches, in a room where one channel never answers. Use as a context manager."""
+    """The play probe in a room where one channel never answers. Use as a context manager."""
 
     def __init__(self, bench: Bench):
         self._bench = bench
@@ -186,11 +185,11 @@ class Switches:
         self._program.__exit__(*exception)
 
     def _lines(self) -> list[list[str]]:
-        # The program's own messages go to the same log.
+        # The log also has the program's messages.
         return [line.split() for line in self._program.log().splitlines() if line.startswith(("played ", "waited "))]
 
     def take(self, count: int) -> tuple[list[Switch], list[tuple[float, int]]]:
-        """The next switches, and what the probe held meanwhile."""
+        """Waits for the next switches; returns them, and samples of the probe meanwhile."""
         samples = []
         first = len(self._seen)
         while len(self._seen) < first + count:
@@ -200,7 +199,7 @@ class Switches:
             if not new:
                 raise RuntimeError(f"the probe ended: {self._program.log()[-500:]}")
             self._seen += [Switch(kind, float(stall)) for kind, stall, _ in new]
-            # Rarely: the kernel makes the program wait while it counts.
+            # Rarely, since the kernel stops the program while it counts the memory.
             if len(self._seen) // 10 > seen // 10 and self._program.process.poll() is None:
                 samples.append(_sample(self._program.process.pid))
         self._bench.say(f"{len(self._seen)} of {SWITCHES} switches")
@@ -226,7 +225,7 @@ class EightHours:
         self._stack.__exit__(*exception)
 
     def watch(self) -> None:
-        """Until they have passed."""
+        """Waits until they have passed."""
         while (hour := int(self._room.site.hours)) < HOURS:
             if self._program.count("error"):
                 raise RuntimeError(f"the play broke off after {self._room.site.hours:.1f} hours")
@@ -240,8 +239,8 @@ class EightHours:
 
 
 def endurance(bench: Bench) -> list[Row]:
-    """The main thread is looked at while nothing else goes on; then eight hours pass beside the rest of the
-    switches, since neither has an influence on what the other holds."""
+    """Measures the main thread while nothing else runs; then eight hours pass beside the rest of the switches, since
+    neither affects the memory of the other."""
     groups: list[list[Switch]] = []
     samples: list[list[tuple[float, int]]] = []
 
@@ -281,7 +280,7 @@ def _fill_screen(room: Room, program: Program) -> None:
 
 
 def _work(bench: Bench, size: str) -> list[list[tuple[float, float, float]]]:
-    """Percent of a core for the player and for the X server that it has draw, and its memory."""
+    """Returns samples of percent of a core for the player and for the X server, and of the player's memory."""
 
     def sample(pid: int):
         before = cpu_seconds(bench.room.desktop.x_server)
@@ -335,7 +334,7 @@ def closed(bench: Bench) -> list[Row]:
             bench.say(f"run {run + 1} of {RUNS}")
             before = wake_ups(pid)
             shares.append(cpu_share(pid, RUN_SECONDS))
-            # A thread that has gone takes its count with it.
+            # The count of a thread that has ended is lost.
             woken = sum(count - before.get(thread, 0) for thread, count in wake_ups(pid).items())
             rates.append(woken / RUN_SECONDS)
     note = f"{statistics.median(shares):.2f} % of one core"

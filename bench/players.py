@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Orvane and mpv, played with in the same way."""
+"""Orvane and mpv, driven in the same way."""
 
 from __future__ import annotations
 
@@ -18,16 +18,16 @@ from tools.processes import cpu_seconds, threads
 from tools.program import Program
 from tools.waiting import wait_until
 
-# Where a new Orvane has its picture, and a place in it that nothing of the site moves over.
+# The picture at the first start, and a place in it that the moving bar does not reach.
 PICTURE = (780, 386, 480, 270)
 PLACE = (1230, 595)
 SCREEN_PLACE = (1240, 470)
 
-# Without a sound device mpv would search for one and then decode no sound, and Orvane decodes it.
+# Otherwise mpv searches for a sound device and, without one, decodes no sound, which Orvane does.
 MPV = ["mpv", "--no-config", "--no-terminal", "--ao=null", "--no-border", "--tls-verify=no",
        f"--geometry={PICTURE[2]}x{PICTURE[3]}+{PICTURE[0]}+{PICTURE[1]}"]
 MPV_GPU = ["--vo=gpu", "--gpu-sw=yes", "--gpu-context=x11egl"]
-# What Orvane calls the channels of the site.
+# Orvane's ids of the site's channels.
 IDS = {"AlArabiya": "alarabiya", "AlHadath": "alhadath", "aljazeera": "aljazeera",
        "AljazeeraMubasher": "aljazeeralive"}
 FORMAT = "best[height<=480]"
@@ -42,7 +42,7 @@ def _children(pid: int) -> list[int]:
 
 
 def wait_for_ytdlp(pid: int, page: str) -> float:
-    """When the yt-dlp that the process starts for the page has ended."""
+    """Waits for the end of the yt-dlp that the process starts for the page; returns when."""
 
     def asks(child: int) -> bool:
         with contextlib.suppress(OSError):
@@ -72,12 +72,12 @@ class Room:
     def __enter__(self) -> "Room":
         self.site = self._stack.enter_context(self._make_site(self._folder))
         self.desktop = self._stack.enter_context(Desktop())
-        # Every desktop has one, and what is not there is looked for again and again.
+        # Every desktop has one; libraries look for a missing one again and again.
         environment = self.desktop.environment
         environment["DBUS_SYSTEM_BUS_ADDRESS"] = environment["DBUS_SESSION_BUS_ADDRESS"]
         self.screen = self._stack.enter_context(Screen(self.desktop.display))
         self.channels = list(self.site.channels.values())
-        # No picture and no window has this colour.
+        # A colour that no picture and no window has.
         self.desktop.run("xsetroot", "-solid", "#ff00ff")
         self.desktop.point(5, 5)
         return self
@@ -89,44 +89,44 @@ class Room:
         return f"{self.site.origin}/@{channel.handle}/live"
 
     def stream(self, channel: Channel) -> str:
-        """The address that yt-dlp finds on the channel's page."""
+        """Returns the address that yt-dlp finds on the channel's page."""
         return f"{self.site.origin}/hls/{channel.handle}/480/list.m3u8"
 
     def orvane(self) -> Program:
-        """As on its first start, so that it begins with the first channel of the site."""
+        """Starts it without preferences, so that it begins with the first channel of the site."""
         preferences = pathlib.Path(self.desktop.environment["XDG_CONFIG_HOME"]) / "orvane/preferences.json"
         preferences.unlink(missing_ok=True)
         return Program(self.desktop, self._orvane, self.site.origin)
 
     def ask(self, program: Program, *arguments: str) -> None:
-        """Has the running Orvane do something, by another start of it."""
+        """Sends a request to the running Orvane by a second start."""
         subprocess.run([self._orvane, *arguments], env=program.environment, check=True)
 
     def choose(self, program: Program, channel: Channel) -> float:
-        """Opens the channel; gives the time at which the program heard of it."""
+        """Opens the channel; returns when the program received the request."""
         before = program.count("loading")
         self.ask(program, "--play", IDS[channel.handle])
         return program.started + program.wait_for("loading", before + 1) / 1000
 
     def close_player(self, program: Program) -> None:
-        """Closes the window, and waits until the player behind it has been taken apart."""
+        """Closes the window, and waits until its player is gone."""
         self.desktop.close(program.window())
         wait_until(lambda: not program.is_shown(), "a hidden window")
-        self.wait_for_calm(program.process.pid)
+        self.wait_for_idle(program.process.pid)
 
-    def wait_for_calm(self, pid: int) -> None:
-        """Until the number of its threads stands still, and it does nothing."""
+    def wait_for_idle(self, pid: int) -> None:
+        """Waits until the process uses no CPU and the number of its threads does not change."""
 
-        def is_calm() -> bool:
+        def is_idle() -> bool:
             before = threads(pid), cpu_seconds(pid)
             time.sleep(0.3)
             return (threads(pid), cpu_seconds(pid)) == before
 
-        wait_until(is_calm, "a player at rest")
+        wait_until(is_idle, "a player at rest")
 
     @contextlib.contextmanager
     def mpv(self, *arguments: str):
-        """A running mpv, and when it was started."""
+        """Runs mpv; yields the process and when it was started."""
         started = time.monotonic()
         process = subprocess.Popen([*MPV, *arguments], env=self.desktop.environment,
                                    stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,

@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""When something comes to a screen, told in the same way of whoever shows it.
+"""Measures when something appears on the screen, in the same way for every player.
 
-The X server is asked through its own library: a whole screenshot takes longer than what is measured."""
+It calls Xlib directly, since a whole screenshot takes longer than the measured times."""
 
 from __future__ import annotations
 
@@ -46,8 +46,8 @@ def _library() -> ctypes.CDLL:
 
 
 class Screen:
-    """A watcher of a display that is there. Use as a context manager. Times are seconds of the monotonic
-    clock; what does not come in time raises `TimeoutError`."""
+    """Watches a running display. Use as a context manager. Times are seconds of the monotonic clock; a wait that
+    takes too long raises `TimeoutError`."""
 
     def __init__(self, display: str):
         self._x = _library()
@@ -70,13 +70,13 @@ class Screen:
         return event
 
     def forget_windows(self) -> None:
-        """What has come so far does not count."""
+        """Drops the events so far."""
         self._x.XSync(self._display, 0)
         while self._x.XPending(self._display):
             self._next_event()
 
     def wait_for_window(self, deadline: float = 30) -> float:
-        """When the next window, with the window manager's frame around it, was put on the screen."""
+        """Waits until the next window, with its frame, is mapped; returns when."""
         end = time.monotonic() + deadline
         while time.monotonic() < end:
             if not self._x.XPending(self._display):
@@ -96,7 +96,7 @@ class Screen:
         return value >> 16 & 255, value >> 8 & 255, value & 255
 
     def wait_for_colour(self, place: tuple[int, int], colour: str, deadline: float = 30) -> float:
-        """When this (of an ffmpeg colour) could first be seen there."""
+        """Waits for this (an ffmpeg colour) at the place; returns when it was first seen."""
         wanted = bytes.fromhex(colour.removeprefix("0x"))
         end = time.monotonic() + deadline
         while time.monotonic() < end:

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The program as a part of its desktop: driven from outside, keeping the screen awake, and back by itself
-after the machine or its network was away."""
+"""The program as a part of its desktop: remote control, keeping the screen awake, and playing on by itself after
+sleep or a loss of the network."""
 
 import functools
 import os
@@ -25,26 +25,26 @@ PLAYER = "org.mpris.MediaPlayer2.orvane"
 
 
 class FakeDesktop:
-    """Services on a desktop's session bus, by their names."""
+    """Services with the given names on a desktop's session bus."""
 
     def __init__(self, desktop: Desktop, *names: str, **variables: str):
-        self._said = desktop.folder / f"said-{id(self)}"
-        with open(self._said, "w", encoding="utf-8") as said:
+        self._output = desktop.folder / f"services-{id(self)}"
+        with open(self._output, "w", encoding="utf-8") as output:
             self._process = desktop.background(
                 ["/usr/bin/python3", "-B", str(FAKE_DESKTOP), *names], stdin=subprocess.PIPE, text=True,
-                stdout=said, stderr=said, env=desktop.environment | variables)
+                stdout=output, stderr=output, env=desktop.environment | variables)
         wait_until(self.lines, "the services of the desktop")
 
     def lines(self) -> list[str]:
-        return self._said.read_text(encoding="utf-8").splitlines()
+        return self._output.read_text(encoding="utf-8").splitlines()
 
-    def heard(self) -> list[str]:
-        """What it was asked for, without the texts."""
+    def calls(self) -> list[str]:
+        """Returns the calls so far, without their texts."""
         return [line.split()[0] for line in self.lines()[1:]]
 
     def wait_for(self, *lines: str):
-        """That and nothing else, since the start."""
-        wait_until(lambda: self.heard() == list(lines), f"{lines}, not {self.lines()}")
+        """Waits until these are all calls since the start."""
+        wait_until(lambda: self.calls() == list(lines), lambda: f"{lines}, not {self.lines()}")
 
     def tell(self, order: str) -> None:
         self._process.stdin.write(order + "\n")
@@ -61,13 +61,13 @@ class RemoteCase(SiteCase):
 
 
 class Remote(RemoteCase):
-    """Through playerctl, as a panel or a media key would."""
+    """Remote control with playerctl, as by a panel or a media key."""
 
     def wait_for_answer(self, answer: str, *command: str):
-        wait_until(lambda: self.ask(*command) == answer, f"{answer}, not {self.ask(*command)}")
+        wait_until(lambda: self.ask(*command) == answer, lambda: f"{answer}, not {self.ask(*command)}")
 
     def names(self) -> list[str]:
-        """Who is a media player on the bus."""
+        """Returns the names of the media players on the bus."""
         return re.findall(r'"(org\.mpris\..*)"', self.desktop.run(
             "dbus-send", "--session", "--print-reply", "--dest=org.freedesktop.DBus",
             "/org/freedesktop/DBus", "org.freedesktop.DBus.ListNames"))
@@ -97,7 +97,7 @@ class Remote(RemoteCase):
         self.ask("previous")
         self.wait_for_picture("AlArabiya")
 
-        # What was stopped plays again.
+        # "play" after "stop" plays the last channel.
         self.ask("next")
         program.wait_for("playing", 4)
         self.ask("stop")
@@ -125,7 +125,7 @@ class Remote(RemoteCase):
 
 
 class Screen(RemoteCase):
-    """What the services that can keep the screen awake are asked for."""
+    """Which services that can keep the screen awake the program calls, and when."""
 
     def test_screen_saver(self):
         service = FakeDesktop(self.desktop, SCREEN_SAVER)
@@ -163,7 +163,7 @@ class Screen(RemoteCase):
         saver = FakeDesktop(self.desktop, SCREEN_SAVER)
         saver.wait_for("inhibit")
 
-        # An answer that nobody waits for any more.
+        # An answer that comes when it is no longer wanted.
         self.ask("pause")
         saver.wait_for("inhibit", "release")
         saver.tell("slow")
@@ -180,7 +180,7 @@ class Screen(RemoteCase):
 
 
 def in_own_network(test):
-    """Has the test run in a process with a network of its own, in which nothing is yet."""
+    """Runs the test in another process with an empty network namespace."""
 
     @functools.wraps(test)
     def run(self):
@@ -198,7 +198,7 @@ def in_own_network(test):
 
 
 class Machine:
-    """Another machine, with a cable to this one, as far as the network goes."""
+    """Another machine with a cable to this one: a network namespace. Use as a context manager."""
 
     def __init__(self, here: str, there: str):
         self._holder = subprocess.Popen(
@@ -222,7 +222,7 @@ class Machine:
         subprocess.run([*self._enter, *command], check=True)
 
     def launcher(self, folder: pathlib.Path, binary: str) -> str:
-        """A command that runs a program there."""
+        """Returns a command that runs a program there."""
         path = folder / "launcher"
         path.write_text(f"#!/bin/sh\nexec {' '.join(self._enter)} {binary}\n", encoding="ascii")
         path.chmod(0o755)
@@ -234,7 +234,7 @@ class Machine:
 
 
 class Return(RemoteCase):
-    """The picture comes back by itself."""
+    """The picture comes back without a click."""
 
     site_host = "10.213.7.1" if IS_INSIDE else "127.0.0.1"
 
@@ -264,7 +264,7 @@ class Return(RemoteCase):
         wait_for_motion(program, self.channel)
         self.machine.cable("down")
         wait_for_standstill(program)
-        self.assertEqual(program.count("loading"), 1, "another address is no reason to interrupt a picture")
+        self.assertEqual(program.count("loading"), 1, "a new address must not interrupt a picture")
         self.machine.cable("up")
         self.assert_comes_back("AlArabiya")
         self.quit_cleanly()
@@ -291,7 +291,7 @@ class Return(RemoteCase):
         self.channel.faults.clear()
         logind.tell("wake")
         program.wait_for("playing")
-        # Nothing happens to a picture that goes on: two more segments of two seconds each.
+        # A picture that goes on is not interrupted: waits for two more segments of two seconds each.
         logind.tell("wake")
         segments = self.site.count("/hls/AlArabiya/480/")
         wait_until(lambda: self.site.count("/hls/AlArabiya/480/") > segments + 4, "more of the picture")

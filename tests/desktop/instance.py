@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""One running copy: what a second start does, and that nothing is lost when several meet. There is no
+"""One running copy: what a second start does, and that no request is lost when several starts meet. There is no
 session bus here."""
 
 import os
@@ -20,19 +20,19 @@ class Instance(unittest.TestCase):
         self.desktop.environment["DBUS_SESSION_BUS_ADDRESS"] = f"unix:path={self.desktop.folder}/none"
 
     def start(self, *arguments: str) -> Program:
-        """A start in this session, which may or may not become the running copy."""
+        """Starts the program, which may become the running copy."""
         started = Program(self.desktop, f"{BUILD}/orvane", arguments=arguments)
         return self.enterContext(started)
 
     def ask(self, *arguments: str) -> tuple[int, str]:
-        """A start that is waited for: the exit code and the complaint."""
+        """Starts the program and waits for its end; returns the exit code and the error message."""
         environment = self.desktop.environment | OFFLINE
         done = subprocess.run([f"{BUILD}/orvane", *arguments], env=environment, timeout=DEADLINE, check=False,
                               stderr=subprocess.PIPE, text=True)
         return done.returncode, done.stderr
 
     def the_player(self, starts: list[Program]) -> Program:
-        """Waits until all of them but one have ended well; gives the one that runs."""
+        """Waits until all of them but one have ended with exit code 0; returns the running one."""
         def running():
             return [p for p in starts if p.process.poll() is None]
 
@@ -52,16 +52,16 @@ class Instance(unittest.TestCase):
         self.assertEqual(self.ask(), (0, ""))
         program.wait_for_preferences(lastChannelID="alarabiya")
         wait_until(program.is_shown, "the window")
-        code, complaint = self.ask("--play", "dwnew")
+        code, message = self.ask("--play", "dwnew")
         self.assertEqual(code, 2)
-        self.assertIn("dwnews", complaint)
+        self.assertIn("dwnews", message)
         # Another name of the same display.
         self.desktop.environment["DISPLAY"] += ".0"
         self.assertEqual(self.ask("--play", "DW News", "--next"), (0, ""))
         program.wait_for_preferences(lastChannelID="euronews")
 
     def test_start_after_a_crash(self):
-        """In the folder for temporary files, where there is none for the session."""
+        """Uses the folder for temporary files, since there is no runtime folder."""
         del self.desktop.environment["XDG_RUNTIME_DIR"]
         self.desktop.environment["TMPDIR"] = str(self.desktop.folder)
         folder = self.desktop.folder / f"orvane-{os.getuid()}"
@@ -77,11 +77,11 @@ class Instance(unittest.TestCase):
         self.assertEqual(folder.stat().st_mode & 0o777, 0o700)
         self.assertEqual(self.ask("--quit"), (0, ""))
         self.assertEqual(second.wait_for_end(), 0)
-        self.assertEqual(self.ask("--quit"), (0, ""), "there is nothing to end")
+        self.assertEqual(self.ask("--quit"), (0, ""), "no copy runs any more")
         self.assertEqual(list(folder.glob("*.socket")), [])
 
     def test_pairs(self):
-        """Two starts at the same moment, over and over: one player, and what both ask for is done."""
+        """Two starts at the same moment, repeatedly: one player runs, and both requests are carried out."""
         won = 0
         for pair in range(PAIRS):
             on = pair % 2 == 0
@@ -96,7 +96,7 @@ class Instance(unittest.TestCase):
         print(f"{PAIRS} pairs; the first start won {won} times")
 
     def test_quit_meets_another_start(self):
-        """The running copy does what is asked before it ends, or the asking one takes its place."""
+        """The running copy carries out a request before it ends, or the new start takes its place."""
         starts = []
         for attempt in range(max(PAIRS // 3, 1)):
             starts.append(self.start("--play", "dwnews"))
@@ -105,7 +105,7 @@ class Instance(unittest.TestCase):
             starts += [leaving, asking]
             self.assertEqual(leaving.wait_for_end(), 0)
             asking.wait_for_preferences(isMuted=attempt % 2 == 0)
-            # Nobody may be left by now.
+            # The copy may have ended by now.
             starts.append(self.start("--play", "cgtn"))
             asking.wait_for_preferences(lastChannelID="cgtn")
             self.the_player(starts)

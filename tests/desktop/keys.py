@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Every key, pressed as on a keyboard: by its place, under three layouts, in and outside ghost mode."""
+"""Every key, pressed by its position on the keyboard, with three layouts, in and outside ghost mode."""
 
 import unittest
 
@@ -15,14 +15,14 @@ FAVOURITES = (CHANNELS * 3)[:9]
 FAVOURITE_KEYS = [10, 11, 12, 13, 15, 14, 21, 18, 16]
 EIGHT, ZERO, ESCAPE, SPACE = 17, 19, "Escape", 65
 UP, LEFT, RIGHT, DOWN = 111, 113, 114, 116
-# Where the letters are.
+# The codes of the letters.
 US = {"q": 24, "g": 42, "m": 58, "f": 41, ",": 59}
 LAYOUTS = {"us": US, "fr": US | {"q": 38, "m": 47, ",": 58}, "ara": US}
 
 
 class Keys(SiteCase):
     def open(self):
-        """The window probe with the four channels of the site, one of which plays."""
+        """Starts the window probe with the four channels of the site as favourites; one of them plays."""
         program = self.start("window_probe")
         program.tell("favourites " + " ".join(FAVOURITES))
         program.wait_for("error")
@@ -30,14 +30,14 @@ class Keys(SiteCase):
         return program
 
     def press_favourites(self):
-        """Each by its place; neighbours are different channels."""
+        """Presses the key of each favourite; neighbours are different channels."""
         for key, channel in zip(FAVOURITE_KEYS, FAVOURITES):
             self.desktop.key(key)
             self.program.wait_for_preferences(lastChannelID=channel)
-        self.desktop.key(EIGHT, ZERO)  # Nobody's.
+        self.desktop.key(EIGHT, ZERO)  # These have no favourite.
 
     def press_arrows(self):
-        """From the last favourite on."""
+        """Presses the arrows, starting at the last favourite."""
         for key, channel in ((RIGHT, 1), (RIGHT, 2), (LEFT, 1), (LEFT, 0), (LEFT, 3), (RIGHT, 0)):
             self.desktop.key(key)
             self.program.wait_for_preferences(lastChannelID=CHANNELS[channel])
@@ -51,7 +51,7 @@ class Keys(SiteCase):
             self.program.wait_for_preferences(isMuted=muted)
 
     def press_space(self):
-        """The picture stands still, and goes on."""
+        """Pauses and resumes."""
         self.wait_for_picture("AlArabiya")
         self.desktop.key(SPACE)
         wait_for_standstill(self.program)
@@ -66,7 +66,7 @@ class Keys(SiteCase):
 
     def leave_for(self, backdrop):
         backdrop.raise_()
-        # The toolkit waits a moment for the focus to come back before it believes that it has gone.
+        # Qt waits for the focus to come back before it reports that it has gone.
         wait_until(lambda: self.program.tell("focus") == "elsewhere", "the focus in the other program")
 
     def test_every_key_on_three_layouts(self):
@@ -86,10 +86,10 @@ class Keys(SiteCase):
             self.press_comma(letters)
             self.desktop.key(letters["g"])
             self.program.wait_for_preferences(ghostModeEnabled=True)
-            self.desktop.key(letters["f"], ESCAPE)  # The first one does nothing.
+            self.desktop.key(letters["f"], ESCAPE)  # F does nothing in ghost mode.
             self.program.wait_for_preferences(ghostModeEnabled=False)
             self.assertEqual(program.frame(), frame)
-            # A modifier makes it another key.
+            # With a modifier it is a different key.
             for modifier in ("shift", "ctrl", "alt", "super"):
                 self.desktop.key(f"{modifier}+{letters['m']}")
             self.desktop.key("Caps_Lock", letters["m"], letters["q"], "Caps_Lock", DOWN)
@@ -108,7 +108,7 @@ class Keys(SiteCase):
             self.desktop.key(*keys)
             wait_until(lambda: backdrop.keys()[-len(keys):] == list(keys), f"{keys} in the other program")
 
-        # Outside ghost mode nothing is listened to. What is pressed later in the own window comes later.
+        # Outside ghost mode no key counts. A key that is pressed later in the player window arrives later.
         press_elsewhere(US["m"], 11, DOWN)
         self.desktop.activate(program.window())
         self.desktop.key(US["g"])
@@ -123,13 +123,13 @@ class Keys(SiteCase):
             self.press_arrows()
             self.press_mute(letters)
             self.press_comma(letters)
-            heard = FAVOURITE_KEYS + [EIGHT, ZERO, RIGHT, RIGHT, LEFT, LEFT, LEFT, RIGHT, DOWN, DOWN, UP, UP]
-            heard += [letters["m"]] * 2 + [letters[","]]
-            wait_until(lambda n=before, h=heard: backdrop.keys()[n:] == h, "all of them in the other program")
+            expected = FAVOURITE_KEYS + [EIGHT, ZERO, RIGHT, RIGHT, LEFT, LEFT, LEFT, RIGHT, DOWN, DOWN, UP, UP]
+            expected += [letters["m"]] * 2 + [letters[","]]
+            wait_until(lambda n=before, h=expected: backdrop.keys()[n:] == h, "all of them in the other program")
             self.leave_for(backdrop)
         self.desktop.run("setxkbmap", "us")
 
-        # Held down, a switch flips once and an arrow goes on.
+        # A key that is held down toggles once; an arrow repeats.
         held = len(backdrop.keys())
         with self.desktop.hold(US["m"]):
             self.program.wait_for_preferences(isMuted=True)
@@ -138,7 +138,7 @@ class Keys(SiteCase):
         with self.desktop.hold(DOWN):
             wait_until(lambda: program.preferences()["volume"] < 0.65, "a volume that falls on")
 
-        # Its own window and its own menu are no other program.
+        # After ghost mode, keys in other programs no longer count.
         self.desktop.key(ESCAPE)
         self.program.wait_for_preferences(ghostModeEnabled=False)
         press_elsewhere(US["g"], US["q"])

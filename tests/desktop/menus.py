@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The tray icon in real trays of both kinds, the two menus, and what is there without a tray."""
+"""The tray icon in real trays of both kinds, the two menus, and the menu without a tray."""
 
 import pathlib
 import unittest
@@ -25,9 +25,10 @@ XFCE_PANEL = """<?xml version="1.0" encoding="UTF-8"?>
 </channel>
 """
 
+
 class Menus(TrayCase):
     def start_xfce_panel(self):
-        """A tray on the session bus."""
+        """Starts a panel with a tray for StatusNotifierItems."""
         folder = pathlib.Path(self.desktop.environment["XDG_CONFIG_HOME"]) / "xfce4/xfconf/xfce-perchannel-xml"
         folder.mkdir(parents=True, exist_ok=True)
         (folder / "xfce4-panel.xml").write_text(XFCE_PANEL, encoding="ascii")
@@ -39,7 +40,7 @@ class Menus(TrayCase):
         program.wait_for("playing")
         icon = self.wait_for_icon()
         self.open_tray_menu()
-        # The headers are no place to stop: the ghost mode, then the channels.
+        # The keys skip the headers: ghost mode first, then the channels.
         self.desktop.key("Down", "Down", "Down", "Return")
         self.wait_for_channel("AlHadath", "alhadath")
         self.wait_for_no_menu()
@@ -47,13 +48,13 @@ class Menus(TrayCase):
         self.desktop.point(*icon)
         self.desktop.button("click", "3")
         self.wait_for_menu()
-        # No shortcut acts on the way, and the check mark has moved.
+        # An open menu takes the shortcuts' keys.
         self.desktop.key("m", "g", "Escape")
         self.wait_for_no_menu()
         self.assertNotIn("isMuted", program.preferences())
         self.assertNotIn("ghostModeEnabled", program.preferences())
 
-        # A window that was closed comes back with the next channel.
+        # The closed window opens with the next channel.
         self.desktop.close(program.window())
         wait_until(lambda: not program.is_shown(), "a hidden window")
         self.open_tray_menu()
@@ -80,7 +81,7 @@ class Menus(TrayCase):
         self.desktop.key("Down", "Down", "Down", "Return")
         self.wait_for_channel("AlHadath", "alhadath")
 
-        # The panel draws this one itself.
+        # Here the panel draws the menu.
         self.desktop.point(*icon)
         self.desktop.button("click", "3")
         self.wait_for_menu()
@@ -101,15 +102,15 @@ class Menus(TrayCase):
         self.desktop.key("Down", "Down", "Return")
         self.wait_for_channel("AlHadath", "alhadath")
 
-        # From the keyboard alone, and back without a choice.
+        # With the keyboard alone.
         self.desktop.activate(program.window())
         self.desktop.key("Menu")
         self.wait_for_menu()
         self.desktop.key("Escape")
         self.wait_for_no_menu()
-        self.assertEqual(program.frame()[2:], (480, 314), "Escape was the menu's")
+        self.assertEqual(program.frame()[2:], (480, 314), "Escape closes only the menu")
 
-        # What only the tray's menu has otherwise, from the end.
+        # The items that otherwise only the tray's menu has, counted from the end.
         self.open_context_menu()
         self.desktop.key("Up", "Up", "Up", "Return")
         answer = self.desktop.window("Orvane Update")
@@ -121,7 +122,7 @@ class Menus(TrayCase):
         self.assertEqual(program.wait_for_end(), 0)
 
     def test_sleep_timer(self):
-        """The shortest one, on the real clock."""
+        """The shortest timer, on the real clock."""
         program = self.start("window_probe")
         program.wait_for("window-shown")
         program.tell("sleep 0")

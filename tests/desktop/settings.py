@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The settings window with the real pointer and keyboard, and a channel of one's own from the address on
-a page to the picture and back out."""
+"""The settings window with real pointer and keyboard: a custom channel from its address to the picture, and its
+removal."""
 
 import pathlib
 import subprocess
@@ -10,8 +10,8 @@ from case import TrayCase
 from tools.waiting import wait_until
 
 WIDTH, HEIGHT = 520, 440
-# Where controls are, in points from the lower left corner of the window; rows of lists from that of what
-# is scrolled to its end.
+# Positions of controls in pixels from the lower left corner of the window; of rows in a list that is scrolled to
+# its end.
 INPUT = (290, 300)
 RESOLVE = (465, 300)
 ADD_CHANNEL = (442, 219)
@@ -29,7 +29,7 @@ def is_near(pixel, colour) -> bool:
 class Settings(TrayCase):
     def setUp(self):
         super().setUp()
-        # The resolver checks certificates, as it should; the person's own settings for yt-dlp apply.
+        # The resolver checks certificates; the user's settings for yt-dlp apply.
         settings = pathlib.Path(self.desktop.environment["XDG_CONFIG_HOME"]) / "yt-dlp"
         settings.mkdir(parents=True)
         (settings / "config").write_text("--no-check-certificates\n", encoding="ascii")
@@ -49,14 +49,14 @@ class Settings(TrayCase):
         return self.program.preferences().get("customChannels", "[]")
 
     def copy(self, text: str):
-        """To the clipboard, as a browser does from its address field."""
+        """Puts the text on the clipboard."""
         command = ["xclip", "-selection", "clipboard", "-quiet"]
         clipboard = self.desktop.background(command, stdin=subprocess.PIPE, text=True)
         clipboard.stdin.write(text)
         clipboard.stdin.close()
         wait_until(lambda: self.desktop.run("xclip", "-selection", "clipboard", "-out") == text, "the clipboard")
 
-    def test_channel_of_ones_own(self):
+    def test_custom_channel(self):
         self.start_tint2()
         program = self.start()
         program.wait_for("playing")
@@ -76,12 +76,12 @@ class Settings(TrayCase):
         wait_until(lambda: '"AlHadath"' in self.custom_channels(), "the channel")
         self.assertIn("قناة AlHadath", self.custom_channels())
 
-        # It plays from the menu, above the lines that follow all channels.
+        # The menu has it after the other channels.
         self.open_tray_menu()
         self.desktop.key(*["Up"] * 6, "Return")
         self.wait_for_channel("AlHadath", "custom_alhadath")
 
-        # It is the last of the channels, where it can be made a favourite and be hidden from the menu.
+        # In the list of channels it is the last; there it becomes a favourite and is hidden from the menu.
         self.desktop.activate(self.window)
         self.desktop.key("ctrl+shift+Tab", "ctrl+shift+Tab")
         wait_until(lambda: is_near(self.pixel((466, 290)), STAR_COLOUR), "the channels")
@@ -97,7 +97,7 @@ class Settings(TrayCase):
         wait_until(lambda: self.pixel(FIRST_REMOVE) != background, "its row")
         self.click(FIRST_REMOVE)
         wait_until(lambda: self.custom_channels() == "[]", "its removal")
-        # What plays goes on.
+        # It goes on playing.
         self.assertEqual(program.preferences()["lastChannelID"], "custom_alhadath")
         self.quit_cleanly()
 

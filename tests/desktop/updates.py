@@ -91,7 +91,7 @@ class Updates(DesktopCase):
         def has_focus():
             windows = self.windows()
             focused = self.desktop.run("xdotool", "getwindowfocus").split()
-            return windows[0] if windows == focused and self.shown()[-1] == headline else None
+            return windows[0] if windows == focused and self.shown()[-1:] == [headline] else None
 
         return wait_until(has_focus, f"{headline}; so far: {self.shown()}")
 

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""What can happen to the desktop while a channel plays."""
+"""Faults of the desktop while a channel plays."""
 
 import subprocess
 
@@ -107,7 +107,7 @@ def audio_server(ground: Ground) -> str:
 
 def resize_screen(ground: Ground, width: int, height: int) -> None:
     mode = f"{width}x{height}-now"
-    # The server takes no notice of a mode's timings.
+    # Xvfb ignores the timings of a mode.
     for command in (["--newmode", mode, "0", str(width), "0", "0", "0", str(height), "0", "0", "0"],
                     ["--addmode", "screen", mode], ["--output", "screen", "--mode", mode]):
         ground.desktop.run("xrandr", *command)
@@ -139,7 +139,7 @@ def unplugged(ground: Ground) -> str:
     wait_until(lambda: is_inside(ground, 1280, 720), "the window on what is left")
     ground.plays()
     quit_cleanly(ground.program)
-    # It was on the right when it was last kept, and starts where there is a screen.
+    # A stored frame on the right half: the next start must be on the screen that is left.
     stored = ground.preferences.read_text(encoding="utf-8")
     ground.preferences.write_text(
         stored.replace(program.preferences()["windowFrame"], "{{2000, 300}, {480, 314}}"), encoding="utf-8")

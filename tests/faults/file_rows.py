@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""What can be wrong with the preferences file."""
+"""Faults of the preferences file."""
 
 import json
 import os
@@ -16,14 +16,14 @@ from rows import Row
 from tools.waiting import wait_until
 
 LARGE = 50_000_000
-# Of an answer to a panel while the file is large, in seconds.
+# Seconds until an answer to a panel while the file is large.
 ANSWER_LIMIT = 5.0
 PLAYER = ("org.mpris.MediaPlayer2.orvane", "/org/mpris/MediaPlayer2")
 WRITES = 1000
 
 
 def component_test(name: str, seen: str):
-    """What needs thousands of starts is done inside one process."""
+    """Runs a component test, which does in one process what would take thousands of starts."""
     def check() -> str:
         done = subprocess.run([f"{BUILD}/component_tests", f"--gtest_filter=PreferencesTest.{name}"],
                               capture_output=True, text=True, check=False)
@@ -85,7 +85,7 @@ def read_only(ground: Ground) -> str:
 
 
 def change_volume(ground: Ground, times: int) -> None:
-    """Orders the volume to be set, and waits for no answer."""
+    """Sets the volume so many times without waiting for answers."""
     connection = dbus.bus.BusConnection(ground.desktop.environment["DBUS_SESSION_BUS_ADDRESS"])
     player = dbus.Interface(connection.get_object(*PLAYER, introspect=False), "org.freedesktop.DBus.Properties")
     for i in range(times):

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Where one fault is tried: a desktop, a live site and the built program of its own, and the words for what a
-person would then see. Everything here waits for a condition and raises when it does not come true."""
+"""The place where one row runs: a desktop, a live site and the built program of its own, with checks of what the
+user sees. Each of them waits for a condition, and raises if it does not come true in time."""
 
 import contextlib
 import json
@@ -16,7 +16,7 @@ from tools.livesite import LiveSite
 from tools.program import Program, wait_for_motion
 from tools.waiting import wait_until
 
-# Nobody knows this key, so nobody may lose it.
+# An unknown key, which the program must preserve.
 KEEPSAKE = {"keepsake": {"a": [1, "x"]}}
 
 
@@ -40,7 +40,7 @@ class Ground:
         self.channel = self.site.channels["AlArabiya"]
         self.preferences = pathlib.Path(self.desktop.environment["XDG_CONFIG_HOME"]) / "orvane/preferences.json"
         self.preferences.parent.mkdir()
-        # Nothing that is chosen by chance may start a browser.
+        # Random input must not start a browser.
         self._tools = self.folder / "tools"
         self._tools.mkdir()
         (self._tools / "xdg-open").write_text("#!/bin/sh\n", encoding="ascii")
@@ -52,7 +52,7 @@ class Ground:
         self._stack.close()
 
     def start(self, *arguments: str, mounts: str = "", **variables: str) -> Program:
-        """`mounts` are commands of a shell; what they mount only the program sees."""
+        """`mounts` are shell commands; only the program sees what they mount."""
         binary = f"{BUILD}/orvane"
         if mounts:
             launcher = self.folder / "launcher"
@@ -70,20 +70,20 @@ class Ground:
             Program(self.desktop, binary, self.site.origin, arguments, **(path | variables)))
         return self.program
 
-    def lend(self, helper):
-        """A context manager that ends with the ground."""
+    def enter(self, helper):
+        """Enters a context manager that ends with the ground."""
         return self._stack.enter_context(helper)
 
     def ask(self, *command: str) -> str:
-        """Through the bus, as a panel would."""
+        """Sends a command through the bus, as a panel does; returns the answer."""
         return self.desktop.run("playerctl", "--player=orvane", *command).strip()
 
     def order(self, *command: str) -> None:
-        """As `ask`, once the program is on the bus: before that an order would be lost."""
+        """Does the same once the program is on the bus: before that a command would be lost."""
         wait_until(lambda: self.ask("status"), "the program on the bus")
         self.ask(*command)
 
-    # What a person sees
+    # What the user sees
 
     def plays(self, handle: str = "AlArabiya") -> float:
         """Waits for the channel's moving picture; returns how many seconds that took."""
@@ -93,7 +93,7 @@ class Ground:
         return time.monotonic() - began
 
     def error(self, *texts: str, count: int = 1) -> str:
-        """The overlay is up and says so."""
+        """Waits for the error overlay and checks its text; returns it."""
         self.program.wait_for("error", count)
         wait_until(lambda: max(background(self.program.picture())) < 64, "the overlay")
         said = self.program.said("error")
@@ -102,7 +102,7 @@ class Ground:
         return said
 
     def retry(self) -> str:
-        """A click on the button plays."""
+        """Clicks the Retry button and waits for the picture."""
         x, y, width, height = self.program.frame()
         self.desktop.click(x + width / 2, y + height / 2 + 57)
         return f"Retry plays after {self.plays():.0f} s"

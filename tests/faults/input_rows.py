@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Input that no person makes. It comes through XTEST from one connection to the X server."""
+"""Random input and all keys at once, through XTEST on one connection to the X server."""
 
 import json
 import random
@@ -18,16 +18,16 @@ SEED = 20240229
 EVENTS = 10_000
 UPDATER_EVENTS = 1_000
 KEYS_TIME = 10.0
-# So many events are sent before the program has to answer on the bus.
+# Events between two checks that the program still answers on the bus.
 BURST = 25
 SCREEN = (1280, 720)
 FIRST_KEY, LAST_KEY = 9, 255
-# The key that ends the program, and those that leave the others without effect for the rest of the time.
+# The key that quits the program, and the locks, which would leave other keys without effect.
 LEFT_OUT = (XK.XK_q, XK.XK_Caps_Lock, XK.XK_Num_Lock)
 
 
 class Input:
-    """Keys and a mouse, with the windows that the program shows."""
+    """A keyboard and a mouse, and the visible windows of the program."""
 
     def __init__(self, ground: Ground, program: str = "orvane"):
         self._program = program
@@ -68,10 +68,10 @@ class Input:
                 else:
                     self._shown(child, found)
             except error.XError:
-                pass  # It has just gone.
+                pass  # The window has just gone.
 
     def windows(self) -> list[tuple[int, int, int, int]]:
-        """Where those of the program are that can be seen, menus included."""
+        """Returns the frames of the visible windows of the program, menus included."""
         found: list = []
         self._shown(self._root, found)
         frames = []
@@ -90,10 +90,10 @@ def answers(ground: Ground) -> bool:
 
 
 def plays_afterwards(ground: Ground) -> str:
-    """Whatever has been chosen, a channel that is asked for plays."""
+    """A channel that is asked for plays, whatever the input has changed."""
     quit_cleanly(ground.program)
     ground.keeps_settings()
-    # A window may have been dragged to where it can hardly be seen, or be a ghost: that was a choice too.
+    # The input may have dragged the window out of sight or made it transparent, which is allowed.
     stored = ground.program.preferences() | {"ghostModeEnabled": False, "windowOpacity": 1}
     stored.pop("windowFrame", None)
     ground.preferences.write_text(json.dumps(stored), encoding="utf-8")
@@ -109,7 +109,7 @@ def all_keys(ground: Ground) -> str:
     with Input(ground) as keys:
         end = time.monotonic() + KEYS_TIME
         while time.monotonic() < end:
-            # With the modifiers among them, most keys mean nothing.
+            # Together with modifiers most keys have no effect, so every other round is without.
             chosen = list(keys.keys if rounds % 2 else keys.plain_keys)
             chance.shuffle(chosen)
             for code in chosen:
@@ -123,7 +123,7 @@ def all_keys(ground: Ground) -> str:
 
 
 class Monkey:
-    """Does what comes to its mind, to whatever window of the program it sees."""
+    """Sends random input to the visible windows of the program."""
 
     def __init__(self, ground: Ground, hand: Input):
         self._ground = ground
@@ -142,7 +142,7 @@ class Monkey:
         self.starts += 1
 
     def has_gone(self) -> bool:
-        """It may have chosen to quit, which it must do well."""
+        """Whether the program has ended: the input may have quit it, which must end cleanly."""
         process = self._ground.program.process
         if process.poll() is None:
             return False
@@ -152,18 +152,18 @@ class Monkey:
         return True
 
     def show_more(self) -> None:
-        """One of the windows that only few clicks lead to, and not a picture over all of them."""
+        """Opens a window that random clicks rarely open, and leaves full screen, which would cover it."""
         self._hand.release_all()
         if SCREEN in (frame[2:] for frame in self._hand.windows()):
             self._ground.desktop.key("Escape", "f")
         option = self._chance.choice(["--settings", "--next", "--toggle-ghost", "--add=@AlHadath", "--play=alarabiya"])
         program = self._ground.program
-        teller = self._ground.desktop.background([program.process.args[0], *option.split("=", 1)],
+        sender = self._ground.desktop.background([program.process.args[0], *option.split("=", 1)],
                                                  env=program.environment)
-        wait_until(lambda: teller.poll() is not None or program.process.poll() is not None, "the order to be taken")
-        # The last click was to quit: then there was nobody to tell, and the teller is a program of its own.
-        teller.terminate()
-        teller.wait()
+        wait_until(lambda: sender.poll() is not None or program.process.poll() is not None, "the order to be taken")
+        # If the last click has quit the program, the sender has become the running copy.
+        sender.terminate()
+        sender.wait()
 
     def burst(self) -> None:
         frames = self._hand.windows()
@@ -217,10 +217,10 @@ def random_input(ground: Ground) -> str:
 
 
 def random_input_to_the_updater(ground: Ground) -> str:
-    """The updater with its window alone, which a build without a feed does not show."""
-    # The wheel beside the window would lead to another desktop, and to no window there.
+    """The updater's window on its own: a build without a feed does not show it."""
+    # Otherwise the wheel beside the window switches to another desktop, where the window is not.
     ground.desktop.run("wmctrl", "-n", "1")
-    server = ground.lend(UpdateServer(ground.folder))
+    server = ground.enter(UpdateServer(ground.folder))
     server.allowed.set()
     program = ground.run(f"{BUILD}/updater_probe", f"{server.origin}/appcast.xml", server.key, server.certificate)
 
@@ -228,7 +228,7 @@ def random_input_to_the_updater(ground: Ground) -> str:
         return len(program.log().splitlines())
 
     def opens() -> bool:
-        """Asked for once more, as what was done last may only now have closed it."""
+        """Asks once more, since the last input may only now have closed it."""
         before = heard()
         program.process.stdin.write("check\n")
         program.process.stdin.flush()

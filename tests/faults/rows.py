@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""What a row of the table of faults is."""
+"""One row of the table of faults."""
 
 from collections.abc import Callable
 from dataclasses import dataclass, field
@@ -7,15 +7,15 @@ from dataclasses import dataclass, field
 
 @dataclass(frozen=True)
 class Row:
-    """`check` does it, gives what a person saw, and raises where that is not what it should be."""
+    """`check` causes the fault; returns what the user saw, or raises if that is wrong."""
 
     name: str
     done: str
     check: Callable[..., str]
     ground: dict = field(default_factory=dict)
-    # Whether the program still runs at the end, and must then quit as if nothing had been...
+    # Whether the program still runs at the end, and must then quit cleanly...
     quits: bool = True
-    # ...with its settings whole in their file.
+    # ...with its settings unharmed.
     keeps_settings: bool = True
     needs_no_ground: bool = False
 

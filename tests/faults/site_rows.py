@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""What a site, or the way to it, can do wrong."""
+"""Faults of the site and of the network."""
 
 import os
 import ssl
@@ -17,20 +17,20 @@ from tools.waiting import wait_until
 REMUX = ["ffmpeg", "-loglevel", "error", "-nostdin", "-copyts", "-i", "-", "-muxdelay", "0"]
 
 
-class StrangeSite(LiveSite):
-    """Whose segments are not what a channel's are: `strangeness` makes one out of what it should be."""
+class AlteringSite(LiveSite):
+    """Serves altered segments: `alter` makes one from the original, the channel and the number."""
 
     def __init__(self, folder):
         super().__init__(folder)
         self.folder = folder
-        self.strangeness = None
+        self.alter = None
 
     def segment(self, channel: Channel, variant: str, number: int) -> bytes:
         plain = super().segment(channel, variant, number)
-        return self.strangeness(plain, channel, number) if self.strangeness else plain
+        return self.alter(plain, channel, number) if self.alter else plain
 
     def take_certificate_of_another(self) -> None:
-        """It is for another host, and nobody vouches for it."""
+        """Uses one for another host, self-signed."""
         path = self.folder / "other.pem"
         subprocess.run(
             ["openssl", "req", "-x509", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:prime256v1", "-nodes"]
@@ -55,7 +55,7 @@ def garbage(plain: bytes, _channel: Channel, _number: int) -> bytes:
 # Faults at the start
 
 def refused_by_the_tool(status: int, *resources: str):
-    """yt-dlp is refused, and says so."""
+    """yt-dlp is refused, and its message is shown."""
     def check(ground: Ground) -> str:
         ground.channel.faults = dict.fromkeys(resources, status)
         ground.start()
@@ -64,7 +64,7 @@ def refused_by_the_tool(status: int, *resources: str):
 
 
 def refused_by_the_server(resource: str):
-    """An address that is refused is asked for again, for as long as that takes."""
+    """A refused address is resolved again until it works."""
     def check(ground: Ground) -> str:
         ground.channel.faults[resource] = 403
         program = ground.start()
@@ -198,36 +198,36 @@ def garbage_in_the_middle(ground: Ground) -> str:
         spoilt.add(number)
         return garbage(plain, channel, number)
 
-    ground.site.strangeness = spoil
+    ground.site.alter = spoil
     wait_until(lambda: len(spoilt) == 2, "two segments of garbage")
-    ground.site.strangeness = None
+    ground.site.alter = None
     last = max(spoilt)
     wait_until(lambda: ground.site.count(f"/hls/AlArabiya/480/{last + 2}.ts"), "segments after those")
     return ground.plays_again("two segments of garbage are passed over; ")
 
 
 def garbage_at_the_start(ground: Ground) -> str:
-    ground.site.strangeness = garbage
+    ground.site.alter = garbage
     ground.start()
 
     def heal():
-        ground.site.strangeness = None
+        ground.site.alter = None
 
     return ground.error_then_retry(heal=heal)
 
 
 # Streams of another kind
 
-def strange(*options: str):
+def altered(*options: str):
     def check(ground: Ground) -> str:
-        ground.site.strangeness = remuxed(*options)
+        ground.site.alter = remuxed(*options)
         ground.start()
         return f"plays after {ground.plays():.0f} s"
     return check
 
 
 def audio_only(ground: Ground) -> str:
-    ground.site.strangeness = remuxed("-map", "0:a", "-c", "copy")
+    ground.site.alter = remuxed("-map", "0:a", "-c", "copy")
     program = ground.start()
     program.wait_for("playing")
     segments = ground.site.count("/hls/AlArabiya/480/")
@@ -245,7 +245,7 @@ def changing_size(ground: Ground) -> str:
         sizes.add(variant)
         return LiveSite.segment(ground.site, channel, variant, number)
 
-    ground.site.strangeness = alternate
+    ground.site.alter = alternate
     program = ground.start()
     ground.plays()
     frame = program.frame()
@@ -257,7 +257,7 @@ def changing_size(ground: Ground) -> str:
     return f"plays on in a window that stays as it is ({ground.plays():.0f} s)"
 
 
-STRANGE = {"site_class": StrangeSite}
+ALTERED = {"site_class": AlteringSite}
 ROWS = [
     Row("site.page-403", "403 on the page", refused_by_the_tool(403, "page", "watch")),
     Row("site.page-404", "404 on the page", refused_by_the_tool(404, "page", "watch")),
@@ -280,12 +280,12 @@ ROWS = [
     Row("site.server-dies", "the server dies, and returns after the error", server_dies),
     Row("site.page-loops", "the page redirects to itself for ever", redirected_page),
     Row("site.variant-loops", "the variant's list redirects to itself", failed_by_the_player("loop")),
-    Row("site.certificate", "the certificate is for another host", wrong_certificate, ground=STRANGE),
-    Row("site.garbage", "every segment is garbage", garbage_at_the_start, ground=STRANGE),
-    Row("site.garbage-later", "two segments in the middle are garbage", garbage_in_the_middle, ground=STRANGE),
-    Row("site.audio-only", "a stream without a picture", audio_only, ground=STRANGE),
-    Row("site.video-only", "a stream without sound", strange("-map", "0:v", "-c", "copy"), ground=STRANGE),
-    Row("site.changing-size", "the picture's size changes every 2 s", changing_size, ground=STRANGE),
+    Row("site.certificate", "the certificate is for another host", wrong_certificate, ground=ALTERED),
+    Row("site.garbage", "every segment is garbage", garbage_at_the_start, ground=ALTERED),
+    Row("site.garbage-later", "two segments in the middle are garbage", garbage_in_the_middle, ground=ALTERED),
+    Row("site.audio-only", "a stream without a picture", audio_only, ground=ALTERED),
+    Row("site.video-only", "a stream without sound", altered("-map", "0:v", "-c", "copy"), ground=ALTERED),
+    Row("site.changing-size", "the picture's size changes every 2 s", changing_size, ground=ALTERED),
     Row("site.one-a-second", "one picture a second",
-        strange("-vf", "fps=1", "-c:v", "libx264", "-preset", "ultrafast", "-c:a", "copy"), ground=STRANGE),
+        altered("-vf", "fps=1", "-c:v", "libx264", "-preset", "ultrafast", "-c:a", "copy"), ground=ALTERED),
 ]

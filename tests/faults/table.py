@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The table of faults: each row says what is done to the program and finds out what a person then sees. Run
-it with scripts/faults."""
+"""The table of faults: each row causes a fault and checks what the user then sees. Run it with
+scripts/faults."""
 
 import argparse
 import concurrent.futures
@@ -14,7 +14,7 @@ from ground import Ground
 from outcome import keep_evidence, quit_cleanly
 from rows import Row
 
-ROOMS = ("site_rows", "tool_rows", "file_rows", "desktop_rows", "input_rows")
+MODULES = ("site_rows", "tool_rows", "file_rows", "desktop_rows", "input_rows")
 
 
 @dataclass(frozen=True)
@@ -45,7 +45,7 @@ def run_row(row: Row) -> Outcome:
             except Exception:
                 keep_evidence(row.name, ground.desktop)
                 raise
-    except Exception as problem:  # Whatever it is, it belongs to this row and not to the others.
+    except Exception as problem:  # It must not end the other rows.
         return outcome(f"{type(problem).__name__}: {problem}", False)
 
 
@@ -68,7 +68,7 @@ def main() -> int:
     parser.add_argument("--jobs", type=int, default=2, help="rows that run at the same time")
     parser.add_argument("--list", action="store_true", help="names the rows and runs none")
     options = parser.parse_args()
-    rows = [row for room in ROOMS for row in importlib.import_module(room).ROWS]
+    rows = [row for module in MODULES for row in importlib.import_module(module).ROWS]
     if options.only:
         rows = [row for row in rows if row.name in options.only or row.group in options.only]
     if not rows:

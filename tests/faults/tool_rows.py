@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""What yt-dlp can do wrong. A script stands in the place that is searched before that of the real one; only
-the program sees it there."""
+"""Faults of yt-dlp. A script replaces it in the folder that is searched before that of the real one; only the
+program sees the script."""
 
 import pathlib
 
@@ -9,16 +9,16 @@ from rows import Row
 from tools.processes import descendants
 from tools.waiting import wait_until
 
-PLACE = "/usr/local/bin"
+FOLDER = "/usr/local/bin"
 REAL = "/usr/bin/yt-dlp"
 PACKAGE = "/usr/lib/python3/dist-packages/yt_dlp"
 OTHERS = (REAL, "/usr/bin/pip3")
-# Of memory, in kilobytes: far less than the 100 MB that the tool prints, with the overlay's share in it.
+# Kilobytes: far less than the 100 MB that the tool prints; includes the overlay's memory.
 MEMORY_FOR_OUTPUT = 30_000
 
 
 class Tool:
-    """The stand-in on a ground; it can be replaced at any time."""
+    """The script; it can be replaced at any time."""
 
     def __init__(self, ground: Ground):
         self._ground = ground
@@ -36,18 +36,17 @@ class Tool:
         self.install(f'exec {REAL} "$@"')
 
     def start(self, more_mounts: str = "", **variables: str):
-        return self._ground.start(mounts=f"mount --bind {self._folder} {PLACE}\n{more_mounts}", **variables)
+        return self._ground.start(mounts=f"mount --bind {self._folder} {FOLDER}\n{more_mounts}", **variables)
 
 
 def memory(pid: int) -> int:
-    """In kilobytes, the most that the program has ever had."""
+    """Returns the peak of the program's memory, in kilobytes."""
     status = pathlib.Path(f"/proc/{pid}/status").read_text(encoding="ascii")
     return int(status.partition("VmHWM:")[2].split()[0])
 
 
 def says(script: str, text: str = "", interpreter: str = "/bin/sh"):
-    """The tool's fault ends in an error; when it is mended, Retry plays. A tool that gives no reason leaves
-    the program without one."""
+    """The fault leads to an error with the text, if the tool prints one; after its repair, Retry plays."""
     def check(ground: Ground) -> str:
         tool = Tool(ground)
         tool.install(script, interpreter=interpreter)
@@ -57,12 +56,12 @@ def says(script: str, text: str = "", interpreter: str = "/bin/sh"):
 
 
 def passed_over(spoil):
-    """What cannot be run is no tool; the next place has one."""
+    """A file that cannot be run is passed over for the one in the next folder."""
     def check(ground: Ground) -> str:
         tool = Tool(ground)
         spoil(tool)
         tool.start()
-        return f"the one in the next place plays after {ground.plays():.0f} s"
+        return f"the one in the next folder plays after {ground.plays():.0f} s"
     return check
 
 
@@ -71,7 +70,7 @@ def missing(ground: Ground) -> str:
     empty.mkdir()
     tool = Tool(ground)
     hide = "".join(f"[ ! -e {other} ] || mount --bind /dev/null {other}\n" for other in OTHERS)
-    # The module is what the mended tool runs.
+    # The repaired tool runs this module.
     kept = ground.folder / "kept"
     kept.mkdir()
     tool.start(f"mount --bind {PACKAGE} {kept}\nmount --bind {empty} {PACKAGE}\n{hide}", PATH="/usr/bin:/bin")
@@ -104,7 +103,7 @@ def hangs(ground: Ground) -> str:
 def prints_without_end(ground: Ground) -> str:
     tool = Tool(ground)
     tool.install("echo Hello; exec sleep 86400")
-    # A sanitizer would keep what was freed.
+    # The sanitizer keeps what was freed.
     program = tool.start(ASAN_OPTIONS="quarantine_size_mb=1")
     wait_until(program.children, "yt-dlp")
     before = memory(program.process.pid)
@@ -113,7 +112,7 @@ def prints_without_end(ground: Ground) -> str:
     ground.order("play")
     program.wait_for("error")
     more = memory(program.process.pid) - before
-    # Each call may keep the beginning of what it printed.
+    # Each call may keep the beginning of the output.
     assert more < MEMORY_FOR_OUTPUT, f"{more} kB more"
     return ground.error_then_retry("Stream resolve failed:", heal=tool.heal)
 

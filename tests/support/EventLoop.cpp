@@ -10,7 +10,7 @@ namespace orvane::test {
 
 bool runUntil(const std::function<bool()>& condition) {
     const QDeadlineTimer deadline(std::chrono::seconds(20));
-    // Wakes the loop now and then for conditions that no event announces.
+    // Wakes the loop regularly for conditions that no event announces.
     QTimer tick;
     tick.start(std::chrono::milliseconds(5));
     while (!condition()) {

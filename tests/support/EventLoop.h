@@ -5,10 +5,10 @@
 
 namespace orvane::test {
 
-/// Runs the event loop until the condition holds; false when it does not within 20 seconds.
+/// Runs the event loop until the condition holds; returns false if it does not within 20 seconds.
 [[nodiscard]] bool runUntil(const std::function<bool()>& condition);
 
-/// Lets everything that is due now happen.
+/// Processes all pending events, including deferred deletions.
 void settle();
 
 } // namespace orvane::test

@@ -8,7 +8,7 @@
 
 namespace orvane::test {
 
-/// Takes the https addresses that the program opens, for as long as it lives.
+/// Receives the https addresses that the program opens during its lifetime.
 class FakeBrowser final : public QObject {
     Q_OBJECT
 

@@ -5,7 +5,7 @@
 
 namespace orvane::test {
 
-/// A pointer and a keyboard in the hands of the test; one monitor of each kind.
+/// A pointer and a keyboard that the test controls; one monitor of each kind.
 class FakeEvents final : public EventMonitor {
 public:
     std::optional<QPointF> location;

@@ -7,7 +7,7 @@
 
 namespace orvane::test {
 
-/// Writes down what was asked of the application.
+/// Records the calls.
 class RecordingActions final : public ApplicationActions {
 public:
     QStringList calls;

@@ -11,8 +11,8 @@
 
 namespace {
 
-/// The part of a second copy of the program: writes a key over and over, under a name of its own,
-/// until it is killed or has done so `count` times, and says when it has done so once.
+/// Acts as a second copy of the program: writes a key `count` times, or until it is killed if that
+/// is 0, and prints "ready" after the first time.
 int writePreferences(const char* path, const char* key, int count) {
     orvane::UserDefaults defaults{QString::fromLocal8Bit(path)};
     for (int i = 1; count == 0 || i <= count; ++i) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Some other program: a large window of one colour, which says on the standard output what is
-// clicked on it and which keys it is given. usage: backdrop_probe COLOUR
+// Another program: a maximized window of one colour, which prints the clicks and keys that it
+// receives. usage: backdrop_probe COLOUR
 #include <QApplication>
 #include <QMouseEvent>
 #include <QWidget>

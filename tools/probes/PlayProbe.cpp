@@ -36,17 +36,17 @@ namespace {
 using Steady = std::chrono::steady_clock;
 
 constexpr auto beat = 1ms;
-/// How long a person looks at a channel that does not come.
-constexpr auto glance = 50ms;
-constexpr auto patienceForPicture = 30s;
+/// How long to wait for a channel whose server does not answer.
+constexpr auto silentChannelWait = 50ms;
+constexpr auto pictureTimeout = 30s;
 
-/// Asks the main thread for an answer once in each beat, from a thread of its own, and keeps the
-/// longest time that it took. Made, asked and destroyed on the main thread.
+/// Posts a call to the main thread every `beat`, from a thread of its own, and keeps the longest
+/// time until it was answered. Made, asked and destroyed on the main thread.
 class Heartbeat {
 public:
     Heartbeat() : m_thread([this](const std::stop_token& stop) { run(stop); }) {}
     ~Heartbeat() {
-        // The thread touches the rest of this object.
+        // The thread uses the other members, so it must end before they do.
         m_thread.request_stop();
         m_thread.join();
     }
@@ -83,23 +83,23 @@ private:
     std::jthread m_thread;
 };
 
-/// Switches and waits for the picture, or as long as a person would; false if the channel failed.
+/// Switches and waits for the picture, for `wait` at most; returns false if the channel failed.
 QCoro::Task<bool> switchTo(Services& services, Channel channel, std::chrono::milliseconds wait) {
-    QTimer patience;
-    patience.setSingleShot(true);
+    QTimer timeout;
+    timeout.setSingleShot(true);
     bool failed = false;
     using namespace AppNotification;
-    const auto shown = services.notifications.addObserver(
-        streamResolved, [&](const auto&) { patience.start(0ms); });
+    const auto shown = services.notifications.addObserver(streamResolved,
+                                                          [&](const auto&) { timeout.start(0ms); });
     const auto refused =
         services.notifications.addObserver(streamError, [&](const QString& message) {
             std::fprintf(stderr, "%s\n", qUtf8Printable(message));
             failed = true;
-            patience.start(0ms);
+            timeout.start(0ms);
         });
-    patience.start(wait);
+    timeout.start(wait);
     services.player.play(channel);
-    co_await patience;
+    co_await timeout;
     co_return !failed;
 }
 
@@ -126,7 +126,7 @@ QCoro::Task<bool> switchThrough(Services& services, int count) {
     for (int i = 1; i <= count; ++i) {
         const bool waits = i % 3 == 0;
         const Channel channel = waits ? silent : channels.at(i % channels.size());
-        const std::chrono::milliseconds wait = waits ? glance : patienceForPicture;
+        const std::chrono::milliseconds wait = waits ? silentChannelWait : pictureTimeout;
         QElapsedTimer timer;
         timer.start();
         std::ignore = heartbeat.takeLongest();
@@ -147,7 +147,7 @@ QCoro::Task<> run(Services& services, int count, int& exitCode) {
     services.player.stop();
     co_await services.tasks.join();
     co_await services.teardown.empty();
-    // Not quit: that asks the window first, which never closes by itself.
+    // Not quit(): it asks the window first, which refuses to close.
     QCoreApplication::exit(0);
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Resolves each argument as the settings window does, with the yt-dlp of this machine, and prints
+// Resolves each argument as the settings window does, with the machine's own yt-dlp, and prints
 // the handle and the name, or the error.
 #include "app/Environment.h"
 #include "base/Clock.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The real player window and controller, told by lines on the standard input what its keys, menus
-// and settings tell it in other places. Answers each line with "done" and what was asked for.
+// The real player window and controller, driven by commands on the standard input instead of by
+// keys, menus and settings. Answers each line with "done" and the value that was asked for.
 #include "app/Collaborators.h"
 #include "app/Services.h"
 #include "platform/media/VideoView.h"
@@ -21,8 +21,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The answer to a line.
-QString obey(Services& services, const QStringList& words) {
+/// Executes one line; returns the answer.
+QString execute(Services& services, const QStringList& words) {
     const QString& command = words.first();
     const QString argument = words.value(1);
     const Channel channel = services.registry.featured().first();
@@ -42,7 +42,7 @@ QString obey(Services& services, const QStringList& words) {
     else if (command == u"state"_s)
         return services.state.isFullscreen() ? u"fullscreen"_s : u"window"_s;
     else if (command == u"favourites"_s) {
-        // They are the enabled ones, too.
+        // The enabled ones are the same.
         const QStringList ids = words.sliced(1);
         services.preferences.setFavoriteChannelIDs(ids);
         services.preferences.setEnabledChannelIDs({ids.begin(), ids.end()});
@@ -57,7 +57,7 @@ QString obey(Services& services, const QStringList& words) {
         for (QWidget* window : QApplication::topLevelWidgets())
             window->show();
     else
-        return u"what?"_s;
+        return u"unknown command"_s;
     return {};
 }
 
@@ -78,7 +78,7 @@ int main(int argc, char** argv) {
     const TerminationSignals signals;
     QObject::connect(&signals, &TerminationSignals::received, &delegate, &AppDelegate::terminate);
     delegate.applicationDidFinishLaunching();
-    // No site, no picture: the window shows what it is told to.
+    // Without a site nothing plays: the window shows the state that a command sets.
     services.player.stop();
     services.state.setError(services.registry.featured().first(), u"No site"_s);
 
@@ -91,7 +91,7 @@ int main(int argc, char** argv) {
             return;
         }
         const QStringList words = QString::fromStdString(line).split(u' ');
-        std::cout << "done " << obey(services, words).toStdString() << std::endl;
+        std::cout << "done " << execute(services, words).toStdString() << std::endl;
     });
     return QApplication::exec();
 }
