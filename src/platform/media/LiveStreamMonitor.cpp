@@ -18,18 +18,18 @@ void LiveStreamMonitor::logged(const QString& line, TimePoint now) {
     if (!text)
         return;
     m_lastWarning = Warning{.text = std::move(*text), .time = now};
-    if (!m_hasPicture && !m_refusedSince && isRefusal(m_lastWarning->text))
+    if (!m_hasStarted && !m_refusedSince && isRefusal(m_lastWarning->text))
         m_refusedSince = now;
 }
 
-void LiveStreamMonitor::pictureArrived() {
-    m_hasPicture = true;
+void LiveStreamMonitor::started() {
+    m_hasStarted = true;
     m_refusedSince.reset();
 }
 
 void LiveStreamMonitor::paused(bool isPaused, TimePoint now) {
     m_isPaused = isPaused;
-    m_position.clear();
+    m_position.reset();
     m_checksWithoutAdvance = 0;
     starved(m_isStarved, now);
 }
@@ -42,7 +42,7 @@ void LiveStreamMonitor::starved(bool isStarved, TimePoint now) {
         m_starvedSince = now;
 }
 
-void LiveStreamMonitor::positioned(const QString& position) {
+void LiveStreamMonitor::positioned(Position position) {
     if (m_isPaused)
         return;
     m_checksWithoutAdvance = position == m_position ? m_checksWithoutAdvance + 1 : 0;
@@ -63,7 +63,7 @@ std::optional<LiveStreamMonitor::Failure> LiveStreamMonitor::dueFailure(TimePoin
     const bool isStuck = m_checksWithoutAdvance >= stallChecks;
     if (!isStuck && (!due || now < *due))
         return std::nullopt;
-    const QString silence = m_hasPicture ? u"Stream stalled"_s : u"No picture arrived"_s;
+    const QString silence = m_hasStarted ? u"Stream stalled"_s : u"No picture arrived"_s;
     return Failure{.text = recentWarning(now).value_or(silence)};
 }
 
@@ -74,7 +74,7 @@ std::optional<LiveStreamMonitor::TimePoint> LiveStreamMonitor::deadline() const 
         consider(*m_starvedSince + (isRefused(*m_starvedSince) ? refusalGrace : stallLimit));
     if (m_refusedSince)
         consider(*m_refusedSince + refusalGrace);
-    if (m_openedAt && !m_hasPicture)
+    if (m_openedAt && !m_hasStarted)
         consider(*m_openedAt + startLimit);
     return next;
 }

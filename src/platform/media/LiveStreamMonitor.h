@@ -8,49 +8,56 @@
 
 namespace orvane {
 
-/// Decides when a live stream has failed. The media library says so only for some faults: a refused
-/// segment is no more than a log line, a list that stops advancing is not even that. Owned by a
-/// player, which feeds it what it hears and asks again at the time it names. A plain value without
-/// a clock of its own.
+/// Decides when a live stream has failed. mpv reports only some faults as such: a refused segment
+/// is merely a log line, and a playlist that stops advancing is not even that. Owned by a player,
+/// which reports what happens and asks again at the deadline. A plain value without a clock of its
+/// own.
 class LiveStreamMonitor {
 public:
     using TimePoint = std::chrono::steady_clock::time_point;
 
-    /// How the media library ended the stream.
+    /// How mpv ended the stream.
     enum class End { endOfStream, error };
 
-    /// A server that refuses, and whose stream shows nothing for this long, has refused it all.
+    /// In seconds; nullopt for what the stream does not have.
+    struct Position {
+        std::optional<double> time;
+        std::optional<double> audio;
+        bool operator==(const Position&) const = default;
+    };
+
+    /// A server that refuses a request has failed if the stream shows nothing for this long.
     static constexpr std::chrono::milliseconds refusalGrace{3000};
-    /// A server that has sent nothing to show for this long is given up.
+    /// The time within which the first frame must be shown.
     static constexpr std::chrono::milliseconds startLimit{30000};
-    /// The same for a stream that has run dry in the middle of play.
+    /// The time within which a stream must go on whose buffer has run empty.
     static constexpr std::chrono::milliseconds stallLimit{15000};
-    /// Likewise for one that the library takes for playing: it is asked for its position as often
-    /// as this, and gives the same one so many times.
+    /// The same for a stream that mpv considers playing: its position is polled at this interval
+    /// and may stay the same this many times.
     static constexpr int stallChecks = 3;
     static constexpr std::chrono::milliseconds checkInterval = stallLimit / stallChecks;
     /// A warning older than this does not explain a failure.
     static constexpr std::chrono::milliseconds warningLifetime{60000};
 
     struct Failure {
-        /// Nothing when no reason is known.
+        /// Nullopt if the reason is unknown.
         std::optional<QString> text;
     };
 
     void opened(TimePoint now);
     void logged(const QString& line, TimePoint now);
-    void pictureArrived();
+    void started();
     /// A paused stream is not expected to advance.
     void paused(bool isPaused, TimePoint now);
+    /// The buffer has run empty, or is filled again.
     void starved(bool isStarved, TimePoint now);
-    /// `position` is any text that is another one as soon as the stream has advanced.
-    void positioned(const QString& position);
-    /// `reason` is the library's own word for an error.
+    void positioned(Position position);
+    /// `reason` is mpv's description of an error.
     [[nodiscard]] Failure ended(End end, const QString& reason, TimePoint now) const;
 
-    /// The failure that is due by now, if any.
+    /// Returns the failure that is due by now, if any.
     [[nodiscard]] std::optional<Failure> dueFailure(TimePoint now) const;
-    /// When to ask next, if ever.
+    /// Returns when to ask next, if ever.
     [[nodiscard]] std::optional<TimePoint> deadline() const;
 
 private:
@@ -66,18 +73,18 @@ private:
     std::optional<TimePoint> m_starvedSince;
     std::optional<TimePoint> m_refusedSince;
     std::optional<Warning> m_lastWarning;
-    QString m_position;
+    std::optional<Position> m_position;
     int m_checksWithoutAdvance = 0;
-    bool m_hasPicture = false;
+    bool m_hasStarted = false;
     bool m_isStarved = false;
     bool m_isPaused = false;
 };
 
-/// Whether a network warning is the server's own answer, not an accident on the way to it.
+/// Returns whether a network warning is an answer of the server, not a failure to reach it.
 [[nodiscard]] bool isRefusal(const QString& warning);
 
-/// The part of a log line that tells of a fault of the network, without the name of the protocol;
-/// nothing for any other line.
+/// Returns the part of a log line that describes a network error, without the name of the
+/// protocol; nullopt for any other line.
 [[nodiscard]] std::optional<QString> networkWarning(const QString& line);
 
 } // namespace orvane

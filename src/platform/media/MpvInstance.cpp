@@ -157,9 +157,8 @@ void MpvInstance::command(const std::vector<const char*>& words) const {
     mpv_command_async(m_handle, 0, terminated.data());
 }
 
-void MpvInstance::expand(const char* text, std::uint64_t reply) const {
-    std::array<const char*, 3> words{"expand-text", text, nullptr};
-    mpv_command_async(m_handle, reply, words.data());
+void MpvInstance::requestNumber(const char* property, std::uint64_t replyId) const {
+    mpv_get_property_async(m_handle, replyId, property, MPV_FORMAT_DOUBLE);
 }
 
 void MpvInstance::setFlag(const char* property, bool on) const {

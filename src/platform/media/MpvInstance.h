@@ -45,8 +45,9 @@ public:
 
     /// Sends a command and ignores its outcome.
     void command(const std::vector<const char*>& words) const;
-    /// Has mpv fill the properties into the text; a reply of this number to a command brings it.
-    void expand(const char* text, std::uint64_t reply) const;
+    /// Requests a property. The answer is an event `MPV_EVENT_GET_PROPERTY_REPLY` with this id;
+    /// answers arrive in the order of the requests.
+    void requestNumber(const char* property, std::uint64_t replyId) const;
     void setFlag(const char* property, bool on) const;
     void setNumber(const char* property, double value) const;
 

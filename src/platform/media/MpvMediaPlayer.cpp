@@ -13,14 +13,16 @@
 namespace orvane {
 
 using namespace Qt::StringLiterals;
+using Phase = PlayerLifecycle::Phase;
 
 namespace {
 
 constexpr double fullVolumePercent = 100;
-/// How often a sound server that has gone is looked for again.
-constexpr std::chrono::milliseconds soundRetryTime{5000};
-/// What is asked for its position comes back under this number.
-constexpr std::uint64_t positionReply = 1;
+/// How often a lost audio output is tried again.
+constexpr std::chrono::milliseconds audioRetryTime{5000};
+
+/// The ids of the properties that a poll requests, in the order of the requests.
+enum PositionReply : std::uint64_t { timeReply = 1, audioReply };
 
 LiveStreamMonitor::TimePoint now() {
     return std::chrono::steady_clock::now();
@@ -37,19 +39,21 @@ std::optional<QString> refusalToOpen(const QUrl& url) {
 }
 
 MpvMediaPlayer::MpvMediaPlayer(QUrl url, std::unique_ptr<MpvInstance> instance, MpvLog& log,
-                               MpvSound& sound, MpvTeardownQueue& teardown)
+                               AudioStatus& audio, MpvTeardownQueue& teardown)
     : m_url(std::move(url)),
       m_instance(std::move(instance)),
       m_log(log),
-      m_sound(sound),
+      m_audio(audio),
       m_teardown(teardown) {
     m_monitorTimer.setSingleShot(true);
     connect(&m_monitorTimer, &QTimer::timeout, this, &MpvMediaPlayer::checkMonitor);
     m_positionTimer.setInterval(LiveStreamMonitor::checkInterval);
-    connect(&m_positionTimer, &QTimer::timeout, this,
-            [this] { m_instance->expand("${=time-pos} ${=audio-pts}", positionReply); });
-    m_soundTimer.setInterval(soundRetryTime);
-    connect(&m_soundTimer, &QTimer::timeout, this, [this] { m_instance->command({"ao-reload"}); });
+    connect(&m_positionTimer, &QTimer::timeout, this, [this] {
+        m_instance->requestNumber("time-pos", timeReply);
+        m_instance->requestNumber("audio-pts", audioReply);
+    });
+    m_audioTimer.setInterval(audioRetryTime);
+    connect(&m_audioTimer, &QTimer::timeout, this, [this] { m_instance->command({"ao-reload"}); });
     connect(&m_log, &MpvLog::line, this, [this](const QString& line) {
         m_monitor.logged(line, now());
         checkMonitor();
@@ -66,26 +70,39 @@ MpvMediaPlayer::~MpvMediaPlayer() {
     m_teardown.enqueue(std::move(m_instance));
 }
 
+MediaPlayer::Status MpvMediaPlayer::status() const {
+    switch (m_lifecycle.phase()) {
+    case Phase::playing:
+        return Status::readyToPlay;
+    case Phase::failed:
+        return Status::failed;
+    case Phase::unopened:
+    case Phase::opening:
+        break;
+    }
+    return Status::unknown;
+}
+
 MediaPlayer::TimeControlStatus MpvMediaPlayer::timeControlStatus() const {
-    if (!m_wantsToPlay)
+    if (!m_lifecycle.isWanted())
         return TimeControlStatus::paused;
-    return m_coreIsIdle ? TimeControlStatus::waiting : TimeControlStatus::playing;
+    return m_isCoreIdle ? TimeControlStatus::waiting : TimeControlStatus::playing;
 }
 
 void MpvMediaPlayer::play() {
-    m_wantsToPlay = true;
-    openIfDue();
+    if (m_lifecycle.play())
+        enterPhase();
     m_instance->setFlag("pause", false);
     m_monitor.paused(false, now());
-    followPosition();
+    pollPosition();
     checkMonitor();
 }
 
 void MpvMediaPlayer::pause() {
-    m_wantsToPlay = false;
+    m_lifecycle.pause();
     m_instance->setFlag("pause", true);
     m_monitor.paused(true, now());
-    followPosition();
+    pollPosition();
     checkMonitor();
 }
 
@@ -97,24 +114,50 @@ void MpvMediaPlayer::setVolume(float volume) {
     m_instance->setNumber("volume", std::clamp(volume, 0.0F, 1.0F) * fullVolumePercent);
 }
 
-void MpvMediaPlayer::expectRenderer() {
-    m_awaitsRenderer = true;
-}
-
 void MpvMediaPlayer::createRenderer(mpv_render_param* parameters, ContextScope contextScope,
                                     std::function<void()> onUpdate) {
     if (m_instance->createRenderContext(parameters, std::move(contextScope)))
         m_instance->onRenderUpdate(std::move(onUpdate));
-    m_awaitsRenderer = false;
-    openIfDue();
+    if (m_lifecycle.rendererSettled())
+        enterPhase();
 }
 
-void MpvMediaPlayer::openIfDue() {
-    if (m_isOpened || !m_wantsToPlay || m_awaitsRenderer || m_status == Status::failed)
-        return;
-    m_isOpened = true;
+bool MpvMediaPlayer::draw(mpv_render_param* parameters) {
+    const MpvInstance::Drawn drawn = m_instance->draw(parameters);
+    if (drawn == MpvInstance::Drawn::frame)
+        frameShown();
+    return drawn != MpvInstance::Drawn::nothing;
+}
+
+void MpvMediaPlayer::frameShown() {
+    if (m_lifecycle.frameShown())
+        enterPhase();
+}
+
+void MpvMediaPlayer::enterPhase() {
+    switch (m_lifecycle.phase()) {
+    case Phase::unopened:
+        break;
+    case Phase::opening:
+        open();
+        break;
+    case Phase::playing:
+        m_monitor.started();
+        pollPosition();
+        checkMonitor();
+        Q_EMIT statusChanged();
+        break;
+    case Phase::failed:
+        pollPosition();
+        m_audioTimer.stop();
+        Q_EMIT statusChanged();
+        break;
+    }
+}
+
+void MpvMediaPlayer::open() {
     if (std::optional<QString> refusal = refusalToOpen(m_url)) {
-        // As with every other failure, whoever called is told after the call.
+        // Failures are always reported after the call that causes them.
         QMetaObject::invokeMethod(
             this, [this, text = *std::move(refusal)] { fail(text); }, Qt::QueuedConnection);
         return;
@@ -124,34 +167,11 @@ void MpvMediaPlayer::openIfDue() {
     m_monitor.opened(now());
 }
 
-bool MpvMediaPlayer::draw(mpv_render_param* parameters) {
-    const MpvInstance::Drawn drawn = m_instance->draw(parameters);
-    if (drawn == MpvInstance::Drawn::frame)
-        skipFrame();
-    return drawn != MpvInstance::Drawn::nothing;
-}
-
-void MpvMediaPlayer::skipFrame() {
-    m_hasDrawnPicture = true;
-    becomeReadyIfDue();
-}
-
-void MpvMediaPlayer::becomeReadyIfDue() {
-    const bool isShown = m_hasDrawnPicture || !m_hasVideo;
-    if (m_status != Status::unknown || !m_hasRestarted || !isShown)
-        return;
-    m_status = Status::readyToPlay;
-    m_monitor.pictureArrived();
-    followPosition();
-    checkMonitor();
-    Q_EMIT statusChanged();
-}
-
 void MpvMediaPlayer::handle(const mpv_event& event) {
     switch (event.event_id) {
     case MPV_EVENT_PLAYBACK_RESTART:
-        m_hasRestarted = true;
-        becomeReadyIfDue();
+        if (m_lifecycle.playbackStarted())
+            enterPhase();
         break;
     case MPV_EVENT_END_FILE:
         handleEnd(*static_cast<const mpv_event_end_file*>(event.data));
@@ -159,7 +179,7 @@ void MpvMediaPlayer::handle(const mpv_event& event) {
     case MPV_EVENT_PROPERTY_CHANGE:
         handleProperty(*static_cast<const mpv_event_property*>(event.data));
         break;
-    case MPV_EVENT_COMMAND_REPLY:
+    case MPV_EVENT_GET_PROPERTY_REPLY:
         handleReply(event);
         break;
     default:
@@ -170,7 +190,7 @@ void MpvMediaPlayer::handle(const mpv_event& event) {
 
 void MpvMediaPlayer::handleEnd(const mpv_event_end_file& end) {
     m_log.drain();
-    // A stop was asked for, and a redirect is followed by another start.
+    // Other reasons are no failure: a stop was requested, and a redirect is followed by a restart.
     if (end.reason == MPV_END_FILE_REASON_EOF)
         fail(m_monitor.ended(LiveStreamMonitor::End::endOfStream, {}, now()).text);
     else if (end.reason == MPV_END_FILE_REASON_ERROR)
@@ -187,47 +207,52 @@ void MpvMediaPlayer::handleProperty(const mpv_event_property& property) {
         if (name == "paused-for-cache")
             m_monitor.starved(on, now());
         else if (name == "core-idle")
-            m_coreIsIdle = on;
+            m_isCoreIdle = on;
     } else if (property.format == MPV_FORMAT_STRING) {
         const std::string_view text = *static_cast<char* const*>(property.data);
         if (name == "vid") {
-            m_hasVideo = text != "no";
-            becomeReadyIfDue();
+            if (m_lifecycle.tracksSelected(text != "no"))
+                enterPhase();
         } else if (name == "current-ao") {
-            followSound(text);
+            handleAudioOutput(text);
         }
     }
 }
 
-void MpvMediaPlayer::followPosition() {
-    if (m_wantsToPlay && m_status == Status::readyToPlay)
+void MpvMediaPlayer::handleReply(const mpv_event& reply) {
+    std::optional<double> seconds;
+    if (reply.error >= 0)
+        seconds =
+            *static_cast<const double*>(static_cast<const mpv_event_property*>(reply.data)->data);
+    if (reply.reply_userdata == timeReply) {
+        m_position.time = seconds;
+    } else if (reply.reply_userdata == audioReply) {
+        m_position.audio = seconds;
+        m_monitor.positioned(m_position);
+    }
+}
+
+void MpvMediaPlayer::pollPosition() {
+    if (m_lifecycle.shouldAdvance())
         m_positionTimer.start();
     else
         m_positionTimer.stop();
 }
 
-void MpvMediaPlayer::handleReply(const mpv_event& reply) {
-    if (reply.reply_userdata != positionReply || reply.error < 0)
-        return;
-    const mpv_node& result = static_cast<const mpv_event_command*>(reply.data)->result;
-    if (result.format == MPV_FORMAT_STRING)
-        m_monitor.positioned(QString::fromUtf8(result.u.string));
-}
-
-void MpvMediaPlayer::followSound(std::string_view output) {
-    // Without a server the sound goes nowhere, and the library never looks for the next one. Where
-    // there was none from the start, there is nothing to look for.
+void MpvMediaPlayer::handleAudioOutput(std::string_view output) {
+    // When the audio server ends, mpv falls back to the null output and stays there. A machine that
+    // never had an output is left alone.
     if (output != "null") {
-        m_sound.hasBeenHeard = true;
-        m_soundTimer.stop();
-    } else if (m_sound.hasBeenHeard) {
-        m_soundTimer.start();
+        m_audio.hasWorked = true;
+        m_audioTimer.stop();
+    } else if (m_audio.hasWorked) {
+        m_audioTimer.start();
     }
 }
 
 void MpvMediaPlayer::checkMonitor() {
     m_monitorTimer.stop();
-    if (m_status == Status::failed)
+    if (m_lifecycle.phase() == Phase::failed)
         return;
     const LiveStreamMonitor::TimePoint time = now();
     if (const std::optional<LiveStreamMonitor::Failure> failure = m_monitor.dueFailure(time)) {
@@ -239,18 +264,13 @@ void MpvMediaPlayer::checkMonitor() {
 }
 
 void MpvMediaPlayer::fail(std::optional<QString> error) {
-    if (m_status == Status::failed)
-        return;
-    m_status = Status::failed;
-    followPosition();
-    m_soundTimer.stop();
-    m_error = std::move(error);
-    Q_EMIT statusChanged();
+    if (m_lifecycle.fail(std::move(error)))
+        enterPhase();
 }
 
 MpvMediaPlayerFactory::MpvMediaPlayerFactory(MpvTeardownQueue& teardown, VideoOutput output)
     : m_teardown(teardown), m_output(output) {
-    // The next player is mostly far away, and an idle thread is of no use until then.
+    // The next player usually comes much later: an idle thread would only cost memory.
     m_makers.setExpiryTimeout(0);
 }
 
@@ -270,7 +290,7 @@ QCoro::Task<std::unique_ptr<MediaPlayer>> MpvMediaPlayerFactory::make(QUrl url,
         m_teardown.enqueue(std::move(instance));
         co_return std::unique_ptr<MediaPlayer>();
     }
-    co_return std::make_unique<MpvMediaPlayer>(std::move(url), std::move(instance), m_log, m_sound,
+    co_return std::make_unique<MpvMediaPlayer>(std::move(url), std::move(instance), m_log, m_audio,
                                                m_teardown);
 }
 

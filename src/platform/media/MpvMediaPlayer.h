@@ -6,6 +6,7 @@
 #include "platform/media/MpvInstance.h"
 #include "platform/media/MpvLog.h"
 #include "platform/media/MpvTeardownQueue.h"
+#include "platform/media/PlayerLifecycle.h"
 #include "platform/media/VideoSource.h"
 
 #include <QThreadPool>
@@ -18,80 +19,76 @@ struct mpv_event_property;
 
 namespace orvane {
 
-/// What is known of the machine's sound, by whichever player came to know it.
-struct MpvSound {
-    /// There is a sound server, or there was one.
-    bool hasBeenHeard = false;
+/// What the players have found out about the machine's audio output.
+struct AudioStatus {
+    /// Some player has had a working output.
+    bool hasWorked = false;
 };
 
-/// A `MediaPlayer` over libmpv: one handle for one address. Made by `MpvMediaPlayerFactory`; the
-/// view that shows it draws through its instance. Destroying it hands the instance to the
-/// teardown, so it is quick even while a server hangs.
+/// A `MediaPlayer` over libmpv: one handle for one address. Made by `MpvMediaPlayerFactory`. The
+/// destructor hands the handle to the teardown queue, so it is quick even while a server does not
+/// answer. Main thread.
 class MpvMediaPlayer final : public MediaPlayer, private VideoSource {
     Q_OBJECT
 
 public:
-    MpvMediaPlayer(QUrl url, std::unique_ptr<MpvInstance> instance, MpvLog& log, MpvSound& sound,
+    MpvMediaPlayer(QUrl url, std::unique_ptr<MpvInstance> instance, MpvLog& log, AudioStatus& audio,
                    MpvTeardownQueue& teardown);
     ~MpvMediaPlayer() override;
 
-    [[nodiscard]] Status status() const override { return m_status; }
-    [[nodiscard]] std::optional<QString> error() const override { return m_error; }
+    [[nodiscard]] Status status() const override;
+    [[nodiscard]] std::optional<QString> error() const override { return m_lifecycle.error(); }
     [[nodiscard]] TimeControlStatus timeControlStatus() const override;
 
     void play() override;
     void pause() override;
     void setMuted(bool muted) override;
     void setVolume(float volume) override;
-
     [[nodiscard]] VideoSource* videoSource() override { return this; }
 
 private:
-    void expectRenderer() override;
+    void expectRenderer() override { m_lifecycle.rendererExpected(); }
     void createRenderer(mpv_render_param* parameters, ContextScope contextScope,
                         std::function<void()> onUpdate) override;
     [[nodiscard]] bool hasRenderer() const override { return m_instance->hasRenderContext(); }
     void stopUpdates() override { m_instance->onRenderUpdate({}); }
     [[nodiscard]] bool hasNewFrame() override { return m_instance->hasNewFrame(); }
     bool draw(mpv_render_param* parameters) override;
-    void skipFrame() override;
+    void frameShown() override;
 
     void handle(const mpv_event& event);
     void handleEnd(const mpv_event_end_file& end);
     void handleProperty(const mpv_event_property& property);
     void handleReply(const mpv_event& reply);
-    void openIfDue();
-    void becomeReadyIfDue();
-    void checkMonitor();
-    /// Has the position asked for while it should advance, and only then.
-    void followPosition();
-    /// `output` is the library's name for where the sound goes.
-    void followSound(std::string_view output);
+    /// Acts on the phase that the lifecycle has just entered.
+    void enterPhase();
+    void open();
     void fail(std::optional<QString> error);
+    void checkMonitor();
+    /// Polls the position while it should advance.
+    void pollPosition();
+    /// Retries an audio output that has been lost; `output` is mpv's name of the current one.
+    void handleAudioOutput(std::string_view output);
 
     QUrl m_url;
     std::unique_ptr<MpvInstance> m_instance;
     MpvLog& m_log;
-    MpvSound& m_sound;
+    AudioStatus& m_audio;
     MpvTeardownQueue& m_teardown;
+    PlayerLifecycle m_lifecycle;
     LiveStreamMonitor m_monitor;
+    /// The answers to a poll so far.
+    LiveStreamMonitor::Position m_position;
     QTimer m_monitorTimer;
-    /// Asks whether what plays advances.
     QTimer m_positionTimer;
-    /// Runs while the sound that was there is lost.
-    QTimer m_soundTimer;
-    Status m_status = Status::unknown;
-    std::optional<QString> m_error;
-    bool m_isOpened = false;
-    bool m_wantsToPlay = false;
-    bool m_awaitsRenderer = false;
-    bool m_hasRestarted = false;
-    bool m_hasDrawnPicture = false;
-    bool m_hasVideo = true;
-    bool m_coreIsIdle = true;
+    /// Runs while the audio output is lost.
+    QTimer m_audioTimer;
+    /// Nothing is being played or drawn, by mpv's account.
+    bool m_isCoreIdle = true;
 };
 
-/// Makes players and keeps the number of those that are being taken apart small.
+/// Makes players, and limits the number of those that wait to be destroyed. Main thread; owned by
+/// the composition root.
 class MpvMediaPlayerFactory final : public MediaPlayerFactory {
 public:
     MpvMediaPlayerFactory(MpvTeardownQueue& teardown, VideoOutput output);
@@ -101,10 +98,10 @@ public:
 
 private:
     MpvLog m_log;
-    MpvSound m_sound;
+    AudioStatus m_audio;
     MpvTeardownQueue& m_teardown;
     VideoOutput m_output;
-    /// Of its own: one that others share may be full of those who wait for a bus that hangs.
+    /// Not the shared pool, whose threads may all be waiting for a bus that does not answer.
     QThreadPool m_makers;
 };
 

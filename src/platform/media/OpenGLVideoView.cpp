@@ -85,7 +85,7 @@ void OpenGLVideoView::scheduleDrawing() {
     if (isVisible())
         update();
     else
-        m_source->skipFrame();
+        m_source->frameShown();
 }
 
 void OpenGLVideoView::paintGL() {

@@ -31,8 +31,9 @@ public:
     [[nodiscard]] virtual bool hasNewFrame() = 0;
     /// Draws the current frame, or black before the first. Returns false if nothing was drawn.
     virtual bool draw(mpv_render_param* parameters) = 0;
-    /// Counts a new frame as shown although it is not drawn, as the view cannot be seen.
-    virtual void skipFrame() = 0;
+    /// Counts a new frame as shown: `draw` does so itself, a view that cannot be seen instead of
+    /// it.
+    virtual void frameShown() = 0;
 };
 
 /// A widget that draws the frames of one source. Main thread.

@@ -22,7 +22,7 @@ protected:
     }
     void playing() {
         monitor.opened(now);
-        monitor.pictureArrived();
+        monitor.started();
     }
 
     Monitor monitor;
@@ -90,10 +90,10 @@ TEST_F(LiveStreamMonitorTest, GivesUpWhatClaimsToPlayAndDoesNotAdvance) {
     playing();
     const auto standStill = [this](int checks) {
         for (int i = 0; i < checks; ++i)
-            monitor.positioned(u"12.5"_s);
+            monitor.positioned({.time = 12.5, .audio = std::nullopt});
     };
     standStill(Monitor::stallChecks);
-    monitor.positioned(u"12.6"_s);
+    monitor.positioned({.time = 12.5, .audio = 12.6});
     standStill(Monitor::stallChecks);
     EXPECT_EQ(failureAfter(0s), u"none"_s);
     monitor.paused(true, now);
