@@ -6,6 +6,7 @@
 #include "app/Collaborators.h"
 #include "app/Services.h"
 #include "model/ChannelLookup.h"
+#include "platform/media/MpvInstance.h"
 #include "platform/media/VideoView.h"
 #include "support/RecordingActions.h"
 #include "ui/menus/ContextMenuBuilder.h"
@@ -20,7 +21,6 @@
 
 #include <benchmark/benchmark.h>
 
-#include <clocale>
 #include <functional>
 #include <map>
 #include <memory>
@@ -150,7 +150,7 @@ BENCHMARK(addChannelPage)->Apply(sizes);
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
-    std::setlocale(LC_NUMERIC, "C");
+    useNumericCLocale();
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 1;

@@ -4,6 +4,7 @@
 #include "app/Launch.h"
 #include "app/Services.h"
 #include "model/AppConstants.h"
+#include "platform/media/MpvInstance.h"
 #include "platform/media/VideoView.h"
 #include "platform/system/Memory.h"
 #include "platform/system/SearchPath.h"
@@ -14,7 +15,6 @@
 #include <QDir>
 #include <QStandardPaths>
 
-#include <clocale>
 #include <cstdlib>
 
 using namespace orvane;
@@ -67,7 +67,7 @@ int main(int argc, char** argv) {
     prepareToolkit();
     const QApplication application(argc, argv);
     QApplication::setWindowIcon(applicationIcon());
-    std::setlocale(LC_NUMERIC, "C");
+    useNumericCLocale();
 
     const Environment environment = Environment::read();
     Services services(environment, preferencesPath(), chooseVideoOutput(environment.videoOutput));

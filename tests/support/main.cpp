@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/media/MpvInstance.h"
 #include "settings/UserDefaults.h"
 
 #include <QApplication>
 
 #include <gtest/gtest.h>
 
-#include <clocale>
 #include <cstdio>
 #include <string_view>
 
@@ -35,6 +35,6 @@ int main(int argc, char** argv) {
     // No test here draws video, so none needs a display.
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
-    std::setlocale(LC_NUMERIC, "C");
+    orvane::useNumericCLocale();
     return RUN_ALL_TESTS();
 }

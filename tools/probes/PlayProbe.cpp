@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // usage: play_probe COUNT
-// Switches between the featured channels, whose addresses it knows beforehand, in the real player
-// window. Every third switch goes to the last of them, whose server is meant never to answer.
-// Prints a line for each switch: "played" or "waited", the longest time in milliseconds for which
-// the main thread answered nothing, and the time to the picture.
+// Switches between the featured channels, whose addresses are resolved beforehand, in the real
+// player window. Every third switch goes to the last of them, whose server is meant never to
+// answer. Prints a line for each switch: "played" or "waited", the longest time for which the main
+// thread did not respond, and the time to the picture, both in milliseconds.
 #include "app/AppDelegate.h"
 #include "app/Collaborators.h"
 #include "app/Services.h"
+#include "platform/media/MpvInstance.h"
 #include "platform/media/VideoView.h"
 #include "platform/system/Memory.h"
 #include "state/AppNotification.h"
@@ -20,7 +21,6 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
-#include <clocale>
 #include <cstdio>
 #include <stop_token>
 #include <thread>
@@ -35,25 +35,25 @@ namespace {
 
 using Steady = std::chrono::steady_clock;
 
-constexpr auto beat = 1ms;
-/// How long to wait for a channel whose server does not answer.
-constexpr auto silentChannelWait = 50ms;
+constexpr auto pollInterval = 1ms;
+/// The time after which the user leaves a channel that does not play.
+constexpr auto leaveAfter = 50ms;
 constexpr auto pictureTimeout = 30s;
 
-/// Posts a call to the main thread every `beat`, from a thread of its own, and keeps the longest
-/// time until it was answered. Made, asked and destroyed on the main thread.
+/// Posts to the main thread at an interval, from a thread of its own, and keeps the longest time
+/// until it responded. Created, read and destroyed on the main thread.
 class Heartbeat {
 public:
     Heartbeat() : m_thread([this](const std::stop_token& stop) { run(stop); }) {}
     ~Heartbeat() {
-        // The thread uses the other members, so it must end before they do.
+        // The thread uses the other members.
         m_thread.request_stop();
         m_thread.join();
     }
     Heartbeat(const Heartbeat&) = delete;
     Heartbeat& operator=(const Heartbeat&) = delete;
 
-    /// Milliseconds since the last call.
+    /// Returns the longest response time since the last call in milliseconds.
     [[nodiscard]] double takeLongest() {
         const auto longest = std::exchange(m_longest, Steady::duration::zero());
         return std::chrono::duration<double, std::milli>(longest).count();
@@ -62,28 +62,28 @@ public:
 private:
     void run(const std::stop_token& stop) {
         while (!stop.stop_requested()) {
-            m_isAnswered = false;
+            m_hasResponded = false;
             QMetaObject::invokeMethod(
-                &m_receiver, [this, asked = Steady::now()] { answer(asked); },
+                &m_receiver, [this, posted = Steady::now()] { respond(posted); },
                 Qt::QueuedConnection);
             do
-                std::this_thread::sleep_for(beat);
-            while (!m_isAnswered && !stop.stop_requested());
+                std::this_thread::sleep_for(pollInterval);
+            while (!m_hasResponded && !stop.stop_requested());
         }
     }
 
-    void answer(Steady::time_point asked) {
-        m_longest = std::max(m_longest, Steady::now() - asked);
-        m_isAnswered = true;
+    void respond(Steady::time_point posted) {
+        m_longest = std::max(m_longest, Steady::now() - posted);
+        m_hasResponded = true;
     }
 
     QObject m_receiver;
     Steady::duration m_longest{};
-    std::atomic<bool> m_isAnswered{false};
+    std::atomic<bool> m_hasResponded{false};
     std::jthread m_thread;
 };
 
-/// Switches and waits for the picture, for `wait` at most; returns false if the channel failed.
+/// Switches and waits for the picture, at most for `wait`. Returns false if the channel failed.
 QCoro::Task<bool> switchTo(Services& services, Channel channel, std::chrono::milliseconds wait) {
     QTimer timeout;
     timeout.setSingleShot(true);
@@ -126,7 +126,7 @@ QCoro::Task<bool> switchThrough(Services& services, int count) {
     for (int i = 1; i <= count; ++i) {
         const bool waits = i % 3 == 0;
         const Channel channel = waits ? silent : channels.at(i % channels.size());
-        const std::chrono::milliseconds wait = waits ? silentChannelWait : pictureTimeout;
+        const std::chrono::milliseconds wait = waits ? leaveAfter : pictureTimeout;
         QElapsedTimer timer;
         timer.start();
         std::ignore = heartbeat.takeLongest();
@@ -147,7 +147,7 @@ QCoro::Task<> run(Services& services, int count, int& exitCode) {
     services.player.stop();
     co_await services.tasks.join();
     co_await services.teardown.empty();
-    // Not quit(): it asks the window first, which refuses to close.
+    // Not quit(): that asks the window first, which refuses to close.
     QCoreApplication::exit(0);
 }
 
@@ -160,7 +160,7 @@ int main(int argc, char** argv) {
     }
     limitMemoryArenas();
     const QApplication application(argc, argv);
-    std::setlocale(LC_NUMERIC, "C");
+    useNumericCLocale();
     const QTemporaryDir folder;
     const Environment environment = Environment::read();
     Services services(environment, folder.filePath(u"preferences.json"_s),

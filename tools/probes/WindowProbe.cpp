@@ -3,6 +3,7 @@
 // keys, menus and settings. Answers each line with "done" and the value that was asked for.
 #include "app/Collaborators.h"
 #include "app/Services.h"
+#include "platform/media/MpvInstance.h"
 #include "platform/media/VideoView.h"
 #include "platform/system/Memory.h"
 #include "platform/system/TerminationSignals.h"
@@ -12,7 +13,6 @@
 #include <QSocketNotifier>
 #include <QStandardPaths>
 
-#include <clocale>
 #include <iostream>
 #include <string>
 
@@ -68,7 +68,7 @@ int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "xcb");
     QApplication::setQuitOnLastWindowClosed(false);
     const QApplication application(argc, argv);
-    std::setlocale(LC_NUMERIC, "C");
+    useNumericCLocale();
     const Environment environment = Environment::read();
     Services services(environment,
                       QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +

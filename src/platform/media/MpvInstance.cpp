@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/media/MpvInstance.h"
 
+#include "base/Logging.h"
 #include "platform/media/EmptyCaBundle.h"
 
 #include <mpv/client.h>
 #include <mpv/render.h>
 
 #include <array>
+#include <clocale>
 #include <utility>
 
 namespace orvane {
@@ -71,17 +73,24 @@ void apply(mpv_handle* handle, const Options& list) {
 
 } // namespace
 
+void useNumericCLocale() {
+    std::setlocale(LC_NUMERIC, "C");
+}
+
 mpv_handle* MpvInstance::makeHandle(VideoOutput output) {
     mpv_handle* handle = mpv_create();
-    if (handle == nullptr)
+    if (handle == nullptr) {
+        qCWarning(logPlayer, "Cannot create an mpv handle");
         return nullptr;
+    }
     apply(handle, options);
     mpv_set_option_string(handle, "tls-ca-file", emptyCaBundlePath().c_str());
     if (output == VideoOutput::openGL)
         apply(handle, openGLOptions);
     else
         apply(handle, softwareOptions);
-    if (mpv_initialize(handle) < 0) {
+    if (const int error = mpv_initialize(handle); error < 0) {
+        qCWarning(logPlayer, "Cannot initialize mpv: %s", mpv_error_string(error));
         mpv_terminate_destroy(handle);
         return nullptr;
     }
@@ -105,7 +114,9 @@ MpvInstance::~MpvInstance() {
 
 bool MpvInstance::createRenderContext(mpv_render_param* parameters,
                                       VideoSource::ContextScope contextScope) {
-    if (mpv_render_context_create(&m_renderContext, m_handle, parameters) < 0) {
+    if (const int error = mpv_render_context_create(&m_renderContext, m_handle, parameters);
+        error < 0) {
+        qCWarning(logPlayer, "Cannot create a video renderer: %s", mpv_error_string(error));
         m_renderContext = nullptr;
         return false;
     }

@@ -16,13 +16,18 @@ struct mpv_render_param;
 
 namespace orvane {
 
+/// Makes numbers use the C locale (`LC_NUMERIC`), without which mpv creates no handle: a decimal
+/// comma would break its options. Called by `main` after the application object is created, which
+/// sets the user's locale, and before other threads start. Main thread.
+void useNumericCLocale();
+
 /// One mpv handle and the render context that belongs to it. Main thread; mpv's own threads only
 /// wake it. Destroying a handle can take a few hundred milliseconds, so an instance is not deleted
 /// directly but given to a `MpvTeardownQueue`.
 class MpvInstance final {
 public:
-    /// Returns null if mpv cannot be set up. Any thread; takes some milliseconds. mpv requires the
-    /// C locale for numbers (`LC_NUMERIC`).
+    /// Returns null if mpv cannot be set up. Any thread; takes some milliseconds. Needs
+    /// `useNumericCLocale`.
     [[nodiscard]] static mpv_handle* makeHandle(VideoOutput output);
     /// Takes ownership of the handle.
     explicit MpvInstance(mpv_handle* handle);

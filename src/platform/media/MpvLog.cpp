@@ -1,17 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/media/MpvLog.h"
 
-#include <mpv/client.h>
+#include "base/Logging.h"
 
-#include <clocale>
+#include <mpv/client.h>
 
 namespace orvane {
 
 MpvLog::MpvLog() {
-    std::setlocale(LC_NUMERIC, "C");
     m_handle = mpv_create();
-    if (m_handle == nullptr)
+    if (m_handle == nullptr) {
+        qCWarning(logPlayer, "Cannot create mpv's log handle");
         return;
+    }
     mpv_request_log_messages(m_handle, "warn");
     mpv_set_wakeup_callback(
         m_handle, [](void* call) { static_cast<DeferredCall*>(call)->schedule(); },
@@ -32,7 +33,10 @@ void MpvLog::drain() {
             break;
         if (event->event_id == MPV_EVENT_LOG_MESSAGE) {
             const auto* message = static_cast<const mpv_event_log_message*>(event->data);
-            Q_EMIT line(QString::fromUtf8(message->text));
+            const QString text = QString::fromUtf8(message->text);
+            qCWarning(logPlayer, "mpv: %s: %s", message->prefix,
+                      qUtf8Printable(withoutSecrets(text.trimmed())));
+            Q_EMIT line(text);
         }
     }
 }

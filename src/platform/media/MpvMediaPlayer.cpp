@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/media/MpvMediaPlayer.h"
 
+#include "base/Logging.h"
+
 #include <QCoroFuture>
 #include <QtConcurrentRun>
 
 #include <mpv/client.h>
 
 #include <algorithm>
-#include <clocale>
 #include <string_view>
 
 namespace orvane {
@@ -142,12 +143,15 @@ void MpvMediaPlayer::enterPhase() {
         open();
         break;
     case Phase::playing:
+        qCInfo(logPlayer, "Playing");
         m_monitor.started();
         pollPosition();
         checkMonitor();
         Q_EMIT statusChanged();
         break;
     case Phase::failed:
+        qCWarning(logPlayer, "Failed: %s",
+                  qUtf8Printable(withoutSecrets(error().value_or(u"unknown reason"_s))));
         pollPosition();
         m_audioTimer.stop();
         Q_EMIT statusChanged();
@@ -163,6 +167,7 @@ void MpvMediaPlayer::open() {
         return;
     }
     const QByteArray address = m_url.toEncoded();
+    qCInfo(logPlayer, "Opening %s", qUtf8Printable(withoutSecrets(m_url.toString())));
     m_instance->command({"loadfile", address.constData()});
     m_monitor.opened(now());
 }
@@ -246,6 +251,7 @@ void MpvMediaPlayer::handleAudioOutput(std::string_view output) {
         m_audio.hasWorked = true;
         m_audioTimer.stop();
     } else if (m_audio.hasWorked) {
+        qCWarning(logPlayer, "The audio output is lost");
         m_audioTimer.start();
     }
 }
@@ -279,7 +285,6 @@ QCoro::Task<std::unique_ptr<MediaPlayer>> MpvMediaPlayerFactory::make(QUrl url,
     co_await m_teardown.room(stop);
     if (stop.stop_requested())
         co_return std::unique_ptr<MediaPlayer>();
-    std::setlocale(LC_NUMERIC, "C");
     const QFuture<mpv_handle*> making =
         QtConcurrent::run(&m_makers, MpvInstance::makeHandle, m_output);
     mpv_handle* handle = co_await making;

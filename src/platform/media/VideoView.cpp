@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/media/VideoView.h"
 
+#include "base/Logging.h"
 #include "platform/media/OpenGLVideoView.h"
 #include "platform/media/SoftwareVideoView.h"
 
@@ -48,16 +49,18 @@ bool isSoftwareRasteriser(const QByteArray& renderer) {
 } // namespace
 
 VideoOutput chooseVideoOutput(VideoOutput wish) {
-    if (wish == VideoOutput::software || (wish == VideoOutput::automatic && !hasGraphicsDevice()))
+    if (wish == VideoOutput::software || (wish == VideoOutput::automatic && !hasGraphicsDevice())) {
+        qCInfo(logPlayer, "Drawing video in software");
         return VideoOutput::software;
+    }
     const QByteArray renderer = openGLRenderer();
-    if (wish == VideoOutput::automatic)
-        return renderer.isEmpty() || isSoftwareRasteriser(renderer) ? VideoOutput::software
-                                                                    : VideoOutput::openGL;
-    if (!renderer.isEmpty())
-        return VideoOutput::openGL;
-    qWarning("OpenGL does not work, drawing video in software");
-    return VideoOutput::software;
+    if (wish == VideoOutput::openGL && renderer.isEmpty())
+        qWarning("OpenGL does not work, drawing video in software");
+    const bool works =
+        !renderer.isEmpty() && (wish == VideoOutput::openGL || !isSoftwareRasteriser(renderer));
+    qCInfo(logPlayer, "Drawing video %s, OpenGL renderer: \"%s\"",
+           works ? "with OpenGL" : "in software", renderer.constData());
+    return works ? VideoOutput::openGL : VideoOutput::software;
 }
 
 VideoView::VideoView(VideoOutput output, QWidget* parent) : QWidget(parent) {

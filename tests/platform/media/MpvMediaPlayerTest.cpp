@@ -19,7 +19,7 @@ using test::runUntil;
 
 namespace {
 
-/// The real media library without a picture.
+/// Players with the real libmpv and without a view.
 class MpvMediaPlayerTest : public testing::Test {
 protected:
     ~MpvMediaPlayerTest() override { QCoro::waitFor(teardown.empty()); }
