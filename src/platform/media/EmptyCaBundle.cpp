@@ -12,8 +12,7 @@ namespace orvane {
 
 namespace {
 
-/// The key to it was thrown away when it was made. An empty file would be reported as a fault of
-/// the connection.
+/// Its private key does not exist any more. An empty file would be reported as a connection error.
 constexpr std::string_view authority =
     "-----BEGIN CERTIFICATE-----\n"
     "MIIBejCCAR+gAwIBAgIURs9WMnDUKtUf3O6T9djYUSwGTvYwCgYIKoZIzj0EAwIw\n"
