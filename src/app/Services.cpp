@@ -27,7 +27,7 @@ Services::Services(const Environment& environment, const QString& preferencesPat
       registry(preferences),
       state(preferences, notifications),
       http(AppConstants::appName),
-      telemetry(defaults, environment.telemetry),
+      telemetry(defaults, http, environment.telemetry),
       players(teardown, chosenOutput),
       ytDlpTool(HostFileSystem::real(), processes, clock, http, environment.ytDlpSources),
       ytDlp(ytDlpTool, tasks),

@@ -22,14 +22,14 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// What has to be in the environment before the toolkit starts and before a child inherits it.
+/// Prepares the environment for Qt and for child processes.
 void prepareEnvironment(const QString& platform) {
-    // What pip installs for one person lies here, and a login manager's path often lacks it.
+    // pip installs for a single user here, and a login manager's PATH often lacks it.
     const QString path =
         searchPathWith(qEnvironmentVariable("PATH"), QDir::homePath() + u"/.local/bin"_s);
     qputenv("PATH", path.toLocal8Bit());
     qputenv("QT_QPA_PLATFORM", platform.toLocal8Bit());
-    // The media library's hardware decoding needs EGL.
+    // mpv's hardware decoding needs EGL.
     if (!qEnvironmentVariableIsSet("QT_XCB_GL_INTEGRATION"))
         qputenv("QT_XCB_GL_INTEGRATION", "xcb_egl");
 }
@@ -39,7 +39,7 @@ QString preferencesPath() {
            u"/orvane/preferences.json"_s;
 }
 
-/// The words after the program's name.
+/// Returns the arguments after the program's name.
 QStringList argumentsOf(int argc, char** argv) {
     QStringList arguments;
     for (int i = 1; i < argc; ++i)
@@ -47,7 +47,7 @@ QStringList argumentsOf(int argc, char** argv) {
     return arguments;
 }
 
-void prepareToolkit() {
+void prepareQt() {
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setApplicationName(AppConstants::appName);
     QApplication::setApplicationVersion(AppConstants::appVersion);
@@ -64,7 +64,7 @@ int main(int argc, char** argv) {
     Launch::Start& start = std::get<Launch::Start>(launch);
 
     prepareEnvironment(start.platform);
-    prepareToolkit();
+    prepareQt();
     const QApplication application(argc, argv);
     QApplication::setWindowIcon(applicationIcon());
     useNumericCLocale();
@@ -79,9 +79,8 @@ int main(int argc, char** argv) {
     if (start.instance)
         Launch::serve(*start.instance, delegate);
     const int code = QApplication::exec();
-    // What has not ended would be waited for on the ordinary way out.
-    if (!delegate.isDrained() || services.http.hasUnansweredRequests() ||
-        services.telemetry.hasUnansweredRequests()) {
+    // Returning would run destructors that wait for what has not ended.
+    if (!delegate.isDrained() || services.http.hasUnansweredRequests()) {
         services.defaults.synchronize();
         std::_Exit(code);
     }

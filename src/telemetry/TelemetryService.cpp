@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "telemetry/TelemetryService.h"
 
+#include "base/Logging.h"
 #include "model/Channel.h"
 #include "platform/system/HttpClient.h"
 #include "settings/UserDefaults.h"
@@ -8,8 +9,6 @@
 #include <QCryptographicHash>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QNetworkReply>
-#include <QNetworkRequest>
 #include <QUuid>
 
 namespace orvane {
@@ -21,17 +20,19 @@ namespace {
 constexpr QLatin1StringView appID{"5D2C8E41-7A93-4B6F-9E20-3C1A8F64B7D5"};
 constexpr QLatin1StringView userIDKey{"lumenfold.orvane.telemetryUserID"};
 
-/// 36 characters, upper-case.
+/// Returns a new UUID in upper case, 36 characters.
 QString randomID() {
     return QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
 }
 
 } // namespace
 
-TelemetryService::TelemetryService(UserDefaults& defaults, std::optional<Origin> endpoint)
-    : m_defaults(defaults), m_endpoint(std::move(endpoint)), m_sessionID(randomID()) {}
-
-TelemetryService::~TelemetryService() = default;
+TelemetryService::TelemetryService(UserDefaults& defaults, HttpClient& http,
+                                   std::optional<Origin> endpoint)
+    : m_defaults(defaults),
+      m_http(http),
+      m_endpoint(std::move(endpoint)),
+      m_sessionID(randomID()) {}
 
 void TelemetryService::appLaunched() {
     send(u"appLaunched"_s);
@@ -59,34 +60,12 @@ void TelemetryService::send(const QString& signal, const QJsonObject& payload) {
                              {u"type"_s, signal},
                              {u"payload"_s, payload}};
     const QByteArray body = QJsonDocument(QJsonArray{object}).toJson(QJsonDocument::Compact);
-    // Whoever tells of something goes on first with what it was.
+    qCInfo(logTelemetry).noquote() << "sending" << signal;
+    // Deferred, so that sending does not delay what the signal is about.
     const QUrl address(m_endpoint->address(u"/v2/"));
     QMetaObject::invokeMethod(
-        this, [this, address, body] { post(address, body); }, Qt::QueuedConnection);
-}
-
-void TelemetryService::post(const QUrl& address, const QByteArray& body) {
-    if (!m_network)
-        m_network = std::make_unique<QNetworkAccessManager>();
-    QNetworkRequest request(address);
-    request.setHeader(QNetworkRequest::ContentTypeHeader, u"application/json"_s);
-    request.setTransferTimeout(static_cast<int>(patience.count()));
-    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
-                         QNetworkRequest::ManualRedirectPolicy);
-    // A cookie would be one more name for the person.
-    request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
-    request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
-
-    ++m_unanswered;
-    QNetworkReply* reply = m_network->post(request, body);
-    connect(reply, &QNetworkReply::finished, this, [this, reply] {
-        if (wasAnswered(*reply))
-            --m_unanswered;
-        reply->deleteLater();
-    });
-    // The answer has begun, so the signal has arrived. Nobody reads the rest, however long it is.
-    connect(reply, &QNetworkReply::metaDataChanged, reply, &QNetworkReply::abort,
-            Qt::QueuedConnection);
+        this, [this, address, body] { m_http.post(address, body, u"application/json"_s); },
+        Qt::QueuedConnection);
 }
 
 const QString& TelemetryService::userID() {

@@ -167,9 +167,10 @@ TEST_F(AppDelegateTest, TellsOfTheLaunchAndOfWhatIsChosenInTheMenu) {
     test::LoopbackServer server;
     Program run(path, {.telemetry = server.origin()});
     TelemetryService& telemetry = run.services.telemetry;
+    const HttpClient& http = run.services.http;
     const auto arrived = [&](qsizetype count) {
         return runUntil(
-            [&] { return server.received.size() >= count && !telemetry.hasUnansweredRequests(); });
+            [&] { return server.received.size() >= count && !http.hasUnansweredRequests(); });
     };
     run.delegate.applicationDidFinishLaunching();
     EXPECT_EQ(run.channel(), first);

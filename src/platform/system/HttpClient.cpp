@@ -98,8 +98,13 @@ QNetworkReply* HttpClient::send(const QString& address, std::chrono::millisecond
 }
 
 QNetworkReply* HttpClient::send(const QNetworkRequest& request) {
-    ++m_unanswered;
     QNetworkReply* reply = m_network.get(request);
+    track(reply);
+    return reply;
+}
+
+void HttpClient::track(QNetworkReply* reply) {
+    ++m_unanswered;
     QObject::connect(reply, &QNetworkReply::finished, &m_network, [this, reply] {
         if (wasAnswered(*reply))
             --m_unanswered;
@@ -107,7 +112,22 @@ QNetworkReply* HttpClient::send(const QNetworkRequest& request) {
             qCWarning(logNetwork).noquote() << withoutSecrets(reply->url().toString())
                                             << "failed:" << withoutSecrets(reply->errorString());
     });
-    return reply;
+}
+
+void HttpClient::post(const QUrl& address, const QByteArray& body, const QString& contentType) {
+    QNetworkRequest request(address);
+    request.setHeader(QNetworkRequest::ContentTypeHeader, contentType);
+    request.setTransferTimeout(static_cast<int>(defaultTimeout.count()));
+    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
+                         QNetworkRequest::ManualRedirectPolicy);
+    request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
+    request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
+    QNetworkReply* reply = m_network.post(request, body);
+    track(reply);
+    QObject::connect(reply, &QNetworkReply::finished, reply, &QObject::deleteLater);
+    // The head of the answer says that the request has arrived. The rest may be of any length.
+    QObject::connect(reply, &QNetworkReply::metaDataChanged, reply, &QNetworkReply::abort,
+                     Qt::QueuedConnection);
 }
 
 QNetworkReply* HttpClient::sendSecurely(const SecureRequest& secure) {

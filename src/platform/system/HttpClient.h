@@ -83,6 +83,10 @@ public:
     [[nodiscard]] QCoro::Task<std::expected<Body, TransferError>> fetchAll(SecureRequest request,
                                                                            std::stop_token stop);
 
+    /// Sends `body` and returns at once. The answer is not awaited, and not read beyond its head;
+    /// redirects are not followed, and cookies neither sent nor kept. Failures are ignored.
+    void post(const QUrl& address, const QByteArray& body, const QString& contentType);
+
     /// Whether the exit of the program may have to wait for a server; see `wasAnswered`.
     [[nodiscard]] bool hasUnansweredRequests() const { return m_unanswered > 0; }
 
@@ -93,6 +97,8 @@ private:
     [[nodiscard]] QNetworkReply* sendSecurely(const SecureRequest& request);
 
     [[nodiscard]] QNetworkReply* send(const QNetworkRequest& request);
+    /// Counts `reply` as unanswered until it is not.
+    void track(QNetworkReply* reply);
 
     QString m_userAgent;
     int m_unanswered = 0;
