@@ -4,6 +4,9 @@
 #include "app/AppDelegate.h"
 #include "app/commands/ChannelText.h"
 #include "app/commands/CommandLine.h"
+#include "app/commands/Revision.h"
+#include "app/commands/Versions.h"
+#include "base/Logging.h"
 #include "model/AppConstants.h"
 #include "platform/windowing/DisplayChoice.h"
 #include "platform/windowing/X11.h"
@@ -25,10 +28,10 @@ namespace {
 constexpr int failed = 1;
 constexpr int notUnderstood = 2;
 
-/// For a copy that is only just starting on a busy machine, and for a person who waits.
-constexpr std::chrono::seconds claimPatience{10};
-/// For a message of a few bytes that is under way already.
-constexpr std::chrono::seconds messagePatience{3};
+/// Long enough for another copy that is just starting on a busy machine.
+constexpr std::chrono::seconds claimTimeout{10};
+/// For the rest of a message of a few bytes.
+constexpr std::chrono::seconds messageTimeout{3};
 
 Exit print(const QByteArray& text) {
     std::fwrite(text.constData(), 1, static_cast<std::size_t>(text.size()), stdout);
@@ -51,7 +54,7 @@ QList<Channel> allChannels(const QString& preferencesPath) {
     return ChannelRegistry(preferences).all();
 }
 
-/// Puts the id in the place of what the person typed; gives a complaint where there is none.
+/// Replaces what the user typed by the channel's id, or returns why there is no such channel.
 std::optional<QString> lookUp(Verb::Play& play, const QList<Channel>& channels) {
     const ChannelLookup::Result result = ChannelLookup::find(channels, play.text);
     if (const auto* channel = std::get_if<Channel>(&result)) {
@@ -75,7 +78,7 @@ std::optional<QString> lookUpChannels(QList<Verb::Value>& verbs, const QString& 
 }
 
 std::optional<InstanceAddress> address(const QString& preferencesPath) {
-    // Copies that go by other settings have other channels too, so they are asked other things.
+    // Another preferences file means other channels, so its copy is a different program to ask.
     return instanceAddress(instanceFolders(u"orvane"_s),
                            instanceName(qEnvironmentVariable("DISPLAY"),
                                         qEnvironmentVariable("WAYLAND_DISPLAY"),
@@ -88,10 +91,10 @@ SingleInstance::Claim claim(const QList<Verb::Value>& verbs, const QString& pref
         return SingleInstance::Failure::noLock;
     const QByteArray message =
         Verb::encode(verbs.isEmpty() ? QList{Verb::Value(Verb::Show{})} : verbs);
-    return SingleInstance::claim(*place, message, claimPatience);
+    return SingleInstance::claim(*place, message, claimTimeout);
 }
 
-/// Without one there is no session in which a copy could run or be looked for.
+/// Without a display no copy can run in this session.
 bool hasDisplay() {
     return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ||
            qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
@@ -142,7 +145,7 @@ Outcome run(QList<Verb::Value> verbs, const QString& preferencesPath) {
     return start(std::get<std::unique_ptr<SingleInstance>>(std::move(result)), verbs);
 }
 
-/// One for each thing that a command line can ask for.
+/// Carries out each kind of command.
 struct CarryOut {
     const QString& preferencesPath;
 
@@ -150,7 +153,7 @@ struct CarryOut {
         return print(CommandLine::help().toUtf8());
     }
     Outcome operator()(const CommandLine::ShowVersion&) const {
-        return print((AppConstants::appName + u' ' + AppConstants::appVersion + u'\n').toUtf8());
+        return print(versionText().toUtf8());
     }
     Outcome operator()(const CommandLine::ListChannels& list) const {
         const QList<Channel> channels = allChannels(preferencesPath);
@@ -159,6 +162,9 @@ struct CarryOut {
                          : ChannelText::table(channels).toUtf8());
     }
     Outcome operator()(const CommandLine::Run& command) const {
+        if (command.isVerbose)
+            enableVerboseLogging();
+        qCInfo(logApp).noquote() << AppConstants::appName << AppConstants::appVersion << revision;
         return run(command.verbs, preferencesPath);
     }
 };
@@ -184,7 +190,7 @@ void serve(SingleInstance& instance, AppDelegate& delegate) {
                 delegate.perform(verb);
             return MessageServer::Answer::done;
         },
-        messagePatience);
+        messageTimeout);
 }
 
 } // namespace orvane::Launch

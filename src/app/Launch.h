@@ -15,29 +15,29 @@ namespace orvane {
 
 class AppDelegate;
 
-/// What a start of the program comes to before there is an application object, a display or a bus:
-/// it prints something, or has the copy that runs do what was asked, or is to become that copy.
-/// Used by `main` alone.
+/// Decides what a start of the program does, before there is an application object, a display or a
+/// bus: print something, pass the verbs on to the running copy, or become that copy. Used by
+/// `main`.
 namespace Launch {
 
 struct Exit {
     int code = 0;
 };
 struct Start {
-    /// Null where the machine has no place for a lock; the program then runs without one.
+    /// Null if no place for a lock can be used; the program then runs without one.
     std::unique_ptr<SingleInstance> instance;
     QList<Verb::Value> verbs;
-    /// The toolkit's platform.
+    /// The name of Qt's platform plugin.
     QString platform;
 };
 using Outcome = std::variant<Exit, Start>;
 
-/// Prints what there is to say. One copy runs for each user, X display and preferences file: two
-/// logins of a person on two displays each have their own. Waits for another copy up to 10 seconds.
+/// Prints messages itself. One copy runs for each user, X display and preferences file, so a user
+/// who is logged in on two displays has two. Waits for another copy for up to 10 seconds.
 [[nodiscard]] Outcome prepare(const QStringList& arguments, const QString& preferencesPath);
 
-/// Has `delegate` do what other starts ask for, until it begins to end. Both outlive the other's
-/// event loop.
+/// Passes what other starts ask for to `delegate` until that terminates. Both live until the event
+/// loop has ended.
 void serve(SingleInstance& instance, AppDelegate& delegate);
 
 } // namespace Launch

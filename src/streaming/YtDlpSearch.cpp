@@ -72,12 +72,18 @@ QString systemPython(const HostFileSystem& host) {
     return host.systemPath(u"/usr/bin/python3"_s);
 }
 
-QCoro::Task<std::optional<YtDlpCommand>> searchForYtDlp(ToolRunner& tools, YtDlpSearch search) {
+std::optional<QString> findInPlaces(const HostFileSystem& host, const YtDlpSearch& search) {
     for (const Place& place : search.places) {
-        const QString path = realPath(tools.host(), place);
+        QString path = realPath(host, place);
         if (isAccepted(path, search.accepts))
-            co_return YtDlpCommand{YtDlpCommand::Kind::executable, path};
+            return path;
     }
+    return std::nullopt;
+}
+
+QCoro::Task<std::optional<YtDlpCommand>> searchForYtDlp(ToolRunner& tools, YtDlpSearch search) {
+    if (const std::optional<QString> path = findInPlaces(tools.host(), search))
+        co_return YtDlpCommand{YtDlpCommand::Kind::executable, *path};
     if (search.which) {
         const QString which = tools.host().systemPath(u"/usr/bin/which"_s);
         const QStringList name{u"yt-dlp"_s};

@@ -45,6 +45,10 @@ struct YtDlpSearch {
 /// The system's Python.
 [[nodiscard]] QString systemPython(const HostFileSystem& host);
 
+/// Returns the first of the search's fixed places that has a file it accepts. Any thread.
+[[nodiscard]] std::optional<QString> findInPlaces(const HostFileSystem& host,
+                                                  const YtDlpSearch& search);
+
 /// Carries out a search, whatever was found before. `tools` must outlive it.
 [[nodiscard]] QCoro::Task<std::optional<YtDlpCommand>> searchForYtDlp(ToolRunner& tools,
                                                                       YtDlpSearch search);

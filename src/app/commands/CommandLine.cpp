@@ -3,6 +3,9 @@
 
 #include "base/EditDistance.h"
 
+#include <QCommandLineParser>
+#include <QHash>
+
 #include <algorithm>
 
 namespace orvane::CommandLine {
@@ -13,12 +16,14 @@ namespace {
 
 constexpr QLatin1StringView list{"list"};
 constexpr QLatin1StringView json{"json"};
+constexpr QLatin1StringView verbose{"verbose"};
 constexpr QLatin1StringView version{"version"};
+constexpr QLatin1StringView sessionOption{"session"};
 constexpr QLatin1StringView helpOption{"help"};
 
 struct Option {
     QString name;
-    /// What stands for its value in the help; empty when it has none.
+    /// The placeholder of its value in the help; empty if it has none.
     QString value;
     QString explanation;
 };
@@ -27,17 +32,18 @@ const QList<Option>& options() {
     static const QList<Option> table{
         {u"play"_s, u"ID|NAME"_s, u"play this channel, by its id or one of its names"_s},
         {u"next"_s, {}, u"play the next of the enabled channels"_s},
-        {u"previous"_s, {}, u"play the one before"_s},
-        {u"mute"_s, {}, u"mute, or unmute"_s},
-        {u"toggle-ghost"_s, {}, u"turn ghost mode on, or off"_s},
+        {u"previous"_s, {}, u"play the previous of them"_s},
+        {u"mute"_s, {}, u"mute or unmute"_s},
+        {u"toggle-ghost"_s, {}, u"turn ghost mode on or off"_s},
         {u"settings"_s, {}, u"open the settings"_s},
         {u"add"_s, u"TEXT"_s,
          u"look up a channel to add: a link, a handle or a name; \"\" to be asked"_s},
-        {u"quit"_s, {}, u"end the running Orvane; without one, do nothing"_s},
+        {u"quit"_s, {}, u"quit the running Orvane; if there is none, do nothing"_s},
         {list, {}, u"print id, category and name of every channel"_s},
         {json, {}, u"with --list: as JSON"_s},
-        {version, {}, u"print the version"_s},
-        {helpOption, {}, u"print this"_s},
+        {verbose, {}, u"log to the standard error, for the copy that this starts"_s},
+        {version, {}, u"print the version of Orvane and of what it uses"_s},
+        {helpOption, {}, u"print this help"_s},
     };
     return table;
 }
@@ -46,50 +52,81 @@ std::unexpected<UsageError> usageError(const QString& message) {
     return std::unexpected(UsageError{message});
 }
 
-std::unexpected<UsageError> unknownOption(const QString& name) {
-    QString message = u"there is no option --"_s + name;
-    for (const Option& option : options()) {
-        if (isLikelyTypo(name, option.name))
-            return usageError(message + u"; did you mean --"_s + option.name + u'?');
-    }
-    return usageError(message);
+QString unexpectedArgument(const QString& argument) {
+    return u"unexpected argument \"%1\""_s.arg(argument);
 }
 
-/// One word or two: an option and its value.
+QString unknownOption(const QString& name) {
+    const QString message = unexpectedArgument(u"--"_s + name);
+    for (const Option& option : options()) {
+        if (isLikelyTypo(name, option.name))
+            return message + u"; did you mean --"_s + option.name + u'?';
+    }
+    return message;
+}
+
+/// An option with its value.
 struct Word {
     QString name;
     QString value;
 };
 
-/// Takes the first option off the list.
-std::expected<Word, UsageError> takeOption(QStringList& rest) {
-    QString first = rest.takeFirst();
-    if (first == u"-h")
-        first = u"--help"_s;
-    if (!first.startsWith(u"--"))
-        return usageError(u"\"%1\" is no option"_s.arg(first));
-    const qsizetype equals = first.indexOf(u'=');
-    const QString name = first.sliced(2, (equals < 0 ? first.size() : equals) - 2);
-    const auto option = std::ranges::find(options(), name, &Option::name);
-    if (option == options().end())
-        return unknownOption(name);
-    if (option->value.isEmpty())
-        return equals < 0 ? std::expected<Word, UsageError>(Word{name, {}})
-                          : usageError(u"--%1 has no value"_s.arg(name));
-    // An option is not another one's value, unless it is attached to it.
-    std::optional<QString> value;
-    if (equals >= 0)
-        value = first.sliced(equals + 1);
-    else if (!rest.isEmpty() && !rest.first().startsWith(u"--"))
-        value = rest.takeFirst();
-    // What is added can still be typed where it is asked for.
-    const bool mayBeBlank = name == Verb::Add::name;
-    if (!value || (value->trimmed().isEmpty() && !mayBeBlank))
-        return usageError(u"--%1 needs %2"_s.arg(name, option->value));
-    return Word{name, *value};
+void addOptions(QCommandLineParser& parser) {
+    // A session manager starts the program with "-session ID" to restore it; Qt reads that later.
+    parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
+    parser.addOption({sessionOption, {}, sessionOption});
+    for (const Option& option : options()) {
+        QStringList names{option.name};
+        if (option.name == helpOption)
+            names += u"h"_s;
+        parser.addOption({names, option.explanation, option.value});
+    }
 }
 
-std::expected<Command, UsageError> commandOf(const QList<Word>& words) {
+/// Returns what is wrong with the value of `option`, or an empty text. `arguments` are all words of
+/// the command line.
+QString valueError(const Option& option, const QString& value, const QStringList& arguments) {
+    // The parser also takes the next option as a value; only "--add=--x" means a leading "--".
+    const bool isOption = value.startsWith(u"--") && arguments.contains(value);
+    // The text to add can still be typed into the page that opens.
+    const bool isMissing = value.trimmed().isEmpty() && option.name != Verb::Add::name;
+    return isOption || isMissing ? u"--%1 needs %2"_s.arg(option.name, option.value) : QString();
+}
+
+/// Returns the options in the order in which they were typed.
+std::expected<QList<Word>, UsageError> optionsOf(const QStringList& arguments) {
+    QCommandLineParser parser;
+    addOptions(parser);
+    const bool isParsed = parser.parse(QStringList{u"orvane"_s} + arguments);
+    if (!parser.unknownOptionNames().isEmpty())
+        return usageError(unknownOption(parser.unknownOptionNames().first()));
+    if (!isParsed)
+        return usageError(parser.errorText());
+    if (!parser.positionalArguments().isEmpty())
+        return usageError(unexpectedArgument(parser.positionalArguments().first()));
+    QHash<QString, QStringList> values;
+    QList<Word> words;
+    for (const QString& typed : parser.optionNames()) {
+        const QString name = typed == u"h" ? QString(helpOption) : typed;
+        const auto option = std::ranges::find(options(), name, &Option::name);
+        if (option == options().end())
+            continue;
+        Word word{name, {}};
+        if (!option->value.isEmpty()) {
+            if (!values.contains(name))
+                values[name] = parser.values(name);
+            word.value = values[name].takeFirst();
+            const QString error = valueError(*option, word.value, arguments);
+            if (!error.isEmpty())
+                return usageError(error);
+        }
+        words += word;
+    }
+    return words;
+}
+
+std::expected<Command, UsageError> commandOf(QList<Word> words) {
+    const bool isVerbose = words.removeIf([](const Word& w) { return w.name == verbose; }) > 0;
     const auto has = [&](QLatin1StringView name) {
         return std::ranges::find(words, name, &Word::name) != words.end();
     };
@@ -107,7 +144,7 @@ std::expected<Command, UsageError> commandOf(const QList<Word>& words) {
     }
     if (has(Verb::Quit::name) && words.size() > 1)
         return usageError(u"--quit goes with no other option"_s);
-    Run run;
+    Run run{.isVerbose = isVerbose};
     for (const Word& word : words) {
         std::optional<Verb::Value> verb = Verb::named(word.name);
         if (!verb)
@@ -122,28 +159,16 @@ std::expected<Command, UsageError> commandOf(const QList<Word>& words) {
 } // namespace
 
 std::expected<Command, UsageError> parse(const QStringList& arguments) {
-    QList<Word> words;
-    QStringList rest = arguments;
-    while (!rest.isEmpty()) {
-        // What a session manager starts the program with to bring it back; the toolkit takes it.
-        if (rest.first() == u"-session") {
-            rest.remove(0, std::min(rest.size(), qsizetype{2}));
-            continue;
-        }
-        auto word = takeOption(rest);
-        if (!word)
-            return std::unexpected(word.error());
-        words += *word;
-    }
-    return commandOf(words);
+    const auto words = optionsOf(arguments);
+    return words ? commandOf(*words) : std::unexpected(words.error());
 }
 
 QString help() {
     constexpr int column = 22;
-    QString text = u"Usage: orvane [OPTIONS]\n\n"
-                   "Plays live channels in a small window. While it runs, starting it again shows "
-                   "that window,\nand the options are carried out by the copy that runs, in their "
-                   "order.\n\n"_s;
+    QString text =
+        u"Usage: orvane [OPTIONS]\n\n"
+        "Plays live channels in a small window. While it runs, starting it again shows "
+        "that window,\nand the running copy carries out the options, in their order.\n\n"_s;
     for (const Option& option : options()) {
         const QString usage =
             u"  --"_s + option.name + (option.value.isEmpty() ? u""_s : u' ' + option.value);

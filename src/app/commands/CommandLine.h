@@ -12,8 +12,10 @@
 
 namespace orvane {
 
-/// What the words of a command line ask for. Values and pure functions; any thread. Nothing is
-/// looked up: the channels are as they were typed.
+/// Parses a command line. Values and pure functions; any thread; no application object is needed.
+/// Channels are not looked up: their names are as the user typed them. QCommandLineParser does the
+/// parsing but not the help, as it cannot name the program there before there is an application
+/// object.
 namespace CommandLine {
 
 struct ShowHelp {};
@@ -23,20 +25,21 @@ struct ListChannels {
     Format format = Format::table;
 };
 struct Run {
-    /// In the order in which they were typed; none for a plain start.
+    /// In the order in which they were typed; empty for a plain start.
     QList<Verb::Value> verbs;
+    bool isVerbose = false;
 };
 using Command = std::variant<Run, ShowHelp, ShowVersion, ListChannels>;
 
 struct UsageError {
-    /// For the person, without the program's name.
+    /// For the user, without the program's name.
     QString message;
 };
 
-/// `arguments` are the words after the program's name.
+/// `arguments` are those after the program's name.
 [[nodiscard]] std::expected<Command, UsageError> parse(const QStringList& arguments);
 
-/// Every option, on one screen.
+/// Returns the list of all options, which fits on one screen.
 [[nodiscard]] QString help();
 
 } // namespace CommandLine

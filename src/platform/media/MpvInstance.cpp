@@ -13,6 +13,8 @@
 
 namespace orvane {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 struct Option {
@@ -72,6 +74,11 @@ void apply(mpv_handle* handle, const Options& list) {
 }
 
 } // namespace
+
+QString mpvApiVersion() {
+    const unsigned long version = mpv_client_api_version();
+    return u"%1.%2"_s.arg(version >> 16U).arg(version & 0xFFFFU);
+}
 
 void useNumericCLocale() {
     std::setlocale(LC_NUMERIC, "C");

@@ -5,6 +5,8 @@
 #include "platform/media/VideoOutput.h"
 #include "platform/media/VideoSource.h"
 
+#include <QString>
+
 #include <cstdint>
 #include <functional>
 #include <vector>
@@ -20,6 +22,9 @@ namespace orvane {
 /// comma would break its options. Called by `main` after the application object is created, which
 /// sets the user's locale, and before other threads start. Main thread.
 void useNumericCLocale();
+
+/// Returns the version of the client API of the installed libmpv, such as "2.0". Any thread.
+[[nodiscard]] QString mpvApiVersion();
 
 /// One mpv handle and the render context that belongs to it. Main thread; mpv's own threads only
 /// wake it. Destroying a handle can take a few hundred milliseconds, so an instance is not deleted

@@ -32,8 +32,8 @@ TEST(CommandLine, KeepsVerbsInOrderWithTheirTexts) {
                       R"({"name":"next"},{"name":"next"})"_s));
     EXPECT_EQ(parsed({u"--add=--x=\n"_s}), message(uR"({"name":"add","text":"--x=\n"})"_s));
     EXPECT_EQ(parsed({u"--add"_s, u""_s}), message(uR"({"name":"add","text":""})"_s));
-    EXPECT_EQ(parsed({u"-session"_s, u"some_id"_s, u"--quit"_s}), message(uR"({"name":"quit"})"_s));
-    EXPECT_EQ(parsed({u"-session"_s}), message(u""_s));
+    EXPECT_EQ(parsed({u"-session"_s, u"some_id"_s, u"--verbose"_s, u"--quit"_s}),
+              message(uR"({"name":"quit"})"_s));
 }
 
 TEST(CommandLine, ShowsOneThingAndRefusesWhatMakesNoSense) {
@@ -42,18 +42,17 @@ TEST(CommandLine, ShowsOneThingAndRefusesWhatMakesNoSense) {
     EXPECT_EQ(parsed({u"--json"_s, u"--list"_s}), u"list json");
     EXPECT_EQ(parsed({u"--list"_s}), u"list");
     const QList<std::pair<QStringList, QString>> refused{
-        {{u"--mutee"_s}, u"there is no option --mutee; did you mean --mute?"_s},
-        {{u"--"_s}, u"there is no option --"_s},
-        {{u"dwnews"_s}, u"\"dwnews\" is no option"_s},
-        {{u""_s}, u"\"\" is no option"_s},
-        {{u"--play"_s}, u"--play needs ID|NAME"_s},
+        {{u"--mutee"_s}, u"unexpected argument \"--mutee\"; did you mean --mute?"_s},
+        {{u"dwnews"_s}, u"unexpected argument \"dwnews\""_s},
+        {{u""_s}, u"unexpected argument \"\""_s},
+        {{u"--play"_s}, u"Missing value after '--play'."_s},
         {{u"--add"_s, u"--mute"_s}, u"--add needs TEXT"_s},
         {{u"--play= "_s}, u"--play needs ID|NAME"_s},
-        {{u"--next=2"_s}, u"--next has no value"_s},
+        {{u"--next=2"_s}, u"Unexpected value after '--next'."_s},
         {{u"--json"_s}, u"--json needs --list"_s},
         {{u"--list"_s, u"--mute"_s}, u"--list goes with no other option but --json"_s},
         {{u"--quit"_s, u"--next"_s}, u"--quit goes with no other option"_s},
-        {{u"--show"_s}, u"there is no option --show"_s},
+        {{u"--show"_s}, u"unexpected argument \"--show\""_s},
     };
     for (const auto& [arguments, complaint] : refused)
         EXPECT_EQ(parsed(arguments), complaint);
