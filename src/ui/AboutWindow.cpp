@@ -17,7 +17,7 @@ namespace {
 
 constexpr QSizeF contentSize(320, 280);
 constexpr QRectF buttonFrame(110, 40, 100, 24);
-/// Beside the button's text, together.
+/// The sum of the space on both sides of the button's text.
 constexpr double buttonPadding = 16;
 
 QUrl webAddress(const QString& text) {
@@ -30,7 +30,7 @@ void addTexts(FormPage& page) {
     using enum QPalette::ColorRole;
     const Qt::Alignment centred = Qt::AlignHCenter;
     QLabel* icon = page.addLabel(u"📺"_s, {0, 200, 320, 70}, {.size = 64, .alignment = centred});
-    // The fonts of symbols have a plain one, and come first otherwise.
+    // Symbol fonts have a monochrome glyph and would be preferred otherwise.
     QFont glyphs = icon->font();
     glyphs.setFamilies({u"Noto Color Emoji"_s, glyphs.family()});
     icon->setFont(glyphs);
@@ -67,11 +67,11 @@ AboutWindow::AboutWindow(const QString& website)
     button->setObjectName(u"websiteButton"_s);
     setTextColor(*button, SystemColors::blue);
     connect(button, &QPushButton::clicked, this, &AboutWindow::openWebsite);
-    // A longer name takes room on both sides.
+    // The button grows to both sides for a longer host name.
     const double textWidth =
         button->fontMetrics().horizontalAdvance(host) / FormPage::scale() + buttonPadding;
-    const double more = std::max(0.0, textWidth - buttonFrame.width()) / 2;
-    page->place(button, buttonFrame.adjusted(-more, 0, more, 0));
+    const double growth = std::max(0.0, textWidth - buttonFrame.width()) / 2;
+    page->place(button, buttonFrame.adjusted(-growth, 0, growth, 0));
 }
 
 void AboutWindow::openWebsite() const {

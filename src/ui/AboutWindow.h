@@ -6,17 +6,16 @@
 
 namespace orvane {
 
-/// Names the program, its version and what it does, with a link to its web page. Put away by its
-/// own button or the Escape key, and kept for the next time. It floats as the player window does,
-/// which would lie on it otherwise. Made by the application controller when it is first asked for;
-/// main thread.
+/// Shows the program's name, version and purpose, with a link to its web page. Closing it, by its
+/// button or the Escape key, only hides it. It stays on top like the player window, which would
+/// cover it otherwise. Created by the application controller on first use; main thread.
 class AboutWindow final : public QDialog {
     Q_OBJECT
 
 public:
-    /// With the address of the web page that was built in.
+    /// Links to the web page that the build was configured with.
     AboutWindow();
-    /// An address that is none of the web has no button and opens nothing.
+    /// Without a valid http or https address there is no button and `openWebsite` does nothing.
     explicit AboutWindow(const QString& website);
 
     void openWebsite() const;

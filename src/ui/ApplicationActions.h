@@ -5,30 +5,30 @@
 
 namespace orvane {
 
-/// What menus and buttons ask of the application as a whole. Implemented by the application
-/// controller, which outlives every view; main thread. Input that makes no sense is ignored.
+/// The application-wide actions of menus and buttons. Implemented by the application controller,
+/// which outlives every view; main thread. Invalid arguments are ignored.
 class ApplicationActions {
 public:
     virtual ~ApplicationActions() = default;
 
-    /// Brings the player window to the front; where nothing is being played, as at launch.
+    /// Brings the player window to the front. If nothing plays, does what happens at launch.
     virtual void showPlayer() = 0;
-    /// Opens the player window with the channel of this id.
+    /// Opens the player window and plays the channel with this id.
     virtual void playChannel(const QString& id) = 0;
-    /// The same, because it was chosen in a menu.
+    /// The same, chosen in a menu.
     virtual void menuChannelSelected(const QString& id) = 0;
-    /// Stores the resolution of this raw value, and opens the current channel anew with it.
+    /// Stores the resolution with this raw value and reopens the current channel with it.
     virtual void menuResolutionSelected(const QString& rawValue) = 0;
     virtual void menuSleepTimer(int minutes) = 0;
     virtual void menuCancelSleepTimer() = 0;
-    /// Brings the settings to the front.
+    /// Brings the settings window to the front.
     virtual void menuOpenSettings() = 0;
-    /// The same, with the page for channels of one's own.
+    /// The same, with the page for custom channels.
     virtual void menuAddChannel() = 0;
     virtual void menuToggleGhostMode() = 0;
     virtual void menuShowAbout() = 0;
     virtual void menuCheckForUpdates() = 0;
-    /// Ends the program the orderly way.
+    /// Quits after an orderly shutdown.
     virtual void terminate() = 0;
 };
 

@@ -5,7 +5,7 @@ class QIcon;
 
 namespace orvane {
 
-/// Orvane's icon, for the tray and for windows. Main thread, once there is an application object.
+/// Returns Orvane's icon for the tray and the windows. Main thread; needs the application object.
 [[nodiscard]] QIcon applicationIcon();
 
 } // namespace orvane

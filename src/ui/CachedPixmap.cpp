@@ -6,23 +6,23 @@
 
 namespace orvane {
 
-const QPixmap& CachedPixmap::of(const QWidget& widget, const QString& shown, const Draw& draw) {
+const QPixmap& CachedPixmap::get(const QWidget& widget, const QString& content, const Draw& draw) {
     const qreal scale = widget.devicePixelRatioF();
-    const Grounds grounds{.shown = shown,
-                          .pixels = (QSizeF(widget.size()) * scale).toSize(),
-                          .scale = scale,
-                          .font = widget.font(),
-                          .colours = widget.palette().cacheKey()};
-    if (grounds != m_grounds) {
-        m_grounds = grounds;
-        m_picture = QPixmap(grounds.pixels);
-        m_picture.setDevicePixelRatio(scale);
-        m_picture.fill(Qt::transparent);
-        QPainter painter(&m_picture);
-        painter.setFont(grounds.font);
+    const Key key{.content = content,
+                  .pixels = (QSizeF(widget.size()) * scale).toSize(),
+                  .scale = scale,
+                  .font = widget.font(),
+                  .palette = widget.palette().cacheKey()};
+    if (key != m_key) {
+        m_key = key;
+        m_pixmap = QPixmap(key.pixels);
+        m_pixmap.setDevicePixelRatio(scale);
+        m_pixmap.fill(Qt::transparent);
+        QPainter painter(&m_pixmap);
+        painter.setFont(key.font);
         draw(painter);
     }
-    return m_picture;
+    return m_pixmap;
 }
 
 } // namespace orvane

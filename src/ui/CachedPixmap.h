@@ -12,32 +12,33 @@ class QWidget;
 
 namespace orvane {
 
-/// What a widget that lies over the video draws, kept until it would look different. The video has
-/// such a widget painted with each of its pictures, and laying out a text or unpacking an emoji
-/// takes longer than scaling the picture itself. A member of the widget; main thread.
+/// Caches what a widget above the video draws until it would look different. Such a widget is
+/// repainted with every video frame, and laying out text or rendering an emoji takes longer than
+/// scaling the frame itself. A member of the widget; main thread.
 class CachedPixmap {
 public:
     using Draw = std::function<void(QPainter&)>;
 
-    /// A picture of the size of the widget, transparent where nothing is drawn. `draw` is called
-    /// when the widget's size, scale, font or colours, or `shown`, are not those of the last call;
-    /// `shown` stands for whatever else the drawing depends on.
-    [[nodiscard]] const QPixmap& of(const QWidget& widget, const QString& shown, const Draw& draw);
+    /// Returns a pixmap of the widget's size, transparent where nothing is drawn. Calls `draw` if
+    /// the widget's size, scale, font or palette or `content` differ from those of the last call;
+    /// `content` stands for everything else that the drawing depends on.
+    [[nodiscard]] const QPixmap& get(const QWidget& widget, const QString& content,
+                                     const Draw& draw);
 
 private:
-    /// Of one drawing: what it depended on.
-    struct Grounds {
-        QString shown;
+    /// What the cached drawing depends on.
+    struct Key {
+        QString content;
         QSize pixels;
         qreal scale = 0;
         QFont font;
-        qint64 colours = 0;
+        qint64 palette = 0;
 
-        bool operator==(const Grounds&) const = default;
+        bool operator==(const Key&) const = default;
     };
 
-    Grounds m_grounds;
-    QPixmap m_picture;
+    Key m_key;
+    QPixmap m_pixmap;
 };
 
 } // namespace orvane

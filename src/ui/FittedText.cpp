@@ -9,7 +9,7 @@
 namespace orvane {
 
 QString fittedText(const QString& text, const QFont& font, double width, int maximumLines) {
-    // Line breaks of the text itself would make lines that the layout below does not count.
+    // The layout below does not count the line breaks of the text itself.
     const QString flat = text.simplified();
     QTextLayout layout(flat, font);
     QTextOption option;

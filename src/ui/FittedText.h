@@ -7,8 +7,8 @@ class QFont;
 
 namespace orvane {
 
-/// `text` broken into at most `maximumLines` lines of `width` points, the last of them cut with an
-/// ellipsis where more would follow. Lines are separated by line feeds.
+/// Breaks `text` into at most `maximumLines` lines of `width` points, separated by line feeds. The
+/// last line ends with an ellipsis if the text is longer.
 [[nodiscard]] QString fittedText(const QString& text, const QFont& font, double width,
                                  int maximumLines);
 

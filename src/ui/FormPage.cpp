@@ -16,7 +16,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Between a caption and its control.
+/// Points between a caption and its control.
 constexpr int captionGap = 4;
 
 } // namespace
@@ -24,7 +24,7 @@ constexpr int captionGap = 4;
 FormPage::FormPage(QWidget* parent) : QWidget(parent) {}
 
 double FormPage::scale() {
-    // A line has 20 points, and the longest caption those that the gap leaves it.
+    // A line is 20 points high; the longest caption must fit into 140 points less the gap.
     const QFontMetricsF metrics(QApplication::font());
     return std::max({1.0, metrics.height() / 20,
                      metrics.horizontalAdvance(u"Window Size Preset:"_s) / (140 - captionGap - 2)});
@@ -45,7 +45,7 @@ void FormPage::place(QWidget* control, const QRectF& frame) {
     if (control->parent() != this)
         control->setParent(this);
     control->setGeometry(pixels(frame));
-    m_places.insert(control, frame);
+    m_frames.insert(control, frame);
 }
 
 QLabel* FormPage::addLabel(const QString& text, const QRectF& frame, const LabelStyle& style) {
@@ -54,10 +54,10 @@ QLabel* FormPage::addLabel(const QString& text, const QRectF& frame, const Label
     label->setFont(scaledFont(label->font(), style));
     label->setForegroundRole(style.color);
     label->setAlignment(style.alignment | Qt::AlignAbsolute | Qt::AlignVCenter);
-    QRectF room = frame;
+    QRectF grown = frame;
     if (style.alignment == Qt::AlignLeft)
-        room.setWidth(std::max(room.width(), label->sizeHint().width() / scale()));
-    place(label, room);
+        grown.setWidth(std::max(grown.width(), label->sizeHint().width() / scale()));
+    place(label, grown);
     return label;
 }
 
@@ -66,15 +66,15 @@ QLabel* FormPage::addCaption(const QString& text, const QRectF& frame) {
 }
 
 void FormPage::hideControls() {
-    for (auto place = m_places.cbegin(); place != m_places.cend(); ++place)
-        place.key()->hide();
+    for (auto it = m_frames.cbegin(); it != m_frames.cend(); ++it)
+        it.key()->hide();
 }
 
 void FormPage::revealControls(int top, int bottom) {
-    for (auto place = m_places.cbegin(); place != m_places.cend(); ++place) {
-        const QRect frame = place.key()->geometry();
+    for (auto it = m_frames.cbegin(); it != m_frames.cend(); ++it) {
+        const QRect frame = it.key()->geometry();
         if (frame.bottom() >= top && frame.top() <= bottom)
-            place.key()->show();
+            it.key()->show();
     }
 }
 
@@ -85,17 +85,17 @@ QRect FormPage::pixels(const QRectF& frame) const {
 }
 
 void FormPage::resizeEvent(QResizeEvent*) {
-    for (auto place = m_places.cbegin(); place != m_places.cend(); ++place)
-        place.key()->setGeometry(pixels(place.value()));
+    for (auto it = m_frames.cbegin(); it != m_frames.cend(); ++it)
+        it.key()->setGeometry(pixels(it.value()));
 }
 
 void FormPage::showEvent(QShowEvent* event) {
-    // A window that only comes back from the task bar has not been out of reach.
+    // Spontaneous events, such as restoring a minimized window, change nothing.
     if (!event->spontaneous())
         refresh();
 }
 
-QScrollArea* makePageScroll(const QString& name) {
+QScrollArea* makeListScroll(const QString& name) {
     auto* scroll = new QScrollArea;
     scroll->setObjectName(name);
     scroll->setFrameShape(QFrame::NoFrame);
@@ -104,18 +104,18 @@ QScrollArea* makePageScroll(const QString& name) {
     return scroll;
 }
 
-void showPage(QScrollArea& scroll, FormPage* page) {
+void showListPage(QScrollArea& scroll, FormPage* page) {
     const int scrolled = scroll.verticalScrollBar()->value();
-    if (QWidget* last = scroll.takeWidget())
-        last->deleteLater(); // One of its controls may be what has asked for another page.
+    if (QWidget* previous = scroll.takeWidget())
+        previous->deleteLater(); // One of its controls may be the caller.
     page->hideControls();
     scroll.setWidget(page);
     page->setAutoFillBackground(false);
     QScrollBar* bar = scroll.verticalScrollBar();
     bar->setValue(scrolled);
     const auto reveal = [&scroll, bar, page] {
-        const int room = scroll.height();
-        page->revealControls(bar->value() - room, bar->value() + 2 * room);
+        const int viewHeight = scroll.height();
+        page->revealControls(bar->value() - viewHeight, bar->value() + 2 * viewHeight);
     };
     QObject::connect(bar, &QScrollBar::valueChanged, page, reveal);
     reveal();

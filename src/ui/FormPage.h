@@ -12,15 +12,15 @@ class QScrollArea;
 
 namespace orvane {
 
-/// A page whose controls have fixed places, in points from its lower left corner with y upwards.
-/// The places grow with the font that the desktop uses, so that texts fit where they fitted in the
-/// font they were laid out for. Main thread.
+/// A page that places its controls at fixed positions, in points from its lower left corner with y
+/// upwards. The positions scale with the desktop's font, so that texts fit in any font size. Owned
+/// by its window; main thread.
 class FormPage : public QWidget {
     Q_OBJECT
 
 public:
     struct LabelStyle {
-        /// Points; 0 for the desktop's own size.
+        /// Points; 0 for the desktop's default size.
         int size = 0;
         QFont::Weight weight = QFont::Normal;
         QPalette::ColorRole color = QPalette::WindowText;
@@ -29,28 +29,28 @@ public:
 
     explicit FormPage(QWidget* parent = nullptr);
 
-    /// Pixels for a point, at least 1.
+    /// Returns the number of pixels per point, at least 1.
     [[nodiscard]] static double scale();
     [[nodiscard]] static QSize scaled(const QSizeF& points);
 
-    /// `font` in a size that keeps its proportion to the places.
+    /// Returns `font` in the style's size and weight, scaled like the positions.
     [[nodiscard]] static QFont scaledFont(QFont font, const LabelStyle& style);
 
-    /// Takes the control over, or moves one that is here already.
+    /// Adds the control, or moves one that the page has already.
     void place(QWidget* control, const QRectF& frame);
-    /// A text that is shown as it is. One that starts on the left may go on beyond its frame.
+    /// Adds plain text. A left-aligned label grows beyond its frame if the text needs it.
     QLabel* addLabel(const QString& text, const QRectF& frame, const LabelStyle& style);
-    /// The name, on the left, of the control beside it.
+    /// Adds the right-aligned caption of a control to its right.
     QLabel* addCaption(const QString& text, const QRectF& frame);
 
-    /// For a page that is much longer than what is seen of it: the toolkit compares every control
-    /// that is shown with all the others, in sight or not.
+    /// Hides all controls of a page that is much longer than its viewport: Qt compares every shown
+    /// control with all its siblings, visible or not.
     void hideControls();
-    /// Shows what lies between these lines, in pixels from the top, for good.
+    /// Shows the controls between these positions, in pixels from the top, and leaves them shown.
     void revealControls(int top, int bottom);
 
 protected:
-    /// Called whenever the page comes into sight: what it shows may have changed elsewhere.
+    /// Called whenever the page is shown; its data may have changed elsewhere.
     virtual void refresh() {}
 
     void resizeEvent(QResizeEvent* event) override;
@@ -59,20 +59,23 @@ protected:
 private:
     [[nodiscard]] QRect pixels(const QRectF& frame) const;
 
-    QHash<QWidget*, QRectF> m_places;
+    QHash<QWidget*, QRectF> m_frames;
 };
 
-/// A view that scrolls a page up and down, on the surface that it lies on.
-[[nodiscard]] QScrollArea* makePageScroll(const QString& name);
-/// Shows `page` in it, scrolled to where the last one was, which goes once the events that are
-/// under way have been dealt with. Its controls are shown as they come near, with enough of them
-/// above and below for the Tab key to find the next one.
-void showPage(QScrollArea& scroll, FormPage* page);
+/// Creates a vertical scroll area with a transparent background for `showListPage`.
+[[nodiscard]] QScrollArea* makeListScroll(const QString& name);
+/// Shows `page`, a list with one or more controls per row, at the scroll position of the previous
+/// page, which is deleted later. Rows are shown as they come near the viewport, with enough of them
+/// above and below it for the Tab key to reach the next one.
+/// The rows are widgets because a QListView with a delegate answers a screen reader's toggle action
+/// by selecting the row instead of changing its check box (Qt 6.4), and moves between rows with the
+/// arrow keys, which are shortcuts of the program.
+void showListPage(QScrollArea& scroll, FormPage* page);
 
-/// Places a window that is not shown yet.
+/// Centres a window that is not shown yet.
 void centreOnScreen(QWidget& window);
 
-/// Lets a text have `color`, whatever the palette says.
+/// Sets the text colour of a label or a button, overriding the palette.
 void setTextColor(QWidget& widget, const QColor& color);
 
 } // namespace orvane

@@ -16,7 +16,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Every modifier but the one of the number pad, and the locks that change what is typed.
+/// Every modifier except the number pad's, including Caps Lock.
 constexpr std::uint32_t rejectedModifiers = 0xFFDF0000;
 constexpr float volumeStep = 0.1F;
 
@@ -34,8 +34,8 @@ void HotkeyManager::start() {
     m_monitor = m_with.events.addLocalKeyDownMonitor(
         [this](const KeyEvent& event) { return handle(event); });
     m_ghostModeObserver = m_with.notifications.addObserver(AppNotification::ghostModeChanged,
-                                                           [this] { followGhostMode(); });
-    followGhostMode();
+                                                           [this] { updateGlobalMonitor(); });
+    updateGlobalMonitor();
 }
 
 void HotkeyManager::stop() {
@@ -44,7 +44,7 @@ void HotkeyManager::stop() {
     m_monitor.reset();
 }
 
-void HotkeyManager::followGhostMode() {
+void HotkeyManager::updateGlobalMonitor() {
     if (!m_with.state.isGhostMode())
         m_globalMonitor.reset();
     else if (!m_globalMonitor)
@@ -55,7 +55,7 @@ void HotkeyManager::followGhostMode() {
 HotkeyManager::Outcome HotkeyManager::handle(const KeyEvent& event) {
     if (event.target == KeyEvent::Target::textField && !m_with.preferences.shortcutsInTextFields())
         return Outcome::passedOn;
-    // A switch that is held down flips once.
+    // Only arrows repeat: a toggle must not flip while its key is held down.
     if (event.repeat == KeyEvent::Repeat::again && !isArrow(event.keyCode))
         return m_firstOutcome;
     m_firstOutcome = press(event);
@@ -73,8 +73,7 @@ HotkeyManager::Outcome HotkeyManager::press(const KeyEvent& event) {
 bool HotkeyManager::playFavorite(KeyCode key) {
     if (key < KeyCode::digit1 || key > KeyCode::digit7)
         return false;
-    // By the place of the key and not by its digit: the order of the codes is the order of the
-    // favourites.
+    // By key code and not by digit: the codes are in the order of the favourites.
     const int index = std::to_underlying(key) - std::to_underlying(KeyCode::digit1);
     const QStringList favorites = m_with.preferences.favoriteChannelIDs();
     if (index >= favorites.size())
@@ -112,7 +111,7 @@ HotkeyManager::Outcome HotkeyManager::pressKey(KeyCode key) {
             return Outcome::consumed;
         }
         m_with.notifications.post(AppNotification::toggleFullscreen);
-        return Outcome::passedOn; // The window with the focus has its own use for it.
+        return Outcome::passedOn; // The focused window may use Escape too.
     case KeyCode::leftArrow:
         m_with.player.playNeighbor(ChannelStep::previous);
         return Outcome::consumed;

@@ -14,12 +14,12 @@ class ChannelRegistry;
 class PlayerCommands;
 class Preferences;
 
-/// The single keys that drive the player: in this program's own windows always, in other programs
-/// only in ghost mode, where the person may be working in one of them. Started and stopped by the
-/// application controller; main thread.
+/// Handles the single-key shortcuts: always in the program's own windows, and in ghost mode, when
+/// the user may be working in another program, in those too. Started and stopped by the application
+/// controller; main thread.
 class HotkeyManager {
 public:
-    /// All outlive it.
+    /// All outlive the manager.
     struct Collaborators {
         AppState& state;
         const Preferences& preferences;
@@ -39,7 +39,7 @@ public:
 private:
     using Outcome = EventMonitor::Outcome;
 
-    void followGhostMode();
+    void updateGlobalMonitor();
     [[nodiscard]] Outcome handle(const KeyEvent& event);
     [[nodiscard]] Outcome press(const KeyEvent& event);
     [[nodiscard]] bool playFavorite(KeyCode key);
@@ -48,10 +48,10 @@ private:
 
     Collaborators m_with;
     std::unique_ptr<QObject> m_monitor;
-    /// Only in ghost mode: nobody's keys are looked at without need.
+    /// Present only in ghost mode, so that keys of other programs are not watched without need.
     std::unique_ptr<QObject> m_globalMonitor;
     NotificationCenter::Token m_ghostModeObserver;
-    /// What became of the key that is held down.
+    /// The outcome of the first press of the key that is held down.
     Outcome m_firstOutcome = Outcome::passedOn;
 };
 

@@ -5,8 +5,8 @@
 
 namespace orvane {
 
-/// What cannot be read on this machine for want of fonts, for the person who set it up; empty when
-/// all can be. Main thread, once the windows are there: it looks through all fonts.
+/// Returns one warning per script that no installed font has, for the log; empty if none is
+/// missing. Main thread. Call it after the first window is shown, as it searches all fonts.
 [[nodiscard]] QStringList missingFonts();
 
 } // namespace orvane

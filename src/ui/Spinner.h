@@ -7,8 +7,8 @@
 
 namespace orvane {
 
-/// A ring of fading spokes that turns while it is shown and running, and is not shown when stopped.
-/// It costs nothing while it cannot be seen. Main thread.
+/// A busy indicator: a ring of fading spokes that turns while it is visible and is hidden when
+/// stopped. Uses no CPU time while hidden. Main thread.
 class Spinner final : public QWidget {
     Q_OBJECT
 

@@ -3,8 +3,7 @@
 
 #include <QColor>
 
-/// The colours by which controls are told apart, the same on light and on dark surfaces. Any
-/// thread.
+/// The accent colours of controls, the same in light and dark themes. Any thread.
 namespace orvane::SystemColors {
 
 inline constexpr QColor blue(0, 122, 255);
@@ -14,7 +13,7 @@ inline constexpr QColor orange(255, 149, 0);
 inline constexpr QColor red(255, 59, 48);
 inline constexpr QColor teal(48, 176, 199);
 
-/// `color` with an opacity from 0 to 1.
+/// Returns `color` with an opacity from 0 to 1.
 [[nodiscard]] inline QColor withAlpha(QColor color, double alpha) {
     color.setAlphaF(static_cast<float>(alpha));
     return color;

@@ -35,7 +35,7 @@ Menu sleepTimes(bool isActive) {
 } // namespace
 
 Menu ContextMenuBuilder::build(const MenuSources& sources, StatusItemPresence statusItem) {
-    const bool isAlone = statusItem == StatusItemPresence::absent;
+    const bool isOnlyMenu = statusItem == StatusItemPresence::absent;
     Menu menu = channelSection(sources, [](MenuItem& item) { item.indentationLevel = 1; });
     menu.append({.title = u"Resolution"_s, .submenu = resolutions(sources.state.resolution())});
     menu.append(MenuItem::separator());
@@ -47,10 +47,10 @@ Menu ContextMenuBuilder::build(const MenuSources& sources, StatusItemPresence st
     menu.append(MenuItem::separator());
     menu.append({.title = u"Sleep Timer"_s, .submenu = sleepTimes(sources.isSleepTimerActive())});
     menu.append(MenuItem::separator());
-    if (isAlone)
+    if (isOnlyMenu)
         menu.append(addChannelItem());
     menu.append(settingsItem());
-    if (isAlone) {
+    if (isOnlyMenu) {
         menu.append({checkForUpdatesItem(), aboutItem()});
         menu.append(MenuItem::separator());
     }

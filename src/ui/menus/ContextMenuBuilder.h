@@ -5,14 +5,13 @@
 
 namespace orvane {
 
-/// Whether the desktop shows the status item, and with it the menu that holds everything.
+/// Whether the desktop shows the status item, whose menu has all actions.
 enum class StatusItemPresence { present, absent };
 
-/// Builds the menu that the player window shows on a right click, anew from the current state each
-/// time. Main thread.
+/// Builds the context menu of the player window from the current state. Main thread.
 namespace ContextMenuBuilder {
 
-/// Without a status item it also has what could not be reached otherwise.
+/// Without a status item the menu also has the items that only the status menu has otherwise.
 [[nodiscard]] Menu build(const MenuSources& sources, StatusItemPresence statusItem);
 
 } // namespace ContextMenuBuilder

@@ -21,26 +21,26 @@ enum class MenuAction {
     terminate
 };
 
-/// What is pressed together with the letter of a key equivalent.
+/// The modifier of a key equivalent.
 enum class ModifierMask { none, command };
 
 struct MenuItem;
 using Menu = QList<MenuItem>;
 
-/// A line of a menu as a value, so that whole menus can be compared. A line with neither an action
-/// nor a submenu is a header: it is shown and cannot be chosen.
+/// A menu item as a value, so that whole menus can be compared. An item with neither an action nor
+/// a submenu is a header: it is shown disabled.
 struct MenuItem {
     QString title = {};
     MenuAction action = MenuAction::none;
-    /// What the action is about: the id of a channel or the raw value of a resolution.
+    /// The action's argument: the id of a channel or the raw value of a resolution.
     QString representedObject = {};
-    /// What the action is about: minutes.
+    /// The action's argument in minutes.
     int tag = 0;
-    /// Shown beside the title; empty for none. The menu itself does not listen to it.
+    /// Shown beside the title; empty for none. The menu does not handle the key itself.
     QString keyEquivalent = {};
     ModifierMask modifierMask = ModifierMask::command;
     bool isOn = false;
-    /// Steps.
+    /// In steps.
     int indentationLevel = 0;
     Menu submenu = {};
     bool isSeparator = false;

@@ -23,8 +23,8 @@ void MenuBarManager::setup() {
     m_statusItem = std::make_unique<StatusItem>(applicationIcon(), AppConstants::appName,
                                                 [this](QMenu& target) {
                                                     Menu menu = StatusMenuBuilder::build(m_sources);
-                                                    // A tray in another process that is told of new
-                                                    // items forgets a click on the old ones.
+                                                    // A tray in another process drops a click on
+                                                    // items that are replaced meanwhile.
                                                     if (menu == m_menu && !target.isEmpty())
                                                         return;
                                                     m_menu = std::move(menu);

@@ -10,19 +10,18 @@ namespace orvane {
 class ApplicationActions;
 class StatusItem;
 
-/// Owns the status item and the menu that drops from it. Owned by the application controller; main
-/// thread.
+/// Owns the status item and its menu. Owned by the application controller; main thread.
 class MenuBarManager {
 public:
-    /// What is handed over outlives it.
+    /// All references outlive the manager.
     MenuBarManager(const MenuSources& sources, ApplicationActions& actions);
     ~MenuBarManager();
 
-    /// Installs the status item. Once, before the functions below.
+    /// Installs the status item. Call it once, before the functions below.
     void setup();
 
     void rebuildMenu();
-    /// The channel that has the check mark may be another one.
+    /// Call it when another channel is the current one.
     void updateCurrentChannel();
 
     [[nodiscard]] StatusItemPresence presence() const;
@@ -30,7 +29,7 @@ public:
 private:
     MenuSources m_sources;
     ApplicationActions& m_actions;
-    /// What the status item's menu shows.
+    /// The content of the status item's menu.
     Menu m_menu;
     std::unique_ptr<StatusItem> m_statusItem;
 };

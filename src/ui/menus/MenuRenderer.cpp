@@ -2,7 +2,7 @@
 #include "ui/menus/MenuRenderer.h"
 
 #include "ui/ApplicationActions.h"
-#include "ui/PlainName.h"
+#include "ui/DisplayText.h"
 
 #include <QCoreApplication>
 #include <QKeySequence>
@@ -42,17 +42,17 @@ void perform(const MenuItem& item, ApplicationActions& actions) {
 }
 
 QString label(const MenuItem& item) {
-    return u"    "_s.repeated(item.indentationLevel) + controlText(plainName(item.title));
+    return u"    "_s.repeated(item.indentationLevel) + escapedMnemonics(singleLineName(item.title));
 }
 
-/// The keys are listened to in one place, which is not here: a menu that belongs to no window only
-/// shows its shortcuts.
+/// Only shows the shortcut: `HotkeyManager` handles the keys, and a menu without a window does not
+/// activate its shortcuts.
 void showKeyEquivalent(const MenuItem& item, QAction& action) {
     if (item.keyEquivalent.isEmpty())
         return;
     const QString modifier = item.modifierMask == ModifierMask::command ? u"Ctrl+"_s : QString();
     const QString keys = modifier + item.keyEquivalent.toUpper();
-    // The tenth favourite has a number and no key.
+    // A number such as 10 is no key.
     if (item.keyEquivalent.size() > 1)
         return action.setText(action.text() + u'\t' + keys);
     action.setShortcut(QKeySequence(keys));
@@ -62,7 +62,7 @@ void showKeyEquivalent(const MenuItem& item, QAction& action) {
 } // namespace
 
 void renderMenu(const Menu& menu, ApplicationActions& actions, QMenu& target) {
-    // A list that is higher than the screen scrolls instead of breaking into columns.
+    // A menu that is taller than the screen scrolls instead of using columns.
     target.setStyleSheet(u"QMenu { menu-scrollable: 1; }"_s);
     target.clear();
     qDeleteAll(target.findChildren<QMenu*>(Qt::FindDirectChildrenOnly)); // The submenus.
@@ -80,7 +80,8 @@ void renderMenu(const Menu& menu, ApplicationActions& actions, QMenu& target) {
         action->setCheckable(item.isOn);
         action->setChecked(item.isOn);
         showKeyEquivalent(item, *action);
-        // Later, because it may build this menu anew, and not by the menu, which may go first.
+        // Queued, as the action may rebuild this menu, and in the context of the application, as
+        // the menu may be deleted first.
         QObject::connect(action, &QAction::triggered, &target, [item, &actions] {
             QMetaObject::invokeMethod(
                 QCoreApplication::instance(), [item, &actions] { perform(item, actions); },

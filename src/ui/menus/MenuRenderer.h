@@ -9,8 +9,8 @@ namespace orvane {
 
 class ApplicationActions;
 
-/// Replaces what is in `target` by the items; choosing one calls `actions`, which outlives the
-/// target. Command is the Control key here.
+/// Replaces the content of `target`. Choosing an item calls `actions`, which outlives `target`. The
+/// Command modifier is shown as the Control key.
 void renderMenu(const Menu& menu, ApplicationActions& actions, QMenu& target);
 
 } // namespace orvane

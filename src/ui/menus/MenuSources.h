@@ -19,12 +19,12 @@ struct MenuSources {
     std::function<bool()> isSleepTimerActive;
 };
 
-/// For each category with an enabled channel: a header, its enabled channels in the order of the
-/// registry, and a separator. Every item of a channel has what `decorate` adds to it.
+/// Returns, for each category with an enabled channel, a header, its enabled channels in registry
+/// order and a separator. `decorate` completes the item of each channel.
 [[nodiscard]] Menu channelSection(const MenuSources& sources,
                                   const std::function<void(MenuItem&)>& decorate);
 
-/// Lines that both menus have.
+/// The items that both menus have.
 [[nodiscard]] MenuItem addChannelItem();
 [[nodiscard]] MenuItem settingsItem();
 [[nodiscard]] MenuItem checkForUpdatesItem();

@@ -23,7 +23,7 @@ Menu StatusMenuBuilder::build(const MenuSources& sources) {
                  .isOn = isGhost});
     menu.append(MenuItem::separator());
     menu += channelSection(sources, [&](MenuItem& item) {
-        // Positions count the favourites that are not shown, too.
+        // Positions include favourites that are not shown.
         const qsizetype position = favorites.indexOf(item.representedObject);
         if (position >= 0)
             item.keyEquivalent = QString::number(position + 1);

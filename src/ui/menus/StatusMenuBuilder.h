@@ -5,7 +5,7 @@
 
 namespace orvane::StatusMenuBuilder {
 
-/// The menu of the status item, anew from the current state. Main thread.
+/// Builds the menu of the status item from the current state. Main thread.
 [[nodiscard]] Menu build(const MenuSources& sources);
 
 } // namespace orvane::StatusMenuBuilder

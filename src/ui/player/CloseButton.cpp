@@ -21,7 +21,7 @@ void CloseButton::paintEvent(QPaintEvent*) {
     painter.setOpacity(underMouse() ? 1.0 : 0.35);
     painter.drawPixmap(
         0, 0,
-        m_picture.of(*this, isDown() ? u"down"_s : u"up"_s, [this](QPainter& p) { draw(p); }));
+        m_picture.get(*this, isDown() ? u"down"_s : u"up"_s, [this](QPainter& p) { draw(p); }));
 }
 
 void CloseButton::draw(QPainter& painter) const {

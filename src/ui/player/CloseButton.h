@@ -7,8 +7,8 @@
 
 namespace orvane {
 
-/// The small round button that stands in for the one of a title bar. Dimmed while the pointer is
-/// elsewhere. Part of the player window; main thread.
+/// The small round close button of a window without a title bar. Dimmed unless the pointer is over
+/// it. Part of the player window; main thread.
 class CloseButton final : public QAbstractButton {
     Q_OBJECT
 

@@ -6,7 +6,7 @@
 #include "state/AppState.h"
 #include "ui/ApplicationActions.h"
 #include "ui/CachedPixmap.h"
-#include "ui/PlainName.h"
+#include "ui/DisplayText.h"
 #include "ui/SystemColors.h"
 #include "ui/player/GlyphButton.h"
 #include "ui/player/LiveIndicator.h"
@@ -34,14 +34,14 @@ constexpr int margin = 6;
 constexpr int buttonSize = 32;
 constexpr int buttonStep = 36;
 
-/// A line of text from the left, whatever script it is in.
+/// A line of text that is left-aligned in any script.
 class NameLabel final : public QLabel {
 public:
     using QLabel::QLabel;
 
 protected:
     void paintEvent(QPaintEvent*) override {
-        const QPixmap& name = m_name.of(*this, text(), [this](QPainter& painter) {
+        const QPixmap& name = m_name.get(*this, text(), [this](QPainter& painter) {
             style()->drawItemText(&painter, rect(),
                                   Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignVCenter, palette(),
                                   isEnabled(), text(), foregroundRole());
@@ -126,7 +126,7 @@ void ControlBar::registerObservers() {
 
 void ControlBar::updateChannel() {
     const auto& channel = m_state.currentChannel();
-    m_channelName = channel ? plainName(channel->displayName()) : u"Select a channel"_s;
+    m_channelName = channel ? singleLineName(channel->displayName()) : u"Select a channel"_s;
     fitChannelName();
 }
 
@@ -161,10 +161,10 @@ void ControlBar::layOut() {
     }
     m_liveIndicator->setGeometry(margin, (height() - indicatorSize) / 2, indicatorSize,
                                  indicatorSize);
-    const int room = std::max(m_muteButton->x() - labelLeft - labelGap, minimumLabelWidth);
-    // The text's own height where it is more: Arabic script reaches further up and down.
+    const int labelWidth = std::max(m_muteButton->x() - labelLeft - labelGap, minimumLabelWidth);
+    // Arabic script needs more height.
     const int textHeight = std::max(labelHeight, m_channelLabel->sizeHint().height());
-    m_channelLabel->setGeometry(labelLeft, (height() - textHeight) / 2, room, textHeight);
+    m_channelLabel->setGeometry(labelLeft, (height() - textHeight) / 2, labelWidth, textHeight);
 }
 
 void ControlBar::paintEvent(QPaintEvent*) {

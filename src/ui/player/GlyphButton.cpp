@@ -20,7 +20,7 @@ constexpr double cornerRadius = 4;
 GlyphButton::GlyphButton(const QColor& tint, QWidget* parent)
     : QAbstractButton(parent), m_tint(tint) {
     QFont glyphs = font();
-    // Some emoji have a plain form in the fonts of symbols, which come first otherwise.
+    // Symbol fonts have monochrome glyphs for some emoji and would be preferred otherwise.
     glyphs.setFamilies({u"Noto Color Emoji"_s, glyphs.family()});
     glyphs.setPixelSize(glyphPixelSize);
     setFont(glyphs);
@@ -42,12 +42,12 @@ void GlyphButton::paintEvent(QPaintEvent*) {
         painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
     }
     painter.drawPixmap(0, 0,
-                       m_glyph.of(*this, text(), [this](QPainter& glyph) { drawGlyph(glyph); }));
+                       m_glyph.get(*this, text(), [this](QPainter& glyph) { drawGlyph(glyph); }));
 }
 
 void GlyphButton::drawGlyph(QPainter& painter) const {
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-    // By what is seen of it: fonts of symbols place theirs anywhere between their lines.
+    // Centred by the painted area: symbol fonts place glyphs anywhere between their lines.
     const QRectF ink = QFontMetricsF(font(), this).tightBoundingRect(text());
     const QPointF place = QRectF(rect()).center() - ink.center();
     painter.setPen(m_tint);

@@ -8,14 +8,13 @@
 
 namespace orvane {
 
-/// A flat button with one glyph, which shows a surface only under the pointer. Main thread. Its
-/// accessible name says what it does; the keyboard focus passes it by, for the keys have their own
-/// ways to do the same.
+/// A flat button with one glyph and a background only under the pointer. Main thread. Its
+/// accessible name says what it does. It takes no keyboard focus, as every action has a shortcut.
 class GlyphButton final : public QAbstractButton {
     Q_OBJECT
 
 public:
-    /// `tint` colours glyphs that are no emoji, which have colours of their own.
+    /// `tint` is the colour of glyphs other than emoji.
     GlyphButton(const QColor& tint, QWidget* parent);
 
     void setGlyph(const QString& glyph, const QString& accessibleName);

@@ -34,7 +34,7 @@ LiveIndicator::LiveIndicator(QWidget* parent) : QWidget(parent) {
 void LiveIndicator::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setOpacity(pulseOpacity(std::chrono::milliseconds(m_shownFor.elapsed())));
-    painter.drawPixmap(0, 0, m_dot.of(*this, QString(), [this](QPainter& dot) {
+    painter.drawPixmap(0, 0, m_dot.get(*this, QString(), [this](QPainter& dot) {
         dot.setRenderHint(QPainter::Antialiasing);
         dot.setPen(Qt::NoPen);
         dot.setBrush(SystemColors::red);

@@ -11,8 +11,8 @@
 
 namespace orvane {
 
-/// A red dot that dims and brightens once a second, from one second after it has come up. It costs
-/// nothing while it cannot be seen. Part of the control bar; main thread.
+/// A red dot that pulses once a second, starting one second after it is shown. Uses no CPU time
+/// while hidden. Part of the control bar; main thread.
 class LiveIndicator final : public QWidget {
     Q_OBJECT
 
@@ -30,7 +30,7 @@ private:
     CachedPixmap m_dot;
 };
 
-/// From 0.3 to 1; `shownFor` is the time since the dot came up.
+/// Returns an opacity from 0.3 to 1; `shownFor` is the time since the dot was shown.
 [[nodiscard]] double pulseOpacity(std::chrono::milliseconds shownFor);
 
 } // namespace orvane

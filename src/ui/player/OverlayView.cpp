@@ -77,7 +77,7 @@ void OverlayView::fitMessage() {
     const QString fitted =
         fittedText(m_message, m_messageLabel->font(), width() - 2 * messageMargin, messageLines);
     m_messageLabel->setText(fitted);
-    // Three lines of a font with tall letters take more than the usual room.
+    // Three lines of a font with tall letters need more than the usual height.
     const int textHeight = std::max(messageHeight, m_messageLabel->sizeHint().height());
     m_messageLabel->setGeometry(messageMargin, middleY - 20, width() - 2 * messageMargin,
                                 textHeight);
@@ -89,7 +89,7 @@ void OverlayView::paintEvent(QPaintEvent*) {
 }
 
 void OverlayView::resizeEvent(QResizeEvent*) {
-    // From the centre: the spinner above it, the text across it, the button below.
+    // The spinner is above the centre, the text across it and the button below.
     const int middleX = width() / 2;
     const int middleY = height() / 2;
     m_spinner->setGeometry(middleX - 16, middleY - 40, 32, 32);

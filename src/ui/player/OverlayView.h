@@ -14,9 +14,9 @@ namespace orvane {
 
 class Spinner;
 
-/// Covers the picture while a stream loads and after it has failed. Part of the player window; main
-/// thread. The message is shown as plain text on at most three lines, and whole in the tooltip when
-/// it needs more.
+/// Covers the video while a stream loads and after it has failed. Part of the player window; main
+/// thread. The message is plain text of at most three lines; a longer one is complete in the
+/// tooltip.
 class OverlayView final : public QWidget {
     Q_OBJECT
 
@@ -34,7 +34,7 @@ public:
 
     void setState(const State& state);
 
-    /// Called when the person asks for another try.
+    /// Sets the callback for the Retry button.
     void onRetry(std::function<void()> callback) { m_onRetry = std::move(callback); }
 
 protected:

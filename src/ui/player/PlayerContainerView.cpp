@@ -49,7 +49,7 @@ PlayerContainerView::PlayerContainerView(AppState& state, PlayerCommands& player
     m_closeButton->setGeometry(closeButtonFrame);
     connect(m_closeButton, &QAbstractButton::clicked, this, [this] { window()->close(); });
 
-    // Only while it fades: an effect costs a detour on every painting.
+    // Enabled only while it fades: an effect makes every repaint slower.
     m_controlBarOpacity->setOpacity(1);
     m_controlBarOpacity->setEnabled(false);
     m_controlBar->setGraphicsEffect(m_controlBarOpacity);
@@ -73,8 +73,8 @@ PlayerContainerView::~PlayerContainerView() {
 }
 
 void PlayerContainerView::setUpDragging(NotificationCenter& notifications) {
-    for (QWidget* picture : {m_dragOverlay, static_cast<QWidget*>(m_overlayView)}) {
-        auto* drag = new WindowDrag(picture);
+    for (QWidget* surface : {m_dragOverlay, static_cast<QWidget*>(m_overlayView)}) {
+        auto* drag = new WindowDrag(surface);
         drag->onDoubleClick(
             [&notifications] { notifications.post(AppNotification::toggleFullscreen); });
     }
@@ -123,11 +123,11 @@ void PlayerContainerView::resizeEvent(QResizeEvent*) {
     m_controlBar->setGeometry(0, height() - barHeight, width(), barHeight);
 }
 
-// The bar and the pointer: a movement cancels the timer of a bar that is up and starts none, so the
-// bar stays for as long as the pointer is inside and has moved; only a bar that was brought up and
-// then left alone goes by itself.
+// A pointer movement stops the hide timer of a visible bar without restarting it, so the bar stays
+// while the pointer is inside. Only a bar that was just shown hides by itself if no other movement
+// follows.
 
-void PlayerContainerView::pointerSeen() {
+void PlayerContainerView::pointerMoved() {
     m_hideTimer.stop();
     if (m_controlBarVisible)
         return;
@@ -173,15 +173,15 @@ void PlayerContainerView::fadeControlBar(double opacity, int milliseconds) {
 bool PlayerContainerView::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() != QEvent::MouseMove)
         return false;
-    // Once, although a widget that has no use for it hands it on to its parent.
+    // Counted once, although an ignored event is passed on to the parent widget.
     const auto& move = static_cast<const QMouseEvent&>(*event);
     if (watched == childAt(mapFromGlobal(move.globalPosition()).toPoint()))
-        pointerSeen();
+        pointerMoved();
     return false;
 }
 
 void PlayerContainerView::enterEvent(QEnterEvent*) {
-    pointerSeen();
+    pointerMoved();
 }
 
 void PlayerContainerView::leaveEvent(QEvent*) {

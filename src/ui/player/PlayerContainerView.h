@@ -22,10 +22,9 @@ class ControlBar;
 class PlayerCommands;
 class VideoView;
 
-/// The content of the player window: the picture, the overlay above it, the control bar along the
-/// bottom, which comes and goes with the pointer, and the window's close button. Owned by the
-/// window; main thread. It shows what the notifications about the stream say and asks the player
-/// manager for another try.
+/// The content of the player window: the video, the overlay above it, the control bar along the
+/// bottom, which is shown and hidden with the pointer, and the window's close button. Owned by the
+/// window; main thread. It follows the notifications about the stream.
 class PlayerContainerView final : public QWidget {
     Q_OBJECT
 
@@ -37,11 +36,12 @@ public:
 
     [[nodiscard]] VideoView& playerView() const { return *m_playerView; }
 
-    /// While yt-dlp is being installed the overlay says so: what the stream has to say meanwhile,
-    /// that it cannot be had, is no news. It is shown when the installation has ended.
+    /// While yt-dlp is being installed, the overlay says so instead of showing the stream's state;
+    /// a failure to resolve is expected meanwhile and shown afterwards.
     void setInstalling(bool isInstalling);
 
-    /// The pointer hides with the control bar in full screen; called when that begins or ends.
+    /// Hides the pointer with the control bar in full screen. Call it when full screen begins or
+    /// ends.
     void updateCursor();
 
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -56,7 +56,7 @@ private:
     void registerObservers(NotificationCenter& notifications);
     void setStreamState(OverlayView::State state);
     void updateOverlay();
-    void pointerSeen();
+    void pointerMoved();
     void scheduleHide();
     void showControlBar();
     void hideControlBar();
@@ -64,7 +64,7 @@ private:
 
     PlayerCommands& m_player;
     VideoView* m_playerView;
-    /// Lies unseen over the picture and takes the mouse for it.
+    /// Transparent; takes the mouse events over the video.
     QWidget* m_dragOverlay;
     OverlayView* m_overlayView;
     ControlBar* m_controlBar;

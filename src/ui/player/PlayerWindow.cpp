@@ -28,9 +28,9 @@ namespace orvane {
 
 namespace {
 
-constexpr QSize ratio(16, 9);
-/// Points by which a window manager may miss a size that it was asked for.
-constexpr int rounding = 2;
+constexpr QSize aspectRatio(16, 9);
+/// Points by which the actual size may differ from the one requested of the window manager.
+constexpr int sizeTolerance = 2;
 
 QList<QRectF> usableAreas() {
     QList<QRectF> areas;
@@ -39,12 +39,13 @@ QList<QRectF> usableAreas() {
     return areas;
 }
 
-/// A menu that finds no room below the pointer opens under it, and on a busy machine before the
-/// button that opened it is released. That release chooses nothing, unless the pointer was dragged
-/// to what it chooses.
-class OpeningClick final : public QObject {
+/// Ignores the release of the click that opened a menu unless the pointer was dragged: a menu with
+/// no space below the pointer opens under it, on a busy machine before the button is released, and
+/// that release would choose an item.
+class OpeningClickFilter final : public QObject {
 public:
-    OpeningClick(QMenu* menu, QPoint place) : QObject(menu), m_place(place) {
+    OpeningClickFilter(QMenu* menu, QPoint pressPosition)
+        : QObject(menu), m_pressPosition(pressPosition) {
         menu->installEventFilter(this);
     }
 
@@ -52,15 +53,15 @@ public:
         if (event->type() != QEvent::MouseButtonPress &&
             event->type() != QEvent::MouseButtonRelease)
             return false;
-        watched->removeEventFilter(this); // What comes later is a click of its own.
+        watched->removeEventFilter(this); // Later clicks are ordinary ones.
         const auto* click = static_cast<const QMouseEvent*>(event);
-        const QPoint way = click->globalPosition().toPoint() - m_place;
+        const QPoint distance = click->globalPosition().toPoint() - m_pressPosition;
         return event->type() == QEvent::MouseButtonRelease &&
-               way.manhattanLength() < QApplication::startDragDistance();
+               distance.manhattanLength() < QApplication::startDragDistance();
     }
 
 private:
-    QPoint m_place;
+    QPoint m_pressPosition;
 };
 
 } // namespace
@@ -83,8 +84,8 @@ PlayerWindow::PlayerWindow(const Collaborators& collaborators)
     connect(&m_fade, &QAbstractAnimation::finished, this, &PlayerWindow::conceal);
     auto* resizer = new EdgeResizer(this);
     resizer->onResize([this] {
-        m_sizeByProgram.reset();
-        keepShape();
+        m_programmaticSize.reset();
+        updateSizeHints();
     });
     registerObservers();
     followScreens();
@@ -125,26 +126,26 @@ void PlayerWindow::setContentSize(const QSizeF& size) {
 }
 
 void PlayerWindow::setFrame(const QRectF& frame) {
-    m_sizeByProgram = frame.size().toSize();
-    keepShape();
+    m_programmaticSize = frame.size().toSize();
+    updateSizeHints();
     m_floating->setFrame(frame);
 }
 
 void PlayerWindow::followScreens() {
-    // Later, because the list of screens may still be the old one.
+    // Queued, as the list of screens may not be updated yet.
     const auto watch = [this](const QScreen* screen) {
-        connect(screen, &QScreen::geometryChanged, this, &PlayerWindow::comeIntoView,
+        connect(screen, &QScreen::geometryChanged, this, &PlayerWindow::ensureOnScreen,
                 Qt::QueuedConnection);
     };
     for (const QScreen* screen : QGuiApplication::screens())
         watch(screen);
     connect(qGuiApp, &QGuiApplication::screenAdded, this, watch);
-    connect(qGuiApp, &QGuiApplication::screenRemoved, this, &PlayerWindow::comeIntoView,
+    connect(qGuiApp, &QGuiApplication::screenRemoved, this, &PlayerWindow::ensureOnScreen,
             Qt::QueuedConnection);
 }
 
-void PlayerWindow::comeIntoView() {
-    // Not every window manager does it, and some are content with a strip of the window.
+void PlayerWindow::ensureOnScreen() {
+    // Not every window manager does this, and some leave only a strip of the window visible.
     if (isFullScreen())
         return;
     const QRectF now = m_floating->frame();
@@ -155,14 +156,16 @@ void PlayerWindow::comeIntoView() {
     m_floating->flush();
 }
 
-void PlayerWindow::keepShape() {
-    // A size that the program chose is of a good shape too, or window managers would bend it; one
-    // point more, because of the rounding in theirs.
-    const QSize chosen = m_sizeByProgram.value_or(ratio);
-    const bool isNarrower = chosen.width() * ratio.height() < chosen.height() * ratio.width();
-    const bool isWider = chosen.width() * ratio.height() > chosen.height() * ratio.width();
-    m_floating->setSizeHints(smallestPlayerSize, isNarrower ? chosen + QSize(0, 1) : ratio,
-                             isWider ? chosen + QSize(1, 0) : ratio);
+void PlayerWindow::updateSizeHints() {
+    // The hints must allow the shape of a size set by the program, or window managers would change
+    // it. The extra point covers their rounding.
+    const QSize chosen = m_programmaticSize.value_or(aspectRatio);
+    const bool isNarrower =
+        chosen.width() * aspectRatio.height() < chosen.height() * aspectRatio.width();
+    const bool isWider =
+        chosen.width() * aspectRatio.height() > chosen.height() * aspectRatio.width();
+    m_floating->setSizeHints(smallestPlayerSize, isNarrower ? chosen + QSize(0, 1) : aspectRatio,
+                             isWider ? chosen + QSize(1, 0) : aspectRatio);
 }
 
 void PlayerWindow::toggleFullScreen() {
@@ -181,7 +184,7 @@ void PlayerWindow::changeEvent(QEvent* event) {
     m_with.state.setFullscreen(isFullScreen());
     m_containerView->updateCursor();
     if (!isFullScreen())
-        keepShape();
+        updateSizeHints();
 }
 
 void PlayerWindow::closeEvent(QCloseEvent* event) {
@@ -195,24 +198,24 @@ void PlayerWindow::contextMenuEvent(QContextMenuEvent* event) {
     menu->setAttribute(Qt::WA_DeleteOnClose);
     renderMenu(m_with.contextMenu(), m_with.actions, *menu);
     if (event->reason() == QContextMenuEvent::Mouse)
-        new OpeningClick(menu, event->globalPos());
+        new OpeningClickFilter(menu, event->globalPos());
     menu->popup(event->globalPos());
 }
 
 void PlayerWindow::resizeEvent(QResizeEvent*) {
     m_containerView->setGeometry(rect());
-    if (!m_sizeByProgram || isFullScreen())
+    if (!m_programmaticSize || isFullScreen())
         return;
-    const QSize change = size() - *m_sizeByProgram;
-    if (std::max(std::abs(change.width()), std::abs(change.height())) > rounding) {
-        m_sizeByProgram.reset();
-        keepShape();
+    const QSize change = size() - *m_programmaticSize;
+    if (std::max(std::abs(change.width()), std::abs(change.height())) > sizeTolerance) {
+        m_programmaticSize.reset();
+        updateSizeHints();
     }
 }
 
 void PlayerWindow::showEvent(QShowEvent* event) {
     if (event->spontaneous())
-        return; // The window manager has brought back what it had hidden itself.
+        return; // The window manager restores a window that it had hidden.
     m_floating->aboutToShow();
     QMetaObject::invokeMethod(this, [this] { m_floating->shown(); }, Qt::QueuedConnection);
 }
@@ -258,8 +261,8 @@ void PlayerWindow::fadeIn() {
 void PlayerWindow::conceal() {
     if (!m_ghostMode.isHiddenByGhost())
         return;
-    // Nobody sees it, so nothing has to be painted; and where the desktop knows no opacity, nothing
-    // must be.
+    // An invisible window needs no painting, and without support for opacity it must not be
+    // painted.
     m_containerView->hide();
     if (m_floating->concealment() == FloatingWindow::Concealment::emptyShape)
         m_floating->setShapeEmpty(true);

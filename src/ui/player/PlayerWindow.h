@@ -25,12 +25,12 @@ class PlayerCommands;
 class Preferences;
 
 /// The small floating window that shows the channel. Created by the application controller on first
-/// need and kept; main thread. Closing it only announces the wish: the controller acts on it.
+/// use and kept; main thread. Closing it only posts `closePlayer`, which the controller handles.
 class PlayerWindow final : public QWidget, private GhostMode::Window {
     Q_OBJECT
 
 public:
-    /// All outlive the window. `videoOutput` is not `automatic`.
+    /// All references outlive the window. `videoOutput` is not `automatic`.
     struct Collaborators {
         Preferences& preferences;
         AppState& state;
@@ -38,7 +38,7 @@ public:
         NotificationCenter& notifications;
         EventMonitor& events;
         ApplicationActions& actions;
-        /// What a right click shows, as of now.
+        /// Builds the context menu from the current state.
         std::function<Menu()> contextMenu;
         VideoOutput videoOutput;
     };
@@ -48,10 +48,10 @@ public:
 
     [[nodiscard]] PlayerContainerView& containerView() const { return *m_containerView; }
 
-    /// Points in desktop coordinates, y downwards; in full screen the frame before it.
+    /// Points in desktop coordinates, y downwards; in full screen the frame before full screen.
     [[nodiscard]] QRectF frame() const;
 
-    /// Points. The corner nearest to a corner of the screen stays. Full screen stays what it is.
+    /// Points. The corner nearest to a corner of the screen stays in place. Ignored in full screen.
     void setContentSize(const QSizeF& size);
 
     void toggleFullScreen();
@@ -67,8 +67,8 @@ private:
     void registerObservers();
     void setFrame(const QRectF& frame);
     void followScreens();
-    void comeIntoView();
-    void keepShape();
+    void ensureOnScreen();
+    void updateSizeHints();
     void setOpacity(double opacity);
     void fadeTo(double opacity);
     void conceal();
@@ -82,8 +82,8 @@ private:
     Collaborators m_with;
     std::unique_ptr<FloatingWindow> m_floating;
     PlayerContainerView* m_containerView;
-    /// What the program has made the window, until a person makes it something else.
-    std::optional<QSize> m_sizeByProgram;
+    /// The size that the program has set, until the user resizes the window.
+    std::optional<QSize> m_programmaticSize;
     std::optional<QRectF> m_frameBeforeFullScreen;
     QVariantAnimation m_fade;
     GhostMode m_ghostMode;

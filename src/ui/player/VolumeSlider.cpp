@@ -36,7 +36,7 @@ void VolumeSlider::setFloatValue(float volume) {
 }
 
 void VolumeSlider::syncToState() {
-    const QSignalBlocker notByThePerson(this);
+    const QSignalBlocker blocker(this);
     setFloatValue(m_state.volume());
 }
 

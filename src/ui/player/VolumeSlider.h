@@ -10,9 +10,8 @@ namespace orvane {
 class AppState;
 class Preferences;
 
-/// A slider for the volume, from 0 to 1, for whichever view wants one; it begins at the stored
-/// volume. Main thread. It changes nothing by itself: its owner is told what the person wants, also
-/// during a drag.
+/// A slider for the volume from 0 to 1, which starts at the stored volume. Main thread. It changes
+/// nothing by itself; it reports the user's input, also during a drag.
 class VolumeSlider final : public QSlider {
     Q_OBJECT
 
@@ -21,11 +20,11 @@ public:
 
     /// From 0 to 1.
     [[nodiscard]] float floatValue() const;
-    /// Called with a volume from 0 to 1 whenever the person moves the slider.
+    /// Called with a volume from 0 to 1 whenever the user moves the slider.
     void onVolumeChange(std::function<void(float)> callback) {
         m_onVolumeChange = std::move(callback);
     }
-    /// Takes up the volume of the state, which is no change by the person.
+    /// Shows the volume of the state without reporting it.
     void syncToState();
 
 private:

@@ -3,8 +3,8 @@
 
 #include "base/TaskScope.h"
 #include "settings/Preferences.h"
+#include "ui/DisplayText.h"
 #include "ui/FittedText.h"
-#include "ui/PlainName.h"
 #include "ui/Spinner.h"
 #include "ui/SystemColors.h"
 #include "ui/settings/RoundedBox.h"
@@ -30,18 +30,19 @@ constexpr QSizeF customScrollSize(480, 100);
 constexpr double rowHeight = 30;
 constexpr double rowTextWidth = 360;
 
-/// Both parts can be long, and neither pushes the other out.
+/// Returns the name and the handle, each shortened so that both fit into `width` pixels.
 QString rowText(const Channel& channel, const QFontMetrics& metrics, int width) {
-    const QString handle = u"  (@%1)"_s.arg(plainName(channel.handle()));
-    const int room = std::max(width - metrics.horizontalAdvance(handle), width / 2);
-    const QString name = metrics.elidedText(plainName(channel.nameEn()), Qt::ElideRight, room);
+    const QString handle = u"  (@%1)"_s.arg(singleLineName(channel.handle()));
+    const int nameWidth = std::max(width - metrics.horizontalAdvance(handle), width / 2);
+    const QString name =
+        metrics.elidedText(singleLineName(channel.nameEn()), Qt::ElideRight, nameWidth);
     return metrics.elidedText(name + handle, Qt::ElideRight, width);
 }
 
 QPushButton* makeButton(const QString& name, const QString& title) {
     auto* button = new QPushButton(title);
     button->setObjectName(name);
-    button->setAutoDefault(true); // Return presses the one with the focus.
+    button->setAutoDefault(true); // Return presses the focused button.
     return button;
 }
 
@@ -54,16 +55,16 @@ AddChannelPage::AddChannelPage(Preferences& preferences, TaskScope& tasks, Resol
       m_resolve(std::move(resolve)),
       m_channelInput(new QLineEdit),
       m_resolveButton(makeButton(u"resolveBtn"_s, u"Resolve"_s)),
-      m_busySign(new Spinner(palette().color(QPalette::WindowText), this)),
+      m_busyIndicator(new Spinner(palette().color(QPalette::WindowText), this)),
       m_previewBg(new RoundedBox({.background = SystemColors::withAlpha(SystemColors::green, 0.1),
                                   .radius = 8 * scale(),
                                   .border = SystemColors::withAlpha(SystemColors::green, 0.3)})),
-      m_customScroll(makePageScroll(u"customScroll"_s)) {
+      m_customScroll(makeListScroll(u"customScroll"_s)) {
     addInput(siteHost);
     addPreview();
     m_statusLabel = addLabel({}, {20, 170, pageWidth, lineHeight}, {.size = 12});
     m_statusLabel->setObjectName(u"statusLabel"_s);
-    m_busySign->setObjectName(u"busySign"_s);
+    m_busyIndicator->setObjectName(u"busyIndicator"_s);
 
     auto* separator = new QFrame;
     separator->setFrameStyle(QFrame::HLine | QFrame::Sunken);
@@ -71,10 +72,6 @@ AddChannelPage::AddChannelPage(Preferences& preferences, TaskScope& tasks, Resol
     addLabel(u"Your Custom Channels"_s, {20, 120, 300, lineHeight},
              {.size = 13, .weight = QFont::DemiBold});
     place(m_customScroll, {{20, 10}, customScrollSize});
-}
-
-AddChannelPage::~AddChannelPage() {
-    m_resolution.request_stop();
 }
 
 void AddChannelPage::addInput(const QString& siteHost) {
@@ -92,7 +89,7 @@ void AddChannelPage::addInput(const QString& siteHost) {
     place(m_resolveButton, {430, 287, 70, 26});
     connect(m_channelInput, &QLineEdit::returnPressed, this, &AddChannelPage::resolveInput);
     connect(m_resolveButton, &QPushButton::clicked, this, &AddChannelPage::resolveInput);
-    // Another text may be resolved without waiting for what becomes of the first.
+    // A changed text may be resolved while the previous one is still being resolved.
     connect(m_channelInput, &QLineEdit::textEdited, this,
             [this] { m_resolveButton->setEnabled(true); });
 }
@@ -127,23 +124,22 @@ void AddChannelPage::resolveChannel(const QString& text) {
 
 void AddChannelPage::resolveInput() {
     const QString input = m_channelInput->text().trimmed();
-    m_resolution.request_stop();
+    m_resolution.cancel();
     setBusy(false);
     if (input.isEmpty())
-        return setStatus(u"Please enter a YouTube URL or handle."_s, Tone::bad);
-    m_resolution = {};
+        return setStatus(u"Please enter a YouTube URL or handle."_s, Tone::error);
     setStatus(u"Resolving..."_s, Tone::neutral);
     setBusy(true);
     m_previewBg->hide();
-    m_tasks.spawn(resolve(input));
+    m_tasks.spawn(resolve(input, m_resolution.restart()));
 }
 
-QCoro::Task<> AddChannelPage::resolve(QString input) {
+QCoro::Task<> AddChannelPage::resolve(QString input, std::stop_token stop) {
     const QPointer<AddChannelPage> self(this);
-    const std::stop_token stop = m_resolution.get_token();
     const ChannelResolver::Result result = co_await m_resolve(input, stop);
     if (!self || stop.stop_requested())
         co_return;
+    m_resolution.finish();
     setBusy(false);
     showResult(result);
 }
@@ -151,15 +147,15 @@ QCoro::Task<> AddChannelPage::resolve(QString input) {
 void AddChannelPage::showResult(const ChannelResolver::Result& result) {
     m_previewBg->setVisible(result.has_value());
     if (!result)
-        return setStatus(result.error().description, Tone::bad);
+        return setStatus(result.error().description, Tone::error);
     m_resolvedHandle = result->handle;
     m_resolvedName = result->name;
     setStatus({}, Tone::neutral);
     const auto show = [](QLabel* label, const QString& text) {
         label->setText(label->fontMetrics().elidedText(text, Qt::ElideRight, label->width()));
     };
-    show(m_previewName, plainName(m_resolvedName));
-    show(m_previewHandle, u'@' + plainName(m_resolvedHandle));
+    show(m_previewName, singleLineName(m_resolvedName));
+    show(m_previewHandle, u'@' + singleLineName(m_resolvedHandle));
 }
 
 void AddChannelPage::addResolvedChannel() {
@@ -168,11 +164,11 @@ void AddChannelPage::addResolvedChannel() {
     m_preferences.addCustomChannel(m_resolvedHandle, m_resolvedName);
     m_channelInput->clear();
     m_previewBg->hide();
-    setStatus(u"Added %1!"_s.arg(plainName(m_resolvedName)), Tone::good);
+    setStatus(u"Added %1!"_s.arg(singleLineName(m_resolvedName)), Tone::success);
     rebuildCustomList();
     m_resolvedHandle.clear();
     m_resolvedName.clear();
-    m_channelInput->setFocus(); // The button that had it is gone.
+    m_channelInput->setFocus(); // The focused button is hidden now.
 }
 
 void AddChannelPage::removeCustomChannel(const QString& handle) {
@@ -185,12 +181,12 @@ void AddChannelPage::removeCustomChannel(const QString& handle) {
     }
     m_preferences.removeCustomChannel(handle);
     rebuildCustomList();
-    // The next press of a key is for the channel that takes the place of this one.
-    const QList<QPushButton*> left = buttons();
-    if (left.isEmpty())
+    // Keeps the focus at the same row.
+    const QList<QPushButton*> remaining = buttons();
+    if (remaining.isEmpty())
         m_channelInput->setFocus();
     else
-        left.at(std::min(row, left.size() - 1))->setFocus();
+        remaining.at(std::min(row, remaining.size() - 1))->setFocus();
 }
 
 void AddChannelPage::setStatus(const QString& text, Tone tone) {
@@ -201,7 +197,8 @@ void AddChannelPage::setStatus(const QString& text, Tone tone) {
     if (tone == Tone::neutral)
         m_statusLabel->setPalette({});
     else
-        setTextColor(*m_statusLabel, tone == Tone::good ? SystemColors::green : SystemColors::red);
+        setTextColor(*m_statusLabel,
+                     tone == Tone::success ? SystemColors::green : SystemColors::red);
     m_statusLabel->setForegroundRole(tone == Tone::neutral ? QPalette::PlaceholderText
                                                            : QPalette::WindowText);
     const double height = fitted.contains(u'\n') ? statusLines * lineHeight - 4 : lineHeight;
@@ -211,14 +208,14 @@ void AddChannelPage::setStatus(const QString& text, Tone tone) {
 void AddChannelPage::setBusy(bool isBusy) {
     m_resolveButton->setEnabled(!isBusy);
     if (!isBusy)
-        return m_busySign->stop();
+        return m_busyIndicator->stop();
     const double textWidth = m_statusLabel->sizeHint().width() / scale();
-    place(m_busySign, {20 + textWidth + 8, 172, 16, 16});
-    m_busySign->start();
+    place(m_busyIndicator, {20 + textWidth + 8, 172, 16, 16});
+    m_busyIndicator->start();
 }
 
 void AddChannelPage::rebuildCustomList() {
-    showPage(*m_customScroll, customList());
+    showListPage(*m_customScroll, customList());
 }
 
 FormPage* AddChannelPage::customList() {
@@ -238,7 +235,7 @@ FormPage* AddChannelPage::customList() {
         QLabel* text = list->addLabel({}, {4, y + 6, rowTextWidth, 18}, {.size = 12});
         text->setText(rowText(channel, text->fontMetrics(), text->width()));
         QPushButton* remove = makeButton(channel.handle(), u"Remove"_s);
-        remove->setAccessibleName(u"Remove "_s + plainName(channel.nameEn()));
+        remove->setAccessibleName(u"Remove "_s + singleLineName(channel.nameEn()));
         remove->setFont(scaledFont(remove->font(), {.size = 11}));
         setTextColor(*remove, SystemColors::red);
         connect(remove, &QPushButton::clicked, this,

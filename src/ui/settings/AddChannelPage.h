@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/Cancellation.h"
 #include "streaming/ChannelResolver.h"
 #include "ui/FormPage.h"
 
@@ -20,8 +21,8 @@ class RoundedBox;
 class Spinner;
 class TaskScope;
 
-/// Where a person adds channels of their own, after a look at what was found, and removes them.
-/// Owned by its window; main thread. What is found is foreign text and shown as such.
+/// Looks up custom channels, shows what was found before adding it, and removes channels. Owned by
+/// its window; main thread. Names found are untrusted and shown as plain text.
 class AddChannelPage final : public FormPage {
     Q_OBJECT
 
@@ -29,28 +30,26 @@ public:
     using Resolve =
         std::function<QCoro::Task<ChannelResolver::Result>(QString input, std::stop_token stop)>;
 
-    /// All outlive the page. `siteHost` is the host whose addresses can be pasted.
+    /// All references outlive the page. `siteHost` is the host whose addresses can be pasted.
     AddChannelPage(Preferences& preferences, TaskScope& tasks, Resolve resolve,
                    const QString& siteHost);
-    /// Ends a resolution that runs.
-    ~AddChannelPage() override;
 
-    /// Puts the text into the field and resolves it.
+    /// Puts the text into the input field and resolves it.
     void resolveChannel(const QString& text);
 
-    /// Makes the field the one that is typed into.
+    /// Gives the input field the keyboard focus.
     void focusInput();
 
 protected:
     void refresh() override { rebuildCustomList(); }
 
 private:
-    enum class Tone { neutral, good, bad };
+    enum class Tone { neutral, success, error };
 
     void addInput(const QString& siteHost);
     void addPreview();
     void resolveInput();
-    [[nodiscard]] QCoro::Task<> resolve(QString input);
+    [[nodiscard]] QCoro::Task<> resolve(QString input, std::stop_token stop);
     void showResult(const ChannelResolver::Result& result);
     void addResolvedChannel();
     void removeCustomChannel(const QString& handle);
@@ -64,17 +63,17 @@ private:
     Resolve m_resolve;
     QLineEdit* m_channelInput;
     QPushButton* m_resolveButton;
-    Spinner* m_busySign;
+    Spinner* m_busyIndicator;
     RoundedBox* m_previewBg;
     QLabel* m_previewName;
     QLabel* m_previewHandle;
     QLabel* m_statusLabel;
     QScrollArea* m_customScroll;
-    /// What was resolved last and waits to be added.
+    /// The last resolved channel, until it is added.
     QString m_resolvedHandle;
     QString m_resolvedName;
-    /// Of the resolution that runs, whose answer is the one that counts.
-    std::stop_source m_resolution;
+    /// The resolution that runs; starting another one or deleting the page cancels it.
+    Cancellation m_resolution;
 };
 
 } // namespace orvane

@@ -19,7 +19,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The slider counts in steps of this many for the whole range of opacities.
+/// Slider steps from transparent to opaque.
 constexpr int opacitySteps = 1000;
 constexpr double lowestOpacity = 0.3;
 

@@ -12,14 +12,14 @@ namespace orvane {
 class NotificationCenter;
 class Preferences;
 
-/// How the player window looks: its opacity, and three sizes to choose from. Owned by its window;
-/// main thread.
+/// Sets the opacity of the player window and offers three sizes for it. Owned by its window; main
+/// thread.
 class AppearancePage final : public FormPage {
     Q_OBJECT
 
 public:
-    /// `resizePlayer` gives the player window another size in points. What is passed by reference
-    /// outlives the page.
+    /// `resizePlayer` resizes the player window; the size is in points. The references outlive the
+    /// page.
     AppearancePage(Preferences& preferences, NotificationCenter& notifications,
                    std::function<void(QSizeF)> resizePlayer);
 
@@ -27,7 +27,7 @@ private:
     void addOpacitySlider();
     void addPresets();
     void opacityChanged(double opacity);
-    /// `width` in points, without the frame of the window.
+    /// `width` is the content width in points.
     void sizePresetTapped(int width);
     void highlightPreset(int width);
 

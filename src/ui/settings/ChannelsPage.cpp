@@ -3,8 +3,8 @@
 
 #include "settings/Preferences.h"
 #include "state/ChannelRegistry.h"
+#include "ui/DisplayText.h"
 #include "ui/FavoriteKeys.h"
-#include "ui/PlainName.h"
 #include "ui/SystemColors.h"
 #include "ui/settings/RoundedBox.h"
 #include "ui/settings/StarButton.h"
@@ -42,8 +42,8 @@ QColor bandColor(ChannelCategory category) {
     return {};
 }
 
-/// Room for the built-in channels with a margin below them, and just enough for those that a person
-/// has added, as the margin would grow with their number.
+/// Returns the height in points. The built-in rows count with a margin; custom rows do not, as the
+/// margin would grow with their number.
 double listHeight(const QList<Channel>& channels) {
     const auto added = std::ranges::count(channels, ChannelCategory::custom, &Channel::category);
     const auto builtIn = channels.size() - added;
@@ -56,13 +56,13 @@ double listHeight(const QList<Channel>& channels) {
 ChannelsPage::ChannelsPage(Preferences& preferences, const ChannelRegistry& registry)
     : m_preferences(preferences),
       m_registry(registry),
-      m_scroll(makePageScroll(u"channelsScroll"_s)) {
+      m_scroll(makeListScroll(u"channelsScroll"_s)) {
     setObjectName(u"channelsWrapper"_s);
     place(m_scroll, scrollFrame);
 }
 
 void ChannelsPage::rebuildChannelsContent() {
-    showPage(*m_scroll, channelList());
+    showListPage(*m_scroll, channelList());
 }
 
 FormPage* ChannelsPage::channelList() {
@@ -77,7 +77,7 @@ FormPage* ChannelsPage::channelList() {
         if (!channels.isEmpty())
             y = addCategory(*list, category, channels, y);
     }
-    nameFavorites();
+    updateStars();
     return list;
 }
 
@@ -100,15 +100,15 @@ double ChannelsPage::addCategory(FormPage& list, ChannelCategory category,
 }
 
 void ChannelsPage::addChannel(FormPage& list, const Channel& channel, bool isEnabled, double y) {
-    const QString name = plainName(channel.displayName());
+    const QString name = singleLineName(channel.displayName());
     auto* box = new QCheckBox;
-    const int room = qRound(410 * scale());
-    box->setText(controlText(box->fontMetrics().elidedText(name, Qt::ElideRight, room)));
+    const int textWidth = qRound(410 * scale());
+    box->setText(escapedMnemonics(box->fontMetrics().elidedText(name, Qt::ElideRight, textWidth)));
     box->setObjectName(channel.id());
     box->setChecked(isEnabled);
     connect(box, &QCheckBox::clicked, this,
             [this, id = channel.id()](bool isOn) { channelToggled(id, isOn); });
-    // As far as the star, as long as there is one at the end of the row.
+    // The box ends where the star begins.
     list.place(box, {28, y - 20, 426, 18});
 
     auto* star = new StarButton;
@@ -135,15 +135,15 @@ void ChannelsPage::favoriteToggled(const QString& id, bool isOn) {
     if (isOn)
         favorites.append(id);
     m_preferences.setFavoriteChannelIDs(favorites);
-    nameFavorites();
+    updateStars();
 }
 
-void ChannelsPage::nameFavorites() {
+void ChannelsPage::updateStars() {
     const QStringList favorites = m_preferences.favoriteChannelIDs();
     for (const Star& star : std::as_const(m_stars)) {
         const qsizetype index = favorites.indexOf(star.id);
         star.button->setChecked(index >= 0);
-        star.button->setToolTip(index >= 0 ? favoriteText(index) : u"Make it a favourite"_s);
+        star.button->setToolTip(index >= 0 ? favoriteToolTip(index) : u"Make it a favourite"_s);
     }
 }
 

@@ -12,7 +12,7 @@ class ChannelRegistry;
 class Preferences;
 class StarButton;
 
-/// Every channel under its category, each with a box that shows it in the menus and a star that
+/// Lists all channels by category, each with a check box that shows it in the menus and a star that
 /// makes it a favourite. Owned by its window; main thread.
 class ChannelsPage final : public FormPage {
     Q_OBJECT
@@ -37,7 +37,7 @@ private:
     void addChannel(FormPage& list, const Channel& channel, bool isEnabled, double y);
     void channelToggled(const QString& id, bool isOn);
     void favoriteToggled(const QString& id, bool isOn);
-    void nameFavorites();
+    void updateStars();
 
     Preferences& m_preferences;
     const ChannelRegistry& m_registry;

@@ -43,9 +43,9 @@ GeneralPage::GeneralPage(Preferences& preferences, AppState& state,
       m_autostart(autostart),
       m_startAtLogin(
           addCheckBox(u"startAtLogin"_s, u"Start Orvane at login"_s, {20, 170, 320, 22})),
-      m_autostartFault(addLabel({}, {42, 148, 420, 20}, {.size = 12})) {
-    setTextColor(*m_autostartFault, SystemColors::red);
-    m_autostartFault->setObjectName(u"autostartFault"_s);
+      m_autostartError(addLabel({}, {42, 148, 420, 20}, {.size = 12})) {
+    setTextColor(*m_autostartError, SystemColors::red);
+    m_autostartError->setObjectName(u"autostartFault"_s);
     connect(m_resolution, &QComboBox::activated, this, &GeneralPage::resolutionChanged);
     connect(m_theme, &QComboBox::activated, this, &GeneralPage::themeChanged);
     connect(m_autoPlay, &QCheckBox::clicked, this,
@@ -61,16 +61,16 @@ void GeneralPage::refresh() {
     m_theme->setCurrentText(rawValue(m_preferences.theme()));
     m_shortcutsInTextFields->setChecked(m_preferences.shortcutsInTextFields());
     m_startAtLogin->setChecked(m_autostart.isEnabled());
-    m_autostartFault->clear();
+    m_autostartError->clear();
 }
 
 QCheckBox* GeneralPage::addCheckBox(const QString& name, const QString& title,
                                     const QRectF& frame) {
     auto* box = new QCheckBox(title);
     box->setObjectName(name);
-    QRectF room = frame;
-    room.setWidth(std::max(frame.width(), box->sizeHint().width() / scale()));
-    place(box, room);
+    QRectF grown = frame;
+    grown.setWidth(std::max(frame.width(), box->sizeHint().width() / scale()));
+    place(box, grown);
     return box;
 }
 
@@ -99,9 +99,9 @@ void GeneralPage::themeChanged() {
 }
 
 void GeneralPage::autostartChanged(bool isOn) {
-    const bool isDone = m_autostart.setEnabled(isOn);
+    const bool isSaved = m_autostart.setEnabled(isOn);
     m_startAtLogin->setChecked(m_autostart.isEnabled());
-    m_autostartFault->setText(isDone ? QString() : u"The autostart folder cannot be changed."_s);
+    m_autostartError->setText(isSaved ? QString() : u"The autostart folder cannot be changed."_s);
 }
 
 } // namespace orvane

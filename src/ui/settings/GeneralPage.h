@@ -13,13 +13,13 @@ class AppState;
 class NotificationCenter;
 class Preferences;
 
-/// The settings that fit nowhere else. Each control writes what it shows at once. Owned by its
-/// window; main thread.
+/// General settings: resolution, launch, theme and keyboard. Each control stores its value at once.
+/// Owned by its window; main thread.
 class GeneralPage final : public FormPage {
     Q_OBJECT
 
 public:
-    /// What is referred to outlives the page.
+    /// All references outlive the page.
     GeneralPage(Preferences& preferences, AppState& state, NotificationCenter& notifications,
                 const Autostart& autostart);
 
@@ -43,7 +43,7 @@ private:
     QCheckBox* m_shortcutsInTextFields;
     Autostart m_autostart;
     QCheckBox* m_startAtLogin;
-    QLabel* m_autostartFault;
+    QLabel* m_autostartError;
 };
 
 } // namespace orvane

@@ -6,7 +6,7 @@
 
 namespace orvane {
 
-/// A coloured surface with round corners, to put behind other things. Main thread.
+/// A coloured background with rounded corners. Main thread.
 class RoundedBox final : public QWidget {
     Q_OBJECT
 

@@ -14,15 +14,14 @@ class ChannelRegistry;
 class Preferences;
 class TaskScope;
 
-/// The window that edits the stored settings and adds and removes channels of the person's own.
-/// Controls write their value at once. Created by the application controller on first need and
-/// kept, so that it comes back as it was closed; main thread. It floats as the player window does,
-/// which would lie on it otherwise.
+/// Edits the preferences and adds and removes custom channels. Controls store their value at once.
+/// Created by the application controller on first use and kept, so that it reopens as it was
+/// closed; main thread. It stays on top like the player window, which would cover it otherwise.
 class SettingsWindow final : public QWidget {
     Q_OBJECT
 
 public:
-    /// All outlive the window.
+    /// All references outlive the window.
     struct Collaborators {
         Preferences& preferences;
         const ChannelRegistry& registry;
@@ -30,10 +29,10 @@ public:
         NotificationCenter& notifications;
         TaskScope& tasks;
         AddChannelPage::Resolve resolve;
-        /// Of the site whose channels can be added.
+        /// The host of the site whose channels can be added.
         QString siteHost;
         Autostart autostart;
-        /// Gives the player window, where there is one, another size in points.
+        /// Resizes the player window, if there is one; the size is in points.
         std::function<void(QSizeF)> resizePlayer;
     };
 
@@ -42,7 +41,7 @@ public:
 
     void showCustomChannelsTab();
 
-    /// Shows that tab, and resolves the text there as if it had been typed.
+    /// Shows that tab and resolves `text` as if the user had entered it.
     void resolveChannel(const QString& text);
 
 private:

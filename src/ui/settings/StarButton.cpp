@@ -15,7 +15,7 @@ namespace orvane {
 namespace {
 
 constexpr int points = 5;
-/// Of the outer radius.
+/// As a fraction of the outer radius.
 constexpr double innerRadius = 0.42;
 
 QPainterPath star(QPointF centre, double radius) {
@@ -42,10 +42,10 @@ void StarButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const double radius = std::min(width(), height()) / 2.0 - 2;
-    const QColor colour = isChecked() || underMouse() ? SystemColors::orange
-                                                      : palette().color(QPalette::PlaceholderText);
-    painter.setPen(QPen(colour, 1, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    painter.setBrush(isChecked() ? QBrush(colour) : QBrush(Qt::NoBrush));
+    const QColor color = isChecked() || underMouse() ? SystemColors::orange
+                                                     : palette().color(QPalette::PlaceholderText);
+    painter.setPen(QPen(color, 1, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setBrush(isChecked() ? QBrush(color) : QBrush(Qt::NoBrush));
     painter.drawPath(star(QRectF(rect()).center(), radius));
     if (hasFocus()) {
         QStyleOptionFocusRect option;

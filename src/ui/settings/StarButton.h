@@ -5,8 +5,8 @@
 
 namespace orvane {
 
-/// A star that is full while it is checked. Main thread. Whoever makes it gives it a tool tip and
-/// an accessible name.
+/// A check box in the shape of a star, filled while checked. Main thread. The owner sets the tool
+/// tip and the accessible name.
 class StarButton final : public QAbstractButton {
     Q_OBJECT
 

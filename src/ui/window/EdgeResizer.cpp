@@ -44,9 +44,9 @@ Qt::Edges EdgeResizer::edgesUnder(const QMouseEvent& event) const {
 }
 
 void EdgeResizer::showCursor(Qt::Edges edges) {
-    if (edges == m_shown)
+    if (edges == m_cursorEdges)
         return;
-    m_shown = edges;
+    m_cursorEdges = edges;
     if (edges)
         m_window->setCursor(cursorFor(edges));
     else

@@ -11,16 +11,16 @@ class QWidget;
 
 namespace orvane {
 
-/// Lets a frameless window be resized by its edges and corners: the window manager does it. Owned
-/// by the window; main thread. Every widget inside it is watched, so it has to be made after them,
-/// and what happens on the edges never reaches them.
+/// Lets the window manager resize a frameless window by its edges and corners. Owned by the window;
+/// main thread. Create it after all child widgets: it filters their events, and they never receive
+/// presses on the edges.
 class EdgeResizer final : public QObject {
     Q_OBJECT
 
 public:
     explicit EdgeResizer(QWidget* window);
 
-    /// Called when a person is about to resize the window.
+    /// Sets the callback for when the user starts to resize the window.
     void onResize(std::function<void()> callback) { m_onResize = std::move(callback); }
 
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -30,7 +30,7 @@ private:
     void showCursor(Qt::Edges edges);
 
     QWidget* m_window;
-    Qt::Edges m_shown;
+    Qt::Edges m_cursorEdges;
     std::function<void()> m_onResize;
 };
 

@@ -9,20 +9,20 @@ namespace orvane {
 
 namespace {
 
-/// Both together, and the fade, stay within a second, which is how long a pointer that has left may
-/// go unnoticed.
-constexpr std::chrono::milliseconds timeBetweenLooks{400};
-/// A compositor tells within a frame or two that the pointer is over a window.
-constexpr std::chrono::milliseconds timeForTheCompositor{150};
+/// Together with `probeTime` and the fade it stays below a second, the longest time after which the
+/// window must be back.
+constexpr std::chrono::milliseconds pollInterval{400};
+/// A compositor reports a pointer over a window within a frame or two.
+constexpr std::chrono::milliseconds probeTime{150};
 
 } // namespace
 
 GhostMode::GhostMode(Window& window, EventMonitor& events) : m_window(window), m_events(events) {
-    m_nextLook.setInterval(timeBetweenLooks);
-    connect(&m_nextLook, &QTimer::timeout, this, &GhostMode::lookAgain);
-    m_closerLook.setInterval(timeForTheCompositor);
-    m_closerLook.setSingleShot(true);
-    connect(&m_closerLook, &QTimer::timeout, this, &GhostMode::reveal);
+    m_pollTimer.setInterval(pollInterval);
+    connect(&m_pollTimer, &QTimer::timeout, this, &GhostMode::poll);
+    m_probeTimer.setInterval(probeTime);
+    m_probeTimer.setSingleShot(true);
+    connect(&m_probeTimer, &QTimer::timeout, this, &GhostMode::reveal);
 }
 
 GhostMode::~GhostMode() = default;
@@ -51,9 +51,9 @@ void GhostMode::checkMousePosition() {
         hide();
     } else if (!isInside && m_isHiddenByGhost) {
         reveal();
-    } else if (m_closerLook.isActive()) {
-        // It is still there, so the click that may come is the other program's again.
-        m_closerLook.stop();
+    } else if (m_probeTimer.isActive()) {
+        // The pointer is still there: let clicks through again.
+        m_probeTimer.stop();
         m_window.setIgnoresMouseEvents(true);
     }
 }
@@ -62,31 +62,31 @@ void GhostMode::hide() {
     m_isHiddenByGhost = true;
     m_window.setIgnoresMouseEvents(true);
     m_window.fadeOut();
-    m_nextLook.start();
+    m_pollTimer.start();
 }
 
 void GhostMode::reveal() {
     m_isHiddenByGhost = false;
-    m_nextLook.stop();
-    m_closerLook.stop();
+    m_pollTimer.stop();
+    m_probeTimer.stop();
     m_window.setIgnoresMouseEvents(false);
     m_window.fadeIn();
 }
 
-void GhostMode::lookAgain() {
+void GhostMode::poll() {
     m_window.keepHidden();
-    // A pointer that a program has moved makes no event, and other things go unseen as well.
+    // A pointer moved by a program causes no event.
     if (m_events.pointerLocation())
         checkMousePosition();
     else
-        lookCloser();
+        probePointer();
 }
 
-void GhostMode::lookCloser() {
-    if (m_closerLook.isActive())
+void GhostMode::probePointer() {
+    if (m_probeTimer.isActive())
         return;
     m_window.setIgnoresMouseEvents(false);
-    m_closerLook.start();
+    m_probeTimer.start();
 }
 
 } // namespace orvane

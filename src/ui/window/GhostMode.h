@@ -11,14 +11,14 @@ namespace orvane {
 
 class EventMonitor;
 
-/// Makes a window vanish and let clicks through for as long as the pointer is over it. Owned by the
-/// window; main thread. In a Wayland session the pointer is invisible over other programs' windows;
-/// there it looks closer from time to time by taking the pointer for a moment.
+/// Hides a window and lets clicks through while the pointer is over it. Owned by the window; main
+/// thread. In a Wayland session the position of the pointer is unknown over other programs'
+/// windows; there it probes from time to time by accepting mouse events for a moment.
 class GhostMode final : public QObject {
     Q_OBJECT
 
 public:
-    /// What ghost mode does to its window.
+    /// The operations that ghost mode needs of its window.
     class Window {
     public:
         virtual ~Window() = default;
@@ -26,21 +26,21 @@ public:
         /// Points in desktop coordinates, y downwards.
         [[nodiscard]] virtual QRectF frameOnScreen() const = 0;
         virtual void setIgnoresMouseEvents(bool ignores) = 0;
-        /// Fades to nothing over `ghostFadeDuration`.
+        /// Fades out over `ghostFadeDuration`.
         virtual void fadeOut() = 0;
         /// Fades to the preferred opacity over `ghostFadeDuration`.
         virtual void fadeIn() = 0;
-        /// Called now and then while the window is hidden: the desktop may have changed.
+        /// Called repeatedly while the window is hidden, as the desktop may have changed.
         virtual void keepHidden() = 0;
     };
 
     /// Milliseconds.
     static constexpr int ghostFadeDuration = 150;
-    /// Points around the window in which the pointer still counts as over it, so that a window does
-    /// not flicker under a pointer that rests on its edge.
+    /// The margin in points in which the pointer still counts as over the window, so that the
+    /// window does not flicker under a pointer on its edge.
     static constexpr double ghostPadding = 8;
 
-    /// Both outlive it.
+    /// Both outlive this object.
     GhostMode(Window& window, EventMonitor& events);
     ~GhostMode() override;
 
@@ -51,8 +51,8 @@ public:
 
 private:
     void checkMousePosition();
-    void lookAgain();
-    void lookCloser();
+    void poll();
+    void probePointer();
     void hide();
     void reveal();
 
@@ -62,9 +62,9 @@ private:
     std::unique_ptr<QObject> m_localMouseMonitor;
     bool m_isHiddenByGhost = false;
     /// Runs while the window is hidden.
-    QTimer m_nextLook;
-    /// Runs while the window takes the pointer to see whether it is still there.
-    QTimer m_closerLook;
+    QTimer m_pollTimer;
+    /// Runs while the window accepts mouse events to find out whether the pointer is still there.
+    QTimer m_probeTimer;
 };
 
 } // namespace orvane

@@ -44,8 +44,8 @@ void WindowDrag::press(const QMouseEvent& event) {
 void WindowDrag::move(const QMouseEvent& event) {
     if (!m_pressedAt || !event.buttons().testFlag(Qt::LeftButton))
         return;
-    // Not on the press itself: a window manager that moves a window takes the release, and then the
-    // second click of a double click is a first one.
+    // Not on the press itself: a window manager that moves a window consumes the release, and a
+    // double click would no longer be recognised.
     const QPointF distance = event.globalPosition() - *m_pressedAt;
     if (distance.manhattanLength() < QGuiApplication::styleHints()->startDragDistance())
         return;

@@ -12,16 +12,15 @@ class QWidget;
 
 namespace orvane {
 
-/// Lets the window be dragged by one of its widgets: the window manager moves it, once the pointer
-/// has been moved with the left button held. Owned by the widget; main thread. Clicks and drags on
-/// children that use them themselves are left to those.
+/// Lets the user move the window by dragging one of its widgets; the window manager does the move.
+/// Owned by the widget; main thread. Children that handle mouse events themselves are not affected.
 class WindowDrag final : public QObject {
     Q_OBJECT
 
 public:
     explicit WindowDrag(QWidget* handle);
 
-    /// Called on a double click; without it that is nothing special.
+    /// Sets the callback for a double click.
     void onDoubleClick(std::function<void()> callback) { m_onDoubleClick = std::move(callback); }
 
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -12,10 +12,10 @@ namespace orvane {
 namespace {
 
 constexpr double edgeDistance = 20;
-/// So much of a window has to be on a screen, both ways, for it to be seen and dragged.
-constexpr double reachable = 40;
+/// The width and height of a window that must be on a screen for the user to see and drag it.
+constexpr double minimumVisible = 40;
 constexpr double edgeWidth = 6;
-/// How far a corner goes along the edges.
+/// The extent of a corner along the edges.
 constexpr double cornerLength = 18;
 
 double squaredDistance(const QRectF& area, const QPointF& point) {
@@ -29,7 +29,7 @@ QRectF nearestArea(const QList<QRectF>& areas, const QPointF& point) {
         areas, {}, [&](const QRectF& area) { return squaredDistance(area, point); });
 }
 
-/// As near to where it is as its being whole inside the area allows; not larger than the area.
+/// Returns `frame` moved into the area by the shortest way, and shrunk to it if necessary.
 QRectF movedInto(const QRectF& area, QRectF frame) {
     frame.setSize(frame.size().boundedTo(area.size()));
     frame.moveLeft(std::clamp(frame.x(), area.left(), area.right() - frame.width()));
@@ -54,7 +54,7 @@ QRectF initialPlayerFrame(const std::optional<QRectF>& saved, const QList<QRectF
                             saved->height() < smallestPlayerSize.height();
     const bool isInReach = std::ranges::any_of(usableAreas, [&](const QRectF& area) {
         const QRectF shown = area & *saved;
-        return shown.width() >= reachable && shown.height() >= reachable;
+        return shown.width() >= minimumVisible && shown.height() >= minimumVisible;
     });
     if (isInReach && !isTooSmall)
         return *saved;
@@ -86,7 +86,7 @@ Qt::Edges edgesAt(const QPointF& position, const QSizeF& size) {
     const double nearest = std::min({position.x(), position.y(), right, bottom});
     if (nearest < 0 || nearest >= edgeWidth)
         return {};
-    // A place near two edges belongs to the corner between them.
+    // Near two edges it is the corner between them.
     Qt::Edges edges;
     edges.setFlag(Qt::LeftEdge, position.x() < cornerLength);
     edges.setFlag(Qt::TopEdge, position.y() < cornerLength);

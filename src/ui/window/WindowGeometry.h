@@ -9,32 +9,31 @@
 
 namespace orvane {
 
-/// Where the player window goes when nothing is known: 480 × 314 in the lower right corner of the
+/// Returns the default frame of the player window: 480 × 314 in the lower right corner of the
 /// usable area, 20 points from both edges. Points, y downwards.
 [[nodiscard]] QRectF defaultPlayerFrame(const QRectF& usableArea);
 
 /// Points.
 inline constexpr QSize smallestPlayerSize(320, 180);
 
-/// Where the player window goes at first: the saved frame as it is, if it can be reached there and
-/// is not too small; else moved and grown so that it can be. Without a saved frame, or with one
-/// without a size, the default one. `usableAreas` holds the usable area of every screen, the first
-/// screen's first; it is not empty.
+/// Returns the first frame of the player window: the saved frame if the user can reach it and it is
+/// large enough, else the same moved and grown as needed. Returns the default frame if `saved` is
+/// missing or empty. `usableAreas` has the usable area of every screen, primary first; not empty.
 [[nodiscard]] QRectF initialPlayerFrame(const std::optional<QRectF>& saved,
                                         const QList<QRectF>& usableAreas);
 
-/// `frame` with another size. The corner that is nearest to a corner of its screen stays where it
-/// is, so that a window in a corner stays there; then it is moved as far as its being whole on that
-/// screen asks for.
+/// Returns `frame` with another size. The corner nearest to a corner of the screen stays in place,
+/// so that a window in a corner stays there; then the frame is moved to be completely on the
+/// screen.
 [[nodiscard]] QRectF resizedPlayerFrame(const QRectF& frame, const QSizeF& size,
                                         const QList<QRectF>& usableAreas);
 
-/// Where a window goes when the screens have changed: it stays where all of it is on them; else it
-/// is moved into the nearest usable area, and shrunk to it where it must be.
+/// Returns the frame after a change of screens: unchanged if it is completely visible, else moved
+/// into the nearest usable area and shrunk to it if necessary.
 [[nodiscard]] QRectF playerFrameInView(const QRectF& frame, const QList<QRectF>& usableAreas);
 
-/// The edges of a window of this size by which a press at `position` resizes it: a band of 6 points
-/// along the inside, whose ends are the corners. None elsewhere.
+/// Returns the edges that a press at `position` resizes: those of a band of 6 points along the
+/// inside of a window of this size, two at its corners. None elsewhere.
 [[nodiscard]] Qt::Edges edgesAt(const QPointF& position, const QSizeF& size);
 
 } // namespace orvane

@@ -265,13 +265,13 @@ TEST_F(SettingsWindowTest, ResolvesAddsAndRemoves) {
     EXPECT_EQ(resolver.calls[0].input, u"@Some"_s);
     EXPECT_EQ(status(), u"Resolving..."_s);
     EXPECT_FALSE(part<QPushButton>(u"resolveBtn"_s)->isEnabled());
-    EXPECT_TRUE(part<QWidget>(u"busySign"_s)->isVisible());
+    EXPECT_TRUE(part<QWidget>(u"busyIndicator"_s)->isVisible());
     resolver.answer(0, std::unexpected(ChannelResolver::ResolveError{u"Not found."_s}));
     test::settle();
     EXPECT_EQ(status(), u"Not found."_s);
     EXPECT_EQ(part<QLineEdit>(u"channelInput"_s)->text(), u" @Some "_s);
     EXPECT_FALSE(isPreviewShown());
-    EXPECT_FALSE(part<QWidget>(u"busySign"_s)->isVisible());
+    EXPECT_FALSE(part<QWidget>(u"busyIndicator"_s)->isVisible());
 
     click(u"resolveBtn"_s);
     answer(1, u"Some"_s, u"Some name"_s);

@@ -96,7 +96,7 @@ TEST_F(GhostModeTest, TakesThePointerForAMomentWhereItCannotBeSeen) {
     events.moveTo(std::nullopt);
     ASSERT_TRUE(runUntil([&] { return !ghost.isHiddenByGhost(); }));
     EXPECT_EQ(window.takeCalls(), (QStringList{u"heed"_s, u"heed"_s, u"in"_s}));
-    // Nor does a place that nobody knows hide a window.
+    // An unknown position does not hide the window.
     events.moveTo(std::nullopt);
     EXPECT_TRUE(window.takeCalls().isEmpty());
 }

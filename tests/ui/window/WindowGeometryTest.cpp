@@ -14,7 +14,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-TEST(PlayerFrame, IsWhereItWasUnlessNobodyCouldReachItThere) {
+TEST(PlayerFrame, StaysWhereItWasIfTheUserCanReachIt) {
     const QRectF usable(0, 30, 1280, 690);
     EXPECT_EQ(defaultPlayerFrame(usable), QRectF(780, 386, 480, 314));
     const QRectF second(1280, 0, 1920, 1080);
@@ -27,7 +27,7 @@ TEST(PlayerFrame, IsWhereItWasUnlessNobodyCouldReachItThere) {
              Case{QRectF(), {780, 386, 480, 314}},
              Case{QRectF(5, 6, 320, 224), {5, 6, 320, 224}},
              Case{QRectF(2000.5, 33.25, 480, 270), {2000.5, 33.25, 480, 270}},
-             // Partly outside is a choice of the person's.
+             // The user may have moved it partly off the screen.
              Case{QRectF(-400, 100, 480, 270), {-400, 100, 480, 270}},
              Case{QRectF(-460, 100, 480, 270), {0, 100, 480, 270}},
              Case{QRectF(5000, 500, 480, 270), {2720, 500, 480, 270}},

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ui/PlainName.h"
+#include "ui/DisplayText.h"
 
 #include "base/PlainText.h"
 
@@ -9,20 +9,20 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qsizetype longestName = 80;
+constexpr qsizetype maximumLength = 80;
 constexpr QChar firstStrongIsolate(0x2068);
 constexpr QChar popDirectionalIsolate(0x2069);
 
 } // namespace
 
-QString plainName(const QString& name) {
-    QString line = oneLine(name, longestName + 1);
-    if (line.size() > longestName)
-        line = oneLine(line, longestName - 1) + u'…';
+QString singleLineName(const QString& name) {
+    QString line = oneLine(name, maximumLength + 1);
+    if (line.size() > maximumLength)
+        line = oneLine(line, maximumLength - 1) + u'…';
     return line.isRightToLeft() ? firstStrongIsolate + line + popDirectionalIsolate : line;
 }
 
-QString controlText(QString text) {
+QString escapedMnemonics(QString text) {
     return text.replace(u'&', u"&&"_s);
 }
 
