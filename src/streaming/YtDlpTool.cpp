@@ -56,13 +56,15 @@ QCoro::Task<YtDlpTool::Installed> YtDlpTool::install(YtDlpPlan plan) {
         if (!installed && other.user == plan.user)
             co_return Installed(installed);
     }
-    if (!m_installed || !HostFileSystem::isExecutableFile(m_installed->program)) {
+    std::optional<YtDlpCommand> command = m_installed;
+    if (!command || !HostFileSystem::isExecutableFile(command->program)) {
         const Installed installed = co_await runInstallation(plan);
         if (!installed)
             co_return Installed(installed);
+        command = *installed;
     }
-    m_known.insert(plan.user, *m_installed);
-    co_return Installed(*m_installed);
+    m_known.insert(plan.user, *command);
+    co_return Installed(*command);
 }
 
 QCoro::Task<YtDlpTool::Installed> YtDlpTool::runInstallation(YtDlpPlan plan) {

@@ -57,7 +57,7 @@ QString unexpectedArgument(const QString& argument) {
 }
 
 QString unknownOption(const QString& name) {
-    const QString message = unexpectedArgument(u"--"_s + name);
+    QString message = unexpectedArgument(u"--"_s + name);
     for (const Option& option : options()) {
         if (isLikelyTypo(name, option.name))
             return message + u"; did you mean --"_s + option.name + u'?';

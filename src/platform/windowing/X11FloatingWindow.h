@@ -10,6 +10,8 @@
 
 #include <optional>
 
+class QWidget;
+
 namespace orvane {
 
 /// `FloatingWindow` for X11, with EWMH and ICCCM hints and window shapes. In a Wayland session the
