@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""What the program tells of its use, seen by the server that it tells."""
+"""The telemetry signals that reach the server."""
 
 import json
 
@@ -9,7 +9,7 @@ from tools.waiting import wait_until
 
 
 class SignalServer(LoopbackServer):
-    """Keeps the body of each signal that is posted. Answers only after `allowed` is set."""
+    """Records the body of each posted signal. Answers only after `allowed` is set."""
 
     def __init__(self):
         super().__init__()
@@ -22,7 +22,7 @@ class SignalServer(LoopbackServer):
         self.begin(request, 200, 0)
 
     def wait_for(self, count: int) -> list[dict]:
-        """The objects of the signals so far."""
+        """Waits for `count` signals; returns the objects received so far."""
         wait_until(lambda: len(self.signals) >= count, f"{count} signals; so far: {self.signals}")
         for path, kind, body in self.signals:
             assert (path, kind, len(body)) == ("/v2/", "application/json", 1), (path, kind, body)
@@ -58,14 +58,14 @@ class Telemetry(MenuCase):
         self.assertEqual(signals, [launch, played] * 2)
 
     def test_quit_while_sending(self):
-        """The server takes the signal and says nothing, and nor does the program."""
-        said = []
+        """A server that never answers neither delays the end nor causes output."""
+        logs = []
         for origin in ("", self.server.origin):
-            # Nothing plays there: what plays makes other libraries talk.
+            # Nothing plays on this site: playing would make other libraries log.
             program = self.start(site="http://127.0.0.1:1", ORVANE_TELEMETRY=origin)
             program.wait_for("window-shown")
             self.server.wait_for(1 if origin else 0)
             self.quit_cleanly()
-            said.append(program.log())
-        self.assertEqual(said[0], said[1])
+            logs.append(program.log())
+        self.assertEqual(logs[0], logs[1])
         self.assertIn("lumenfold.orvane.telemetryUserID", program.preferences())
