@@ -31,13 +31,12 @@ struct Option {
 const QList<Option>& options() {
     static const QList<Option> table{
         {u"play"_s, u"ID|NAME"_s, u"play this channel, by its id or one of its names"_s},
-        {u"next"_s, {}, u"play the next of the enabled channels"_s},
-        {u"previous"_s, {}, u"play the previous of them"_s},
+        {u"next"_s, {}, u"play the next enabled channel"_s},
+        {u"previous"_s, {}, u"play the previous enabled channel"_s},
         {u"mute"_s, {}, u"mute or unmute"_s},
         {u"toggle-ghost"_s, {}, u"turn ghost mode on or off"_s},
         {u"settings"_s, {}, u"open the settings"_s},
-        {u"add"_s, u"TEXT"_s,
-         u"look up a channel to add: a link, a handle or a name; \"\" to be asked"_s},
+        {u"add"_s, u"TEXT"_s, u"look up a link, handle or name to add; \"\" to be asked"_s},
         {u"quit"_s, {}, u"quit the running Orvane; if there is none, do nothing"_s},
         {list, {}, u"print id, category and name of every channel"_s},
         {json, {}, u"with --list: as JSON"_s},
@@ -56,13 +55,26 @@ QString unexpectedArgument(const QString& argument) {
     return u"unexpected argument \"%1\""_s.arg(argument);
 }
 
-QString unknownOption(const QString& name) {
-    QString message = unexpectedArgument(u"--"_s + name);
+QString unknownOption(const QString& name, const QStringList& arguments) {
+    QString message =
+        unexpectedArgument((arguments.contains(u'-' + name) ? u"-"_s : u"--"_s) + name);
     for (const Option& option : options()) {
         if (isLikelyTypo(name, option.name))
             return message + u"; did you mean --"_s + option.name + u'?';
     }
     return message;
+}
+
+QString missingValue(const QString& name) {
+    return u"missing value after \"--%1\""_s.arg(name);
+}
+
+/// Returns the parser's message in the style of the others: no capital, no full stop.
+QString parserMessage(const QCommandLineParser& parser) {
+    QString message = parser.errorText().replace(u'\'', u'"');
+    if (message.endsWith(u'.'))
+        message.chop(1);
+    return message.isEmpty() ? message : message.at(0).toLower() + message.sliced(1);
 }
 
 /// An option with its value.
@@ -72,7 +84,7 @@ struct Word {
 };
 
 void addOptions(QCommandLineParser& parser) {
-    // A session manager starts the program with "-session ID" to restore it; Qt reads that later.
+    // A session manager restores the program with "-session ID", which QApplication reads later.
     parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
     parser.addOption({sessionOption, {}, sessionOption});
     for (const Option& option : options()) {
@@ -83,14 +95,13 @@ void addOptions(QCommandLineParser& parser) {
     }
 }
 
-/// Returns what is wrong with the value of `option`, or an empty text. `arguments` are all words of
-/// the command line.
-QString valueError(const Option& option, const QString& value, const QStringList& arguments) {
-    // The parser also takes the next option as a value; only "--add=--x" means a leading "--".
+/// Returns whether `value` is no value for `option`. `arguments` are all arguments of the program.
+bool lacksValue(const Option& option, const QString& value, const QStringList& arguments) {
+    // The parser takes the next option for a value; only "--add=--x" means a leading "--".
     const bool isOption = value.startsWith(u"--") && arguments.contains(value);
     // The text to add can still be typed into the page that opens.
     const bool isMissing = value.trimmed().isEmpty() && option.name != Verb::Add::name;
-    return isOption || isMissing ? u"--%1 needs %2"_s.arg(option.name, option.value) : QString();
+    return isOption || isMissing;
 }
 
 /// Returns the options in the order in which they were typed.
@@ -99,9 +110,9 @@ std::expected<QList<Word>, UsageError> optionsOf(const QStringList& arguments) {
     addOptions(parser);
     const bool isParsed = parser.parse(QStringList{u"orvane"_s} + arguments);
     if (!parser.unknownOptionNames().isEmpty())
-        return usageError(unknownOption(parser.unknownOptionNames().first()));
+        return usageError(unknownOption(parser.unknownOptionNames().first(), arguments));
     if (!isParsed)
-        return usageError(parser.errorText());
+        return usageError(parserMessage(parser));
     if (!parser.positionalArguments().isEmpty())
         return usageError(unexpectedArgument(parser.positionalArguments().first()));
     QHash<QString, QStringList> values;
@@ -116,9 +127,8 @@ std::expected<QList<Word>, UsageError> optionsOf(const QStringList& arguments) {
             if (!values.contains(name))
                 values[name] = parser.values(name);
             word.value = values[name].takeFirst();
-            const QString error = valueError(*option, word.value, arguments);
-            if (!error.isEmpty())
-                return usageError(error);
+            if (lacksValue(*option, word.value, arguments))
+                return usageError(missingValue(name));
         }
         words += word;
     }
@@ -139,11 +149,11 @@ std::expected<Command, UsageError> commandOf(QList<Word> words) {
             return usageError(u"--json needs --list"_s);
         if (!std::ranges::all_of(words,
                                  [](const Word& w) { return w.name == list || w.name == json; }))
-            return usageError(u"--list goes with no other option but --json"_s);
+            return usageError(u"--list can only be combined with --json"_s);
         return ListChannels{has(json) ? ListChannels::Format::json : ListChannels::Format::table};
     }
     if (has(Verb::Quit::name) && words.size() > 1)
-        return usageError(u"--quit goes with no other option"_s);
+        return usageError(u"--quit cannot be combined with other options"_s);
     Run run{.isVerbose = isVerbose};
     for (const Word& word : words) {
         std::optional<Verb::Value> verb = Verb::named(word.name);
@@ -167,8 +177,8 @@ QString help() {
     constexpr int column = 22;
     QString text =
         u"Usage: orvane [OPTIONS]\n\n"
-        "Plays live channels in a small window. While it runs, starting it again shows "
-        "that window,\nand the running copy carries out the options, in their order.\n\n"_s;
+        "Plays live channels in a small window. While it runs, starting it again shows\n"
+        "that window, and the running copy carries out the options in their order.\n\n"_s;
     for (const Option& option : options()) {
         const QString usage =
             u"  --"_s + option.name + (option.value.isEmpty() ? u""_s : u' ' + option.value);

@@ -14,8 +14,7 @@ namespace orvane {
 
 /// Parses a command line. Values and pure functions; any thread; no application object is needed.
 /// Channels are not looked up: their names are as the user typed them. QCommandLineParser does the
-/// parsing but not the help, as it cannot name the program there before there is an application
-/// object.
+/// parsing but not the help, which it cannot print before there is an application object.
 namespace CommandLine {
 
 struct ShowHelp {};
@@ -39,7 +38,7 @@ struct UsageError {
 /// `arguments` are those after the program's name.
 [[nodiscard]] std::expected<Command, UsageError> parse(const QStringList& arguments);
 
-/// Returns the list of all options, which fits on one screen.
+/// Returns the help: all options, in at most 24 lines of 80 characters.
 [[nodiscard]] QString help();
 
 } // namespace CommandLine

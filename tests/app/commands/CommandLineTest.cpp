@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/commands/CommandLine.h"
 
+#include "app/commands/Versions.h"
+
+#include <QRegularExpression>
+
 #include <gtest/gtest.h>
 
 namespace orvane {
@@ -9,13 +13,14 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The verbs as a message, what is to be shown, or the complaint.
+/// Returns the verbs as a message, the name of another command, or the error.
 QString parsed(const QStringList& arguments) {
     const auto command = CommandLine::parse(arguments);
     if (!command)
         return command.error().message;
     if (const auto* run = std::get_if<CommandLine::Run>(&*command))
-        return QString::fromUtf8(Verb::encode(run->verbs));
+        return (run->isVerbose ? u"verbose "_s : u""_s) +
+               QString::fromUtf8(Verb::encode(run->verbs));
     if (const auto* list = std::get_if<CommandLine::ListChannels>(&*command))
         return list->format == CommandLine::ListChannels::Format::json ? u"list json"_s : u"list"_s;
     return std::holds_alternative<CommandLine::ShowHelp>(*command) ? u"help"_s : u"version"_s;
@@ -33,32 +38,52 @@ TEST(CommandLine, KeepsVerbsInOrderWithTheirTexts) {
     EXPECT_EQ(parsed({u"--add=--x=\n"_s}), message(uR"({"name":"add","text":"--x=\n"})"_s));
     EXPECT_EQ(parsed({u"--add"_s, u""_s}), message(uR"({"name":"add","text":""})"_s));
     EXPECT_EQ(parsed({u"-session"_s, u"some_id"_s, u"--verbose"_s, u"--quit"_s}),
-              message(uR"({"name":"quit"})"_s));
+              u"verbose "_s + message(uR"({"name":"quit"})"_s));
 }
 
-TEST(CommandLine, ShowsOneThingAndRefusesWhatMakesNoSense) {
+TEST(CommandLine, RunsOneCommandOrReportsAnError) {
     EXPECT_EQ(parsed({u"--mute"_s, u"-h"_s, u"--version"_s}), u"help");
     EXPECT_EQ(parsed({u"--version"_s}), u"version");
     EXPECT_EQ(parsed({u"--json"_s, u"--list"_s}), u"list json");
     EXPECT_EQ(parsed({u"--list"_s}), u"list");
     const QList<std::pair<QStringList, QString>> refused{
         {{u"--mutee"_s}, u"unexpected argument \"--mutee\"; did you mean --mute?"_s},
+        {{u"-x"_s}, u"unexpected argument \"-x\""_s},
         {{u"dwnews"_s}, u"unexpected argument \"dwnews\""_s},
         {{u""_s}, u"unexpected argument \"\""_s},
-        {{u"--play"_s}, u"Missing value after '--play'."_s},
-        {{u"--add"_s, u"--mute"_s}, u"--add needs TEXT"_s},
-        {{u"--play= "_s}, u"--play needs ID|NAME"_s},
-        {{u"--next=2"_s}, u"Unexpected value after '--next'."_s},
+        {{u"--play"_s}, u"missing value after \"--play\""_s},
+        {{u"-session"_s}, u"missing value after \"-session\""_s},
+        {{u"--add"_s, u"--mute"_s}, u"missing value after \"--add\""_s},
+        {{u"--play= "_s}, u"missing value after \"--play\""_s},
+        {{u"--next=2"_s}, u"unexpected value after \"--next\""_s},
         {{u"--json"_s}, u"--json needs --list"_s},
-        {{u"--list"_s, u"--mute"_s}, u"--list goes with no other option but --json"_s},
-        {{u"--quit"_s, u"--next"_s}, u"--quit goes with no other option"_s},
+        {{u"--list"_s, u"--mute"_s}, u"--list can only be combined with --json"_s},
+        {{u"--quit"_s, u"--next"_s}, u"--quit cannot be combined with other options"_s},
         {{u"--show"_s}, u"unexpected argument \"--show\""_s},
     };
-    for (const auto& [arguments, complaint] : refused)
-        EXPECT_EQ(parsed(arguments), complaint);
+    for (const auto& [arguments, error] : refused)
+        EXPECT_EQ(parsed(arguments), error);
 }
 
-TEST(CommandLine, AMessageIsUnderstoodAsAWholeOrNotAtAll) {
+TEST(CommandLine, PrintsAHelpThatFitsOnOneScreen) {
+    const QStringList lines = CommandLine::help().split(u'\n');
+    EXPECT_LE(lines.size(), 24);
+    for (const QString& line : lines)
+        EXPECT_LE(line.size(), 80) << line.toStdString();
+}
+
+TEST(CommandLine, PrintsTheVersionsOfOrvaneAndItsDependencies) {
+    const QStringList patterns{uR"(Orvane \d+\.\d+\.\d+)"_s, uR"(commit \S+)"_s,
+                               u"Qt "_s + QRegularExpression::escape(QLatin1StringView(qVersion())),
+                               uR"(libmpv client API [12]\.\d+)"_s, uR"(yt-dlp \S.*)"_s};
+    const QString pattern = patterns.join(u'\n') + u'\n';
+    const QString text = versionText();
+    EXPECT_TRUE(
+        QRegularExpression(QRegularExpression::anchoredPattern(pattern)).match(text).hasMatch())
+        << text.toStdString();
+}
+
+TEST(CommandLine, DecodesAMessageCompletelyOrNotAtAll) {
     const auto typed = CommandLine::parse({u"--play"_s, u"x\n"_s, u"--toggle-ghost"_s});
     const QByteArray sent = Verb::encode(std::get<CommandLine::Run>(typed.value()).verbs);
     EXPECT_FALSE(sent.contains('\n'));
