@@ -40,7 +40,8 @@ QCoro::Task<std::optional<YtDlpCommand>> YtDlpTool::find(YtDlpSearch search) {
         co_return command;
     command = co_await searchForYtDlp(m_runner, search);
     if (command) {
-        qCInfo(logYtDlp).noquote() << "using" << command->program << command->argumentsFor({});
+        qCInfo(logYtDlp).noquote()
+            << "using" << command->program << command->argumentsFor({}).join(u' ');
         m_known.insert(search.user, *command);
     } else {
         qCInfo(logYtDlp) << "yt-dlp was not found";
