@@ -8,7 +8,6 @@
 #include "ui/ApplicationActions.h"
 
 #include <cmath>
-#include <utility>
 
 namespace orvane {
 
@@ -25,19 +24,19 @@ bool hasFailed(const AppState& state) {
 RemoteControl::RemoteControl(const Collaborators& collaborators)
     : m_with(collaborators), m_remote(u"orvane"_s, collaborators.sessionBus, *this) {
     using namespace AppNotification;
-    m_observers = m_with.notifications.addObservers([this] { updateLater(); }, channelChanged,
+    m_observers = m_with.notifications.addObservers([this] { m_update.schedule(); }, channelChanged,
                                                     streamLoading, streamResolved, streamError,
                                                     transportChanged, volumeChanged);
-    updateLater();
+    m_update.schedule();
 }
 
 RemoteControl::~RemoteControl() = default;
 
 void RemoteControl::play() {
     const std::optional<Channel> channel = m_with.state.currentChannel();
-    const bool isStillThere =
+    const bool isStillListed =
         m_stoppedChannel && m_with.registry.channel(m_stoppedChannel->id()).has_value();
-    if (!channel && isStillThere)
+    if (!channel && isStillListed)
         m_with.actions.playChannel(m_stoppedChannel->id());
     else if (!channel)
         m_with.actions.showPlayer();
@@ -76,7 +75,7 @@ void RemoteControl::previous() {
 }
 
 void RemoteControl::step(ChannelStep step) {
-    // A copy, as in PlayerManager::retryCurrent.
+    // A copy, as playing changes the state's channel.
     const std::optional<Channel> current = m_with.state.currentChannel();
     if (m_with.player.playNeighbor(step, current ? current : m_stoppedChannel))
         m_with.actions.showPlayer();
@@ -95,18 +94,10 @@ void RemoteControl::quit() {
     m_with.actions.terminate();
 }
 
-void RemoteControl::updateLater() {
-    if (std::exchange(m_isUpdateDue, true))
-        return;
-    QMetaObject::invokeMethod(
-        this,
-        [this] {
-            m_isUpdateDue = false;
-            if (m_with.state.currentChannel())
-                m_stoppedChannel.reset();
-            m_remote.update(state());
-        },
-        Qt::QueuedConnection);
+void RemoteControl::update() {
+    if (m_with.state.currentChannel())
+        m_stoppedChannel.reset();
+    m_remote.update(state());
 }
 
 MediaRemoteState RemoteControl::state() const {
@@ -122,7 +113,7 @@ MediaRemoteState RemoteControl::state() const {
     if (hasFailed(now) || now.transport() == Transport::stopped)
         return result;
     result.status = now.transport() == Transport::paused ? Status::paused : Status::playing;
-    // A channel that is still being opened cannot be held back.
+    // A channel that is still being opened cannot be paused.
     result.canPause = std::holds_alternative<PlaybackState::Playing>(now.playbackState());
     return result;
 }

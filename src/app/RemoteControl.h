@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "app/Environment.h"
+#include "base/DeferredCall.h"
 #include "base/NotificationCenter.h"
+#include "base/Origin.h"
 #include "model/Channel.h"
 #include "platform/desktop/mpris/MediaRemote.h"
 #include "state/ChannelRegistry.h"
-
-#include <QObject>
 
 #include <optional>
 #include <vector>
@@ -19,11 +18,10 @@ class ApplicationActions;
 class MessageBus;
 class PlayerManager;
 
-/// Lets media keys, panels and lock screens drive the player, and tells them what it plays. Owned
-/// by the desktop's integration; main thread. What cannot be done at the moment is ignored.
-class RemoteControl final : public QObject, MediaRemoteCommands {
-    Q_OBJECT
-
+/// Lets media keys, panels and lock screens control the player, and reports to them what it plays.
+/// Owned by the desktop integration; main thread. Ignores commands that cannot be carried out at
+/// the moment.
+class RemoteControl final : MediaRemoteCommands {
 public:
     /// All outlive it.
     struct Collaborators {
@@ -33,7 +31,7 @@ public:
         NotificationCenter& notifications;
         ApplicationActions& actions;
         MessageBus& sessionBus;
-        /// Where the channels' pages are.
+        /// The site of the channels' web pages.
         std::optional<Origin> videoSite;
     };
 
@@ -41,12 +39,12 @@ public:
     ~RemoteControl() override;
 
 private:
-    /// A channel that has failed is asked for anew; when nothing plays, what was stopped last plays
-    /// again, or else what plays at launch.
+    /// Retries a channel that has failed. Without a current channel, plays the one that was stopped
+    /// last, or else what plays at launch.
     void play() override;
     void pause() override;
     void playPause() override;
-    /// As the window's close button.
+    /// Does the same as the window's close button.
     void stop() override;
     void next() override;
     void previous() override;
@@ -55,16 +53,16 @@ private:
     void quit() override;
 
     void step(ChannelStep step);
-    /// Once the change is complete, of which this may be a part.
-    void updateLater();
+    void update();
     [[nodiscard]] MediaRemoteState state() const;
 
     Collaborators m_with;
     MediaRemote m_remote;
-    std::vector<NotificationCenter::Token> m_observers;
-    /// Until another one plays.
+    /// The channel that `stop` ended; nullopt once another one plays.
     std::optional<Channel> m_stoppedChannel;
-    bool m_isUpdateDue = false;
+    /// Deferred, as a change of the state can consist of several notifications.
+    DeferredCall m_update{[this] { update(); }};
+    std::vector<NotificationCenter::Token> m_observers;
 };
 
 } // namespace orvane
