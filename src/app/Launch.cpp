@@ -26,11 +26,11 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int failed = 1;
-constexpr int notUnderstood = 2;
+constexpr int usageError = 2;
 
-/// Long enough for another copy that is just starting on a busy machine.
+/// Enough for another copy that is starting on a busy machine.
 constexpr std::chrono::seconds claimTimeout{10};
-/// For the rest of a message of a few bytes.
+/// Enough for the rest of a message of a few bytes.
 constexpr std::chrono::seconds messageTimeout{3};
 
 Exit print(const QByteArray& text) {
@@ -38,13 +38,13 @@ Exit print(const QByteArray& text) {
     return {std::fflush(stdout) == 0 ? 0 : failed};
 }
 
-void complain(const QString& message) {
+void printError(const QString& message) {
     const QByteArray text = "orvane: " + message.trimmed().toUtf8() + '\n';
     std::fwrite(text.constData(), 1, static_cast<std::size_t>(text.size()), stderr);
 }
 
-Exit complain(const QString& message, int code) {
-    complain(message);
+Exit printError(const QString& message, int code) {
+    printError(message);
     return {code};
 }
 
@@ -54,7 +54,7 @@ QList<Channel> allChannels(const QString& preferencesPath) {
     return ChannelRegistry(preferences).all();
 }
 
-/// Replaces what the user typed by the channel's id, or returns why there is no such channel.
+/// Replaces the text that the user typed with the channel's id, or returns an error message.
 std::optional<QString> lookUp(Verb::Play& play, const QList<Channel>& channels) {
     const ChannelLookup::Result result = ChannelLookup::find(channels, play.text);
     if (const auto* channel = std::get_if<Channel>(&result)) {
@@ -71,14 +71,14 @@ std::optional<QString> lookUpChannels(QList<Verb::Value>& verbs, const QString& 
         auto* const play = std::get_if<Verb::Play>(&verb);
         if (play == nullptr)
             continue;
-        if (auto complaint = lookUp(*play, allChannels(preferencesPath)))
-            return complaint;
+        if (auto error = lookUp(*play, allChannels(preferencesPath)))
+            return error;
     }
     return std::nullopt;
 }
 
 std::optional<InstanceAddress> address(const QString& preferencesPath) {
-    // Another preferences file means other channels, so its copy is a different program to ask.
+    // Another preferences file has other channels, so each file has a copy of its own.
     return instanceAddress(instanceFolders(u"orvane"_s),
                            instanceName(qEnvironmentVariable("DISPLAY"),
                                         qEnvironmentVariable("WAYLAND_DISPLAY"),
@@ -94,7 +94,7 @@ SingleInstance::Claim claim(const QList<Verb::Value>& verbs, const QString& pref
     return SingleInstance::claim(*place, message, claimTimeout);
 }
 
-/// Without a display no copy can run in this session.
+/// Returns whether the session names a display; without one no copy can run in it.
 bool hasDisplay() {
     return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ||
            qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
@@ -103,9 +103,9 @@ bool hasDisplay() {
 Outcome start(std::unique_ptr<SingleInstance> instance, const QList<Verb::Value>& verbs) {
     const auto display = chooseDisplay(DisplaySession::read(), X11::canConnect);
     if (!display)
-        return complain(display.error(), failed);
+        return printError(display.error(), failed);
     if (!display->notice.isEmpty())
-        complain(display->notice);
+        printError(display->notice);
     return Start{std::move(instance), verbs, display->platform};
 }
 
@@ -113,40 +113,41 @@ bool onlyQuits(const QList<Verb::Value>& verbs) {
     return verbs.size() == 1 && std::holds_alternative<Verb::Quit>(verbs.first());
 }
 
-Outcome goOnWithout(SingleInstance::Failure failure, const QList<Verb::Value>& verbs) {
+Outcome handleFailure(SingleInstance::Failure failure, const QList<Verb::Value>& verbs) {
     switch (failure) {
     case SingleInstance::Failure::tooLong:
-        return complain(u"what was asked is too long"_s, notUnderstood);
+        return printError(u"the options are too long"_s, usageError);
     case SingleInstance::Failure::refused:
-        return complain(u"another version of Orvane is running, which does not know what was "
-                        "asked; end it first"_s,
-                        failed);
+        return printError(
+            u"another version of Orvane is running and does not know these options; quit it first"_s,
+            failed);
     case SingleInstance::Failure::noAnswer:
-        return complain(u"Orvane is running, but does not answer"_s, failed);
+        return printError(u"Orvane is running but does not answer"_s, failed);
     case SingleInstance::Failure::noLock:
     case SingleInstance::Failure::noSocket:
         break;
     }
-    complain(u"neither XDG_RUNTIME_DIR nor the folder for temporary files can be used, so nothing "
-             "tells whether Orvane is running already"_s);
+    printError(
+        u"neither XDG_RUNTIME_DIR nor the folder for temporary files is usable, so Orvane cannot "
+        "check whether it is already running"_s);
     return onlyQuits(verbs) ? Outcome(Exit{failed}) : start(nullptr, verbs);
 }
 
 Outcome run(QList<Verb::Value> verbs, const QString& preferencesPath) {
-    if (const auto complaint = lookUpChannels(verbs, preferencesPath))
-        return complain(*complaint, notUnderstood);
+    if (const auto error = lookUpChannels(verbs, preferencesPath))
+        return printError(*error, usageError);
     if (!hasDisplay())
-        return complain(noDisplay, failed);
+        return printError(noDisplay, failed);
     SingleInstance::Claim result = claim(verbs, preferencesPath);
     if (const auto* failure = std::get_if<SingleInstance::Failure>(&result))
-        return goOnWithout(*failure, verbs);
+        return handleFailure(*failure, verbs);
     if (std::holds_alternative<SingleInstance::Delivered>(result) || onlyQuits(verbs))
         return Exit{};
     return start(std::get<std::unique_ptr<SingleInstance>>(std::move(result)), verbs);
 }
 
-/// Carries out each kind of command.
-struct CarryOut {
+/// Executes each kind of command.
+struct Execute {
     const QString& preferencesPath;
 
     Outcome operator()(const CommandLine::ShowHelp&) const {
@@ -174,8 +175,8 @@ struct CarryOut {
 Outcome prepare(const QStringList& arguments, const QString& preferencesPath) {
     const auto command = CommandLine::parse(arguments);
     if (!command)
-        return complain(command.error().message + u"\nTry orvane --help."_s, notUnderstood);
-    return std::visit(CarryOut{preferencesPath}, *command);
+        return printError(command.error().message + u"\nTry orvane --help."_s, usageError);
+    return std::visit(Execute{preferencesPath}, *command);
 }
 
 void serve(SingleInstance& instance, AppDelegate& delegate) {

@@ -15,13 +15,13 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qsizetype longestText = 200;
+constexpr qsizetype maxTextLength = 200;
 
 QString visible(const QString& text) {
-    return oneLine(text, longestText);
+    return oneLine(text, maxTextLength);
 }
 
-/// The names come last: how wide a terminal draws them cannot be known.
+/// Printed in the last column, as the width of a name in a terminal is unknown.
 QString names(const Channel& channel) {
     return channel.nameAr().isEmpty()
                ? visible(channel.nameEn())
@@ -57,14 +57,14 @@ QByteArray json(const QList<Channel>& channels) {
 }
 
 QString explain(const QString& text, const ChannelLookup::Ambiguous& ambiguous) {
-    return u"\"%1\" is the name of several channels; choose one by its id:\n"_s.arg(visible(text)) +
+    return u"\"%1\" is the name of several channels; use one of these ids:\n"_s.arg(visible(text)) +
            table(ambiguous.candidates);
 }
 
 QString explain(const QString& text, const ChannelLookup::Unknown& unknown) {
     const QString problem = u"there is no channel \"%1\"; "_s.arg(visible(text));
-    return unknown.nearest.isEmpty() ? problem + u"orvane --list prints all\n"_s
-                                     : problem + u"the nearest:\n"_s + table(unknown.nearest);
+    return unknown.nearest.isEmpty() ? problem + u"orvane --list prints all channels\n"_s
+                                     : problem + u"similar ones:\n"_s + table(unknown.nearest);
 }
 
 } // namespace orvane::ChannelText
