@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How the parts that look at every channel grow with the number of channels that the user has
-// added. Each takes what the user waits for: the stored settings are read, and what is built
-// is drawn.
+// Measures how the duration of operations on all channels grows with the number of custom channels.
+// Includes everything that the user waits for: reading the stored settings and drawing the result.
 #include "app/AppDelegate.h"
 #include "app/Collaborators.h"
 #include "app/Services.h"
@@ -30,10 +29,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A program that is not started, with custom channels.
-class Household {
+/// The services of a program that is not started, with custom channels.
+class Fixture {
 public:
-    explicit Household(int channels)
+    explicit Fixture(int channels)
         : services(Environment{}, m_folder.filePath(u"preferences.json"_s), VideoOutput::software) {
         QList<Channel> custom;
         for (int i = 0; i < channels; ++i)
@@ -52,18 +51,18 @@ public:
     Services services;
 };
 
-/// Kept from one repetition to the next, as writing ten thousand channels is not what is measured.
-Household& household(const benchmark::State& state) {
-    static std::map<int, std::unique_ptr<Household>> households;
+/// Kept between repetitions, so that storing ten thousand channels is not measured.
+Fixture& fixture(const benchmark::State& state) {
+    static std::map<int, std::unique_ptr<Fixture>> fixtures;
     const int channels = static_cast<int>(state.range(0));
-    std::unique_ptr<Household>& entry = households[channels];
+    std::unique_ptr<Fixture>& entry = fixtures[channels];
     if (!entry)
-        entry = std::make_unique<Household>(channels);
+        entry = std::make_unique<Fixture>(channels);
     return *entry;
 }
 
 void showMenu(benchmark::State& state, const std::function<Menu(const MenuSources&)>& build) {
-    const MenuSources sources = household(state).menuSources();
+    const MenuSources sources = fixture(state).menuSources();
     test::RecordingActions actions;
     QMenu menu;
     for (auto _ : state) {
@@ -83,7 +82,7 @@ void contextMenu(benchmark::State& state) {
 }
 
 void lookUp(benchmark::State& state, const QString& text) {
-    const ChannelRegistry& registry = household(state).services.registry;
+    const ChannelRegistry& registry = fixture(state).services.registry;
     for (auto _ : state)
         benchmark::DoNotOptimize(ChannelLookup::find(registry.all(), text));
 }
@@ -97,14 +96,14 @@ void lookUpUnknown(benchmark::State& state) {
 }
 
 void stepFromLast(benchmark::State& state) {
-    const ChannelRegistry& registry = household(state).services.registry;
+    const ChannelRegistry& registry = fixture(state).services.registry;
     const std::optional<Channel> last = registry.all().last();
     for (auto _ : state)
         benchmark::DoNotOptimize(registry.enabledNeighbor(last, ChannelStep::next));
 }
 
 void showPage(benchmark::State& state, const QString& title) {
-    SettingsWindow window(settingsWindowCollaborators(household(state).services, {}));
+    SettingsWindow window(settingsWindowCollaborators(fixture(state).services, {}));
     auto* tabs = window.findChild<QTabWidget*>(u"tabView"_s);
     for (int i = 0; i < tabs->count(); ++i) {
         if (tabs->tabText(i) == title)
@@ -113,7 +112,7 @@ void showPage(benchmark::State& state, const QString& title) {
     const auto show = [&window] {
         window.show();
         QCoreApplication::processEvents();
-        // The list that was shown before, which is in the way of the next event too.
+        // Deletes the list that was shown before, so that the next round does not pay for it.
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     };
     show();

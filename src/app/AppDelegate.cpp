@@ -31,7 +31,7 @@ namespace orvane {
 
 namespace {
 
-/// A player whose server hangs can take much longer to end than the user should wait.
+/// Ending a player whose server hangs can take much longer than the user should wait.
 constexpr std::chrono::milliseconds drainLimit{400};
 
 } // namespace
@@ -66,7 +66,7 @@ AppDelegate::AppDelegate(const Collaborators& collaborators)
 AppDelegate::~AppDelegate() = default;
 
 void AppDelegate::applicationDidFinishLaunching(const QList<Verb::Value>& verbs) {
-    followTheSession();
+    followSession();
     m_menuBarManager.setup();
     m_hotkeys.start();
     registerObservers();
@@ -115,15 +115,15 @@ void AppDelegate::showPlayer() {
 }
 
 void AppDelegate::playNeighbor(ChannelStep step) {
-    // With no current channel, showing the window plays what a start would play.
+    // Without a current channel, showing the player plays the same as a start.
     if (m_with.state.currentChannel())
         m_with.player.playNeighbor(step);
     showPlayer();
 }
 
-void AppDelegate::followTheSession() {
+void AppDelegate::followSession() {
     QCoreApplication::instance()->installEventFilter(this);
-    // The session may still be kept, so this saves what would be lost and ends nothing.
+    // The logout can still be cancelled, so this saves the frame but ends nothing.
     connect(qGuiApp, &QGuiApplication::commitDataRequest, this, [this](QSessionManager&) {
         if (m_windows.hasPlayer())
             m_windows.storePlayerFrame();
@@ -131,8 +131,8 @@ void AppDelegate::followTheSession() {
 }
 
 bool AppDelegate::eventFilter(QObject* watched, QEvent* event) {
-    // The session ends. Qt would close the windows one by one, and closing the player forgets the
-    // channel that the next start should play.
+    // At the end of the session, Qt would close the windows one by one, and closing the player
+    // clears the channel that the next start should play.
     if (event->type() != QEvent::Quit || watched != QCoreApplication::instance())
         return false;
     terminate();
@@ -186,7 +186,7 @@ void AppDelegate::playAtLaunch() {
         lastId && preferences.autoPlayLastChannel())
         channel = m_with.registry.channel(*lastId);
     if (!channel) {
-        // Even with automatic play of the last channel off, a start plays something.
+        // A start plays something even if the last channel is not to be played.
         const QList<Channel> featured = m_with.registry.featured();
         if (!featured.isEmpty())
             channel = featured.first();

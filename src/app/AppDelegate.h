@@ -26,9 +26,9 @@ class Timeline;
 class UpdaterController;
 class YtDlpTool;
 
-/// The application controller: starts the program, carries out what menus, keys and command lines
-/// ask of it as a whole, reacts to the notifications that concern windows, and ends it. Owned by
-/// `main`; main thread.
+/// The application controller: starts and ends the program, carries out the commands of menus, keys
+/// and command lines, and reacts to the notifications that concern windows. Owned by `main`; main
+/// thread.
 class AppDelegate final : public QObject, public ApplicationActions {
     Q_OBJECT
 
@@ -57,15 +57,15 @@ public:
     explicit AppDelegate(const Collaborators& collaborators);
     ~AppDelegate() override;
 
-    /// Installs the menu and the keys, opens the player window, and carries out `verbs`. Unless
-    /// these name a channel, first plays the last channel, or else the first featured one.
+    /// Installs the menu and the keys, opens the player window, and carries out `verbs`. If none of
+    /// them names a channel, first plays the last channel, or else the first featured one.
     void applicationDidFinishLaunching(const QList<Verb::Value>& verbs = {});
 
-    /// Carries out at once what a command line asked for.
+    /// Carries out one verb of a command line.
     void perform(const Verb::Value& verb);
 
-    /// Saves the state, hides the windows, and leaves the event loop with exit code 0 once all
-    /// child processes and players have ended, or when they take too long.
+    /// Saves the state, hides the windows, and leaves the event loop with exit code 0 when all
+    /// child processes and players have ended or a time limit has passed.
     void terminate() override;
 
     void showPlayer() override;
@@ -80,19 +80,19 @@ public:
     void menuShowAbout() override;
     void menuCheckForUpdates() override;
 
-    /// Whether all background work has ended. If not, destructors would wait for it, so the process
-    /// must exit without running them.
+    /// Returns whether all background work has ended. If not, the process must exit without running
+    /// destructors, as these would wait for it.
     [[nodiscard]] bool isDrained() const { return m_isDrained; }
 
 Q_SIGNALS:
-    /// Emitted once `terminate` has begun; nothing can be asked of the program any more.
+    /// Emitted when `terminate` begins; from then on, commands are no longer accepted.
     void terminating();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void followTheSession();
+    void followSession();
     void registerObservers();
     void markMilestones();
     void playerExposed();

@@ -41,7 +41,7 @@ void AppWindows::showPlayer() {
 
 void AppWindows::makePlayer() {
     m_player = m_with.makePlayerWindow(m_actions, m_contextMenu);
-    m_player->winId(); // Creates the native window, whose first exposure is awaited.
+    m_player->winId(); // Creates the native window, which FirstExposure needs.
     new FirstExposure(m_player->windowHandle(), [this] {
         if (m_onPlayerExposed)
             m_onPlayerExposed();
@@ -93,7 +93,7 @@ void AppWindows::showAbout() {
 void AppWindows::hideAll() {
     for (QWidget* window : QApplication::topLevelWidgets())
         window->hide();
-    // Cancels what it is looking up.
+    // Cancels a lookup in the settings.
     m_settings.reset();
 }
 

@@ -27,12 +27,12 @@ public:
         PlayerManager& player;
         std::function<std::unique_ptr<PlayerWindow>(ApplicationActions&, std::function<Menu()>)>
             makePlayerWindow;
-        /// Takes what resizes the player window's content, in points.
+        /// The argument resizes the player window's content, in points.
         std::function<std::unique_ptr<SettingsWindow>(std::function<void(QSizeF)>)>
             makeSettingsWindow;
     };
 
-    /// `contextMenu` returns what a right click on the player shows.
+    /// `contextMenu` builds the menu of a right click on the player.
     AppWindows(const Collaborators& collaborators, ApplicationActions& actions,
                std::function<Menu()> contextMenu);
     ~AppWindows();
@@ -54,7 +54,7 @@ public:
     [[nodiscard]] bool hasPlayer() const { return m_player != nullptr; }
 
     void showSettings();
-    /// Shows the page for custom channels, and looks `text` up there unless it is empty.
+    /// Shows the settings page for custom channels, and looks `text` up there unless it is empty.
     void showAddChannel(const QString& text);
     void showAbout();
 

@@ -11,8 +11,8 @@ namespace orvane {
 
 struct Services;
 
-/// Pick out of the services what the application controller and the windows are given. The services
-/// and `actions` outlive what is returned. Main thread.
+/// Select from the services what the application controller and the windows need. `services` and
+/// `actions` outlive the results. Main thread.
 [[nodiscard]] AppDelegate::Collaborators appDelegateCollaborators(Services& services);
 [[nodiscard]] PlayerWindow::Collaborators
 playerWindowCollaborators(Services& services, ApplicationActions& actions,

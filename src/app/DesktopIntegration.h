@@ -16,9 +16,9 @@ class Clock;
 class TaskScope;
 
 /// Connects the player to the desktop's services: media keys and panels control it, the screen
-/// stays on while a channel plays, and the channel is opened again after the machine slept or its
-/// network was away. Owned by the application controller; main thread. A service that the desktop
-/// lacks is left out.
+/// stays on while a channel plays, and the channel is opened again after the machine slept or lost
+/// its network. Owned by the application controller; main thread. Works without the services that
+/// the desktop lacks.
 class DesktopIntegration {
 public:
     /// All outlive it.

@@ -12,24 +12,25 @@
 
 namespace orvane {
 
-/// What tests, packagers and offline demonstrations may change from outside. Read once by the
-/// composition root and handed on as a value.
+/// The settings that tests, packagers and offline demonstrations can override with environment
+/// variables. A value; the composition root reads it once.
 struct Environment {
-    /// ORVANE_VIDEO_SITE; nothing turns the resolving of channels off.
+    /// ORVANE_VIDEO_SITE: the site of the channels; nullopt if invalid, then no channel is
+    /// resolved.
     std::optional<Origin> videoSite;
     /// ORVANE_GITHUB_API, ORVANE_GITHUB and ORVANE_GITHUB_RAW.
     YtDlpSources ytDlpSources;
-    /// ORVANE_TELEMETRY: where signals of use are sent; nothing when nowhere.
+    /// ORVANE_TELEMETRY: the server for telemetry signals; nullopt if none are sent.
     std::optional<Origin> telemetry;
-    /// ORVANE_VIDEO_OUTPUT: "opengl", "software", or anything else for `automatic`.
+    /// ORVANE_VIDEO_OUTPUT: "opengl" or "software"; any other value means `automatic`.
     VideoOutput videoOutput = VideoOutput::automatic;
-    /// ORVANE_TIMELINE: a file that receives a line for each milestone; empty for none.
+    /// ORVANE_TIMELINE: path of the file to which milestones are written; empty for none.
     QString timelinePath;
-    /// ORVANE_APPCAST, or what was built in: the whole address at which new versions are announced;
-    /// empty when nowhere.
+    /// ORVANE_APPCAST, or the built-in value: the full address of the feed of new versions; empty
+    /// for none.
     QString appcast;
-    /// The public key, in base64, that new versions are signed with. It can only be built in: an
-    /// environment must not choose whom the program trusts.
+    /// The public key, in base64, that verifies the signatures of new versions. Always built in, as
+    /// an environment variable must not decide which key the program trusts.
     QByteArray appcastKey;
 
     [[nodiscard]] static Environment read();

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Only in builds with the sanitizers: what a driver has leaked can be told from our own leaks by
-// the name of its library, and a library that was unloaded has none any more.
+// Only for builds with sanitizers: keeps libraries loaded, as leaks of a driver are recognised by
+// the name of its library, which is unknown after the library was unloaded.
 
 extern "C" int dlclose(void*) {
     return 0;
 }
 
-/// The toolkit forgets a call on the bus, such as that of a new tray icon, whose answer has not
-/// come when the program ends.
+/// QtDBus leaks a call that has had no answer when the program ends, such as that of a new tray
+/// icon.
 extern "C" const char* __lsan_default_suppressions() {
     return "leak:libQt6DBus.so";
 }

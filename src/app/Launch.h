@@ -15,16 +15,15 @@ namespace orvane {
 
 class AppDelegate;
 
-/// Decides what a start of the program does, before there is an application object, a display or a
-/// bus: print something, pass the verbs on to the running copy, or become that copy. Used by
-/// `main`.
+/// Decides what a start of the program does: print something, pass the verbs on to the running
+/// copy, or become that copy. Needs no application object, display or bus. Used by `main`.
 namespace Launch {
 
 struct Exit {
     int code = 0;
 };
 struct Start {
-    /// Null if no place for a lock can be used; the program then runs without one.
+    /// Null if no folder for the lock is usable; the program then runs without one.
     std::unique_ptr<SingleInstance> instance;
     QList<Verb::Value> verbs;
     /// The name of Qt's platform plugin.
@@ -32,12 +31,12 @@ struct Start {
 };
 using Outcome = std::variant<Exit, Start>;
 
-/// Prints messages itself. One copy runs for each user, X display and preferences file, so a user
-/// who is logged in on two displays has two. Waits for another copy for up to 10 seconds.
+/// Prints all messages. One copy runs for each user, X display and preferences file, so a user who
+/// is logged in on two displays has two. Waits up to 10 seconds for another copy.
 [[nodiscard]] Outcome prepare(const QStringList& arguments, const QString& preferencesPath);
 
-/// Passes what other starts ask for to `delegate` until that terminates. Both live until the event
-/// loop has ended.
+/// Passes the verbs of other starts to `delegate` until it terminates. Both arguments live until
+/// the event loop has ended.
 void serve(SingleInstance& instance, AppDelegate& delegate);
 
 } // namespace Launch

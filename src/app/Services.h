@@ -28,16 +28,16 @@
 
 namespace orvane {
 
-/// The one place where the parts of the program are put together, each with its collaborators. The
-/// order of the members is the order of dependence, so that they also come apart the right way
-/// round. One instance, owned by `main`; main thread.
+/// The composition root: creates the parts of the program and passes each its collaborators. Each
+/// member depends only on earlier ones, so that they are destroyed in the right order. One
+/// instance, owned by `main`; main thread.
 struct Services {
-    /// `videoOutput` is what the machine draws with, not `automatic`.
+    /// `videoOutput` is not `automatic`.
     Services(const Environment& environment, const QString& preferencesPath,
              VideoOutput videoOutput);
 
     VideoOutput videoOutput;
-    /// Of the channels that are played; nothing without one.
+    /// The site of the channels' web pages and streams; nullopt if none is configured.
     std::optional<Origin> videoSite;
     Autostart autostart;
     Timeline timeline;

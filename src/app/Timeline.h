@@ -7,16 +7,15 @@
 
 namespace orvane {
 
-/// Writes milestones such as "first-picture" to a file, for whoever measures the program from
-/// outside. Does nothing unless a file was named. Owned by the composition root; main thread;
-/// failures to write are ignored.
+/// Writes milestones such as "window-shown" to a file, for tests and measurements of the whole
+/// program. Owned by the composition root; main thread. Write errors are ignored.
 class Timeline {
 public:
-    /// Empty for none.
+    /// With an empty path nothing is written.
     explicit Timeline(QString path);
 
-    /// Appends a line of the milestone, the milliseconds of the system's monotonic clock, and the
-    /// detail, if any, on one line.
+    /// Appends a line: the milestone, the monotonic clock in milliseconds, and `detail` if not
+    /// empty.
     void mark(std::string_view milestone, const QString& detail = QString()) const;
 
 private:

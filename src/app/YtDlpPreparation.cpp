@@ -41,7 +41,7 @@ QCoro::Task<> YtDlpPreparation::prepare() {
     const YtDlpTool::Installed installed = co_await m_with.ytDlp.ensureInstalled();
     if (!installed || !m_wasInstalled || m_isStopped)
         co_return;
-    // The channel may have failed already for lack of the tool, or may still be about to.
+    // The channel may have failed already without yt-dlp, or may still do so.
     m_isRetryDue = true;
     if (std::holds_alternative<PlaybackState::Error>(m_with.state.playbackState()))
         retryIfDue();

@@ -17,12 +17,12 @@ class TaskScope;
 class Timeline;
 class YtDlpManager;
 
-/// Makes sure at every start that yt-dlp is there. If it had to be installed, opens the current
-/// channel once more, as that may have failed for lack of it. Owned by the application controller;
-/// main thread. If the installation fails, the channel shows its own error.
+/// Installs yt-dlp at the start if it is missing, and then opens the current channel again, as it
+/// may have failed without yt-dlp. Owned by the application controller; main thread. If the
+/// installation fails, the channel shows its own error.
 class YtDlpPreparation {
 public:
-    /// All outlive it; the scope is joined before it goes.
+    /// All outlive it; `tasks` is joined before it is destroyed.
     struct Collaborators {
         YtDlpManager& ytDlp;
         const AppState& state;
@@ -30,7 +30,7 @@ public:
         NotificationCenter& notifications;
         const Timeline& timeline;
         TaskScope& tasks;
-        /// Shows whether the tool is being installed.
+        /// Shows whether yt-dlp is being installed.
         std::function<void(bool)> showInstalling;
     };
 
@@ -38,7 +38,7 @@ public:
     ~YtDlpPreparation();
 
     void start();
-    /// After this no channel is opened any more.
+    /// Prevents that a channel is opened from now on.
     void stop();
 
 private:
@@ -47,7 +47,7 @@ private:
 
     Collaborators m_with;
     std::vector<NotificationCenter::Token> m_observers;
-    /// Deferred, so that all observers of an error are told of it before the next attempt begins.
+    /// Deferred, so that all observers receive an error before the next attempt begins.
     DeferredCall m_retry;
     bool m_wasInstalled = false;
     bool m_isRetryDue = false;

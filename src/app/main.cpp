@@ -24,7 +24,7 @@ namespace {
 
 /// Prepares the environment for Qt and for child processes.
 void prepareEnvironment(const QString& platform) {
-    // pip installs for a single user here, and a login manager's PATH often lacks it.
+    // pip installs into this folder for a single user, and a login manager's PATH often lacks it.
     const QString path =
         searchPathWith(qEnvironmentVariable("PATH"), QDir::homePath() + u"/.local/bin"_s);
     qputenv("PATH", path.toLocal8Bit());
@@ -79,7 +79,7 @@ int main(int argc, char** argv) {
     if (start.instance)
         Launch::serve(*start.instance, delegate);
     const int code = QApplication::exec();
-    // Returning would run destructors that wait for what has not ended.
+    // Returning would run destructors, which wait for unfinished work.
     if (!delegate.isDrained() || services.http.hasUnansweredRequests()) {
         services.defaults.synchronize();
         std::_Exit(code);

@@ -61,7 +61,7 @@ void TelemetryService::send(const QString& signal, const QJsonObject& payload) {
                              {u"payload"_s, payload}};
     const QByteArray body = QJsonDocument(QJsonArray{object}).toJson(QJsonDocument::Compact);
     qCInfo(logTelemetry).noquote() << "sending" << signal;
-    // Deferred, so that sending does not delay what the signal is about.
+    // Deferred, so that sending does not delay the action that the signal reports.
     const QUrl address(m_endpoint->address(u"/v2/"));
     QMetaObject::invokeMethod(
         this, [this, address, body] { m_http.post(address, body, u"application/json"_s); },

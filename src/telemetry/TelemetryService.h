@@ -16,13 +16,13 @@ class Channel;
 class HttpClient;
 class UserDefaults;
 
-/// Sends signals of use under a pseudonym: one request each, whose outcome is ignored. Owned by the
-/// composition root; main thread, which it never blocks. Failures are silent. A request that is
+/// Sends telemetry signals under a pseudonym, each in a request of its own. Owned by the
+/// composition root; main thread, which it never blocks. Failures are silent, and a request that is
 /// under way when the program ends is lost.
 class TelemetryService final : public QObject {
 public:
-    /// The first signal creates a random id of the installation and stores it in `defaults`.
-    /// Without an endpoint nothing is sent and no id is created. `defaults` and `http` outlive it.
+    /// The first signal creates a random id for the installation and stores it in `defaults`.
+    /// Without an endpoint, nothing is sent and no id is created. `defaults` and `http` outlive it.
     TelemetryService(UserDefaults& defaults, HttpClient& http, std::optional<Origin> endpoint);
 
     void appLaunched();

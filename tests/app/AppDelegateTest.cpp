@@ -23,15 +23,14 @@ using test::runUntil;
 
 namespace {
 
-/// A run of the program, without its main function and without a site.
+/// Runs the program without its main function and without a video site.
 struct Program {
     explicit Program(const QString& preferencesPath, const Environment& environment = {})
         : services(environment, preferencesPath, VideoOutput::software) {}
     ~Program() {
         delegate.terminate();
         EXPECT_TRUE(runUntil([&] { return delegate.isDrained(); }));
-        // The program has left its event loop for good; only another one makes those of the tests
-        // after this one run.
+        // Ending the program has stopped the event loop; another run resets that for later tests.
         QTimer::singleShot(0, QApplication::instance(), [] { QApplication::exit(0); });
         QApplication::exec();
     }
@@ -75,7 +74,7 @@ TEST_F(AppDelegateTest, ChoosesWhatToPlayAtLaunch) {
         {"removed", true, u"custom_gone"_s, first},
         {"unknown", true, u"DWNews"_s, first},
         {"empty", true, QString(u""_s), first},
-        {"nothing, and off", false, std::nullopt, first},
+        {"nothing stored, and off", false, std::nullopt, first},
     };
     for (const Case& c : cases) {
         QFile::remove(path);
@@ -94,7 +93,7 @@ TEST_F(AppDelegateTest, ChoosesWhatToPlayAtLaunch) {
     }
 }
 
-TEST_F(AppDelegateTest, RestoresGhostModeOnceTheWindowIsThere) {
+TEST_F(AppDelegateTest, RestoresGhostModeAfterTheWindowExists) {
     for (const bool isStored : {true, false}) {
         Program run(path);
         run.services.preferences.setGhostModeEnabled(isStored);
@@ -110,7 +109,7 @@ TEST_F(AppDelegateTest, RestoresGhostModeOnceTheWindowIsThere) {
     }
 }
 
-TEST_F(AppDelegateTest, AClosedPlayerIsNotPlayedAgainButOneThatWasQuitIs) {
+TEST_F(AppDelegateTest, ClosingThePlayerForgetsTheChannelButQuittingDoesNot) {
     {
         Program run(path);
         run.services.preferences.setLastChannelID(u"dwnews"_s);
@@ -120,13 +119,13 @@ TEST_F(AppDelegateTest, AClosedPlayerIsNotPlayedAgainButOneThatWasQuitIs) {
         EXPECT_FALSE(window->isVisible());
         EXPECT_EQ(run.channel(), u"none"_s);
         EXPECT_EQ(run.services.preferences.lastChannelID(), QString(u""_s));
-        // The same window comes back with the next channel.
+        // The next channel shows the same window again.
         run.delegate.menuChannelSelected(u"no such channel"_s);
         EXPECT_FALSE(window->isVisible());
         run.delegate.menuChannelSelected(u"dwnews"_s);
         EXPECT_TRUE(Program::window() == window && window->isVisible());
         window->close();
-        // Hidden or not, it is remembered where it is.
+        // The frame of a hidden window is stored too.
         run.services.preferences.setWindowFrame(std::nullopt);
     }
     {
@@ -135,7 +134,7 @@ TEST_F(AppDelegateTest, AClosedPlayerIsNotPlayedAgainButOneThatWasQuitIs) {
         run.delegate.applicationDidFinishLaunching();
         EXPECT_EQ(run.channel(), first);
         run.delegate.menuChannelSelected(u"dwnews"_s);
-        // What a session manager sends at its end; it must not close the window on its way.
+        // Sent at the end of the session; must not close the player window first.
         QEvent end(QEvent::Quit);
         QApplication::sendEvent(QApplication::instance(), &end);
         ASSERT_TRUE(runUntil([&] { return run.delegate.isDrained(); }));
@@ -144,7 +143,7 @@ TEST_F(AppDelegateTest, AClosedPlayerIsNotPlayedAgainButOneThatWasQuitIs) {
     EXPECT_EQ(run.services.preferences.lastChannelID(), u"dwnews"_s);
 }
 
-TEST_F(AppDelegateTest, AResolutionReplaysOnlyWhatPlays) {
+TEST_F(AppDelegateTest, AResolutionReopensOnlyACurrentChannel) {
     Program run(path);
     run.delegate.applicationDidFinishLaunching();
     int loads = 0;
@@ -163,7 +162,7 @@ TEST_F(AppDelegateTest, AResolutionReplaysOnlyWhatPlays) {
     EXPECT_FALSE(Program::window()->isVisible());
 }
 
-TEST_F(AppDelegateTest, TellsOfTheLaunchAndOfWhatIsChosenInTheMenu) {
+TEST_F(AppDelegateTest, SendsTelemetryForTheLaunchAndMenuChoices) {
     test::LoopbackServer server;
     Program run(path, {.telemetry = server.origin()});
     TelemetryService& telemetry = run.services.telemetry;
@@ -182,19 +181,19 @@ TEST_F(AppDelegateTest, TellsOfTheLaunchAndOfWhatIsChosenInTheMenu) {
     run.services.notifications.post(AppNotification::closePlayer);
     run.delegate.menuResolutionSelected(u"360p"_s);
     run.delegate.menuChannelSelected(u"no such channel"_s);
-    telemetry.settingsOpened(); // Whatever was sent before has been sent when this one arrives.
+    telemetry.settingsOpened(); // Arrives after all earlier signals.
     EXPECT_TRUE(arrived(4));
-    QStringList told;
+    QStringList signals;
     for (const auto& request : server.received) {
         const QJsonValue signal = QJsonDocument::fromJson(request.body)[0];
-        told += (signal[u"type"].toString() + u' ' + signal[u"payload"][u"channelID"].toString())
-                    .trimmed();
+        signals += (signal[u"type"].toString() + u' ' + signal[u"payload"][u"channelID"].toString())
+                       .trimmed();
     }
-    EXPECT_EQ(told, (QStringList{u"appLaunched"_s, u"channelPlayed dwnews"_s,
-                                 u"channelPlayed dwnews"_s, u"settingsOpened"_s}));
+    EXPECT_EQ(signals, (QStringList{u"appLaunched"_s, u"channelPlayed dwnews"_s,
+                                    u"channelPlayed dwnews"_s, u"settingsOpened"_s}));
 }
 
-TEST_F(AppDelegateTest, TheSleepTimerClosesThePlayerAndTheProgramStays) {
+TEST_F(AppDelegateTest, TheSleepTimerClosesThePlayerButNotTheProgram) {
     Program run(path);
     run.delegate.applicationDidFinishLaunching();
     test::FakeClock clock{test::FakeClock::Sleep::waitsForTest};
@@ -216,7 +215,7 @@ TEST_F(AppDelegateTest, TheSleepTimerClosesThePlayerAndTheProgramStays) {
     EXPECT_FALSE(run.delegate.isDrained());
 }
 
-TEST_F(AppDelegateTest, DoesWhatACommandLineAsksFor) {
+TEST_F(AppDelegateTest, PerformsTheVerbsOfACommandLine) {
     Program run(path);
     run.services.preferences.setLastChannelID(u"dwnews"_s);
     QStringList seen;
@@ -230,7 +229,7 @@ TEST_F(AppDelegateTest, DoesWhatACommandLineAsksFor) {
     run.delegate.applicationDidFinishLaunching({Verb::Play{u"wion"_s}, Verb::Mute{}});
     EXPECT_EQ(run.channel(), u"wion"_s);
     EXPECT_TRUE(run.services.state.isMuted());
-    EXPECT_EQ(seen, QStringList(u"loading"_s)) << "the last channel was not begun";
+    EXPECT_EQ(seen, QStringList(u"loading"_s)) << "loads only the requested channel";
 
     run.delegate.perform(Verb::Next{});
     EXPECT_EQ(run.channel(), u"aljazeeradoc"_s);
@@ -242,9 +241,10 @@ TEST_F(AppDelegateTest, DoesWhatACommandLineAsksFor) {
     run.delegate.perform(Verb::Settings{});
     run.delegate.perform(Verb::Add{u"@somebody"_s});
     run.delegate.perform(Verb::Show{});
-    EXPECT_EQ(seen, QStringList({u"settings"_s, u"add @somebody"_s})) << "it went on playing";
+    EXPECT_EQ(seen, QStringList({u"settings"_s, u"add @somebody"_s}))
+        << "does not interrupt the channel";
 
-    // A closed player comes back with what a start plays, whichever way it is asked for.
+    // After the player was closed, these verbs show it with the channel of a plain start.
     for (const Verb::Value& verb : {Verb::Value(Verb::Show{}), Verb::Value(Verb::Previous{})}) {
         Program::window()->close();
         run.delegate.perform(verb);

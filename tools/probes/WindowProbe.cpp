@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The real player window and controller, driven by commands on the standard input instead of by
-// keys, menus and settings. Answers each line with "done" and the value that was asked for.
+// Runs the real player window and controller, and executes commands from the standard input in
+// place of keys, menus and settings. Answers each line with "done" and the result, if any.
 #include "app/Collaborators.h"
 #include "app/Services.h"
 #include "platform/media/MpvInstance.h"
@@ -21,7 +21,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Executes one line; returns the answer.
+/// Executes one command; returns its result.
 QString execute(Services& services, const QStringList& words) {
     const QString& command = words.first();
     const QString argument = words.value(1);
@@ -42,7 +42,7 @@ QString execute(Services& services, const QStringList& words) {
     else if (command == u"state"_s)
         return services.state.isFullscreen() ? u"fullscreen"_s : u"window"_s;
     else if (command == u"favourites"_s) {
-        // The enabled ones are the same.
+        // The same channels become the enabled ones.
         const QStringList ids = words.sliced(1);
         services.preferences.setFavoriteChannelIDs(ids);
         services.preferences.setEnabledChannelIDs({ids.begin(), ids.end()});
@@ -78,7 +78,7 @@ int main(int argc, char** argv) {
     const TerminationSignals signals;
     QObject::connect(&signals, &TerminationSignals::received, &delegate, &AppDelegate::terminate);
     delegate.applicationDidFinishLaunching();
-    // Without a site nothing plays: the window shows the state that a command sets.
+    // Without a site nothing plays, so the window keeps showing the state that a command sets.
     services.player.stop();
     services.state.setError(services.registry.featured().first(), u"No site"_s);
 

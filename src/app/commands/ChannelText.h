@@ -10,18 +10,18 @@
 
 namespace orvane {
 
-/// Channels as text for a terminal and for scripts. Pure functions; any thread. What a person chose
-/// as a name cannot reach a terminal as anything but visible characters.
+/// Formats channels for a terminal and for scripts. Pure functions; any thread. Output for a
+/// terminal contains no control characters, whatever a channel is named.
 namespace ChannelText {
 
-/// A line for each: id, category and names, in columns.
+/// Returns a line for each channel: id, category and names, in columns.
 [[nodiscard]] QString table(const QList<Channel>& channels);
 
-/// An array of objects with the members "id", "category", "name", "arabicName" and "handle", all
-/// of them texts.
+/// Returns an array of objects with the string members "id", "category", "name", "arabicName" and
+/// "handle".
 [[nodiscard]] QByteArray json(const QList<Channel>& channels);
 
-/// Why `text` is not a channel, and what may have been meant; each of these on a line of its own.
+/// Returns why `text` names no channel, followed by a line for each channel that may be meant.
 [[nodiscard]] QString explain(const QString& text, const ChannelLookup::Ambiguous& ambiguous);
 [[nodiscard]] QString explain(const QString& text, const ChannelLookup::Unknown& unknown);
 

@@ -11,18 +11,18 @@
 
 namespace orvane {
 
-/// What can be asked of the running program from a command line. Values that travel between
-/// processes as one line of JSON, with a version, in which each verb has the name that it has as an
-/// option. Any thread.
+/// The commands that a command line can give to the running program. Values; between processes they
+/// are sent as one line of JSON with a version, in which a verb is named like its option. Any
+/// thread.
 namespace Verb {
 
-/// What starting the program again means.
+/// The command of a start without options.
 struct Show {
     static constexpr QLatin1StringView name{"show"};
 };
 struct Play {
     static constexpr QLatin1StringView name{"play"};
-    /// In a message the id; on a command line whatever a person calls the channel.
+    /// In a message the id; on a command line any of the channel's names.
     QString text;
 };
 struct Next {
@@ -42,7 +42,7 @@ struct Settings {
 };
 struct Add {
     static constexpr QLatin1StringView name{"add"};
-    /// What the person would type into the field for a new channel.
+    /// The text to look up: a link, a handle or a name.
     QString text;
 };
 struct Quit {
@@ -54,16 +54,16 @@ using Value = std::variant<Show, Play, Next, Previous, ToggleGhost, Mute, Settin
 template <class V>
 inline constexpr bool hasText = requires(V verb) { verb.text; };
 
-/// The verb of this name, with an empty text where it has one.
+/// Returns the verb with this name, with an empty text if it has one; nullopt if there is none.
 [[nodiscard]] std::optional<Value> named(const QString& name);
 
-/// Where the verb's text is; null for a verb without one.
+/// Returns the verb's text; null for a verb without one.
 [[nodiscard]] QString* textOf(Value& verb);
 
-/// One line, without its end.
+/// Returns one line without a line break.
 [[nodiscard]] QByteArray encode(const QList<Value>& verbs);
 
-/// Nothing unless `message` is of this version and every verb in it is known.
+/// Returns nullopt unless `message` has this version and all its verbs are known.
 [[nodiscard]] std::optional<QList<Value>> decode(const QByteArray& message);
 
 } // namespace Verb
