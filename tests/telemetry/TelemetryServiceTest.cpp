@@ -79,6 +79,7 @@ TEST_F(TelemetryServiceTest, SendsThePayloadOfEachSignalInOneSession) {
         EXPECT_TRUE(session.isEmpty() || session == id);
         session = id;
         EXPECT_EQ(object, expected);
+        EXPECT_EQ(server.received.first().method, "POST");
     }
 }
 
