@@ -16,7 +16,7 @@ import tempfile
 import time
 
 from measures import MEASURES, RUNS, Bench, Row
-from players import Room
+from players import Testbed
 
 
 def _first_line(*command: str) -> str:
@@ -75,10 +75,10 @@ def measure(names: list[str], build: pathlib.Path) -> tuple[list[Row], list[str]
         def say(what: str, name=name) -> None:
             print(f"bench: {time.monotonic() - started:4.0f} s  {name}: {what}", file=sys.stderr, flush=True)
 
-        # A room for each, so that one does not affect the next.
-        with tempfile.TemporaryDirectory() as folder, Room(pathlib.Path(folder), build / "orvane") as room:
+        # A testbed for each measure, so that one does not affect the next.
+        with tempfile.TemporaryDirectory() as folder, Testbed(pathlib.Path(folder), build / "orvane") as testbed:
             try:
-                rows += MEASURES[name](Bench(room, build, say))
+                rows += MEASURES[name](Bench(testbed, build, say))
             except (AssertionError, RuntimeError, OSError, subprocess.SubprocessError) as problem:
                 faults.append(f"{name}: {problem}")
                 say(f"failed: {problem}")

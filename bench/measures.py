@@ -2,7 +2,7 @@
 """What is measured, one function for each measure.
 
 A figure that is compared is the ratio of two medians over alternating runs (Orvane, mpv, Orvane, mpv
-...), and any other the median of as many, so that what else the machine does hits both or is left out."""
+...), and any other the median of as many, so that other load on the machine affects both or is left out."""
 
 from __future__ import annotations
 
@@ -18,7 +18,7 @@ from collections.abc import Callable
 from dataclasses import dataclass
 
 from hours import HOURS, FastSite
-from players import FORMAT, MPV_GPU, PLACE, SCREEN_PLACE, Room, wait_for_ytdlp
+from players import FORMAT, MPV_GPU, PLACE, SCREEN_PLACE, Testbed, wait_for_ytdlp
 from tools.processes import cpu_seconds, cpu_share, memory_mib, own_memory_mib, threads, wake_ups
 from tools.program import Program
 from tools.waiting import wait_until
@@ -55,7 +55,7 @@ class Row:
 class Bench:
     """What a measure works with. `say` prints the progress."""
 
-    room: Room
+    testbed: Testbed
     build: pathlib.Path
     say: Callable[[str], None]
 
@@ -73,71 +73,71 @@ def milliseconds(since: float, until: float) -> float:
 
 
 def window(bench: Bench) -> list[Row]:
-    room, orvane, mpv = bench.room, [], []
-    channel = room.channels[0]
+    testbed, orvane, mpv = bench.testbed, [], []
+    channel = testbed.channels[0]
     for run in range(RUNS):
         bench.say(f"run {run + 1} of {RUNS}")
-        room.screen.forget_windows()
-        with room.orvane() as program:
-            orvane.append(milliseconds(program.started, room.screen.wait_for_window()))
+        testbed.screen.forget_windows()
+        with testbed.orvane() as program:
+            orvane.append(milliseconds(program.started, testbed.screen.wait_for_window()))
             program.wait_for("window-shown")
-        room.screen.forget_windows()
-        with room.mpv("--force-window=immediate", room.stream(channel)) as (_, started):
-            mpv.append(milliseconds(started, room.screen.wait_for_window()))
+        testbed.screen.forget_windows()
+        with testbed.mpv("--force-window=immediate", testbed.stream(channel)) as (_, started):
+            mpv.append(milliseconds(started, testbed.screen.wait_for_window()))
     seconds = Row("start to window", "ms", orvane, [], statistics.median(orvane), 250)
     return [seconds, compared("start to window, beside mpv", "ms", orvane, mpv, 1.0)]
 
 
 def uncached(bench: Bench) -> list[Row]:
     """Each run uses a channel that the program has not resolved yet; its window is closed before."""
-    room, orvane, after_exit, mpv, mpv_stream = bench.room, [], [], [], []
-    runs = [channel for channel in room.channels[1:] for _ in range(2)][:RUNS]
+    testbed, orvane, after_exit, mpv, mpv_stream = bench.testbed, [], [], [], []
+    runs = [channel for channel in testbed.channels[1:] for _ in range(2)][:RUNS]
     for run, channel in enumerate(runs):
         bench.say(f"run {run + 1} of {len(runs)}")
-        with room.orvane() as program:
+        with testbed.orvane() as program:
             program.wait_for("playing")
-            room.close_player(program)
-            chosen = room.choose(program, channel)
-            found = wait_for_ytdlp(program.process.pid, room.page(channel))
-            seen = room.screen.wait_for_colour(PLACE, channel.colour)
+            testbed.close_player(program)
+            chosen = testbed.choose(program, channel)
+            found = wait_for_ytdlp(program.process.pid, testbed.page(channel))
+            seen = testbed.screen.wait_for_colour(PLACE, channel.colour)
         orvane.append(milliseconds(chosen, seen))
         after_exit.append(milliseconds(found, seen))
-        with room.mpv(f"--ytdl-format={FORMAT}", "--ytdl-raw-options=no-check-certificates=",
-                      f"ytdl://{room.page(channel)}") as (_, started):
-            mpv.append(milliseconds(started, room.screen.wait_for_colour(PLACE, channel.colour)))
-        mpv_stream.append(_mpv_to_picture(room, channel))
+        with testbed.mpv(f"--ytdl-format={FORMAT}", "--ytdl-raw-options=no-check-certificates=",
+                      f"ytdl://{testbed.page(channel)}") as (_, started):
+            mpv.append(milliseconds(started, testbed.screen.wait_for_colour(PLACE, channel.colour)))
+        mpv_stream.append(_mpv_to_picture(testbed, channel))
     return [
         compared("channel to picture, nothing cached", "ms", orvane, mpv, 1.0),
         compared("yt-dlp's exit to picture", "ms", after_exit, mpv_stream, 1.0),
     ]
 
 
-def _mpv_to_picture(room: Room, channel) -> float:
-    with room.mpv(room.stream(channel)) as (_, started):
-        return milliseconds(started, room.screen.wait_for_colour(PLACE, channel.colour))
+def _mpv_to_picture(testbed: Testbed, channel) -> float:
+    with testbed.mpv(testbed.stream(channel)) as (_, started):
+        return milliseconds(started, testbed.screen.wait_for_colour(PLACE, channel.colour))
 
 
 def cached(bench: Bench) -> list[Row]:
-    room, orvane, mpv = bench.room, [], []
-    with room.orvane() as program:
+    testbed, orvane, mpv = bench.testbed, [], []
+    with testbed.orvane() as program:
         program.wait_for("playing")
-        room.close_player(program)
+        testbed.close_player(program)
         for run in range(RUNS):
             bench.say(f"run {run + 1} of {RUNS}")
-            chosen = room.choose(program, room.channels[0])
-            seen = room.screen.wait_for_colour(PLACE, room.channels[0].colour)
+            chosen = testbed.choose(program, testbed.channels[0])
+            seen = testbed.screen.wait_for_colour(PLACE, testbed.channels[0].colour)
             orvane.append(milliseconds(chosen, seen))
             # The next measurement must have the machine to itself.
-            room.close_player(program)
-            mpv.append(_mpv_to_picture(room, room.channels[0]))
+            testbed.close_player(program)
+            mpv.append(_mpv_to_picture(testbed, testbed.channels[0]))
     return [compared("channel to picture, address cached", "ms", orvane, mpv, 1.0)]
 
 
-# The main thread, and what stays behind
+# Stalls of the main thread, and leaks
 
 
 @dataclass
-class Residue:
+class Usage:
     """The least memory and threads of a program in each stretch of a long run: a leak raises them, players that
     come and go do not."""
 
@@ -145,8 +145,8 @@ class Residue:
     threads: list[float]
 
     @staticmethod
-    def of(stretches: list[list[tuple[float, int]]]) -> "Residue":
-        return Residue([min(memory for memory, _ in stretch) for stretch in stretches],
+    def of(stretches: list[list[tuple[float, int]]]) -> "Usage":
+        return Usage([min(memory for memory, _ in stretch) for stretch in stretches],
                        [float(min(count for _, count in stretch)) for stretch in stretches])
 
     def rows(self, by: str, stretch: str) -> list[Row]:
@@ -169,15 +169,16 @@ class Switch:
 
 
 class Switches:
-    """The play probe in a room where one channel never answers. Use as a context manager."""
+    """The play probe in a testbed where one channel never answers. Use as a context manager."""
 
     def __init__(self, bench: Bench):
         self._bench = bench
-        bench.room.channels[-1].faults["list"] = "hang"
+        bench.testbed.channels[-1].faults["list"] = "hang"
 
     def __enter__(self) -> "Switches":
-        room = self._bench.room
-        self._program = Program(room.desktop, str(self._bench.build / "play_probe"), room.site.origin, [str(SWITCHES)])
+        testbed = self._bench.testbed
+        self._program = Program(testbed.desktop, str(self._bench.build / "play_probe"), testbed.site.origin,
+                                [str(SWITCHES)])
         self._seen: list[Switch] = []
         return self
 
@@ -207,7 +208,7 @@ class Switches:
 
 
 class EightHours:
-    """Orvane in a room of its own where hours pass in minutes. Use as a context manager."""
+    """Orvane in a testbed of its own where hours pass in minutes. Use as a context manager."""
 
     def __init__(self, build: pathlib.Path):
         self._stack = contextlib.ExitStack()
@@ -215,8 +216,8 @@ class EightHours:
 
     def __enter__(self) -> "EightHours":
         folder = pathlib.Path(self._stack.enter_context(tempfile.TemporaryDirectory()))
-        self._room = self._stack.enter_context(Room(folder, self._build / "orvane", FastSite))
-        self._program = self._stack.enter_context(self._room.orvane())
+        self._testbed = self._stack.enter_context(Testbed(folder, self._build / "orvane", FastSite))
+        self._program = self._stack.enter_context(self._testbed.orvane())
         self._program.wait_for("playing")
         self._hours: list[list[tuple[float, int]]] = [[] for _ in range(HOURS)]
         return self
@@ -226,16 +227,16 @@ class EightHours:
 
     def watch(self) -> None:
         """Waits until they have passed."""
-        while (hour := int(self._room.site.hours)) < HOURS:
+        while (hour := int(self._testbed.site.hours)) < HOURS:
             if self._program.count("error"):
-                raise RuntimeError(f"the play broke off after {self._room.site.hours:.1f} hours")
+                raise RuntimeError(f"the play broke off after {self._testbed.site.hours:.1f} hours")
             self._hours[hour].append(_sample(self._program.process.pid))
             time.sleep(0.5)
-        if self._room.site.missed:
-            raise RuntimeError(f"the play was too slow: it left out {self._room.site.missed} segments")
+        if self._testbed.site.missed:
+            raise RuntimeError(f"the play was too slow: it left out {self._testbed.site.missed} segments")
 
     def rows(self) -> list[Row]:
-        return Residue.of(self._hours).rows("eight hours of play", "hour")
+        return Usage.of(self._hours).rows("eight hours of play", "hour")
 
 
 def endurance(bench: Bench) -> list[Row]:
@@ -264,7 +265,7 @@ def endurance(bench: Bench) -> list[Row]:
             "every third to a server that never answers"),
         Row("the same, on the way to a cached picture", "ms", on_the_way, [], statistics.median(on_the_way), 16,
             "the longest in each hundred, too"),
-        *Residue.of(samples).rows(f"{SWITCHES} switches", "hundred"),
+        *Usage.of(samples).rows(f"{SWITCHES} switches", "hundred"),
         *hours.rows(),
     ]
 
@@ -272,35 +273,35 @@ def endurance(bench: Bench) -> list[Row]:
 # Work
 
 
-def _fill_screen(room: Room, program: Program) -> None:
-    room.desktop.activate(program.window())
-    room.desktop.key("f")
+def _fill_screen(testbed: Testbed, program: Program) -> None:
+    testbed.desktop.activate(program.window())
+    testbed.desktop.key("f")
     wait_until(lambda: program.frame() == (0, 0, 1280, 720), "full screen")
-    room.screen.wait_for_colour(SCREEN_PLACE, room.channels[0].colour)
+    testbed.screen.wait_for_colour(SCREEN_PLACE, testbed.channels[0].colour)
 
 
 def _work(bench: Bench, size: str) -> list[list[tuple[float, float, float]]]:
     """Returns samples of percent of a core for the player and for the X server, and of the player's memory."""
 
     def sample(pid: int):
-        before = cpu_seconds(bench.room.desktop.x_server)
+        before = cpu_seconds(bench.testbed.desktop.x_server)
         share = cpu_share(pid, RUN_SECONDS)
-        server = 100 * (cpu_seconds(bench.room.desktop.x_server) - before) / RUN_SECONDS
+        server = 100 * (cpu_seconds(bench.testbed.desktop.x_server) - before) / RUN_SECONDS
         return share, server, memory_mib(pid)
 
-    room, orvane, mpv = bench.room, [], []
-    channel = room.channels[0]
+    testbed, orvane, mpv = bench.testbed, [], []
+    channel = testbed.channels[0]
     place = PLACE if size == "window" else SCREEN_PLACE
     for run in range(RUNS):
         bench.say(f"run {run + 1} of {RUNS}")
-        with room.orvane() as program:
+        with testbed.orvane() as program:
             program.wait_for("playing")
             if size == "screen":
-                _fill_screen(room, program)
-            room.screen.wait_for_colour(place, channel.colour)
+                _fill_screen(testbed, program)
+            testbed.screen.wait_for_colour(place, channel.colour)
             orvane.append(sample(program.process.pid))
-        with room.mpv(*MPV_GPU, *(["--fs"] if size == "screen" else []), room.stream(channel)) as (process, _):
-            room.screen.wait_for_colour(place, channel.colour)
+        with testbed.mpv(*MPV_GPU, *(["--fs"] if size == "screen" else []), testbed.stream(channel)) as (process, _):
+            testbed.screen.wait_for_colour(place, channel.colour)
             mpv.append(sample(process.pid))
     return [orvane, mpv]
 
@@ -325,10 +326,10 @@ def full(bench: Bench) -> list[Row]:
 
 
 def closed(bench: Bench) -> list[Row]:
-    room, rates, shares = bench.room, [], []
-    with room.orvane() as program:
+    testbed, rates, shares = bench.testbed, [], []
+    with testbed.orvane() as program:
         program.wait_for("playing")
-        room.close_player(program)
+        testbed.close_player(program)
         pid = program.process.pid
         for run in range(RUNS):
             bench.say(f"run {run + 1} of {RUNS}")

@@ -60,7 +60,7 @@ def wait_for_ytdlp(pid: int, page: str) -> float:
         os.close(handle)
 
 
-class Room:
+class Testbed:
     """A desktop with a live site, on which one player at a time plays. Use as a context manager."""
 
     def __init__(self, folder: pathlib.Path, orvane: pathlib.Path, site: type[LiveSite] = LiveSite):
@@ -69,7 +69,7 @@ class Room:
         self._orvane = str(orvane)
         self._stack = contextlib.ExitStack()
 
-    def __enter__(self) -> "Room":
+    def __enter__(self) -> "Testbed":
         self.site = self._stack.enter_context(self._make_site(self._folder))
         self.desktop = self._stack.enter_context(Desktop())
         # Every desktop has one; libraries look for a missing one again and again.

@@ -24,7 +24,7 @@ class _MapEvent(ctypes.Structure):
 
 
 class _Event(ctypes.Union):
-    _fields_ = [("type", ctypes.c_int), ("map", _MapEvent), ("room", ctypes.c_long * 24)]
+    _fields_ = [("type", ctypes.c_int), ("map", _MapEvent), ("padding", ctypes.c_long * 24)]
 
 
 def _library() -> ctypes.CDLL:
@@ -85,12 +85,12 @@ class Screen:
             while self._x.XPending(self._display):
                 if self._next_event().type == _MAP_NOTIFY:
                     return now
-        raise TimeoutError("no window came")
+        raise TimeoutError("no window appeared")
 
     def pixel(self, x: int, y: int) -> tuple[int, int, int]:
         image = self._x.XGetImage(self._display, self._root, x, y, 1, 1, 2**32 - 1, _Z_PIXMAP)
         if not image:
-            raise RuntimeError("the X server gave no picture")
+            raise RuntimeError("the X server returned no image")
         value = self._x.XGetPixel(image, 0, 0)
         self._x.XDestroyImage(image)
         return value >> 16 & 255, value >> 8 & 255, value & 255
@@ -103,4 +103,4 @@ class Screen:
             if all(abs(a - b) <= 24 for a, b in zip(self.pixel(*place), wanted)):
                 return time.monotonic()
             time.sleep(_POLL_SECONDS)
-        raise TimeoutError(f"the colour {colour} did not come; there is {self.pixel(*place)}")
+        raise TimeoutError(f"the colour {colour} did not appear; there is {self.pixel(*place)}")

@@ -12,7 +12,7 @@ class Channel:
 
     `faults` maps a resource ("page", "watch", "master", "list", "segment") to the status it is answered
     with instead, to "hang" for no answer, or to "loop" for a redirect to itself. `fault_count` limits how
-    many answers a fault spoils. `ends` closes the live list; `frozen_at` stops it from advancing.
+    many requests get a fault. `ends` closes the live list; `frozen_at` stops it from advancing.
     """
 
     handle: str

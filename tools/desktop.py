@@ -21,13 +21,13 @@ FIRST_DISPLAY, LAST_DISPLAY = 90, 589
 def start_x_server(size: str) -> tuple[subprocess.Popen, str]:
     """Starts a server; returns it and the name of its display when it accepts clients.
 
-    It is given a number to try, since it then takes the number's lock file before the socket. When it chooses
-    a number itself it takes the socket first, and in a network namespace of its own, where it does not notice
-    the other servers, it would take away that of one of them."""
+    Tries the numbers one by one, since a server with a given number creates the lock file before the socket. One
+    that chooses its number itself creates the socket first: in a network namespace of its own it does not notice
+    other servers, and would replace the socket of one of them."""
     for number in range(FIRST_DISPLAY, LAST_DISPLAY + 1):
         read_end, write_end = os.pipe()
-        # Without -noreset the server restarts whenever its last client goes, which can be xprop that asked
-        # for the window manager just before that one came.
+        # Without -noreset the server restarts when its last client disconnects, which can be an xprop that
+        # looked for the window manager just before that connected.
         command = ["Xvfb", f":{number}", "-displayfd", str(write_end), "-nolisten", "tcp", "-noreset"]
         command += ["-screen", "0", f"{size}x24"]
         server = subprocess.Popen(command, pass_fds=[write_end], stderr=subprocess.DEVNULL)
@@ -41,7 +41,7 @@ def start_x_server(size: str) -> tuple[subprocess.Popen, str]:
 
 
 class Desktop(XClient):
-    """Use as a context manager, which ends all that it has started. `environment` is for the programs that
+    """Use as a context manager, which ends everything that it has started. `environment` is for the programs that
     run here."""
 
     def __init__(self, size: str = "1280x720", compositor: bool = False):
@@ -131,7 +131,7 @@ class Desktop(XClient):
         self._start_window_manager()
 
     def _has_window_manager(self) -> bool:
-        """A crashed one leaves its property on the root window, but not the window that this names."""
+        """A crashed one leaves its property on the root window, but the window that the property names is gone."""
         mark = self.run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK").rpartition(" ")[2].strip()
         return mark.startswith("0x") and mark in self.run("xprop", "-id", mark, "_NET_SUPPORTING_WM_CHECK")
 

@@ -163,13 +163,13 @@ class _Server(http.server.ThreadingHTTPServer):
 
     def cut_off(self) -> None:
         for connection in list(self._connections):
-            # Of the TCP connection: a TLS shutdown would wait for the peer.
+            # Shuts down the TCP connection: a TLS shutdown would wait for the peer.
             with contextlib.suppress(OSError):
                 socket.socket.shutdown(connection, socket.SHUT_RDWR)
 
     def finish_request(self, request, client_address):
-        # On the connection's own thread: a client that never finishes the handshake must not keep the
-        # others out.
+        # On the connection's own thread: a client that never finishes the handshake must not block
+        # the others.
         try:
             wrapped = self.tls.wrap_socket(request, server_side=True)
         except OSError:

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""A web server on loopback whose answers a test makes."""
+"""A web server on loopback with answers given by a test."""
 
 import contextlib
 import http.server
@@ -10,7 +10,7 @@ import threading
 
 class LoopbackServer:
     """Use as a context manager. Subclasses implement `answer`, which is called on a thread for each request; one
-    that waits for `allowed` goes on when the server ends, at the latest. With a `certificate` it serves https."""
+    that waits for `allowed` is released when the server ends, at the latest. With a `certificate` it serves https."""
 
     def __init__(self, certificate: pathlib.Path | None = None):
         self.allowed = threading.Event()
@@ -18,7 +18,7 @@ class LoopbackServer:
 
         class Handler(http.server.BaseHTTPRequestHandler):
             def do_GET(self):
-                with contextlib.suppress(OSError):  # The client may have gone.
+                with contextlib.suppress(OSError):  # The client may have disconnected.
                     server.answer(self)
 
             do_POST = do_GET

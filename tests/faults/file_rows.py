@@ -10,7 +10,7 @@ import time
 import dbus
 import dbus.bus
 
-from ground import KEEPSAKE, Ground
+from fixture import UNKNOWN_KEY, Fixture
 from outcome import BUILD, quit_cleanly
 from rows import Row
 from tools.waiting import wait_until
@@ -32,61 +32,61 @@ def component_test(name: str, seen: str):
     return check
 
 
-def large(ground: Ground) -> str:
-    ground.preferences.write_text(json.dumps(KEEPSAKE | {"filler": "x" * LARGE}), encoding="ascii")
-    program = ground.start()
-    took = ground.plays()
+def large(fixture: Fixture) -> str:
+    fixture.preferences.write_text(json.dumps(UNKNOWN_KEY | {"filler": "x" * LARGE}), encoding="ascii")
+    program = fixture.start()
+    took = fixture.plays()
     longest = 0.0
     for volume in ("0.25", "0.5"):
-        ground.order("volume", volume)
+        fixture.order("volume", volume)
         before = time.monotonic()
-        assert ground.ask("status") == "Playing"
+        assert fixture.ask("status") == "Playing"
         longest = max(longest, time.monotonic() - before)
     assert longest < ANSWER_LIMIT, f"{longest:.1f} s"
     program.wait_for_preferences(volume=0.5)
-    return f"plays after {took:.0f} s; answers within {longest:.1f} s; the file keeps what is unknown"
+    return f"plays after {took:.0f} s; answers within {longest:.1f} s; the file keeps unknown keys"
 
 
-def large_garbage(ground: Ground) -> str:
+def large_garbage(fixture: Fixture) -> str:
     garbage = os.urandom(LARGE)
-    ground.preferences.write_bytes(garbage)
-    program = ground.start()
-    took = ground.plays()
-    ground.order("volume", "0.25")
+    fixture.preferences.write_bytes(garbage)
+    program = fixture.start()
+    took = fixture.plays()
+    fixture.order("volume", "0.25")
     program.wait_for_preferences(volume=0.25)
-    assert ground.preferences.with_suffix(".json.bad").read_bytes() == garbage
-    return f"plays after {took:.0f} s; the garbage is set aside"
+    assert fixture.preferences.with_suffix(".json.bad").read_bytes() == garbage
+    return f"plays after {took:.0f} s; the garbage is kept in a .bad file"
 
 
-def folder(ground: Ground) -> str:
-    ground.preferences.unlink()
-    ground.preferences.mkdir()
-    (ground.preferences / "precious").touch()
-    program = ground.start()
-    took = ground.plays()
-    ground.order("volume", "0.25")
-    assert ground.ask("volume") == "0.250000"
-    quit_cleanly(ground.program)
-    assert (ground.preferences / "precious").exists()
+def folder(fixture: Fixture) -> str:
+    fixture.preferences.unlink()
+    fixture.preferences.mkdir()
+    (fixture.preferences / "precious").touch()
+    program = fixture.start()
+    took = fixture.plays()
+    fixture.order("volume", "0.25")
+    assert fixture.ask("volume") == "0.250000"
+    quit_cleanly(fixture.program)
+    assert (fixture.preferences / "precious").exists()
     assert "preferences.json" in program.log(), program.log()
-    return f"plays after {took:.0f} s; keeps the volume in memory; says so on the standard error"
+    return f"plays after {took:.0f} s; keeps the volume in memory; prints a message to the standard error"
 
 
-def read_only(ground: Ground) -> str:
-    place = ground.preferences.parent
-    program = ground.start(mounts=f"mount --bind {place} {place}\nmount -o remount,ro,bind {place}")
-    took = ground.plays()
-    ground.order("volume", "0.25")
-    assert ground.ask("volume") == "0.250000"
-    quit_cleanly(ground.program)
+def read_only(fixture: Fixture) -> str:
+    place = fixture.preferences.parent
+    program = fixture.start(mounts=f"mount --bind {place} {place}\nmount -o remount,ro,bind {place}")
+    took = fixture.plays()
+    fixture.order("volume", "0.25")
+    assert fixture.ask("volume") == "0.250000"
+    quit_cleanly(fixture.program)
     assert "preferences.json" in program.log(), program.log()
-    assert json.loads(ground.preferences.read_text(encoding="ascii")) == KEEPSAKE
-    return f"plays after {took:.0f} s; keeps the volume in memory; says so on the standard error"
+    assert json.loads(fixture.preferences.read_text(encoding="ascii")) == UNKNOWN_KEY
+    return f"plays after {took:.0f} s; keeps the volume in memory; prints a message to the standard error"
 
 
-def change_volume(ground: Ground, times: int) -> None:
-    """Sets the volume so many times without waiting for answers."""
-    connection = dbus.bus.BusConnection(ground.desktop.environment["DBUS_SESSION_BUS_ADDRESS"])
+def change_volume(fixture: Fixture, times: int) -> None:
+    """Sets the volume `times` times without waiting for answers."""
+    connection = dbus.bus.BusConnection(fixture.desktop.environment["DBUS_SESSION_BUS_ADDRESS"])
     player = dbus.Interface(connection.get_object(*PLAYER, introspect=False), "org.freedesktop.DBus.Properties")
     for i in range(times):
         player.Set("org.mpris.MediaPlayer2.Player", "Volume", dbus.Double(i / times, variant_level=1),
@@ -95,30 +95,30 @@ def change_volume(ground: Ground, times: int) -> None:
     connection.close()
 
 
-def killed_while_writing(ground: Ground) -> str:
+def killed_while_writing(fixture: Fixture) -> str:
     volumes = []
     for _ in range(5):
-        program = ground.start("--play", "alarabiya")
-        ground.plays()
-        before = ground.preferences.stat().st_mtime_ns
-        change_volume(ground, WRITES)
-        wait_until(lambda: ground.preferences.stat().st_mtime_ns != before, "the first of the writes")
+        program = fixture.start("--play", "alarabiya")
+        fixture.plays()
+        before = fixture.preferences.stat().st_mtime_ns
+        change_volume(fixture, WRITES)
+        wait_until(lambda: fixture.preferences.stat().st_mtime_ns != before, "the first of the writes")
         program.process.send_signal(signal.SIGKILL)
         program.process.wait()
-        ground.keeps_settings()
+        fixture.keeps_settings()
         volumes.append(program.preferences()["volume"])
-    ground.start("--play", "alarabiya")
-    ground.plays()
-    return f"the file is whole each time, with volumes {', '.join(f'{v:.2f}' for v in volumes)}"
+    fixture.start("--play", "alarabiya")
+    fixture.plays()
+    return f"the file is intact each time, with volumes {', '.join(f'{v:.2f}' for v in volumes)}"
 
 
 ROWS = [
-    Row("file.cut-and-spoilt", "cut after every byte, and every byte spoilt once",
-        component_test("LoseNothingOfAFileThatIsCutOrSpoilt", "what can be read is kept, the rest is set aside"),
-        needs_no_ground=True),
+    Row("file.damaged", "truncated after every byte, and every byte corrupted once",
+        component_test("LoseNothingOfADamagedFile", "a readable file is kept, any other is renamed to .bad"),
+        needs_no_fixture=True),
     Row("file.large", "a file of 50 MB", large),
     Row("file.large-garbage", "50 MB of garbage", large_garbage, keeps_settings=False),
-    Row("file.folder", "a folder in its place", folder, quits=False, keeps_settings=False),
+    Row("file.folder", "a folder in place of the file", folder, quits=False, keeps_settings=False),
     Row("file.read-only", "a file that cannot be written", read_only, quits=False),
-    Row("file.killed", "kill -9 in the middle of a thousand writes, 5 times", killed_while_writing),
+    Row("file.killed", "kill -9 during a thousand writes, 5 times", killed_while_writing),
 ]

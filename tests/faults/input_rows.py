@@ -8,7 +8,7 @@ import time
 from Xlib import X, XK, display, error
 from Xlib.ext import xtest
 
-from ground import Ground
+from fixture import Fixture
 from outcome import BUILD, check_no_alarm, quit_cleanly
 from rows import Row
 from tools.waiting import wait_until
@@ -23,18 +23,18 @@ BURST = 25
 SCREEN = (1280, 720)
 FIRST_KEY, LAST_KEY = 9, 255
 # The key that quits the program, and the locks, which would leave other keys without effect.
-LEFT_OUT = (XK.XK_q, XK.XK_Caps_Lock, XK.XK_Num_Lock)
+EXCLUDED_KEYS = (XK.XK_q, XK.XK_Caps_Lock, XK.XK_Num_Lock)
 
 
 class Input:
     """A keyboard and a mouse, and the visible windows of the program."""
 
-    def __init__(self, ground: Ground, program: str = "orvane"):
+    def __init__(self, fixture: Fixture, program: str = "orvane"):
         self._program = program
-        self._display = display.Display(ground.desktop.display)
+        self._display = display.Display(fixture.desktop.display)
         self._root = self._display.screen().root
-        left_out = {self._display.keysym_to_keycode(symbol) for symbol in LEFT_OUT}
-        self.keys = [code for code in range(FIRST_KEY, LAST_KEY + 1) if code not in left_out]
+        excluded = {self._display.keysym_to_keycode(symbol) for symbol in EXCLUDED_KEYS}
+        self.keys = [code for code in range(FIRST_KEY, LAST_KEY + 1) if code not in excluded]
         modifiers = {code for row in self._display.get_modifier_mapping() for code in row if code}
         self.plain_keys = [code for code in self.keys if code not in modifiers]
 
@@ -47,7 +47,7 @@ class Input:
     def send(self, kind: int, detail: int = 0, x: int = 0, y: int = 0) -> None:
         xtest.fake_input(self._display, kind, detail, x=x, y=y)
 
-    def arrive(self) -> None:
+    def sync(self) -> None:
         self._display.sync()
 
     def release_all(self) -> None:
@@ -55,7 +55,7 @@ class Input:
             self.send(X.KeyRelease, code)
         for button in (1, 2, 3):
             self.send(X.ButtonRelease, button)
-        self.arrive()
+        self.sync()
 
     def _shown(self, window, found: list) -> None:
         for child in window.query_tree().children:
@@ -68,7 +68,7 @@ class Input:
                 else:
                     self._shown(child, found)
             except error.XError:
-                pass  # The window has just gone.
+                pass  # The window was just closed.
 
     def windows(self) -> list[tuple[int, int, int, int]]:
         """Returns the frames of the visible windows of the program, menus included."""
@@ -85,28 +85,28 @@ class Input:
         return frames
 
 
-def answers(ground: Ground) -> bool:
-    return ground.ask("status") in ("Playing", "Paused", "Stopped")
+def answers(fixture: Fixture) -> bool:
+    return fixture.ask("status") in ("Playing", "Paused", "Stopped")
 
 
-def plays_afterwards(ground: Ground) -> str:
-    """A channel that is asked for plays, whatever the input has changed."""
-    quit_cleanly(ground.program)
-    ground.keeps_settings()
-    # The input may have dragged the window out of sight or made it transparent, which is allowed.
-    stored = ground.program.preferences() | {"ghostModeEnabled": False, "windowOpacity": 1}
+def plays_afterwards(fixture: Fixture) -> str:
+    """Restarts with a channel, which must play whatever settings the input has changed."""
+    quit_cleanly(fixture.program)
+    fixture.keeps_settings()
+    # The input may have dragged the window off the screen or made it transparent, which is allowed.
+    stored = fixture.program.preferences() | {"ghostModeEnabled": False, "windowOpacity": 1}
     stored.pop("windowFrame", None)
-    ground.preferences.write_text(json.dumps(stored), encoding="utf-8")
-    ground.start("--play", "alarabiya")
-    return f"the next start plays after {ground.plays():.0f} s"
+    fixture.preferences.write_text(json.dumps(stored), encoding="utf-8")
+    fixture.start("--play", "alarabiya")
+    return f"the next start plays after {fixture.plays():.0f} s"
 
 
-def all_keys(ground: Ground) -> str:
-    program = ground.start()
-    ground.plays()
+def all_keys(fixture: Fixture) -> str:
+    program = fixture.start()
+    fixture.plays()
     chance = random.Random(SEED)
     rounds = 0
-    with Input(ground) as keys:
+    with Input(fixture) as keys:
         end = time.monotonic() + KEYS_TIME
         while time.monotonic() < end:
             # Together with modifiers most keys have no effect, so every other round is without.
@@ -114,20 +114,20 @@ def all_keys(ground: Ground) -> str:
             chance.shuffle(chosen)
             for code in chosen:
                 keys.send(X.KeyPress, code)
-            keys.arrive()
+            keys.sync()
             assert program.process.poll() is None, f"the program ended with {program.process.returncode}"
             keys.release_all()
             rounds += 1
-    wait_until(lambda: answers(ground), "an answer")
-    return f"{rounds} times all keys; answers; {plays_afterwards(ground)}"
+    wait_until(lambda: answers(fixture), "an answer")
+    return f"{rounds} times all keys; answers; {plays_afterwards(fixture)}"
 
 
 class Monkey:
     """Sends random input to the visible windows of the program."""
 
-    def __init__(self, ground: Ground, hand: Input):
-        self._ground = ground
-        self._hand = hand
+    def __init__(self, fixture: Fixture, devices: Input):
+        self._fixture = fixture
+        self._devices = devices
         self._chance = random.Random(SEED)
         self.starts = 0
         self.events = 0
@@ -135,38 +135,39 @@ class Monkey:
         self.sizes: set[tuple[int, int]] = set()
 
     def start(self) -> None:
-        self._hand.release_all()
-        self._ground.start("--settings")
-        self._ground.program.wait_for("window-shown")
-        wait_until(lambda: answers(self._ground), "an answer")
+        self._devices.release_all()
+        self._fixture.start("--settings")
+        self._fixture.program.wait_for("window-shown")
+        wait_until(lambda: answers(self._fixture), "an answer")
         self.starts += 1
 
-    def has_gone(self) -> bool:
+    def has_quit(self) -> bool:
         """Whether the program has ended: the input may have quit it, which must end cleanly."""
-        process = self._ground.program.process
+        process = self._fixture.program.process
         if process.poll() is None:
             return False
         assert process.returncode == 0, f"the program ended with {process.returncode}"
-        check_no_alarm(self._ground.program)
-        self._ground.keeps_settings()
+        check_no_alarm(self._fixture.program)
+        self._fixture.keeps_settings()
         return True
 
     def show_more(self) -> None:
         """Opens a window that random clicks rarely open, and leaves full screen, which would cover it."""
-        self._hand.release_all()
-        if SCREEN in (frame[2:] for frame in self._hand.windows()):
-            self._ground.desktop.key("Escape", "f")
+        self._devices.release_all()
+        if SCREEN in (frame[2:] for frame in self._devices.windows()):
+            self._fixture.desktop.key("Escape", "f")
         option = self._chance.choice(["--settings", "--next", "--toggle-ghost", "--add=@AlHadath", "--play=alarabiya"])
-        program = self._ground.program
-        sender = self._ground.desktop.background([program.process.args[0], *option.split("=", 1)],
+        program = self._fixture.program
+        sender = self._fixture.desktop.background([program.process.args[0], *option.split("=", 1)],
                                                  env=program.environment)
-        wait_until(lambda: sender.poll() is not None or program.process.poll() is not None, "the order to be taken")
+        wait_until(lambda: sender.poll() is not None or program.process.poll() is not None,
+                   "the command to be accepted")
         # If the last click has quit the program, the sender has become the running copy.
         sender.terminate()
         sender.wait()
 
     def burst(self) -> None:
-        frames = self._hand.windows()
+        frames = self._devices.windows()
         if not frames:
             self.show_more()
             return
@@ -175,16 +176,16 @@ class Monkey:
             self.sizes.add(frame[2:])
             self._act(frame)
             self.events += 1
-        self._hand.release_all()
+        self._devices.release_all()
 
     def _act(self, frame: tuple[int, int, int, int]) -> None:
         left, top, width, height = frame
         x, y = left + self._chance.randrange(max(width, 1)), top + self._chance.randrange(max(height, 1))
-        send = self._hand.send
+        send = self._devices.send
         send(X.MotionNotify, x=max(x, 0), y=max(y, 0))
         action = self._chance.random()
         if action < 0.3:
-            code = self._chance.choice(self._hand.plain_keys)
+            code = self._chance.choice(self._devices.plain_keys)
             send(X.KeyPress, code)
             send(X.KeyRelease, code)
             return
@@ -197,9 +198,9 @@ class Monkey:
         send(X.ButtonRelease, button)
 
 
-def random_input(ground: Ground) -> str:
-    with Input(ground) as hand:
-        monkey = Monkey(ground, hand)
+def random_input(fixture: Fixture) -> str:
+    with Input(fixture) as devices:
+        monkey = Monkey(fixture, devices)
         monkey.start()
         bursts = 0
         while monkey.events < EVENTS:
@@ -207,39 +208,39 @@ def random_input(ground: Ground) -> str:
             if bursts % 20 == 0:
                 monkey.show_more()
             monkey.burst()
-            if not answers(ground):
-                wait_until(lambda: answers(ground) or monkey.has_gone(), "an answer, or a good end")
-            if monkey.has_gone():
+            if not answers(fixture):
+                wait_until(lambda: answers(fixture) or monkey.has_quit(), "an answer, or a clean exit")
+            if monkey.has_quit():
                 monkey.start()
-        hand.release_all()
+        devices.release_all()
     return (f"answers after each {BURST}; {monkey.starts} start(s); windows and menus of "
-            f"{len(monkey.sizes)} sizes; {plays_afterwards(ground)}")
+            f"{len(monkey.sizes)} sizes; {plays_afterwards(fixture)}")
 
 
-def random_input_to_the_updater(ground: Ground) -> str:
+def random_input_to_the_updater(fixture: Fixture) -> str:
     """The updater's window on its own: a build without a feed does not show it."""
     # Otherwise the wheel beside the window switches to another desktop, where the window is not.
-    ground.desktop.run("wmctrl", "-n", "1")
-    server = ground.enter(UpdateServer(ground.folder))
+    fixture.desktop.run("wmctrl", "-n", "1")
+    server = fixture.enter(UpdateServer(fixture.folder))
     server.allowed.set()
-    program = ground.run(f"{BUILD}/updater_probe", f"{server.origin}/appcast.xml", server.key, server.certificate)
+    program = fixture.run(f"{BUILD}/updater_probe", f"{server.origin}/appcast.xml", server.key, server.certificate)
 
-    def heard() -> int:
+    def answer_count() -> int:
         return len(program.log().splitlines())
 
     def opens() -> bool:
         """Asks once more, since the last input may only now have closed it."""
-        before = heard()
+        before = answer_count()
         program.process.stdin.write("check\n")
         program.process.stdin.flush()
-        wait_until(lambda: heard() > before, "an answer")
-        return bool(hand.windows())
+        wait_until(lambda: answer_count() > before, "an answer")
+        return bool(devices.windows())
 
-    with Input(ground, "updater_probe") as hand:
-        monkey = Monkey(ground, hand)
-        wait_until(hand.windows, "its window")
+    with Input(fixture, "updater_probe") as devices:
+        monkey = Monkey(fixture, devices)
+        wait_until(devices.windows, "its window")
         while monkey.events < UPDATER_EVENTS:
-            if hand.windows():
+            if devices.windows():
                 monkey.burst()
             assert program.process.poll() is None, f"the program ended with {program.process.returncode}"
             wait_until(opens, "the window again")
@@ -247,7 +248,7 @@ def random_input_to_the_updater(ground: Ground) -> str:
 
 
 ROWS = [
-    Row("input.all-keys", "all keys at once, again and again for 10 s", all_keys),
+    Row("input.all-keys", "all keys at once, repeatedly for 10 s", all_keys),
     Row("input.random", "10000 random clicks, drags and keys on all windows", random_input),
     Row("input.random-update", "1000 of them on the updater's window", random_input_to_the_updater),
 ]

@@ -10,14 +10,14 @@ class Row:
     """`check` causes the fault; returns what the user saw, or raises if that is wrong."""
 
     name: str
-    done: str
+    fault: str
     check: Callable[..., str]
-    ground: dict = field(default_factory=dict)
-    # Whether the program still runs at the end, and must then quit cleanly...
+    fixture: dict = field(default_factory=dict)
+    # Whether the program still runs at the end and must then quit cleanly.
     quits: bool = True
-    # ...with its settings unharmed.
+    # Whether the preferences file must be intact at the end.
     keeps_settings: bool = True
-    needs_no_ground: bool = False
+    needs_no_fixture: bool = False
 
     @property
     def group(self) -> str:

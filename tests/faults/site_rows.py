@@ -6,7 +6,7 @@ import ssl
 import subprocess
 import time
 
-from ground import Ground
+from fixture import Fixture
 from outcome import quit_cleanly
 from rows import Row
 from tools.channels import Channel
@@ -29,8 +29,8 @@ class AlteringSite(LiveSite):
         plain = super().segment(channel, variant, number)
         return self.alter(plain, channel, number) if self.alter else plain
 
-    def take_certificate_of_another(self) -> None:
-        """Uses one for another host, self-signed."""
+    def use_wrong_certificate(self) -> None:
+        """Uses a self-signed certificate for another host."""
         path = self.folder / "other.pem"
         subprocess.run(
             ["openssl", "req", "-x509", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:prime256v1", "-nodes"]
@@ -56,205 +56,205 @@ def garbage(plain: bytes, _channel: Channel, _number: int) -> bytes:
 
 def refused_by_the_tool(status: int, *resources: str):
     """yt-dlp is refused, and its message is shown."""
-    def check(ground: Ground) -> str:
-        ground.channel.faults = dict.fromkeys(resources, status)
-        ground.start()
-        return ground.error_then_retry(str(status), heal=ground.channel.faults.clear)
+    def check(fixture: Fixture) -> str:
+        fixture.channel.faults = dict.fromkeys(resources, status)
+        fixture.start()
+        return fixture.error_then_retry(str(status), repair=fixture.channel.faults.clear)
     return check
 
 
 def refused_by_the_server(resource: str):
-    """A refused address is resolved again until it works."""
-    def check(ground: Ground) -> str:
-        ground.channel.faults[resource] = 403
-        program = ground.start()
+    """A refused address is resolved again until it plays."""
+    def check(fixture: Fixture) -> str:
+        fixture.channel.faults[resource] = 403
+        program = fixture.start()
         program.wait_for("loading", 3)
         assert program.count("error") == 0
-        ground.channel.faults.clear()
-        return ground.plays_again("tries again and again; without the fault ")
+        fixture.channel.faults.clear()
+        return fixture.plays_again("retries repeatedly; without the fault ")
     return check
 
 
-def refused_once(ground: Ground) -> str:
-    ground.channel.faults["list"] = 403
-    ground.channel.fault_count["list"] = 1
-    program = ground.start()
-    seen = ground.plays_again("asks for a fresh address and ")
+def refused_once(fixture: Fixture) -> str:
+    fixture.channel.faults["list"] = 403
+    fixture.channel.fault_count["list"] = 1
+    program = fixture.start()
+    seen = fixture.plays_again("asks for a fresh address and ")
     assert program.count("error") == 0
     assert program.count("loading") == 2
-    assert ground.site.count("/@AlArabiya/live") == 2, "the address is not a fresh one"
+    assert fixture.site.count("/@AlArabiya/live") == 2, "the address is not a fresh one"
     return seen
 
 
 def failed_by_the_player(fault: int | str, *texts: str, resource: str = "list"):
-    def check(ground: Ground) -> str:
-        ground.channel.faults[resource] = fault
-        ground.start()
-        return ground.error_then_retry(*texts, heal=ground.channel.faults.clear)
+    def check(fixture: Fixture) -> str:
+        fixture.channel.faults[resource] = fault
+        fixture.start()
+        return fixture.error_then_retry(*texts, repair=fixture.channel.faults.clear)
     return check
 
 
-def hanging_page(ground: Ground) -> str:
-    ground.channel.faults["page"] = "hang"
-    program = ground.start()
-    wait_until(lambda: ground.site.count("/@AlArabiya/live"), "yt-dlp's request")
-    seen = ground.other_channel_plays()
+def hanging_page(fixture: Fixture) -> str:
+    fixture.channel.faults["page"] = "hang"
+    program = fixture.start()
+    wait_until(lambda: fixture.site.count("/@AlArabiya/live"), "yt-dlp's request")
+    seen = fixture.other_channel_plays()
     wait_until(lambda: not any("yt-dlp" in child for child in program.children()), "the end of the first yt-dlp")
     return seen
 
 
-def closed_while_the_page_hangs(ground: Ground) -> str:
-    """The program goes on without the window, and does not play this channel at the next start."""
-    ground.channel.faults["page"] = "hang"
-    program = ground.start()
-    wait_until(lambda: ground.site.count("/@AlArabiya/live"), "yt-dlp's request")
-    ground.desktop.close(program.window())
+def closed_while_the_page_hangs(fixture: Fixture) -> str:
+    """The program keeps running without the window, and does not play this channel at the next start."""
+    fixture.channel.faults["page"] = "hang"
+    program = fixture.start()
+    wait_until(lambda: fixture.site.count("/@AlArabiya/live"), "yt-dlp's request")
+    fixture.desktop.close(program.window())
     wait_until(lambda: not program.is_shown(), "a hidden window")
     wait_until(lambda: not program.children(), "the end of yt-dlp")
     program.wait_for_preferences(lastChannelID="")
-    return "the window goes, and yt-dlp with it"
+    return "the window closes, and yt-dlp ends"
 
 
-def quit_while_the_list_hangs(ground: Ground) -> str:
-    ground.channel.faults["list"] = "hang"
-    ground.start()
-    wait_until(lambda: ground.site.count("/hls/AlArabiya/480/list.m3u8"), "the player's request")
-    quit_cleanly(ground.program)
+def quit_while_the_list_hangs(fixture: Fixture) -> str:
+    fixture.channel.faults["list"] = "hang"
+    fixture.start()
+    wait_until(lambda: fixture.site.count("/hls/AlArabiya/480/list.m3u8"), "the player's request")
+    quit_cleanly(fixture.program)
     return "the program quits at once"
 
 
-def redirected_page(ground: Ground) -> str:
-    ground.channel.faults = {"page": "loop", "watch": "loop"}
-    ground.start()
-    return ground.error_then_retry("Stream resolve failed: ERROR", heal=ground.channel.faults.clear)
+def redirected_page(fixture: Fixture) -> str:
+    fixture.channel.faults = {"page": "loop", "watch": "loop"}
+    fixture.start()
+    return fixture.error_then_retry("Stream resolve failed: ERROR", repair=fixture.channel.faults.clear)
 
 
-def wrong_certificate(ground: Ground) -> str:
-    ground.site.take_certificate_of_another()
-    ground.start()
-    return f"plays after {ground.plays():.0f} s: the site's certificate is not looked at"
+def wrong_certificate(fixture: Fixture) -> str:
+    fixture.site.use_wrong_certificate()
+    fixture.start()
+    return f"plays after {fixture.plays():.0f} s: the site's certificate is not checked"
 
 
-# Faults in the middle
+# Faults during playback
 
-def refused_in_the_middle(ground: Ground) -> str:
-    program = ground.start()
-    ground.plays()
-    ground.channel.faults["segment"] = 403
+def refused_during_playback(fixture: Fixture) -> str:
+    program = fixture.start()
+    fixture.plays()
+    fixture.channel.faults["segment"] = 403
     program.wait_for("loading", 2)
-    # The next player is refused too, in another way: its errors must be heard although it is not the first one.
-    ground.channel.faults["list"] = 403
+    # The next player is refused too, in another way: its errors must be reported although it is not the first one.
+    fixture.channel.faults["list"] = 403
     program.wait_for("loading", 4)
-    ground.channel.faults.clear()
-    seen = ground.plays_again("asks for a fresh address again and again; without the fault ")
+    fixture.channel.faults.clear()
+    seen = fixture.plays_again("asks for a fresh address repeatedly; without the fault ")
     assert program.count("error") == 0
     return seen
 
 
-def ends(ground: Ground) -> str:
-    ground.start()
-    ground.plays()
-    ground.channel.ends = True
-    ground.channel.frozen_at = time.monotonic()
+def ends(fixture: Fixture) -> str:
+    fixture.start()
+    fixture.plays()
+    fixture.channel.ends = True
+    fixture.channel.frozen_at = time.monotonic()
 
-    def heal():
-        ground.channel.ends = False
-        ground.channel.frozen_at = None
+    def repair():
+        fixture.channel.ends = False
+        fixture.channel.frozen_at = None
 
-    return ground.error_then_retry("Stream ended", heal=heal)
-
-
-def standing_list(ground: Ground) -> str:
-    ground.start()
-    ground.plays()
-    ground.channel.frozen_at = time.monotonic()
-
-    def heal():
-        ground.channel.frozen_at = None
-
-    return ground.error_then_retry("Stream stalled", heal=heal)
+    return fixture.error_then_retry("Stream ended", repair=repair)
 
 
-def hanging_segments(ground: Ground) -> str:
-    ground.start()
-    ground.plays()
-    ground.channel.faults["segment"] = "hang"
-    return ground.error_then_retry(heal=ground.channel.faults.clear)
+def frozen_list(fixture: Fixture) -> str:
+    fixture.start()
+    fixture.plays()
+    fixture.channel.frozen_at = time.monotonic()
+
+    def repair():
+        fixture.channel.frozen_at = None
+
+    return fixture.error_then_retry("Stream stalled", repair=repair)
 
 
-def server_dies(ground: Ground) -> str:
-    ground.start()
-    ground.plays()
-    ground.site.die()
-    return ground.error_then_retry(heal=ground.site.revive)
+def hanging_segments(fixture: Fixture) -> str:
+    fixture.start()
+    fixture.plays()
+    fixture.channel.faults["segment"] = "hang"
+    return fixture.error_then_retry(repair=fixture.channel.faults.clear)
 
 
-def garbage_in_the_middle(ground: Ground) -> str:
-    ground.start()
-    ground.plays()
-    spoilt = set()
+def server_dies(fixture: Fixture) -> str:
+    fixture.start()
+    fixture.plays()
+    fixture.site.die()
+    return fixture.error_then_retry(repair=fixture.site.revive)
 
-    def spoil(plain: bytes, channel: Channel, number: int) -> bytes:
-        spoilt.add(number)
+
+def garbage_during_playback(fixture: Fixture) -> str:
+    fixture.start()
+    fixture.plays()
+    corrupted = set()
+
+    def corrupt(plain: bytes, channel: Channel, number: int) -> bytes:
+        corrupted.add(number)
         return garbage(plain, channel, number)
 
-    ground.site.alter = spoil
-    wait_until(lambda: len(spoilt) == 2, "two segments of garbage")
-    ground.site.alter = None
-    last = max(spoilt)
-    wait_until(lambda: ground.site.count(f"/hls/AlArabiya/480/{last + 2}.ts"), "segments after those")
-    return ground.plays_again("two segments of garbage are passed over; ")
+    fixture.site.alter = corrupt
+    wait_until(lambda: len(corrupted) == 2, "two segments of garbage")
+    fixture.site.alter = None
+    last = max(corrupted)
+    wait_until(lambda: fixture.site.count(f"/hls/AlArabiya/480/{last + 2}.ts"), "the segments after them")
+    return fixture.plays_again("two segments of garbage are skipped; ")
 
 
-def garbage_at_the_start(ground: Ground) -> str:
-    ground.site.alter = garbage
-    ground.start()
+def garbage_at_the_start(fixture: Fixture) -> str:
+    fixture.site.alter = garbage
+    fixture.start()
 
-    def heal():
-        ground.site.alter = None
+    def repair():
+        fixture.site.alter = None
 
-    return ground.error_then_retry(heal=heal)
+    return fixture.error_then_retry(repair=repair)
 
 
 # Streams of another kind
 
 def altered(*options: str):
-    def check(ground: Ground) -> str:
-        ground.site.alter = remuxed(*options)
-        ground.start()
-        return f"plays after {ground.plays():.0f} s"
+    def check(fixture: Fixture) -> str:
+        fixture.site.alter = remuxed(*options)
+        fixture.start()
+        return f"plays after {fixture.plays():.0f} s"
     return check
 
 
-def audio_only(ground: Ground) -> str:
-    ground.site.alter = remuxed("-map", "0:a", "-c", "copy")
-    program = ground.start()
+def audio_only(fixture: Fixture) -> str:
+    fixture.site.alter = remuxed("-map", "0:a", "-c", "copy")
+    program = fixture.start()
     program.wait_for("playing")
-    segments = ground.site.count("/hls/AlArabiya/480/")
-    wait_until(lambda: ground.site.count("/hls/AlArabiya/480/") > segments + 4, "two more segments and lists")
-    assert ground.ask("status") == "Playing"
+    segments = fixture.site.count("/hls/AlArabiya/480/")
+    wait_until(lambda: fixture.site.count("/hls/AlArabiya/480/") > segments + 4, "two more segments and lists")
+    assert fixture.ask("status") == "Playing"
     assert program.count("error") == 0
-    return "plays the sound without a picture, and no overlay stays"
+    return "plays the sound, without an overlay"
 
 
-def changing_size(ground: Ground) -> str:
+def changing_size(fixture: Fixture) -> str:
     sizes = set()
 
     def alternate(_plain: bytes, channel: Channel, number: int) -> bytes:
         variant = VARIANTS[number % len(VARIANTS)].name
         sizes.add(variant)
-        return LiveSite.segment(ground.site, channel, variant, number)
+        return LiveSite.segment(fixture.site, channel, variant, number)
 
-    ground.site.alter = alternate
-    program = ground.start()
-    ground.plays()
+    fixture.site.alter = alternate
+    program = fixture.start()
+    fixture.plays()
     frame = program.frame()
-    segments = ground.site.count("/hls/AlArabiya/480/")
-    wait_until(lambda: ground.site.count("/hls/AlArabiya/480/") > segments + 8, "four more segments and lists")
+    segments = fixture.site.count("/hls/AlArabiya/480/")
+    wait_until(lambda: fixture.site.count("/hls/AlArabiya/480/") > segments + 8, "four more segments and lists")
     assert len(sizes) == len(VARIANTS)
     assert program.frame() == frame
     assert program.count("error") == 0
-    return f"plays on in a window that stays as it is ({ground.plays():.0f} s)"
+    return f"keeps playing in a window of the same size ({fixture.plays():.0f} s)"
 
 
 ALTERED = {"site_class": AlteringSite}
@@ -266,26 +266,26 @@ ROWS = [
     Row("site.variant-403", "403 on the variant's list", refused_by_the_server("list")),
     Row("site.variant-403-once", "403 on the variant's list, once", refused_once),
     Row("site.segment-403", "403 on segments, from the start", refused_by_the_server("segment")),
-    Row("site.segment-403-later", "403 on segments, in the middle", refused_in_the_middle),
+    Row("site.segment-403-later", "403 on segments, during playback", refused_during_playback),
     Row("site.variant-404", "404 on the variant's list", failed_by_the_player(404, "404")),
     Row("site.variant-500", "500 on the variant's list", failed_by_the_player(500, "HTTP error")),
-    Row("site.list-stands", "the list stops advancing", standing_list),
+    Row("site.list-stands", "the list stops advancing", frozen_list),
     Row("site.ends", "the stream ends, and returns after the error", ends),
-    Row("site.page-hangs", "the page never comes", hanging_page),
-    Row("site.page-hangs-close", "the page never comes, and the window is closed", closed_while_the_page_hangs),
-    Row("site.variant-hangs", "the variant's list never comes", failed_by_the_player("hang")),
-    Row("site.variant-hangs-quit", "the variant's list never comes, and the program quits",
+    Row("site.page-hangs", "the page request hangs", hanging_page),
+    Row("site.page-hangs-close", "the page request hangs, and the window is closed", closed_while_the_page_hangs),
+    Row("site.variant-hangs", "the request for the variant's list hangs", failed_by_the_player("hang")),
+    Row("site.variant-hangs-quit", "the request for the variant's list hangs, and the program quits",
         quit_while_the_list_hangs, quits=False),
-    Row("site.segments-hang", "segments stop coming in the middle", hanging_segments),
+    Row("site.segments-hang", "segment requests hang during playback", hanging_segments),
     Row("site.server-dies", "the server dies, and returns after the error", server_dies),
-    Row("site.page-loops", "the page redirects to itself for ever", redirected_page),
+    Row("site.page-loops", "the page redirects to itself", redirected_page),
     Row("site.variant-loops", "the variant's list redirects to itself", failed_by_the_player("loop")),
-    Row("site.certificate", "the certificate is for another host", wrong_certificate, ground=ALTERED),
-    Row("site.garbage", "every segment is garbage", garbage_at_the_start, ground=ALTERED),
-    Row("site.garbage-later", "two segments in the middle are garbage", garbage_in_the_middle, ground=ALTERED),
-    Row("site.audio-only", "a stream without a picture", audio_only, ground=ALTERED),
-    Row("site.video-only", "a stream without sound", altered("-map", "0:v", "-c", "copy"), ground=ALTERED),
-    Row("site.changing-size", "the picture's size changes every 2 s", changing_size, ground=ALTERED),
-    Row("site.one-a-second", "one picture a second",
-        altered("-vf", "fps=1", "-c:v", "libx264", "-preset", "ultrafast", "-c:a", "copy"), ground=ALTERED),
+    Row("site.certificate", "the certificate is for another host", wrong_certificate, fixture=ALTERED),
+    Row("site.garbage", "every segment is garbage", garbage_at_the_start, fixture=ALTERED),
+    Row("site.garbage-later", "two segments are garbage during playback", garbage_during_playback, fixture=ALTERED),
+    Row("site.audio-only", "a stream without video", audio_only, fixture=ALTERED),
+    Row("site.video-only", "a stream without sound", altered("-map", "0:v", "-c", "copy"), fixture=ALTERED),
+    Row("site.changing-size", "the size of the video changes every 2 s", changing_size, fixture=ALTERED),
+    Row("site.one-a-second", "one frame per second",
+        altered("-vf", "fps=1", "-c:v", "libx264", "-preset", "ultrafast", "-c:a", "copy"), fixture=ALTERED),
 ]

@@ -10,7 +10,7 @@ import textwrap
 import time
 from dataclasses import dataclass
 
-from ground import Ground
+from fixture import Fixture
 from outcome import keep_evidence, quit_cleanly
 from rows import Row
 
@@ -32,31 +32,31 @@ def run_row(row: Row) -> Outcome:
         return Outcome(row, seen, passed, time.monotonic() - began)
 
     try:
-        if row.needs_no_ground:
+        if row.needs_no_fixture:
             return outcome(row.check(), True)
-        with Ground(**row.ground) as ground:
+        with Fixture(**row.fixture) as fixture:
             try:
-                seen = row.check(ground)
+                seen = row.check(fixture)
                 if row.quits:
-                    quit_cleanly(ground.program)
+                    quit_cleanly(fixture.program)
                 if row.keeps_settings:
-                    ground.keeps_settings()
+                    fixture.keeps_settings()
                 return outcome(seen, True)
             except Exception:
-                keep_evidence(row.name, ground.desktop)
+                keep_evidence(row.name, fixture.desktop)
                 raise
-    except Exception as problem:  # It must not end the other rows.
+    except Exception as problem:  # The other rows still run.
         return outcome(f"{type(problem).__name__}: {problem}", False)
 
 
 def print_table(outcomes: list[Outcome]) -> None:
     for outcome in outcomes:
         verdict = "pass" if outcome.passed else "FAIL"
-        done = textwrap.wrap(outcome.row.done, 44)
+        fault = textwrap.wrap(outcome.row.fault, 44)
         seen = textwrap.wrap(" ".join(outcome.seen.split()), 76)
-        for i in range(max(len(done), len(seen))):
+        for i in range(max(len(fault), len(seen))):
             head = f"{verdict}  {outcome.row.name:26} {outcome.seconds:4.0f} s" if i == 0 else ""
-            left = done[i] if i < len(done) else ""
+            left = fault[i] if i < len(fault) else ""
             print(f"{head:39}  {left:44}  {seen[i] if i < len(seen) else ''}".rstrip())
     failed = sum(1 for outcome in outcomes if not outcome.passed)
     print(f"\n{len(outcomes)} rows, {failed} failed")
@@ -64,15 +64,15 @@ def print_table(outcomes: list[Outcome]) -> None:
 
 def main() -> int:
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("--only", nargs="+", metavar="ROW", help="rows, or groups of them such as site")
-    parser.add_argument("--jobs", type=int, default=2, help="rows that run at the same time")
-    parser.add_argument("--list", action="store_true", help="names the rows and runs none")
+    parser.add_argument("--only", nargs="+", metavar="ROW", help="rows or groups of rows, such as site")
+    parser.add_argument("--jobs", type=int, default=2, help="number of rows to run at the same time")
+    parser.add_argument("--list", action="store_true", help="print the names of the rows and run none")
     options = parser.parse_args()
     rows = [row for module in MODULES for row in importlib.import_module(module).ROWS]
     if options.only:
         rows = [row for row in rows if row.name in options.only or row.group in options.only]
     if not rows:
-        parser.error("there are no such rows; --list names them")
+        parser.error("no such rows; --list prints their names")
     if options.list:
         print("\n".join(row.name for row in rows))
         return 0

@@ -4,7 +4,7 @@ program sees the script."""
 
 import pathlib
 
-from ground import Ground
+from fixture import Fixture
 from rows import Row
 from tools.processes import descendants
 from tools.waiting import wait_until
@@ -20,9 +20,9 @@ MEMORY_FOR_OUTPUT = 30_000
 class Tool:
     """The script; it can be replaced at any time."""
 
-    def __init__(self, ground: Ground):
-        self._ground = ground
-        self._folder = ground.folder / "bin"
+    def __init__(self, fixture: Fixture):
+        self._fixture = fixture
+        self._folder = fixture.folder / "bin"
         self._folder.mkdir()
         self.path = self._folder / "yt-dlp"
 
@@ -32,11 +32,11 @@ class Tool:
         new.chmod(mode)
         new.rename(self.path)
 
-    def heal(self) -> None:
+    def repair(self) -> None:
         self.install(f'exec {REAL} "$@"')
 
     def start(self, more_mounts: str = "", **variables: str):
-        return self._ground.start(mounts=f"mount --bind {self._folder} {FOLDER}\n{more_mounts}", **variables)
+        return self._fixture.start(mounts=f"mount --bind {self._folder} {FOLDER}\n{more_mounts}", **variables)
 
 
 def memory(pid: int) -> int:
@@ -45,96 +45,96 @@ def memory(pid: int) -> int:
     return int(status.partition("VmHWM:")[2].split()[0])
 
 
-def says(script: str, text: str = "", interpreter: str = "/bin/sh"):
-    """The fault leads to an error with the text, if the tool prints one; after its repair, Retry plays."""
-    def check(ground: Ground) -> str:
-        tool = Tool(ground)
+def fails_with(script: str, text: str = "", interpreter: str = "/bin/sh"):
+    """The overlay shows the error, with the text if yt-dlp prints one; after the repair, Retry plays."""
+    def check(fixture: Fixture) -> str:
+        tool = Tool(fixture)
         tool.install(script, interpreter=interpreter)
         tool.start()
-        return ground.error_then_retry(f"Stream resolve failed: {text}".strip(), heal=tool.heal)
+        return fixture.error_then_retry(f"Stream resolve failed: {text}".strip(), repair=tool.repair)
     return check
 
 
-def passed_over(spoil):
-    """A file that cannot be run is passed over for the one in the next folder."""
-    def check(ground: Ground) -> str:
-        tool = Tool(ground)
-        spoil(tool)
+def skipped(break_tool):
+    """A file that cannot be run is skipped in favour of the one in the next folder."""
+    def check(fixture: Fixture) -> str:
+        tool = Tool(fixture)
+        break_tool(tool)
         tool.start()
-        return f"the one in the next folder plays after {ground.plays():.0f} s"
+        return f"the one in the next folder plays after {fixture.plays():.0f} s"
     return check
 
 
-def missing(ground: Ground) -> str:
-    empty = ground.folder / "empty"
+def missing(fixture: Fixture) -> str:
+    empty = fixture.folder / "empty"
     empty.mkdir()
-    tool = Tool(ground)
+    tool = Tool(fixture)
     hide = "".join(f"[ ! -e {other} ] || mount --bind /dev/null {other}\n" for other in OTHERS)
     # The repaired tool runs this module.
-    kept = ground.folder / "kept"
+    kept = fixture.folder / "kept"
     kept.mkdir()
     tool.start(f"mount --bind {PACKAGE} {kept}\nmount --bind {empty} {PACKAGE}\n{hide}", PATH="/usr/bin:/bin")
 
-    def heal():
-        package = ground.folder / "package"
+    def repair():
+        package = fixture.folder / "package"
         package.mkdir()
         (package / "yt_dlp").symlink_to(kept)
         tool.install(f'PYTHONPATH={package} exec /usr/bin/python3 -m yt_dlp "$@"')
 
-    return ground.error_then_retry("yt-dlp not found", heal=heal)
+    return fixture.error_then_retry("yt-dlp not found", repair=repair)
 
 
-def hangs(ground: Ground) -> str:
-    tool = Tool(ground)
+def hangs(fixture: Fixture) -> str:
+    tool = Tool(fixture)
     tool.install(f'case "$*" in *AlArabiya*|*n7eQejkXbnM*) exec sleep 86400;; *) exec {REAL} "$@";; esac')
     program = tool.start()
 
     def hanging() -> bool:
         return any("sleep 86400" in command for _, command in descendants(program.process.pid))
 
-    wait_until(hanging, "yt-dlp that hangs")
-    seen = ground.other_channel_plays()
-    wait_until(lambda: not hanging(), "the end of the one that hung")
-    ground.order("previous")
-    wait_until(hanging, "another one that hangs")
-    return f"{seen}; then quit while it hangs"
+    wait_until(hanging, "a hanging yt-dlp")
+    seen = fixture.other_channel_plays()
+    wait_until(lambda: not hanging(), "the end of the hanging yt-dlp")
+    fixture.order("previous")
+    wait_until(hanging, "another hanging yt-dlp")
+    return f"{seen}; then quits while yt-dlp hangs"
 
 
-def prints_without_end(ground: Ground) -> str:
-    tool = Tool(ground)
+def prints_without_end(fixture: Fixture) -> str:
+    tool = Tool(fixture)
     tool.install("echo Hello; exec sleep 86400")
     # The sanitizer keeps what was freed.
     program = tool.start(ASAN_OPTIONS="quarantine_size_mb=1")
     wait_until(program.children, "yt-dlp")
     before = memory(program.process.pid)
-    ground.order("stop")
+    fixture.order("stop")
     tool.install("head -c 100000000 /dev/zero | tr '\\0' a")
-    ground.order("play")
+    fixture.order("play")
     program.wait_for("error")
     more = memory(program.process.pid) - before
     # Each call may keep the beginning of the output.
     assert more < MEMORY_FOR_OUTPUT, f"{more} kB more"
-    return ground.error_then_retry("Stream resolve failed:", heal=tool.heal)
+    return fixture.error_then_retry("Stream resolve failed:", repair=tool.repair)
 
 
-def prints_a_file(ground: Ground) -> str:
-    tool = Tool(ground)
+def prints_a_file(fixture: Fixture) -> str:
+    tool = Tool(fixture)
     tool.install(printed("file:///etc/passwd"))
     tool.start()
-    return ground.error_then_retry("Not a web address: file:///etc/passwd", heal=tool.heal)
+    return fixture.error_then_retry("Not a web address: file:///etc/passwd", repair=tool.repair)
 
 
-def replaced(ground: Ground) -> str:
-    tool = Tool(ground)
-    gate = ground.folder / "gate"
+def replaced(fixture: Fixture) -> str:
+    tool = Tool(fixture)
+    gate = fixture.folder / "gate"
     tool.install(f'while [ ! -e {gate} ]; do sleep 0.1; done; exec {REAL} "$@"')
     program = tool.start()
     wait_until(lambda: any("yt-dlp" in child for child in program.children()), "yt-dlp")
     tool.install("echo another one >&2; exit 1")
     gate.touch()
-    seen = f"the one that ran plays after {ground.plays():.0f} s"
-    tool.heal()
-    return f"{seen}; {ground.other_channel_plays()}"
+    seen = f"the running one resolves, plays after {fixture.plays():.0f} s"
+    tool.repair()
+    return f"{seen}; {fixture.other_channel_plays()}"
 
 
 def printed(text: str) -> str:
@@ -142,18 +142,19 @@ def printed(text: str) -> str:
 
 
 ROWS = [
-    Row("tool.missing", "yt-dlp is nowhere, and cannot be installed", missing),
+    Row("tool.missing", "yt-dlp is missing and cannot be installed", missing),
     Row("tool.not-executable", "yt-dlp is not executable",
-        passed_over(lambda tool: tool.install("exit 1", 0o644))),
-    Row("tool.folder", "yt-dlp is a folder", passed_over(lambda tool: tool.path.mkdir())),
-    Row("tool.no-interpreter", "yt-dlp names an interpreter that there is not",
-        says("", "Failed to run yt-dlp", interpreter="/nowhere/sh")),
-    Row("tool.crashes", "yt-dlp crashes", says("kill -SEGV $$")),
-    Row("tool.hangs", "yt-dlp hangs for ever", hangs),
+        skipped(lambda tool: tool.install("exit 1", 0o644))),
+    Row("tool.folder", "yt-dlp is a folder", skipped(lambda tool: tool.path.mkdir())),
+    Row("tool.no-interpreter", "yt-dlp's interpreter does not exist",
+        fails_with("", "Failed to run yt-dlp", interpreter="/nowhere/sh")),
+    Row("tool.crashes", "yt-dlp crashes", fails_with("kill -SEGV $$")),
+    Row("tool.hangs", "yt-dlp hangs", hangs),
     Row("tool.100-MB", "yt-dlp prints 100 MB", prints_without_end),
     Row("tool.file", "yt-dlp prints the address of a file", prints_a_file),
     Row("tool.complains", "yt-dlp prints to the standard error only",
-        says("echo ERROR: the moon is full >&2", "ERROR: the moon is full")),
-    Row("tool.arabic", "yt-dlp complains in Arabic", says("echo خطأ: القناة غير متاحة >&2", "خطأ: القناة غير متاحة")),
+        fails_with("echo ERROR: the moon is full >&2", "ERROR: the moon is full")),
+    Row("tool.arabic", "yt-dlp prints an error in Arabic",
+        fails_with("echo خطأ: القناة غير متاحة >&2", "خطأ: القناة غير متاحة")),
     Row("tool.replaced", "yt-dlp is replaced while it runs", replaced),
 ]

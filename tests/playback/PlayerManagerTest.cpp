@@ -218,7 +218,7 @@ TEST_F(PlayerManagerTest, ShowsEveryOtherFailureAndCanRetry) {
     EXPECT_EQ(processes.requests.size(), 2);
 }
 
-TEST_F(PlayerManagerTest, IgnoresTheFailureOfAChannelThatWasLeft) {
+TEST_F(PlayerManagerTest, IgnoresTheFailureOfAFormerChannel) {
     processes.answer = byHandle;
     player.play(first);
     settle();

@@ -93,7 +93,7 @@ TEST_F(PreferencesTest, ReadAsDefaultsIfAbsentOrOfTheWrongType) {
     EXPECT_FALSE(preferences.isMuted());
 }
 
-TEST_F(PreferencesTest, ComeBackAsTheyWereSet) {
+TEST_F(PreferencesTest, AreReadBackAsTheyWereSet) {
     preferences.setResolution(Resolution::rBest);
     preferences.setVolume(0.3F);
     preferences.setMuted(true);
@@ -166,7 +166,7 @@ TEST_F(PreferencesTest, IdentifyCustomChannelsByHandleIgnoringCase) {
     EXPECT_EQ(preferences.enabledChannelIDs(), QSet<QString>{u"custom_a"_s});
 }
 
-TEST_F(PreferencesTest, LoseNothingOfAFileThatIsCutOrSpoilt) {
+TEST_F(PreferencesTest, LoseNothingOfADamagedFile) {
     QDir().mkpath(QFileInfo(path).path());
     const auto expectNothingLost = [this](const QByteArray& text) {
         QFile::remove(path + u".bad"_s);
@@ -190,9 +190,9 @@ TEST_F(PreferencesTest, LoseNothingOfAFileThatIsCutOrSpoilt) {
                              R"( "volume": 0.25, "windowFrame": "{{1, 2}, {480, 314}}"})";
     for (qsizetype i = 0; i < whole.size(); ++i) {
         expectNothingLost(whole.first(i));
-        QByteArray spoilt = whole;
-        spoilt[i] = static_cast<char>(spoilt[i] ^ (1 << i % 8));
-        expectNothingLost(spoilt);
+        QByteArray corrupted = whole;
+        corrupted[i] = static_cast<char>(corrupted[i] ^ (1 << i % 8));
+        expectNothingLost(corrupted);
     }
 }
 

@@ -51,7 +51,7 @@ protected:
         processes.finishOldest(printed({}));
         ASSERT_TRUE(test::runUntil([this] { return tasks.count() == 0; }));
     }
-    /// Both have got the executable at `place` from one installation.
+    /// Expects that both callers have got the executable at `place` from one installation.
     void expectShared(const QString& place) const {
         EXPECT_EQ(installations(), 1);
         ASSERT_TRUE(ensured && *ensured);
@@ -97,7 +97,7 @@ TEST_F(YtDlpInstallationTest, OfTheResolverServesTheManagerToo) {
     expectShared(u"/usr/bin/yt-dlp"_s);
 }
 
-TEST_F(YtDlpInstallationTest, ServesThoseWhoAskAfterItHasEnded) {
+TEST_F(YtDlpInstallationTest, ServesLaterCallersToo) {
     tasks.spawn(ensure());
     installAt(u"/home/.local/bin/yt-dlp"_s);
     tasks.spawn(resolve());
@@ -105,7 +105,7 @@ TEST_F(YtDlpInstallationTest, ServesThoseWhoAskAfterItHasEnded) {
     expectShared(u"/home/.local/bin/yt-dlp"_s);
 }
 
-TEST_F(YtDlpInstallationTest, IsFollowedByThatOfAnotherPlanOnlyAfterAFailure) {
+TEST_F(YtDlpInstallationTest, IsFollowedByAnotherPlanOnlyAfterAFailure) {
     std::optional<YtDlpTool::Installed> first;
     std::optional<YtDlpTool::Installed> second;
     tasks.spawn(install(YtDlpPlan::ofStreamResolver(), &first));

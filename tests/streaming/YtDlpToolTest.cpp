@@ -117,7 +117,7 @@ QStringList userScripts(int lastMinor) {
     return places;
 }
 
-TEST(YtDlpSearch, GoesThroughThePlacesOfEachUserThenWhichThenThePythonModule) {
+TEST(YtDlpSearch, TriesThePlacesOfEachUserThenWhichThenThePythonModule) {
     const QStringList common{u"/opt/homebrew/bin/yt-dlp"_s, u"/usr/local/bin/yt-dlp"_s};
     const QString module = u"/usr/bin/python3 -m yt_dlp"_s;
     const struct {
@@ -303,7 +303,7 @@ TEST(YtDlpRelease, HasNoVersionFromAnUnusableAnswer) {
     EXPECT_EQ(QCoro::waitFor(setup.tool.release().latestVersion()), std::nullopt);
 }
 
-TEST(YtDlpManager, SearchesAgainWhenTheToolHasGone) {
+TEST(YtDlpManager, SearchesAgainIfTheToolWasRemoved) {
     ToolSetup setup;
     for (const QString& place : {u"/opt/homebrew/bin/yt-dlp"_s, u"/usr/local/bin/yt-dlp"_s}) {
         setup.machine.install(place, "exit 1\n");

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""What the tests of the built program on a desktop have in common."""
+"""Base classes of the tests that run the built program on a desktop."""
 
 import pathlib
 import tempfile
@@ -28,7 +28,7 @@ class DesktopCase(unittest.TestCase):
         return program
 
     def keep_evidence(self):
-        """After a failure."""
+        """Keeps it only after a failure."""
         result = self._outcome.result
         if any(test is self for test, _ in result.failures + result.errors):
             outcome.keep_evidence(self.id(), self.desktop)
@@ -75,7 +75,7 @@ class MenuCase(SiteCase):
         self.wait_for_picture(handle)
 
     def open_context_menu(self):
-        """Opens that of the player window."""
+        """Opens the context menu of the player window."""
         x, y, width, _ = self.program.frame()
         self.desktop.point(x + width // 2, y + 60)
         self.desktop.button("click", "3")

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""What every run of the program on a desktop must end with, and what is kept of one that does not."""
+"""Checks that a run of the program ends cleanly, and keeps the evidence of a failure."""
 
 import os
 import pathlib

@@ -38,7 +38,7 @@ TEST(AboutWindowTest, IsOnlyHiddenByEscape) {
     EXPECT_TRUE(window.close() && !window.testAttribute(Qt::WA_DeleteOnClose));
 }
 
-TEST(AboutWindowTest, CutsNothingOfALargeText) {
+TEST(AboutWindowTest, DoesNotClipLargeText) {
     const QFont before = QApplication::font();
     for (const int pixels : {12, 22, 40}) {
         QFont large = before;

@@ -146,7 +146,7 @@ TEST(Appcast, IsAFeedOrAnError) {
               QStringList{u"3 3"_s});
 }
 
-TEST(PlainText, IsReadableWhateverTheNotesAre) {
+TEST(PlainText, IsReadableForAnyNotes) {
     const struct {
         QString markup, text;
     } cases[] = {

@@ -255,7 +255,7 @@ TEST_F(UpdaterControllerTest, FetchesTheNotesFromTheirLink) {
     EXPECT_TRUE(plain.requests.isEmpty());
 }
 
-TEST_F(UpdaterControllerTest, LeavesABuildWithoutFeedOrKeyToThePackageManager) {
+TEST_F(UpdaterControllerTest, LeavesUpdatesToThePackageManagerWithoutFeedOrKey) {
     for (const auto& [feed, key] :
          {std::pair(QString(), settings.publicKey), std::pair(settings.feed, QByteArray("AAAA"))}) {
         settings.feed = feed;

@@ -50,7 +50,7 @@ TEST_F(InhibitionLeaseTest, AsksTheServicesInOrderAndReleasesOnce) {
     EXPECT_EQ(doing(lease.refused(ask)), u"ask portal"_s);
     EXPECT_EQ(doing(lease.refused(ask)), u"ask server"_s);
     EXPECT_EQ(doing(lease.refused(ask)), u""_s);
-    EXPECT_EQ(doing(lease.serviceCame(Way::portal)), u"ask saver"_s) << "a service at last";
+    EXPECT_EQ(doing(lease.serviceCame(Way::portal)), u"ask saver"_s) << "the first service";
 }
 
 TEST_F(InhibitionLeaseTest, ReleasesALateGrantAtOnce) {

@@ -55,7 +55,7 @@ TEST_F(LiveStreamMonitorTest, ExplainsAnEndByARecentWarning) {
     EXPECT_EQ(monitor.ended(Monitor::End::endOfStream, {}, now + 2min).text, u"Stream ended"_s);
 }
 
-TEST_F(LiveStreamMonitorTest, GivesARefusedStartUpSoonAndASilentOneLater) {
+TEST_F(LiveStreamMonitorTest, FailsARefusedStartSoonAndASilentOneLater) {
     monitor.opened(now);
     monitor.logged(u"Failed to open segment 3 of playlist 0"_s, now);
     EXPECT_EQ(monitor.deadline(), now + Monitor::startLimit);
@@ -70,7 +70,7 @@ TEST_F(LiveStreamMonitorTest, GivesARefusedStartUpSoonAndASilentOneLater) {
     EXPECT_EQ(silent.dueFailure(now + 30s)->text, u"No picture arrived"_s);
 }
 
-TEST_F(LiveStreamMonitorTest, GivesADryStreamUpSoonOnlyWhenTheServerRefuses) {
+TEST_F(LiveStreamMonitorTest, FailsAStarvedStreamSoonOnlyIfTheServerRefuses) {
     playing();
     EXPECT_FALSE(monitor.deadline());
     monitor.starved(true, now);
@@ -86,7 +86,7 @@ TEST_F(LiveStreamMonitorTest, GivesADryStreamUpSoonOnlyWhenTheServerRefuses) {
     EXPECT_EQ(failureAfter(1ms), u"HTTP error 403 Forbidden"_s);
 }
 
-TEST_F(LiveStreamMonitorTest, GivesUpWhatClaimsToPlayAndDoesNotAdvance) {
+TEST_F(LiveStreamMonitorTest, FailsAPlayingStreamThatDoesNotAdvance) {
     playing();
     const auto standStill = [this](int checks) {
         for (int i = 0; i < checks; ++i)
@@ -105,7 +105,7 @@ TEST_F(LiveStreamMonitorTest, GivesUpWhatClaimsToPlayAndDoesNotAdvance) {
     EXPECT_EQ(failureAfter(0s), u"Stream stalled"_s);
 }
 
-TEST_F(LiveStreamMonitorTest, ExpectsNothingOfAPausedStream) {
+TEST_F(LiveStreamMonitorTest, NeverFailsAPausedStream) {
     playing();
     monitor.starved(true, now);
     monitor.paused(true, now);

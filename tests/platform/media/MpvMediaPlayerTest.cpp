@@ -32,20 +32,20 @@ protected:
     MpvMediaPlayerFactory factory{teardown, VideoOutput::software};
 };
 
-TEST_F(MpvMediaPlayerTest, OpensNothingButTheWeb) {
+TEST_F(MpvMediaPlayerTest, OpensOnlyWebAddresses) {
     QTemporaryFile file;
     ASSERT_TRUE(file.open());
     for (const QUrl& url : {QUrl::fromLocalFile(file.fileName()), QUrl(u"av://lavfi:testsrc"_s),
                             QUrl(u"memory://x"_s), QUrl(u"word"_s)}) {
         const std::unique_ptr<MediaPlayer> player = make(url);
         player->play();
-        EXPECT_EQ(player->status(), MediaPlayer::Status::unknown) << "told after the call";
+        EXPECT_EQ(player->status(), MediaPlayer::Status::unknown) << "reported after the call";
         ASSERT_TRUE(runUntil([&] { return player->status() == MediaPlayer::Status::failed; }));
         EXPECT_TRUE(player->error().value_or(QString()).startsWith(u"Not a web address: "_s));
     }
 }
 
-TEST_F(MpvMediaPlayerTest, TellsWhatTheNetworkSaysWhicheverPlayerIsTheFirst) {
+TEST_F(MpvMediaPlayerTest, ReportsNetworkErrorsOfEveryPlayer) {
     QTcpServer server;
     ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
     QObject::connect(&server, &QTcpServer::newConnection, [&server] {
@@ -68,7 +68,7 @@ TEST_F(MpvMediaPlayerTest, TellsWhatTheNetworkSaysWhicheverPlayerIsTheFirst) {
     }
 }
 
-TEST_F(MpvMediaPlayerTest, LetsGoOfServersThatHangAndOfOnlyAFewAtATime) {
+TEST_F(MpvMediaPlayerTest, DestroysPlayersOfHangingServersAFewAtATime) {
     QTcpServer server;
     ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
     int connections = 0;
@@ -84,7 +84,7 @@ TEST_F(MpvMediaPlayerTest, LetsGoOfServersThatHangAndOfOnlyAFewAtATime) {
     EXPECT_TRUE(runUntil([&] { return teardown.count() == 0; }));
 }
 
-TEST_F(MpvMediaPlayerTest, GivesUpWaitingForRoomWhenStopped) {
+TEST_F(MpvMediaPlayerTest, MakesNoPlayerIfStoppedWhileTooManyAreDestroyed) {
     for (int i = 0; i < MpvTeardownQueue::maximumCount; ++i)
         make(QUrl(u"http://127.0.0.1:1/"_s)).reset();
     std::stop_source stop;

@@ -32,7 +32,7 @@ using test::runUntil;
 
 namespace {
 
-/// Leaves it to the test when and in which order the calls are answered.
+/// Answers calls when, and in the order in which, the test says so.
 class FakeResolver {
 public:
     struct Call {
@@ -163,7 +163,7 @@ TEST_F(SettingsWindowTest, GeneralControlsWriteAtOnceAndShowWhatIsStored) {
     EXPECT_FALSE(part<QCheckBox>(u"autoPlay"_s)->isChecked());
 }
 
-TEST_F(SettingsWindowTest, StartsAtLoginByAnEntryThatDesktopsMaySwitchOff) {
+TEST_F(SettingsWindowTest, StartsAtLoginUnlessTheDesktopDisablesTheEntry) {
     const QString path = autostartFolder + u"/orvane.desktop"_s;
     const auto isOn = [&] {
         window->close();
@@ -185,14 +185,15 @@ TEST_F(SettingsWindowTest, StartsAtLoginByAnEntryThatDesktopsMaySwitchOff) {
     EXPECT_FALSE(QFile::exists(path));
 
     ASSERT_TRUE(QDir().rmdir(autostartFolder));
-    ASSERT_TRUE(QFile(autostartFolder).open(QIODevice::WriteOnly)); // No folder can be there now.
+    ASSERT_TRUE(
+        QFile(autostartFolder).open(QIODevice::WriteOnly)); // A file in place of the folder.
     click(u"startAtLogin"_s);
     EXPECT_EQ(part<QLabel>(u"autostartFault"_s)->text(),
               u"The autostart folder cannot be changed."_s);
     EXPECT_FALSE(isOn());
 }
 
-TEST_F(SettingsWindowTest, ChannelsTabShowsWhatIsSoWhenItIsSelected) {
+TEST_F(SettingsWindowTest, ChannelsTabIsUpToDateWhenItIsSelected) {
     preferences.addCustomChannel(u"Mine"_s, u"My own"_s);
     preferences.setFavoriteChannelIDs({u"alarabiya"_s, u"dwnews"_s, u"dwnews"_s});
     selectTab(u"Channels"_s);

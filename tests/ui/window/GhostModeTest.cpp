@@ -79,20 +79,20 @@ TEST_F(GhostModeTest, NoticesAPointerThatLeftWithoutAnEvent) {
     EXPECT_EQ(window.takeCalls(), showing);
 }
 
-TEST_F(GhostModeTest, TakesThePointerForAMomentWhereItCannotBeSeen) {
+TEST_F(GhostModeTest, AcceptsThePointerBrieflyWhereItsPositionIsUnknown) {
     events.location = QPointF(300, 200);
     ghost.start();
     window.calls.clear();
 
-    // It is over a window that hides it; taking it shows where it is.
+    // The pointer is over another program's window; accepting it shows its position.
     events.moveTo(std::nullopt);
-    EXPECT_TRUE(window.calls.isEmpty()) << "not seen is not gone";
+    EXPECT_TRUE(window.calls.isEmpty()) << "an unknown position is not a departure";
     ASSERT_TRUE(runUntil([&] { return window.calls == QStringList{u"heed"_s}; }));
     events.moveTo(QPointF(310, 200));
     EXPECT_EQ(window.takeCalls(), (QStringList{u"heed"_s, u"ignore"_s}));
     EXPECT_TRUE(ghost.isHiddenByGhost());
 
-    // It has left: taking it does not show it.
+    // The pointer has left, so accepting it brings no event.
     events.moveTo(std::nullopt);
     ASSERT_TRUE(runUntil([&] { return !ghost.isHiddenByGhost(); }));
     EXPECT_EQ(window.takeCalls(), (QStringList{u"heed"_s, u"heed"_s, u"in"_s}));

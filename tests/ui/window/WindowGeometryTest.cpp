@@ -39,7 +39,7 @@ TEST(PlayerFrame, StaysWhereItWasIfTheUserCanReachIt) {
         EXPECT_EQ(initialPlayerFrame(saved, {usable, second}), expected);
 }
 
-TEST(PlayerFrame, ComesIntoViewWhenItsScreenHasGone) {
+TEST(PlayerFrame, MovesIntoViewWhenItsScreenIsRemoved) {
     const QRectF left(0, 30, 1280, 690);
     const QRectF right(1280, 30, 1280, 690);
     const QRectF across(1000, 100, 480, 270);
@@ -62,7 +62,7 @@ TEST(EdgesAt, AreABandOfSixPointsWhoseEndsAreCorners) {
     EXPECT_EQ(edgesAt({-1, 100}, size), Qt::Edges());
 }
 
-TEST(FittedText, NeverTakesMoreLinesThanItMay) {
+TEST(FittedText, NeverExceedsItsLineLimit) {
     const QFont font;
     const double width = QFontMetricsF(font).horizontalAdvance(u"mmmmmmmmmm"_s);
     EXPECT_EQ(fittedText(u"short"_s, font, width, 3), u"short"_s);

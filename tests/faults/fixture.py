@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The place where one row runs: a desktop, a live site and the built program of its own, with checks of what the
-user sees. Each of them waits for a condition, and raises if it does not come true in time."""
+"""The environment of one row: a desktop, a live site and the built program of its own, with checks of what the
+user sees. Each check waits for a condition, and raises if it does not hold in time."""
 
 import contextlib
 import json
@@ -17,10 +17,10 @@ from tools.program import Program, wait_for_motion
 from tools.waiting import wait_until
 
 # An unknown key, which the program must preserve.
-KEEPSAKE = {"keepsake": {"a": [1, "x"]}}
+UNKNOWN_KEY = {"unknownKey": {"a": [1, "x"]}}
 
 
-class Ground:
+class Fixture:
     """Use as a context manager; the program starts with `start`."""
 
     def __init__(self, size: str = "1280x720", site_class=LiveSite):
@@ -29,7 +29,7 @@ class Ground:
         self._stack = contextlib.ExitStack()
         self.program: Program | None = None
 
-    def __enter__(self) -> "Ground":
+    def __enter__(self) -> "Fixture":
         try:
             self.folder = pathlib.Path(self._stack.enter_context(tempfile.TemporaryDirectory()))
             self.site = self._stack.enter_context(self._site_class(self.folder))
@@ -45,7 +45,7 @@ class Ground:
         self._tools.mkdir()
         (self._tools / "xdg-open").write_text("#!/bin/sh\n", encoding="ascii")
         (self._tools / "xdg-open").chmod(0o755)
-        self.preferences.write_text(json.dumps(KEEPSAKE), encoding="ascii")
+        self.preferences.write_text(json.dumps(UNKNOWN_KEY), encoding="ascii")
         return self
 
     def __exit__(self, *_) -> None:
@@ -71,15 +71,15 @@ class Ground:
         return self.program
 
     def enter(self, helper):
-        """Enters a context manager that ends with the ground."""
+        """Enters a context manager that ends with the fixture."""
         return self._stack.enter_context(helper)
 
     def ask(self, *command: str) -> str:
-        """Sends a command through the bus, as a panel does; returns the answer."""
+        """Sends a command over the bus, as a panel does; returns the answer."""
         return self.desktop.run("playerctl", "--player=orvane", *command).strip()
 
     def order(self, *command: str) -> None:
-        """Does the same once the program is on the bus: before that a command would be lost."""
+        """Sends a command once the program is on the bus: before that it would be lost."""
         wait_until(lambda: self.ask("status"), "the program on the bus")
         self.ask(*command)
 
@@ -107,14 +107,14 @@ class Ground:
         self.desktop.click(x + width / 2, y + height / 2 + 57)
         return f"Retry plays after {self.plays():.0f} s"
 
-    def error_then_retry(self, *texts: str, heal) -> str:
+    def error_then_retry(self, *texts: str, repair) -> str:
         said = self.error(*texts)
-        heal()
+        repair()
         short = said if len(said) <= 100 else f"{said[:97]}..."
         return f'"{short}"; {self.retry()}'
 
-    def plays_again(self, since: str) -> str:
-        return f"{since}plays again after {self.plays():.0f} s"
+    def plays_again(self, before: str) -> str:
+        return f"{before}plays again after {self.plays():.0f} s"
 
     def other_channel_plays(self) -> str:
         self.order("next")
@@ -122,5 +122,5 @@ class Ground:
 
     def keeps_settings(self) -> None:
         stored = json.loads(self.preferences.read_text(encoding="utf-8"))
-        for key, value in KEEPSAKE.items():
+        for key, value in UNKNOWN_KEY.items():
             assert stored.get(key) == value, f"{key} is lost: {stored}"
