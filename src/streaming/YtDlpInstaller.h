@@ -17,12 +17,12 @@ namespace orvane {
 class Clock;
 class YtDlpRelease;
 
-/// Carries out a plan to install yt-dlp. Owned by `YtDlpTool`, which sees to it that one plan runs
+/// Carries out a plan to install yt-dlp. Owned by `YtDlpTool`, which runs one plan
 /// at a time; main thread, which it never blocks. A step that fails is followed by the next one.
 class YtDlpInstaller {
 public:
     /// `homebrewScripts` has the install script of Homebrew; nullopt leaves Homebrew out. `stop`
-    /// ends the waiting for Python.
+    /// ends the wait for Python.
     YtDlpInstaller(ToolRunner& tools, YtDlpRelease& release, Clock& clock,
                    std::optional<Origin> homebrewScripts, std::stop_token stop);
 

@@ -13,16 +13,16 @@ namespace orvane {
 
 class TaskScope;
 
-/// Prepares yt-dlp at the start: finds it, has it installed where it is missing (pip, Homebrew, or
-/// a download of the released executable), and upgrades it in the background once in a run when
-/// there is a newer release. Owned by the composition root; main thread, which it never blocks.
-/// Single steps fail silently; when all have failed there is a `YtDlpError`.
+/// Prepares yt-dlp at the start: finds it, installs it if it is missing (pip, Homebrew, or a
+/// download of the released executable), and upgrades it in the background once in a run if there
+/// is a newer release. Owned by the composition root; main thread, which it never blocks.
+/// Single steps fail silently; if all fail the result is a `YtDlpError`.
 class YtDlpManager {
 public:
     YtDlpManager(YtDlpTool& tool, TaskScope& background);
 
-    /// Finds or installs yt-dlp. The first success of a run starts the search for a newer release;
-    /// a fresh installation needs none. May take minutes when it has to install.
+    /// Finds or installs yt-dlp. The first success of a run starts the search for a newer release,
+    /// except after an installation. May take minutes if it has to install.
     [[nodiscard]] QCoro::Task<YtDlpTool::Installed> ensureInstalled();
 
     /// Sets the function that is called with true before installing, and with false afterwards.

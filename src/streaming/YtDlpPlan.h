@@ -14,7 +14,7 @@ namespace orvane {
 /// A way to install yt-dlp: steps that are tried in turn until one has installed it. A value; any
 /// thread.
 struct YtDlpPlan {
-    /// Runs the first of `programs` that exists; fails when there is none.
+    /// Runs the first of `programs` that exists; fails if none does.
     struct RunCommand {
         QStringList programs;
         QStringList arguments;
@@ -25,10 +25,10 @@ struct YtDlpPlan {
     struct Download {};
     using Step = std::variant<RunCommand, InstallHomebrew, Download>;
 
-    /// What follows a command that succeeds without leaving a tool where `confirmation` looks.
+    /// What follows a command that succeeds although `confirmation` then finds no yt-dlp.
     enum class WhenNotFound { tryNextStep, fail };
 
-    /// Who installs by this plan.
+    /// The component that installs by this plan.
     YtDlpUser user = YtDlpUser::manager;
     /// Whether to have the system install Python first, and to fail without it.
     bool needsPython = false;

@@ -23,7 +23,7 @@ struct YtDlpSearch {
         enum class Root { system, home };
 
         Root root = Root::system;
-        /// Absolute below the root.
+        /// Absolute, starting at the root.
         QString path;
     };
     enum class Accepts { existingFiles, executableFiles };
@@ -49,7 +49,7 @@ struct YtDlpSearch {
 [[nodiscard]] std::optional<QString> findInPlaces(const HostFileSystem& host,
                                                   const YtDlpSearch& search);
 
-/// Carries out a search, whatever was found before. `tools` must outlive it.
+/// Searches without using earlier results. `tools` must outlive the task.
 [[nodiscard]] QCoro::Task<std::optional<YtDlpCommand>> searchForYtDlp(ToolRunner& tools,
                                                                       YtDlpSearch search);
 

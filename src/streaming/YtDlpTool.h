@@ -20,8 +20,8 @@ class Clock;
 class HttpClient;
 
 /// Knows which yt-dlp each of its users has found, and which installation is running: there is
-/// never more than one, and all who ask meanwhile wait for it and get what it installs. An
-/// installation goes on when its caller loses interest, so that switching channels does not
+/// never more than one, and every caller meanwhile waits for it and gets what it installs. An
+/// installation continues when its caller is cancelled, so that switching channels does not
 /// interrupt it. Owned by the composition root; main thread, which it never blocks.
 class YtDlpTool {
 public:
@@ -32,18 +32,18 @@ public:
 
     using Installed = YtDlpInstaller::Installed;
 
-    /// Returns what the search has found before, as long as it keeps that, or searches.
+    /// Returns `known(search)` if there is one, else searches.
     [[nodiscard]] QCoro::Task<std::optional<YtDlpCommand>> find(YtDlpSearch search);
 
-    /// Returns what was found before, as long as `search` keeps it.
+    /// Returns what was found or installed for the user of `search`, as long as that keeps it.
     [[nodiscard]] std::optional<YtDlpCommand> known(const YtDlpSearch& search) const;
 
-    /// Returns what an installation of this run has installed, waiting for the one that is running;
-    /// installs by `plan` if there is none or it has failed. Those who wait for an installation by
-    /// their own plan share its failure too. May take minutes.
+    /// Waits for the running installation, if there is one, and returns what was installed in this
+    /// run; if nothing was, installs by `plan`. A caller that waits for an installation by its own
+    /// plan also gets its failure. May take minutes.
     [[nodiscard]] QCoro::Task<Installed> install(YtDlpPlan plan);
 
-    /// Ends transfers and waiting for good; child processes are ended by their runner.
+    /// Cancels all transfers and waiting, of later calls too. Their runner ends child processes.
     void stop() { m_stop.request_stop(); }
 
     [[nodiscard]] ToolRunner& runner() { return m_runner; }

@@ -10,8 +10,8 @@ namespace orvane {
 
 /// Decides when a live stream has failed. mpv reports only some faults as such: a refused segment
 /// is merely a log line, and a playlist that stops advancing is not even that. Owned by a player,
-/// which reports what happens and asks again at the deadline. A plain value without a clock of its
-/// own.
+/// which reports what happens and calls `dueFailure` at the deadline. A plain value without a clock
+/// of its own.
 class LiveStreamMonitor {
 public:
     using TimePoint = std::chrono::steady_clock::time_point;
@@ -30,10 +30,10 @@ public:
     static constexpr std::chrono::milliseconds refusalGrace{3000};
     /// The time within which the first frame must be shown.
     static constexpr std::chrono::milliseconds startLimit{30000};
-    /// The time within which a stream must go on whose buffer has run empty.
+    /// How long a stream may wait for data after its buffer has run empty.
     static constexpr std::chrono::milliseconds stallLimit{15000};
-    /// The same for a stream that mpv considers playing: its position is polled at this interval
-    /// and may stay the same this many times.
+    /// The same limit for a stream that mpv considers playing: its position is polled at
+    /// `checkInterval`, and the stream has failed when it stays the same `stallChecks` times.
     static constexpr int stallChecks = 3;
     static constexpr std::chrono::milliseconds checkInterval = stallLimit / stallChecks;
     /// A warning older than this does not explain a failure.
@@ -47,9 +47,9 @@ public:
     void opened(TimePoint now);
     void logged(const QString& line, TimePoint now);
     void started();
-    /// A paused stream is not expected to advance.
+    /// A paused stream does not have to advance.
     void paused(bool isPaused, TimePoint now);
-    /// The buffer has run empty, or is filled again.
+    /// Reports that the buffer has run empty, or has been filled again.
     void starved(bool isStarved, TimePoint now);
     void positioned(Position position);
     /// `reason` is mpv's description of an error.
@@ -57,7 +57,7 @@ public:
 
     /// Returns the failure that is due by now, if any.
     [[nodiscard]] std::optional<Failure> dueFailure(TimePoint now) const;
-    /// Returns when to ask next, if ever.
+    /// Returns when to call `dueFailure` next; nullopt if there is no need to.
     [[nodiscard]] std::optional<TimePoint> deadline() const;
 
 private:

@@ -25,15 +25,15 @@ public:
         unknown,
         /// The first frame is shown, or the first sound heard if there is no video.
         readyToPlay,
-        /// The stream could not be opened, was refused later, or has ended: live streams do not
-        /// end.
+        /// The stream could not be opened, was refused later, stalled, or has ended, which a live
+        /// stream does not do.
         failed
     };
     enum class TimeControlStatus { paused, waiting, playing };
 
     [[nodiscard]] virtual Status status() const = 0;
-    /// Returns why it failed, to be shown to the user; nullopt if it has not or for no known
-    /// reason.
+    /// Returns why it failed, to be shown to the user; nullopt if it has not failed or the reason
+    /// is unknown.
     [[nodiscard]] virtual std::optional<QString> error() const = 0;
     [[nodiscard]] virtual TimeControlStatus timeControlStatus() const = 0;
 
@@ -49,7 +49,7 @@ public:
 Q_SIGNALS:
     void statusChanged();
     /// Emitted at the start of the destructor, while the player is still complete, so that a view
-    /// can let go of it.
+    /// can detach from it.
     void closing();
 };
 

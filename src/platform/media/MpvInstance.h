@@ -47,7 +47,7 @@ public:
                                            VideoSource::ContextScope contextScope);
 
     [[nodiscard]] bool hasRenderContext() const { return m_renderContext != nullptr; }
-    /// Returns whether an update has brought a new frame; to be asked once for each update.
+    /// Returns whether the last update has brought a new frame. Call it once for each update.
     [[nodiscard]] bool hasNewFrame() const;
     enum class Drawn { nothing, black, frame };
     /// Draws the current frame, or black before the first.
@@ -80,8 +80,8 @@ private:
     void dropPendingFrame();
     /// Blocks until mpv has ended its threads.
     static void free(const Parts& parts);
-    /// Frees what must be freed on the main thread and gives up ownership of the rest. Nothing
-    /// else may be called afterwards.
+    /// Frees what must be freed on the main thread and returns the rest, which the caller then
+    /// owns. No other member may be called afterwards.
     [[nodiscard]] Parts release();
 
     mpv_handle* m_handle;

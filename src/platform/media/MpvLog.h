@@ -11,9 +11,9 @@ struct mpv_handle;
 namespace orvane {
 
 /// The warnings of mpv's network and demuxer code. That code reports to one handle per process, the
-/// first one created, and to none once that is destroyed. So this keeps a handle that does nothing
-/// but listen, and must be created before any other. Lines of players that are being destroyed
-/// arrive here too. Owned by the player factory; main thread.
+/// first one created, and to none once that is destroyed. So this class has a handle that only
+/// receives log lines, and must be created before any other. Lines of players that are being
+/// destroyed arrive here too. Owned by the player factory; main thread.
 class MpvLog final : public QObject {
     Q_OBJECT
 

@@ -19,9 +19,9 @@ struct mpv_event_property;
 
 namespace orvane {
 
-/// What the players have found out about the machine's audio output.
+/// What is known about the machine's audio output; shared by all players.
 struct AudioStatus {
-    /// Some player has had a working output.
+    /// Whether any player has had a working output.
     bool hasWorked = false;
 };
 
@@ -77,18 +77,18 @@ private:
     MpvTeardownQueue& m_teardown;
     PlayerLifecycle m_lifecycle;
     LiveStreamMonitor m_monitor;
-    /// The answers to a poll so far.
+    /// The answers to the current poll so far.
     LiveStreamMonitor::Position m_position;
     QTimer m_monitorTimer;
     QTimer m_positionTimer;
     /// Runs while the audio output is lost.
     QTimer m_audioTimer;
-    /// Nothing is being played or drawn, by mpv's account.
+    /// The value of mpv's property `core-idle`: false while it plays.
     bool m_isCoreIdle = true;
 };
 
-/// Makes players, and limits the number of those that wait to be destroyed. Main thread; owned by
-/// the composition root.
+/// Makes players, and waits while too many former ones are still being destroyed. Main thread;
+/// owned by the composition root.
 class MpvMediaPlayerFactory final : public MediaPlayerFactory {
 public:
     MpvMediaPlayerFactory(MpvTeardownQueue& teardown, VideoOutput output);

@@ -20,7 +20,7 @@ class MpvTeardownQueue final : public QObject {
     Q_OBJECT
 
 public:
-    /// How many instances may wait for their end: each holds threads, buffers and perhaps a
+    /// How many instances may wait for their destruction: each holds threads, buffers and perhaps a
     /// connection to a server that does not answer.
     static constexpr int maximumCount = 4;
 
@@ -32,9 +32,9 @@ public:
     /// Returns the number of instances that are not destroyed yet.
     [[nodiscard]] int count() const { return m_count; }
 
-    /// Ends when there are fewer than `maximumCount`, or soon after `stop` was requested.
+    /// Completes when there are fewer than `maximumCount`, or soon after `stop` was requested.
     [[nodiscard]] QCoro::Task<> room(std::stop_token stop);
-    /// Ends when there are none.
+    /// Completes when there are none.
     [[nodiscard]] QCoro::Task<> empty();
 
 Q_SIGNALS:

@@ -7,8 +7,8 @@
 
 namespace orvane {
 
-/// Draws video with mpv's OpenGL renderer. Part of a `VideoView`; main thread. A stream that comes
-/// before the widget's OpenGL context exists is opened once it does.
+/// Draws video with mpv's OpenGL renderer. Part of a `VideoView`; main thread. A source that is set
+/// before the widget's OpenGL context exists gets its renderer once it does.
 class OpenGLVideoView final : public QOpenGLWidget, public VideoCanvas {
     Q_OBJECT
 

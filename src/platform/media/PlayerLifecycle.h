@@ -22,15 +22,16 @@ public:
     [[nodiscard]] bool isWanted() const { return m_isWanted; }
     [[nodiscard]] bool shouldAdvance() const;
 
-    // Each of these returns whether it led to a new phase.
+    // Events. Each function returns whether the event led to a new phase.
 
-    /// The first time opens the stream, once the expected renderer is there.
+    /// The first call leads to opening the stream, once the expected renderer is settled.
     [[nodiscard]] bool play();
     void pause() { m_isWanted = false; }
     void rendererExpected();
     /// The renderer was created, or could not be.
     [[nodiscard]] bool rendererSettled();
-    /// mpv has decoded the start of the stream: playing, once a frame is shown or if it has none.
+    /// mpv has decoded the start of the stream. The player is playing once a frame is shown too, or
+    /// at once if there is no video.
     [[nodiscard]] bool playbackStarted();
     [[nodiscard]] bool frameShown();
     /// mpv has chosen the tracks to be played.
@@ -38,7 +39,8 @@ public:
     [[nodiscard]] bool fail(std::optional<QString> error);
 
 private:
-    // Without initialisers, which a nested class of a variant cannot have: made with {}.
+    // No member initialisers, which nested classes in a std::variant member cannot have here:
+    // always create these with {}.
     struct Unopened {
         bool awaitsRenderer;
     };

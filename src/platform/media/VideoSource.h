@@ -24,15 +24,15 @@ public:
     virtual void createRenderer(mpv_render_param* parameters, ContextScope contextScope,
                                 std::function<void()> onUpdate) = 0;
     [[nodiscard]] virtual bool hasRenderer() const = 0;
-    /// Calls `onUpdate` no more.
+    /// Ends the calls of `onUpdate`.
     virtual void stopUpdates() = 0;
 
-    /// Returns whether an update has brought a new frame; to be asked once for each update.
+    /// Returns whether the last update has brought a new frame. Call it once for each update.
     [[nodiscard]] virtual bool hasNewFrame() = 0;
     /// Draws the current frame, or black before the first. Returns false if nothing was drawn.
     virtual bool draw(mpv_render_param* parameters) = 0;
-    /// Counts a new frame as shown: `draw` does so itself, a view that cannot be seen instead of
-    /// it.
+    /// Counts a new frame as shown. `draw` does so itself; a hidden view, which does not draw,
+    /// calls this.
     virtual void frameShown() = 0;
 };
 
@@ -43,7 +43,7 @@ public:
 
     /// Null shows black.
     virtual void setSource(VideoSource* source) = 0;
-    /// Lets go of the source, which is about to be destroyed, and leaves its last frame in place.
+    /// Stops using the source, which is about to be destroyed, but keeps showing its last frame.
     virtual void detach() = 0;
 };
 

@@ -19,8 +19,8 @@ class LiveIndicator;
 class PlayerCommands;
 
 /// The strip along the bottom of the player window: a live dot, the name of the current channel and
-/// five buttons. Part of the player window; main thread. It shows `AppState`,
-/// follows it through notifications and has no state of its own.
+/// five buttons. Part of the player window; main thread. It shows `AppState`, which it
+/// follows through notifications, and has no state of its own.
 class ControlBar final : public QWidget {
     Q_OBJECT
 

@@ -37,11 +37,11 @@ public:
     [[nodiscard]] VideoView& playerView() const { return *m_playerView; }
 
     /// While yt-dlp is being installed, the overlay says so instead of showing the stream's state;
-    /// a failure to resolve is expected meanwhile and shown afterwards.
+    /// a failure to resolve is expected meanwhile and is shown afterwards.
     void setInstalling(bool isInstalling);
 
-    /// Hides the pointer with the control bar in full screen. Call it when full screen begins or
-    /// ends.
+    /// Hides the pointer in full screen while the control bar is hidden. Call it when full screen
+    /// begins or ends.
     void updateCursor();
 
     bool eventFilter(QObject* watched, QEvent* event) override;

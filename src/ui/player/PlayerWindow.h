@@ -25,7 +25,7 @@ class PlayerCommands;
 class Preferences;
 
 /// The small floating window that shows the channel. Created by the application controller on first
-/// use and kept; main thread. Closing it only posts `closePlayer`, which the controller handles.
+/// use and kept; main thread. Closing it only posts `closePlayer`; the controller then hides it.
 class PlayerWindow final : public QWidget, private GhostMode::Window {
     Q_OBJECT
 
