@@ -12,7 +12,7 @@
 #include "settings/Preferences.h"
 #include "state/AppNotification.h"
 #include "state/AppState.h"
-#include "streaming/YtDlpTool.h"
+#include "streaming/tool/YtDlpTool.h"
 #include "telemetry/TelemetryService.h"
 #include "ui/MissingFonts.h"
 #include "ui/menus/ContextMenuBuilder.h"

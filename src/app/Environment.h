@@ -3,7 +3,7 @@
 
 #include "base/Origin.h"
 #include "platform/media/VideoOutput.h"
-#include "streaming/YtDlpRelease.h"
+#include "streaming/tool/YtDlpRelease.h"
 
 #include <QByteArray>
 #include <QString>

@@ -20,7 +20,7 @@
 #include "state/ChannelRegistry.h"
 #include "streaming/ChannelResolver.h"
 #include "streaming/StreamResolver.h"
-#include "streaming/YtDlpManager.h"
+#include "streaming/tool/YtDlpManager.h"
 #include "telemetry/TelemetryService.h"
 #include "updates/UpdaterController.h"
 

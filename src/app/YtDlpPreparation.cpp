@@ -6,7 +6,7 @@
 #include "playback/PlayerManager.h"
 #include "state/AppNotification.h"
 #include "state/AppState.h"
-#include "streaming/YtDlpManager.h"
+#include "streaming/tool/YtDlpManager.h"
 
 #include <utility>
 

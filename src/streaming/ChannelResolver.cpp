@@ -2,7 +2,7 @@
 #include "streaming/ChannelResolver.h"
 
 #include "base/Logging.h"
-#include "streaming/YtDlpTool.h"
+#include "streaming/tool/YtDlpTool.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>

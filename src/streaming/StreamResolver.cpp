@@ -4,7 +4,7 @@
 #include "base/Logging.h"
 #include "base/TaskScope.h"
 #include "model/AppConstants.h"
-#include "streaming/YtDlpTool.h"
+#include "streaming/tool/YtDlpTool.h"
 
 namespace orvane {
 

@@ -6,7 +6,7 @@
 #include "model/Channel.h"
 #include "model/Resolution.h"
 #include "streaming/StreamError.h"
-#include "streaming/YtDlpCommand.h"
+#include "streaming/tool/YtDlpCommand.h"
 
 #include <QCoroTask>
 #include <QHash>

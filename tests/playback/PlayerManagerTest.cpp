@@ -9,7 +9,7 @@
 #include "state/AppNotification.h"
 #include "state/AppState.h"
 #include "streaming/StreamResolver.h"
-#include "streaming/YtDlpTool.h"
+#include "streaming/tool/YtDlpTool.h"
 #include "support/EventLoop.h"
 #include "support/FakeClock.h"
 #include "support/FakeMachine.h"

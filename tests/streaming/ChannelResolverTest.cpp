@@ -2,7 +2,7 @@
 #include "streaming/ChannelResolver.h"
 
 #include "platform/system/HttpClient.h"
-#include "streaming/YtDlpTool.h"
+#include "streaming/tool/YtDlpTool.h"
 #include "support/FakeClock.h"
 #include "support/FakeMachine.h"
 #include "support/FakeProcessRunner.h"

@@ -4,7 +4,7 @@
 #include "base/TaskScope.h"
 #include "model/BuiltInChannels.h"
 #include "platform/system/HttpClient.h"
-#include "streaming/YtDlpTool.h"
+#include "streaming/tool/YtDlpTool.h"
 #include "support/EventLoop.h"
 #include "support/FakeClock.h"
 #include "support/FakeMachine.h"

@@ -3,7 +3,7 @@
 #include "model/BuiltInChannels.h"
 #include "platform/system/HttpClient.h"
 #include "streaming/StreamResolver.h"
-#include "streaming/YtDlpManager.h"
+#include "streaming/tool/YtDlpManager.h"
 #include "support/EventLoop.h"
 #include "support/FakeClock.h"
 #include "support/FakeMachine.h"

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "streaming/YtDlpTool.h"
+#include "streaming/tool/YtDlpTool.h"
 
 #include "base/TaskScope.h"
 #include "platform/system/HttpClient.h"
-#include "streaming/YtDlpManager.h"
+#include "streaming/tool/YtDlpManager.h"
 #include "support/FakeClock.h"
 #include "support/FakeMachine.h"
 #include "support/LoopbackServer.h"

@@ -5,7 +5,7 @@
 #include "base/Clock.h"
 #include "platform/system/HttpClient.h"
 #include "streaming/ChannelResolver.h"
-#include "streaming/YtDlpTool.h"
+#include "streaming/tool/YtDlpTool.h"
 
 #include <QCoreApplication>
 #include <QCoroTask>

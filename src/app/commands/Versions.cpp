@@ -5,7 +5,7 @@
 #include "model/AppConstants.h"
 #include "platform/media/MpvInstance.h"
 #include "platform/system/HostFileSystem.h"
-#include "streaming/YtDlpSearch.h"
+#include "streaming/tool/YtDlpSearch.h"
 
 #include <QProcess>
 #include <QStandardPaths>

@@ -2,9 +2,9 @@
 #pragma once
 
 #include "base/Origin.h"
-#include "streaming/YtDlpCommand.h"
-#include "streaming/YtDlpError.h"
-#include "streaming/YtDlpPlan.h"
+#include "streaming/tool/YtDlpCommand.h"
+#include "streaming/tool/YtDlpError.h"
+#include "streaming/tool/YtDlpPlan.h"
 
 #include <QCoroTask>
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "streaming/YtDlpRelease.h"
+#include "streaming/tool/YtDlpRelease.h"
 
 #include "base/Logging.h"
 #include "platform/system/HttpClient.h"
-#include "streaming/ToolRunner.h"
+#include "streaming/tool/ToolRunner.h"
 
 #include <QDir>
 #include <QJsonDocument>

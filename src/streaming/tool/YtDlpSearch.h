@@ -2,8 +2,8 @@
 #pragma once
 
 #include "platform/system/HostFileSystem.h"
-#include "streaming/ToolRunner.h"
-#include "streaming/YtDlpCommand.h"
+#include "streaming/tool/ToolRunner.h"
+#include "streaming/tool/YtDlpCommand.h"
 
 #include <QCoroTask>
 #include <QList>

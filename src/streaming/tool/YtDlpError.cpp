@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "streaming/YtDlpError.h"
+#include "streaming/tool/YtDlpError.h"
 
 namespace orvane {
 

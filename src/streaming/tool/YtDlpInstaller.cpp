@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "streaming/YtDlpInstaller.h"
+#include "streaming/tool/YtDlpInstaller.h"
 
 #include "base/Clock.h"
 #include "base/Logging.h"
-#include "streaming/YtDlpRelease.h"
+#include "streaming/tool/YtDlpRelease.h"
 
 namespace orvane {
 

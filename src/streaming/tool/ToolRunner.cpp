@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "streaming/ToolRunner.h"
+#include "streaming/tool/ToolRunner.h"
 
 #include "base/Logging.h"
 

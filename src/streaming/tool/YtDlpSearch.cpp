@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "streaming/YtDlpSearch.h"
+#include "streaming/tool/YtDlpSearch.h"
 
 namespace orvane {
 

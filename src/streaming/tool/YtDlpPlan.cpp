@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "streaming/YtDlpPlan.h"
+#include "streaming/tool/YtDlpPlan.h"
 
 namespace orvane {
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "streaming/YtDlpManager.h"
+#include "streaming/tool/YtDlpManager.h"
 
 #include "base/Logging.h"
 #include "base/TaskScope.h"

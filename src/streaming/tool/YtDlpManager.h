@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "streaming/YtDlpTool.h"
+#include "streaming/tool/YtDlpTool.h"
 
 #include <QCoroTask>
 #include <QString>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "streaming/ToolRunner.h"
-#include "streaming/YtDlpSearch.h"
+#include "streaming/tool/ToolRunner.h"
+#include "streaming/tool/YtDlpSearch.h"
 
 #include <QList>
 #include <QStringList>

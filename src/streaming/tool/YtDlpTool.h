@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "streaming/ToolRunner.h"
-#include "streaming/YtDlpInstaller.h"
-#include "streaming/YtDlpPlan.h"
-#include "streaming/YtDlpRelease.h"
-#include "streaming/YtDlpSearch.h"
+#include "streaming/tool/ToolRunner.h"
+#include "streaming/tool/YtDlpInstaller.h"
+#include "streaming/tool/YtDlpPlan.h"
+#include "streaming/tool/YtDlpRelease.h"
+#include "streaming/tool/YtDlpSearch.h"
 
 #include <QCoroTask>
 #include <QFuture>

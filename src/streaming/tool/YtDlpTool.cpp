@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "streaming/YtDlpTool.h"
+#include "streaming/tool/YtDlpTool.h"
 
 #include "base/Logging.h"
 
