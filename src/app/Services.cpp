@@ -31,7 +31,10 @@ Services::Services(const Environment& environment, const QString& preferencesPat
       players(teardown, chosenOutput),
       ytDlpTool(HostFileSystem::real(), processes, clock, http, environment.ytDlpSources),
       ytDlp(ytDlpTool, tasks),
-      resolver(environment.videoSite, ytDlpTool, clock, tasks),
+      ladder(QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) +
+                 u"/orvane/ladder.json"_s,
+             clock),
+      resolver(environment.videoSite, ytDlpTool, ladder, clock, tasks),
       channelResolver(environment.videoSite, ytDlpTool),
       player(state, registry, resolver, players, tasks),
       sleepTimer(

@@ -56,6 +56,7 @@ struct Services {
     MpvMediaPlayerFactory players;
     YtDlpTool ytDlpTool;
     YtDlpManager ytDlp;
+    StreamLadder ladder;
     StreamResolver resolver;
     ChannelResolver channelResolver;
     PlayerManager player;

@@ -54,7 +54,7 @@ QCoro::Task<> PlayerManager::load(Channel channel, std::stop_token stop) {
         fail(channel, errorDescription(url.error()));
         co_return;
     }
-    const QUrl address = *url;
+    const QUrl address = url->picture;
     std::unique_ptr<MediaPlayer> player = co_await m_players.make(address, stop);
     if (stop.stop_requested())
         co_return;
@@ -83,6 +83,7 @@ void PlayerManager::handleStatus(Channel channel) {
     switch (m_player->status()) {
     case MediaPlayer::Status::readyToPlay:
         qCInfo(logPlayer, "%s: playing", qUtf8Printable(channel.id()));
+        m_resolver.played(channel);
         m_state.setPlaying(channel);
         break;
     case MediaPlayer::Status::failed:
@@ -101,6 +102,7 @@ void PlayerManager::handleFailure(Channel channel) {
         m_didAutoRetry = true;
         qCInfo(logPlayer, "%s: refused, retrying: %s", qUtf8Printable(channel.id()),
                qUtf8Printable(withoutSecrets(message)));
+        m_resolver.refused(channel);
         retry(channel);
         return;
     }

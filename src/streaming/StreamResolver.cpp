@@ -4,7 +4,11 @@
 #include "base/Logging.h"
 #include "base/TaskScope.h"
 #include "model/AppConstants.h"
+#include "streaming/ladder/StreamFailure.h"
+#include "streaming/ladder/StreamQuery.h"
 #include "streaming/tool/YtDlpTool.h"
+
+#include <utility>
 
 namespace orvane {
 
@@ -17,17 +21,21 @@ constexpr int failuresBeforeClearingCache = 2;
 
 /// Reads the address from what yt-dlp printed, or the reason why there is none. Ignores the exit
 /// status: an address counts even after a failure.
-StreamResolver::Result readOutcome(const ProcessOutcome& outcome) {
+StreamResolver::Result readOutcome(const StreamQuery& query, const ProcessOutcome& outcome) {
     if (!outcome) {
         return std::unexpected(
             StreamError::ResolveFailed{u"Failed to run yt-dlp: "_s + outcome.error().reason});
     }
-    const QString printed = outcome->standardOutput.text().value_or(QString()).trimmed();
-    QUrl url(printed, QUrl::StrictMode);
-    if (!printed.isEmpty() && !outcome->standardOutput.isTruncated && url.isValid())
-        return url;
+    const CapturedOutput& output = outcome->standardOutput;
+    std::optional<StreamAddress> address = query.read(output.text().value_or(QString()));
+    if (address && !output.isTruncated)
+        return *std::move(address);
     const QString reason = outcome->standardError.text().value_or(u"Unknown error"_s);
     return std::unexpected(StreamError::ResolveFailed{reason.trimmed()});
+}
+
+bool isOutdated(const StreamResolver::Result& result) {
+    return !result && streamFailureOf(errorDescription(result.error())) == StreamFailure::outdated;
 }
 
 QString pageAddress(const Origin& site, const Channel& channel, StreamResolver::Source source) {
@@ -42,15 +50,19 @@ QCoro::Task<> runIgnoringResult(ToolRunner& runner, ProcessRequest request) {
 }
 
 void logResult(const QString& key, const StreamResolver::Result& result) {
-    const QString text = result ? result->toString() : errorDescription(result.error());
+    const QString text = result ? result->picture.toString() : errorDescription(result.error());
     qCInfo(logStream).noquote() << key << "->" << withoutSecrets(text);
 }
 
 } // namespace
 
-StreamResolver::StreamResolver(std::optional<Origin> site, YtDlpTool& tool, Clock& clock,
-                               TaskScope& background)
-    : m_site(std::move(site)), m_tool(tool), m_clock(clock), m_background(background) {}
+StreamResolver::StreamResolver(std::optional<Origin> site, YtDlpTool& tool, StreamLadder& ladder,
+                               Clock& clock, TaskScope& background)
+    : m_site(std::move(site)),
+      m_tool(tool),
+      m_ladder(ladder),
+      m_clock(clock),
+      m_background(background) {}
 
 QCoro::Task<StreamResolver::Result> StreamResolver::resolve(Channel channel, Resolution resolution,
                                                             std::stop_token stop) {
@@ -59,10 +71,15 @@ QCoro::Task<StreamResolver::Result> StreamResolver::resolve(Channel channel, Res
     if (cached != m_cache.constEnd() &&
         m_clock.now() - cached->resolvedAt < AppConstants::streamCacheTTL) {
         qCInfo(logStream).noquote() << key << "is in the cache";
-        co_return Result(cached->url);
+        co_return Result(cached->address);
     }
 
-    const Result result = co_await resolveInRounds(channel, resolution, stop);
+    Request request{.channel = channel,
+                    .resolution = resolution,
+                    .climb = Climb(m_ladder.order(channel.id())),
+                    .stop = stop,
+                    .usable = std::nullopt};
+    const Result result = co_await resolveInRounds(request);
     if (stop.stop_requested())
         co_return result;
     logResult(key, result);
@@ -75,49 +92,122 @@ QCoro::Task<StreamResolver::Result> StreamResolver::resolve(Channel channel, Res
     co_return result;
 }
 
-QCoro::Task<StreamResolver::Result>
-StreamResolver::resolveInRounds(Channel channel, Resolution resolution, std::stop_token stop) {
+QCoro::Task<StreamResolver::Result> StreamResolver::resolveInRounds(Request& request) {
+    const Channel& channel = request.channel;
     Result result = std::unexpected(StreamError::NoOutput{});
     for (int attempt = 1; attempt <= AppConstants::streamResolveRetries; ++attempt) {
-        result = co_await resolveWithYtDlp(channel, resolution, Source::livePage, stop);
-        if (!result && channel.videoId() && !stop.stop_requested())
-            result = co_await resolveWithYtDlp(channel, resolution, Source::fixedVideo, stop);
-        if (result || stop.stop_requested())
+        result = co_await resolveWithYtDlp(request, Source::livePage);
+        if (!result && channel.videoId() && !request.stop.stop_requested())
+            result = co_await resolveWithYtDlp(request, Source::fixedVideo);
+        if (result || request.stop.stop_requested())
             break;
         if (attempt < AppConstants::streamResolveRetries) {
             qCInfo(logStream).noquote() << "round" << attempt << "of" << channel.id() << "failed";
-            co_await m_clock.sleep(std::chrono::seconds(attempt), stop);
+            co_await m_clock.sleep(std::chrono::seconds(attempt), request.stop);
         }
-        if (stop.stop_requested())
+        if (request.stop.stop_requested())
             break;
     }
     co_return result;
 }
 
-QCoro::Task<StreamResolver::Result> StreamResolver::resolveWithYtDlp(Channel channel,
-                                                                     Resolution resolution,
-                                                                     Source source,
-                                                                     std::stop_token stop) {
+QCoro::Task<StreamResolver::Result> StreamResolver::resolveWithYtDlp(Request& request,
+                                                                     Source source) {
     if (!m_site)
         co_return std::unexpected(StreamError::ResolveFailed{u"no video site is set up"_s});
-    const std::optional<YtDlpCommand> command = co_await findOrInstallYtDlp();
-    if (!command) {
-        co_return std::unexpected(
-            StreamError::ResolveFailed{u"yt-dlp not found and auto-install failed"_s});
+    Result result =
+        std::unexpected(StreamError::ResolveFailed{u"yt-dlp not found and auto-install failed"_s});
+    while (true) {
+        const Rung rung = request.climb.rung();
+        const std::optional<RungTool> tool = co_await toolFor(rung);
+        if (tool) {
+            request.usable = rung;
+            result = co_await resolveOnRung(request, source, *tool);
+        }
+        const bool isOver = tool ? !isOutdated(result) : rung == Rung::usual;
+        if (isOver || request.stop.stop_requested())
+            break;
+        if (!request.climb.next()) {
+            // All have been tried: the calls that are left repeat the last one.
+            request.climb = Climb({request.usable.value_or(rung)});
+            break;
+        }
     }
-    const QStringList arguments{u"-f"_s,
-                                ytdlpFormat(resolution),
-                                u"-g"_s,
-                                u"--no-playlist"_s,
-                                u"--extractor-args"_s,
-                                u"youtube:player_client=android,ios"_s,
-                                u"--no-check-certificate"_s,
-                                pageAddress(*m_site, channel, source)};
-    const ProcessRequest request{.program = command->program,
-                                 .arguments = command->argumentsFor(arguments),
+    co_return result;
+}
+
+QCoro::Task<StreamResolver::Result> StreamResolver::resolveOnRung(Request& request, Source source,
+                                                                  RungTool tool) {
+    const Rung rung = request.climb.rung();
+    const StreamQuery query{.rung = rung,
+                            .resolution = request.resolution,
+                            .page = pageAddress(*m_site, request.channel, source),
+                            .runtimes = tool.runtimes};
+    const ProcessRequest process{.program = tool.command.program,
+                                 .arguments = tool.command.argumentsFor(query.arguments()),
                                  .environment = std::nullopt};
-    const ProcessOutcome outcome = co_await m_tool.runner().run(request, stop);
-    co_return readOutcome(outcome);
+    const ProcessOutcome outcome = co_await m_tool.runner().run(process, request.stop);
+    Result result = readOutcome(query, outcome);
+    if (result) {
+        m_ladder.resolved(request.channel.id(),
+                          {.rung = rung, .command = tool.command, .version = tool.version});
+    }
+    co_return result;
+}
+
+QCoro::Task<std::optional<StreamResolver::RungTool>> StreamResolver::toolFor(Rung rung) {
+    if (rung != Rung::usual) {
+        std::optional<RungTool> newest = co_await newestTool(rung);
+        co_return newest;
+    }
+    const std::optional<YtDlpCommand> command = co_await findOrInstallYtDlp();
+    if (!command)
+        co_return std::nullopt;
+    co_return RungTool{.command = *command, .version = {}, .runtimes = {}};
+}
+
+QCoro::Task<std::optional<StreamResolver::RungTool>> StreamResolver::newestTool(Rung rung) {
+    const std::optional<LadderMemory::Entry> memory = m_ladder.remembered();
+    RungTool tool;
+    if (memory && memory->rung == rung &&
+        HostFileSystem::isExecutableFile(memory->command.program)) {
+        tool = {.command = memory->command, .version = memory->version, .runtimes = {}};
+    } else {
+        const std::optional<YtDlpTool::Candidate> newest = co_await m_tool.newest();
+        if (!newest)
+            co_return std::nullopt;
+        tool = {.command = newest->command, .version = newest->version, .runtimes = {}};
+    }
+    if (rung == Rung::newestTool &&
+        m_tool.known(YtDlpSearch::of(YtDlpUser::streamResolver)) == tool.command)
+        co_return std::nullopt;
+    if (rung == Rung::javaScript) {
+        tool.runtimes = co_await usableRuntimes(tool.command);
+        if (tool.runtimes.isEmpty())
+            co_return std::nullopt;
+    }
+    co_return std::optional(tool);
+}
+
+QCoro::Task<QStringList> StreamResolver::usableRuntimes(YtDlpCommand command) {
+    ToolRunner& runner = m_tool.runner();
+    const QStringList runtimes = installedRuntimes(runner.host());
+    if (runtimes.isEmpty())
+        co_return QStringList();
+    const QStringList arguments = command.argumentsFor({u"--help"_s});
+    const std::optional<QString> help =
+        co_await runner.output(command.program, arguments, ToolEnvironment::inherited);
+    const bool isKnown = help && help->contains(runtimeOption());
+    co_return isKnown ? runtimes : QStringList();
+}
+
+QCoro::Task<> StreamResolver::checkMemory() {
+    const std::optional<YtDlpTool::Candidate> newest = co_await m_tool.newest();
+    const std::optional<LadderMemory::Entry> memory = m_ladder.remembered();
+    if (memory && (!newest || newest->version != memory->version)) {
+        qCInfo(logStream) << "yt-dlp is another one now, starting from the usual call again";
+        m_ladder.forget();
+    }
 }
 
 QCoro::Task<std::optional<YtDlpCommand>> StreamResolver::findOrInstallYtDlp() {
@@ -143,6 +233,18 @@ void StreamResolver::countFailure() {
 void StreamResolver::invalidateCache(const Channel& channel) {
     for (const Resolution resolution : allCases<Resolution>)
         m_cache.remove(cacheKey(channel, resolution));
+}
+
+void StreamResolver::played(const Channel& channel) {
+    // Later than the first picture, as asking for versions takes a while.
+    if (m_ladder.remembered() && !std::exchange(m_hasCheckedMemory, true))
+        m_background.spawn(checkMemory());
+    m_ladder.played(channel.id());
+}
+
+void StreamResolver::refused(const Channel& channel) {
+    m_ladder.refused(channel.id());
+    invalidateCache(channel);
 }
 
 void StreamResolver::invalidateAllCache() {

@@ -3,16 +3,16 @@
 
 #include "base/Clock.h"
 #include "base/Origin.h"
+#include "base/StreamAddress.h"
 #include "model/Channel.h"
 #include "model/Resolution.h"
 #include "streaming/StreamError.h"
-#include "streaming/tool/YtDlpCommand.h"
+#include "streaming/ladder/StreamLadder.h"
 
 #include <QCoroTask>
 #include <QHash>
 #include <QString>
 #include <QStringList>
-#include <QUrl>
 
 #include <expected>
 #include <optional>
@@ -25,16 +25,17 @@ class YtDlpTool;
 
 /// Turns a channel and a resolution into the address of a playable stream by running yt-dlp, and
 /// caches the address for 900 seconds. It tries the channel's live page first and the fixed video
-/// id second, in three rounds with growing pauses. Installs yt-dlp if it is missing. Owned by the
+/// id second, in three rounds with growing pauses, and climbs the ladder at once when the site or
+/// yt-dlp has aged. Installs yt-dlp if it is missing. Owned by the
 /// composition root; main thread, which it never blocks: calls interleave, and two for the same key
 /// may both run yt-dlp. A failure is a `StreamError` whose text is meant for the user.
 class StreamResolver {
 public:
     /// Without a site every call fails.
-    StreamResolver(std::optional<Origin> site, YtDlpTool& tool, Clock& clock,
+    StreamResolver(std::optional<Origin> site, YtDlpTool& tool, StreamLadder& ladder, Clock& clock,
                    TaskScope& background);
 
-    using Result = std::expected<QUrl, StreamError::Value>;
+    using Result = std::expected<StreamAddress, StreamError::Value>;
 
     /// The page of a channel that is passed to yt-dlp.
     enum class Source { livePage, fixedVideo };
@@ -48,30 +49,56 @@ public:
     void invalidateCache(const Channel& channel);
     void invalidateAllCache();
 
+    /// The channel plays from its latest address.
+    void played(const Channel& channel);
+    /// The channel's latest address was refused: takes it from the cache, and the next call may
+    /// climb the ladder.
+    void refused(const Channel& channel);
+
     /// Upgrades yt-dlp's Python package in the background, at most once in a run.
     void updateYtDlpIfNeeded();
 
 private:
     struct CacheEntry {
-        QUrl url;
+        StreamAddress address;
         Clock::TimePoint resolvedAt;
+    };
+    /// What one call of `resolve` asks for, and how far it has climbed.
+    struct Request {
+        Channel channel;
+        Resolution resolution;
+        Climb climb;
+        std::stop_token stop;
+        /// The last rung that yt-dlp could be run on.
+        std::optional<Rung> usable;
+    };
+    /// What runs on a rung: yt-dlp, and its version if it is not the usual one.
+    struct RungTool {
+        YtDlpCommand command;
+        QString version;
+        QStringList runtimes;
     };
 
     [[nodiscard]] static QString cacheKey(const Channel& channel, Resolution resolution);
-    [[nodiscard]] QCoro::Task<Result> resolveInRounds(Channel channel, Resolution resolution,
-                                                      std::stop_token stop);
-    [[nodiscard]] QCoro::Task<Result> resolveWithYtDlp(Channel channel, Resolution resolution,
-                                                       Source source, std::stop_token stop);
+    [[nodiscard]] QCoro::Task<Result> resolveInRounds(Request& request);
+    [[nodiscard]] QCoro::Task<Result> resolveWithYtDlp(Request& request, Source source);
+    [[nodiscard]] QCoro::Task<Result> resolveOnRung(Request& request, Source source, RungTool tool);
+    [[nodiscard]] QCoro::Task<std::optional<RungTool>> toolFor(Rung rung);
+    [[nodiscard]] QCoro::Task<std::optional<RungTool>> newestTool(Rung rung);
+    [[nodiscard]] QCoro::Task<QStringList> usableRuntimes(YtDlpCommand command);
+    [[nodiscard]] QCoro::Task<> checkMemory();
     [[nodiscard]] QCoro::Task<std::optional<YtDlpCommand>> findOrInstallYtDlp();
     void countFailure();
     void runInBackground(QString program, QStringList arguments);
 
     std::optional<Origin> m_site;
     YtDlpTool& m_tool;
+    StreamLadder& m_ladder;
     Clock& m_clock;
     TaskScope& m_background;
     QHash<QString, CacheEntry> m_cache;
     bool m_didUpdateCheck = false;
+    bool m_hasCheckedMemory = false;
     int m_consecutiveFailures = 0;
 };
 

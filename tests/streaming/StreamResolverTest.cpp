@@ -48,7 +48,8 @@ protected:
     TaskScope tasks;
     HttpClient http{u"test"_s};
     YtDlpTool tool{machine.host(), processes, clock, http, {}};
-    StreamResolver resolver{Origin::parse(u"https://site.example"_s), tool, clock, tasks};
+    StreamLadder ladder{{}, clock};
+    StreamResolver resolver{Origin::parse(u"https://site.example"_s), tool, ladder, clock, tasks};
     const Channel builtIn = builtInChannels().first();
     const Channel custom = Channel::custom(u"Mine"_s, u"Mine"_s);
 };
@@ -160,7 +161,7 @@ TEST_F(StreamResolverTest, ReportsWhyThereIsNoAddress) {
 }
 
 TEST_F(StreamResolverTest, RunsNothingWithoutASite) {
-    StreamResolver off(std::nullopt, tool, clock, tasks);
+    StreamResolver off(std::nullopt, tool, ladder, clock, tasks);
     EXPECT_FALSE(QCoro::waitFor(off.resolve(builtIn, Resolution::r480, {})));
     EXPECT_TRUE(processes.requests.isEmpty());
 }

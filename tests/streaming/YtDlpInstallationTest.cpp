@@ -72,7 +72,8 @@ protected:
     HttpClient http{u"test"_s};
     YtDlpTool tool{machine.host(), processes, clock, http, {}};
     YtDlpManager manager{tool, tasks};
-    StreamResolver resolver{Origin::parse(u"https://site.example"_s), tool, clock, tasks};
+    StreamLadder ladder{{}, clock};
+    StreamResolver resolver{Origin::parse(u"https://site.example"_s), tool, ladder, clock, tasks};
     std::optional<YtDlpTool::Installed> ensured;
     std::optional<StreamResolver::Result> resolved;
 };

@@ -72,9 +72,15 @@ QString systemPython(const HostFileSystem& host) {
     return host.systemPath(u"/usr/bin/python3"_s);
 }
 
+QStringList placesOf(const HostFileSystem& host, const YtDlpSearch& search) {
+    QStringList paths;
+    for (const Place& place : search.places)
+        paths += realPath(host, place);
+    return paths;
+}
+
 std::optional<QString> findInPlaces(const HostFileSystem& host, const YtDlpSearch& search) {
-    for (const Place& place : search.places) {
-        QString path = realPath(host, place);
+    for (const QString& path : placesOf(host, search)) {
         if (isAccepted(path, search.accepts))
             return path;
     }

@@ -45,6 +45,9 @@ struct YtDlpSearch {
 /// The system's Python.
 [[nodiscard]] QString systemPython(const HostFileSystem& host);
 
+/// Returns the real paths of the search's fixed places. Any thread.
+[[nodiscard]] QStringList placesOf(const HostFileSystem& host, const YtDlpSearch& search);
+
 /// Returns the first of the search's fixed places that has a file it accepts. Any thread.
 [[nodiscard]] std::optional<QString> findInPlaces(const HostFileSystem& host,
                                                   const YtDlpSearch& search);

@@ -16,6 +16,18 @@ QString describe(const YtDlpInstaller::Installed& installed) {
     return installed ? u"installed "_s + installed->program : errorDescription(installed.error());
 }
 
+QStringList executablesIn(const HostFileSystem& host) {
+    QStringList paths;
+    for (const YtDlpUser user :
+         {YtDlpUser::streamResolver, YtDlpUser::manager, YtDlpUser::channelResolver}) {
+        for (const QString& path : placesOf(host, YtDlpSearch::of(user))) {
+            if (!paths.contains(path) && HostFileSystem::isExecutableFile(path))
+                paths += path;
+        }
+    }
+    return paths;
+}
+
 } // namespace
 
 YtDlpTool::YtDlpTool(HostFileSystem host, ProcessRunner& processes, Clock& clock, HttpClient& http,
@@ -66,6 +78,20 @@ QCoro::Task<YtDlpTool::Installed> YtDlpTool::install(YtDlpPlan plan) {
     }
     m_known.insert(plan.user, *command);
     co_return Installed(*command);
+}
+
+QCoro::Task<std::optional<YtDlpTool::Candidate>> YtDlpTool::newest() {
+    const QStringList arguments{u"--version"_s};
+    std::optional<Candidate> newest;
+    for (const QString& path : executablesIn(m_runner.host())) {
+        const std::optional<QString> printed =
+            co_await m_runner.output(path, arguments, ToolEnvironment::inherited);
+        const QString version = printed.value_or(QString()).trimmed();
+        // Versions are dates, whose order is that of their texts.
+        if (!version.isEmpty() && (!newest || newest->version < version))
+            newest = Candidate{{YtDlpCommand::Kind::executable, path}, version};
+    }
+    co_return newest;
 }
 
 QCoro::Task<YtDlpTool::Installed> YtDlpTool::runInstallation(YtDlpPlan plan) {

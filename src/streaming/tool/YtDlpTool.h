@@ -43,6 +43,13 @@ public:
     /// plan also gets its failure. May take minutes.
     [[nodiscard]] QCoro::Task<Installed> install(YtDlpPlan plan);
 
+    struct Candidate {
+        YtDlpCommand command;
+        QString version;
+    };
+    /// Returns the newest yt-dlp in the places of all users' searches; nullopt if none runs.
+    [[nodiscard]] QCoro::Task<std::optional<Candidate>> newest();
+
     /// Cancels all transfers and waiting, of later calls too. Their runner ends child processes.
     void stop() { m_stop.request_stop(); }
 
