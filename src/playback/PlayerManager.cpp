@@ -54,7 +54,7 @@ QCoro::Task<> PlayerManager::load(Channel channel, std::stop_token stop) {
         fail(channel, errorDescription(url.error()));
         co_return;
     }
-    const QUrl address = url->picture;
+    const StreamAddress address = *url;
     std::unique_ptr<MediaPlayer> player = co_await m_players.make(address, stop);
     if (stop.stop_requested())
         co_return;

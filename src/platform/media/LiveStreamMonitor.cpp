@@ -45,7 +45,8 @@ void LiveStreamMonitor::starved(bool isStarved, TimePoint now) {
 void LiveStreamMonitor::positioned(Position position) {
     if (m_isPaused)
         return;
-    m_checksWithoutAdvance = position == m_position ? m_checksWithoutAdvance + 1 : 0;
+    const bool isSilent = m_expectsSound && m_position && position.audio == m_position->audio;
+    m_checksWithoutAdvance = position == m_position || isSilent ? m_checksWithoutAdvance + 1 : 0;
     m_position = position;
 }
 

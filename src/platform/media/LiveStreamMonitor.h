@@ -45,6 +45,8 @@ public:
     };
 
     void opened(TimePoint now);
+    /// The sound comes from an address of its own, and may end without the picture.
+    void expectSound() { m_expectsSound = true; }
     void logged(const QString& line, TimePoint now);
     void started();
     /// A paused stream does not have to advance.
@@ -76,6 +78,7 @@ private:
     std::optional<Position> m_position;
     int m_checksWithoutAdvance = 0;
     bool m_hasStarted = false;
+    bool m_expectsSound = false;
     bool m_isStarved = false;
     bool m_isPaused = false;
 };

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/StreamAddress.h"
+
 #include <QCoroTask>
 #include <QObject>
 #include <QString>
@@ -14,7 +16,7 @@ namespace orvane {
 
 class VideoSource;
 
-/// Plays one stream from one address. Owned by the player manager; main thread, which no call here
+/// Plays one stream. Owned by the player manager; main thread, which no call here
 /// blocks. The first `play` opens the stream. `statusChanged` reports the outcome; a failed player
 /// stays failed.
 class MediaPlayer : public QObject {
@@ -68,12 +70,12 @@ public:
 
     /// Waits while too many earlier players are still being destroyed. Returns null if `stop` was
     /// requested meanwhile or the player cannot be created.
-    [[nodiscard]] virtual QCoro::Task<std::unique_ptr<MediaPlayer>> make(QUrl url,
+    [[nodiscard]] virtual QCoro::Task<std::unique_ptr<MediaPlayer>> make(StreamAddress address,
                                                                          std::stop_token stop) = 0;
 };
 
-/// Returns nullopt if `url` may be opened, else the reason to be shown to the user: only web
+/// Returns nullopt if `address` may be opened, else the reason to be shown to the user: only web
 /// addresses are opened, whatever yt-dlp prints.
-[[nodiscard]] std::optional<QString> refusalToOpen(const QUrl& url);
+[[nodiscard]] std::optional<QString> refusalToOpen(const StreamAddress& address);
 
 } // namespace orvane

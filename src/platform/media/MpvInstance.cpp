@@ -188,6 +188,18 @@ void MpvInstance::setNumber(const char* property, double value) const {
     mpv_set_property_async(m_handle, 0, property, MPV_FORMAT_DOUBLE, &value);
 }
 
+void MpvInstance::setList(const char* property, QByteArray onlyEntry) const {
+    // A node, because a text would be split at its colons.
+    mpv_node entry{};
+    entry.format = MPV_FORMAT_STRING;
+    entry.u.string = onlyEntry.data();
+    mpv_node_list entries{.num = 1, .values = &entry, .keys = nullptr};
+    mpv_node list{};
+    list.format = MPV_FORMAT_NODE_ARRAY;
+    list.u.list = &entries;
+    mpv_set_property_async(m_handle, 0, property, MPV_FORMAT_NODE, &list);
+}
+
 void MpvInstance::onEvent(std::function<void(const mpv_event&)> handler) {
     m_eventHandler = std::move(handler);
 }

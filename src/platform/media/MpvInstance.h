@@ -5,6 +5,7 @@
 #include "platform/media/VideoOutput.h"
 #include "platform/media/VideoSource.h"
 
+#include <QByteArray>
 #include <QString>
 
 #include <cstdint>
@@ -60,6 +61,8 @@ public:
     void requestNumber(const char* property, std::uint64_t replyId) const;
     void setFlag(const char* property, bool on) const;
     void setNumber(const char* property, double value) const;
+    /// Sets a property that is a list.
+    void setList(const char* property, QByteArray onlyEntry) const;
 
     /// Called on the main thread for each event.
     void onEvent(std::function<void(const mpv_event&)> handler);

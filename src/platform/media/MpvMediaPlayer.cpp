@@ -23,7 +23,7 @@ constexpr double fullVolumePercent = 100;
 constexpr std::chrono::milliseconds audioRetryTime{5000};
 
 /// The ids of the properties that a poll requests, in the order of the requests.
-enum PositionReply : std::uint64_t { timeReply = 1, audioReply };
+enum PositionReply : std::uint64_t { timeReply = 1, audioReply, soundTrackReply };
 
 LiveStreamMonitor::TimePoint now() {
     return std::chrono::steady_clock::now();
@@ -31,17 +31,19 @@ LiveStreamMonitor::TimePoint now() {
 
 } // namespace
 
-std::optional<QString> refusalToOpen(const QUrl& url) {
-    const bool isWeb = url.scheme() == u"http" || url.scheme() == u"https";
-    if (isWeb && !url.host().isEmpty())
-        return std::nullopt;
-    constexpr qsizetype shownLength = 80;
-    return u"Not a web address: "_s + url.toString().left(shownLength);
+std::optional<QString> refusalToOpen(const StreamAddress& address) {
+    for (const QUrl& url : {address.picture, address.sound.value_or(address.picture)}) {
+        const bool isWeb = url.scheme() == u"http" || url.scheme() == u"https";
+        constexpr qsizetype shownLength = 80;
+        if (!isWeb || url.host().isEmpty())
+            return u"Not a web address: "_s + url.toString().left(shownLength);
+    }
+    return std::nullopt;
 }
 
-MpvMediaPlayer::MpvMediaPlayer(QUrl url, std::unique_ptr<MpvInstance> instance, MpvLog& log,
-                               AudioStatus& audio, MpvTeardownQueue& teardown)
-    : m_url(std::move(url)),
+MpvMediaPlayer::MpvMediaPlayer(StreamAddress address, std::unique_ptr<MpvInstance> instance,
+                               MpvLog& log, AudioStatus& audio, MpvTeardownQueue& teardown)
+    : m_address(std::move(address)),
       m_instance(std::move(instance)),
       m_log(log),
       m_audio(audio),
@@ -160,16 +162,26 @@ void MpvMediaPlayer::enterPhase() {
 }
 
 void MpvMediaPlayer::open() {
-    if (std::optional<QString> refusal = refusalToOpen(m_url)) {
+    if (std::optional<QString> refusal = refusalToOpen(m_address)) {
         // Failures are always reported after the call that causes them.
         QMetaObject::invokeMethod(
             this, [this, text = *std::move(refusal)] { fail(text); }, Qt::QueuedConnection);
         return;
     }
-    const QByteArray address = m_url.toEncoded();
-    qCInfo(logPlayer, "Opening %s", qUtf8Printable(withoutSecrets(m_url.toString())));
-    m_instance->command({"loadfile", address.constData()});
+    const QByteArray picture = m_address.picture.toEncoded();
+    qCInfo(logPlayer, "Opening %s", qUtf8Printable(withoutSecrets(m_address.picture.toString())));
+    if (m_address.sound)
+        addSound(*m_address.sound);
+    m_instance->command({"loadfile", picture.constData()});
     m_monitor.opened(now());
+}
+
+void MpvMediaPlayer::addSound(const QUrl& sound) {
+    qCInfo(logPlayer, "with the sound of %s", qUtf8Printable(withoutSecrets(sound.toString())));
+    m_instance->setList("audio-files", sound.toEncoded());
+    // The two lists begin at different times: only their own timestamps keep them in step.
+    m_instance->setFlag("rebase-start-time", false);
+    m_monitor.expectSound();
 }
 
 void MpvMediaPlayer::handle(const mpv_event& event) {
@@ -177,6 +189,8 @@ void MpvMediaPlayer::handle(const mpv_event& event) {
     case MPV_EVENT_PLAYBACK_RESTART:
         if (m_lifecycle.playbackStarted())
             enterPhase();
+        if (m_address.sound)
+            m_instance->requestNumber("current-tracks/audio/id", soundTrackReply);
         break;
     case MPV_EVENT_END_FILE:
         handleEnd(*static_cast<const mpv_event_end_file*>(event.data));
@@ -194,15 +208,17 @@ void MpvMediaPlayer::handle(const mpv_event& event) {
 }
 
 void MpvMediaPlayer::handleEnd(const mpv_event_end_file& end) {
-    m_log.drain();
     // Other reasons are no failure: a stop was requested, and a redirect is followed by a restart.
     if (end.reason == MPV_END_FILE_REASON_EOF)
-        fail(m_monitor.ended(LiveStreamMonitor::End::endOfStream, {}, now()).text);
+        endWith(LiveStreamMonitor::End::endOfStream, {});
     else if (end.reason == MPV_END_FILE_REASON_ERROR)
-        fail(m_monitor
-                 .ended(LiveStreamMonitor::End::error,
-                        QString::fromUtf8(mpv_error_string(end.error)), now())
-                 .text);
+        endWith(LiveStreamMonitor::End::error, QString::fromUtf8(mpv_error_string(end.error)));
+}
+
+void MpvMediaPlayer::endWith(LiveStreamMonitor::End end, const QString& reason) {
+    // The log may have a better reason.
+    m_log.drain();
+    fail(m_monitor.ended(end, reason, now()).text);
 }
 
 void MpvMediaPlayer::handleProperty(const mpv_event_property& property) {
@@ -234,6 +250,10 @@ void MpvMediaPlayer::handleReply(const mpv_event& reply) {
     } else if (reply.reply_userdata == audioReply) {
         m_position.audio = seconds;
         m_monitor.positioned(m_position);
+    } else if (reply.reply_userdata == soundTrackReply && !seconds) {
+        // mpv goes on without a sound that it cannot open.
+        m_instance->command({"stop"});
+        endWith(LiveStreamMonitor::End::error, u"No sound arrived"_s);
     }
 }
 
@@ -280,7 +300,7 @@ MpvMediaPlayerFactory::MpvMediaPlayerFactory(MpvTeardownQueue& teardown, VideoOu
     m_makers.setExpiryTimeout(0);
 }
 
-QCoro::Task<std::unique_ptr<MediaPlayer>> MpvMediaPlayerFactory::make(QUrl url,
+QCoro::Task<std::unique_ptr<MediaPlayer>> MpvMediaPlayerFactory::make(StreamAddress address,
                                                                       std::stop_token stop) {
     co_await m_teardown.room(stop);
     if (stop.stop_requested())
@@ -295,8 +315,8 @@ QCoro::Task<std::unique_ptr<MediaPlayer>> MpvMediaPlayerFactory::make(QUrl url,
         m_teardown.enqueue(std::move(instance));
         co_return std::unique_ptr<MediaPlayer>();
     }
-    co_return std::make_unique<MpvMediaPlayer>(std::move(url), std::move(instance), m_log, m_audio,
-                                               m_teardown);
+    co_return std::make_unique<MpvMediaPlayer>(std::move(address), std::move(instance), m_log,
+                                               m_audio, m_teardown);
 }
 
 } // namespace orvane

@@ -25,15 +25,15 @@ struct AudioStatus {
     bool hasWorked = false;
 };
 
-/// A `MediaPlayer` over libmpv: one handle for one address. Made by `MpvMediaPlayerFactory`. The
+/// A `MediaPlayer` over libmpv: one handle for one stream. Made by `MpvMediaPlayerFactory`. The
 /// destructor hands the handle to the teardown queue, so it is quick even while a server does not
 /// answer. Main thread.
 class MpvMediaPlayer final : public MediaPlayer, private VideoSource {
     Q_OBJECT
 
 public:
-    MpvMediaPlayer(QUrl url, std::unique_ptr<MpvInstance> instance, MpvLog& log, AudioStatus& audio,
-                   MpvTeardownQueue& teardown);
+    MpvMediaPlayer(StreamAddress address, std::unique_ptr<MpvInstance> instance, MpvLog& log,
+                   AudioStatus& audio, MpvTeardownQueue& teardown);
     ~MpvMediaPlayer() override;
 
     [[nodiscard]] Status status() const override;
@@ -63,6 +63,10 @@ private:
     /// Acts on the phase that the lifecycle has just entered.
     void enterPhase();
     void open();
+    /// Makes mpv play the sound of its own address along with the picture.
+    void addSound(const QUrl& sound);
+    /// `reason` is used if the log has none.
+    void endWith(LiveStreamMonitor::End end, const QString& reason);
     void fail(std::optional<QString> error);
     void checkMonitor();
     /// Polls the position while it should advance.
@@ -70,7 +74,7 @@ private:
     /// Retries an audio output that has been lost; `output` is mpv's name of the current one.
     void handleAudioOutput(std::string_view output);
 
-    QUrl m_url;
+    StreamAddress m_address;
     std::unique_ptr<MpvInstance> m_instance;
     MpvLog& m_log;
     AudioStatus& m_audio;
@@ -93,7 +97,7 @@ class MpvMediaPlayerFactory final : public MediaPlayerFactory {
 public:
     MpvMediaPlayerFactory(MpvTeardownQueue& teardown, VideoOutput output);
 
-    [[nodiscard]] QCoro::Task<std::unique_ptr<MediaPlayer>> make(QUrl url,
+    [[nodiscard]] QCoro::Task<std::unique_ptr<MediaPlayer>> make(StreamAddress address,
                                                                  std::stop_token stop) override;
 
 private:

@@ -3,14 +3,17 @@
 
 #include "platform/media/VideoOutput.h"
 #include "support/EventLoop.h"
+#include "support/LoopbackServer.h"
 
 #include <QCoroTask>
 #include <QHostAddress>
+#include <QProcess>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QTemporaryFile>
 
 #include <gtest/gtest.h>
+#include <mpv/render.h>
 
 namespace orvane {
 
@@ -24,8 +27,8 @@ class MpvMediaPlayerTest : public testing::Test {
 protected:
     ~MpvMediaPlayerTest() override { QCoro::waitFor(teardown.empty()); }
 
-    [[nodiscard]] std::unique_ptr<MediaPlayer> make(const QUrl& url) {
-        return QCoro::waitFor(factory.make(url, {}));
+    [[nodiscard]] std::unique_ptr<MediaPlayer> make(const StreamAddress& address) {
+        return QCoro::waitFor(factory.make(address, {}));
     }
 
     MpvTeardownQueue teardown;
@@ -66,6 +69,52 @@ TEST_F(MpvMediaPlayerTest, ReportsNetworkErrorsOfEveryPlayer) {
         EXPECT_EQ(player->error(), u"HTTP error 403 Forbidden"_s);
         before = std::move(player);
     }
+}
+
+/// Returns a stream of three seconds that ffmpeg encodes from its own source.
+QByteArray encoded(const QStringList& source) {
+    QProcess ffmpeg;
+    ffmpeg.start(u"ffmpeg"_s, QStringList{u"-v"_s, u"error"_s, u"-f"_s, u"lavfi"_s, u"-i"_s} +
+                                  source +
+                                  QStringList{u"-t"_s, u"3"_s, u"-f"_s, u"mpegts"_s, u"-"_s});
+    ffmpeg.waitForFinished();
+    return ffmpeg.readAllStandardOutput();
+}
+
+TEST_F(MpvMediaPlayerTest, PlaysSoundOfAnotherAddressOrFails) {
+    test::LoopbackServer server;
+    const QByteArray picture = encoded({u"testsrc=size=160x90"_s, u"-c:v"_s, u"mpeg2video"_s});
+    const QByteArray sound = encoded({u"sine"_s, u"-c:a"_s, u"mp2"_s});
+    ASSERT_GT(picture.size(), 10000);
+    ASSERT_GT(sound.size(), 10000);
+    // Neither ends, as in a live stream.
+    using End = test::LoopbackServer::Answer::End;
+    server.answers[u"/picture.ts"_s] = {
+        .body = picture, .cutAfter = picture.size() - 1, .end = End::hanging};
+    server.answers[u"/a:b,c.ts"_s] = {
+        .body = sound, .cutAfter = sound.size() - 1, .end = End::hanging};
+    server.answers[u"/refused.ts"_s] = {.status = 403};
+    const auto open = [&](const QString& soundPath) {
+        StreamAddress address(QUrl(server.origin()->address(u"/picture.ts")));
+        address.sound = QUrl(server.origin()->address(soundPath));
+        std::unique_ptr<MediaPlayer> player = make(address);
+        VideoSource* source = player->videoSource();
+        source->expectRenderer();
+        player->play();
+        char api[] = MPV_RENDER_API_TYPE_SW;
+        mpv_render_param parameters[] = {{MPV_RENDER_PARAM_API_TYPE, api},
+                                         {MPV_RENDER_PARAM_INVALID, nullptr}};
+        source->createRenderer(parameters, {}, [] {});
+        source->frameShown();
+        return player;
+    };
+    const std::unique_ptr<MediaPlayer> whole = open(u"/a:b,c.ts"_s);
+    EXPECT_TRUE(runUntil([&] { return whole->status() == MediaPlayer::Status::readyToPlay; }));
+    EXPECT_TRUE(server.requests.join(u' ').contains(u"/a:b,c.ts"_s));
+    const std::unique_ptr<MediaPlayer> silent = open(u"/refused.ts"_s);
+    ASSERT_TRUE(runUntil([&] { return silent->status() == MediaPlayer::Status::failed; }));
+    EXPECT_TRUE(silent->error().value_or(QString()).startsWith(u"HTTP error 403"_s));
+    EXPECT_EQ(whole->status(), MediaPlayer::Status::readyToPlay);
 }
 
 TEST_F(MpvMediaPlayerTest, DestroysPlayersOfHangingServersAFewAtATime) {
