@@ -37,6 +37,7 @@ Services::Services(const Environment& environment, const QString& preferencesPat
       resolver(environment.videoSite, ytDlpTool, ladder, clock, tasks),
       channelResolver(environment.videoSite, ytDlpTool),
       player(state, registry, resolver, players, tasks),
+      healing(state, player, notifications, clock, tasks),
       sleepTimer(
           state, [this] { player.pause(); }, notifications, clock, tasks),
       updater(

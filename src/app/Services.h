@@ -12,6 +12,7 @@
 #include "platform/system/HttpClient.h"
 #include "platform/system/Process.h"
 #include "platform/windowing/SystemEventMonitor.h"
+#include "playback/ChannelHealing.h"
 #include "playback/PlayerManager.h"
 #include "playback/SleepTimer.h"
 #include "settings/Preferences.h"
@@ -60,6 +61,7 @@ struct Services {
     StreamResolver resolver;
     ChannelResolver channelResolver;
     PlayerManager player;
+    ChannelHealing healing;
     SleepTimer sleepTimer;
     UpdaterController updater;
 };

@@ -137,27 +137,36 @@ bool PlayerManager::playNeighbor(ChannelStep step) {
     return playNeighbor(step, m_state.currentChannel());
 }
 
+// A failed channel has the transport commands too: pausing it ends the attempts to open it again.
+
 void PlayerManager::pause() {
-    if (!m_player)
+    if (m_player)
+        m_player->pause();
+    else if (!hasFailed())
         return;
-    m_player->pause();
     m_state.setTransport(Transport::paused);
 }
 
 void PlayerManager::resume() {
-    if (!m_player)
+    if (m_player)
+        m_player->play();
+    else if (!hasFailed())
         return;
-    m_player->play();
     m_state.setTransport(Transport::playing);
 }
 
 void PlayerManager::togglePlayPause() {
-    if (!m_player)
-        return;
-    if (m_player->timeControlStatus() == MediaPlayer::TimeControlStatus::playing)
+    const bool isPlaying = hasFailed() ? m_state.transport() == Transport::playing
+                                       : m_player && m_player->timeControlStatus() ==
+                                                         MediaPlayer::TimeControlStatus::playing;
+    if (isPlaying)
         pause();
     else
         resume();
+}
+
+bool PlayerManager::hasFailed() const {
+    return std::holds_alternative<PlaybackState::Error>(m_state.playbackState());
 }
 
 bool PlayerManager::isWaiting() const {

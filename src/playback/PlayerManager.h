@@ -41,7 +41,8 @@ public:
     bool playNeighbor(ChannelStep step) override;
     void retryCurrent() override;
 
-    /// These three do nothing without a player. Of the state they change only the transport.
+    /// These three do nothing without a player, unless the channel has failed. Of the state they
+    /// change only the transport.
     void pause();
     void resume();
     void togglePlayPause() override;
@@ -62,6 +63,7 @@ private:
     [[nodiscard]] QCoro::Task<> load(Channel channel, std::stop_token stop);
     void open(std::unique_ptr<MediaPlayer> player, const Channel& channel);
     void retry(const Channel& channel);
+    [[nodiscard]] bool hasFailed() const;
     // By value: retrying destroys the observer that holds the caller's channel.
     void handleStatus(Channel channel);
     void handleFailure(Channel channel);

@@ -9,6 +9,7 @@
 
 #include <QString>
 
+#include <chrono>
 #include <optional>
 
 /// The notifications by which Orvane's parts announce changes to each other, with the types of
@@ -23,6 +24,9 @@ inline constexpr Topic<Channel> streamResolved{"lumenfold.orvane.streamResolved"
 inline constexpr Topic<QString> streamError{"lumenfold.orvane.streamError"};
 /// The channel being loaded.
 inline constexpr Topic<Channel> streamLoading{"lumenfold.orvane.streamLoading"};
+/// The seconds until a failed channel is tried again by itself; nullopt when it is not.
+inline constexpr Topic<std::optional<std::chrono::seconds>> retryCountdown{
+    "lumenfold.orvane.retryCountdown"};
 inline constexpr Topic<Transport> transportChanged{"lumenfold.orvane.transportChanged"};
 inline constexpr Topic<bool> muteChanged{"lumenfold.orvane.muteChanged"};
 /// From 0 to 1.

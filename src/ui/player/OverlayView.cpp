@@ -28,7 +28,8 @@ OverlayView::OverlayView(QWidget* parent)
     : QWidget(parent),
       m_spinner(new Spinner(Qt::white, this)),
       m_messageLabel(new QLabel(this)),
-      m_retryButton(new QPushButton(u"Retry"_s, this)) {
+      m_retryButton(new QPushButton(u"Retry"_s, this)),
+      m_countdownLabel(new QLabel(this)) {
     QFont font = m_messageLabel->font();
     font.setPixelSize(messagePixelSize);
     font.setWeight(QFont::Medium);
@@ -38,10 +39,13 @@ OverlayView::OverlayView(QWidget* parent)
     QPalette palette = m_messageLabel->palette();
     palette.setColor(QPalette::WindowText, Qt::white);
     m_messageLabel->setPalette(palette);
+    m_countdownLabel->setPalette(palette);
+    m_countdownLabel->setAlignment(Qt::AlignCenter);
 
     m_spinner->setObjectName(u"overlaySpinner"_s);
     m_messageLabel->setObjectName(u"overlayMessage"_s);
     m_retryButton->setObjectName(u"overlayRetry"_s);
+    m_countdownLabel->setObjectName(u"overlayCountdown"_s);
     m_retryButton->setFocusPolicy(Qt::NoFocus);
     connect(m_retryButton, &QPushButton::clicked, this, [this] {
         if (m_onRetry)
@@ -52,12 +56,16 @@ OverlayView::OverlayView(QWidget* parent)
 
 void OverlayView::setState(const State& state) {
     if (const auto* loading = std::get_if<Loading>(&state)) {
-        setMessage(loading->message);
+        setMessage(loading->message, loading->message);
+        m_countdownLabel->hide();
         m_spinner->start();
         m_retryButton->hide();
         show();
     } else if (const auto* error = std::get_if<Error>(&state)) {
-        setMessage(error->message);
+        setMessage(error->message, error->details);
+        m_countdownLabel->setVisible(error->retriesIn.has_value());
+        if (error->retriesIn)
+            m_countdownLabel->setText(u"Trying again in %1 s"_s.arg(error->retriesIn->count()));
         m_spinner->stop();
         m_retryButton->show();
         show();
@@ -67,8 +75,9 @@ void OverlayView::setState(const State& state) {
     }
 }
 
-void OverlayView::setMessage(const QString& message) {
+void OverlayView::setMessage(const QString& message, const QString& details) {
     m_message = message;
+    m_details = details;
     fitMessage();
 }
 
@@ -81,7 +90,8 @@ void OverlayView::fitMessage() {
     const int textHeight = std::max(messageHeight, m_messageLabel->sizeHint().height());
     m_messageLabel->setGeometry(messageMargin, middleY - 20, width() - 2 * messageMargin,
                                 textHeight);
-    m_messageLabel->setToolTip(fitted.endsWith(u'…') ? m_message.toHtmlEscaped() : QString());
+    const bool isComplete = m_details == m_message && !fitted.endsWith(u'…');
+    m_messageLabel->setToolTip(isComplete ? QString() : m_details.toHtmlEscaped());
 }
 
 void OverlayView::paintEvent(QPaintEvent*) {
@@ -94,6 +104,8 @@ void OverlayView::resizeEvent(QResizeEvent*) {
     const int middleY = height() / 2;
     m_spinner->setGeometry(middleX - 16, middleY - 40, 32, 32);
     m_retryButton->setGeometry(middleX - 40, middleY + 44, 80, 26);
+    // In the place of the spinner.
+    m_countdownLabel->setGeometry(messageMargin, middleY - 44, width() - 2 * messageMargin, 22);
     fitMessage();
 }
 

@@ -4,7 +4,9 @@
 #include <QString>
 #include <QWidget>
 
+#include <chrono>
 #include <functional>
+#include <optional>
 #include <variant>
 
 class QLabel;
@@ -15,8 +17,8 @@ namespace orvane {
 class Spinner;
 
 /// Covers the video while a stream loads and after it has failed. Part of the player window; main
-/// thread. The message is plain text of at most three lines; a longer one is complete in the
-/// tooltip.
+/// thread. The message is plain text of at most three lines; a longer one, and the details of a
+/// failure, are complete in the tooltip.
 class OverlayView final : public QWidget {
     Q_OBJECT
 
@@ -26,6 +28,10 @@ public:
     };
     struct Error {
         QString message;
+        /// The whole text of the failure.
+        QString details;
+        /// When the channel is tried again by itself.
+        std::optional<std::chrono::seconds> retriesIn = std::nullopt;
     };
     struct Hidden {};
     using State = std::variant<Loading, Error, Hidden>;
@@ -42,13 +48,16 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    void setMessage(const QString& message);
+    void setMessage(const QString& message, const QString& details);
     void fitMessage();
 
     Spinner* m_spinner;
     QLabel* m_messageLabel;
     QPushButton* m_retryButton;
+    QLabel* m_countdownLabel;
     QString m_message;
+    /// Shown in the tooltip unless the message says it all.
+    QString m_details;
     std::function<void()> m_onRetry;
 };
 

@@ -6,6 +6,7 @@
 #include "playback/PlayerCommands.h"
 #include "state/AppNotification.h"
 #include "state/AppState.h"
+#include "streaming/ladder/StreamFailure.h"
 #include "ui/player/CloseButton.h"
 #include "ui/player/ControlBar.h"
 #include "ui/window/WindowDrag.h"
@@ -111,7 +112,17 @@ void PlayerContainerView::registerObservers(NotificationCenter& notifications) {
         AppNotification::streamResolved, [this] { setStreamState(OverlayView::Hidden{}); }));
     m_observers.push_back(
         notifications.addObserver(AppNotification::streamError, [this](const QString& message) {
-            setStreamState(OverlayView::Error{message});
+            setStreamState(OverlayView::Error{
+                .message = messageFor(message), .details = message, .retriesIn = m_retriesIn});
+        }));
+    m_observers.push_back(notifications.addObserver(
+        AppNotification::retryCountdown, [this](std::optional<std::chrono::seconds> remaining) {
+            m_retriesIn = remaining;
+            auto* error = std::get_if<OverlayView::Error>(&m_streamState);
+            if (error == nullptr)
+                return;
+            error->retriesIn = remaining;
+            updateOverlay();
         }));
 }
 

@@ -74,6 +74,8 @@ private:
     QTimer m_hideTimer{this};
     bool m_controlBarVisible = true;
     OverlayView::State m_streamState = OverlayView::Hidden{};
+    /// When a failed channel is tried again by itself.
+    std::optional<std::chrono::seconds> m_retriesIn;
     bool m_isInstalling = false;
     std::vector<NotificationCenter::Token> m_observers;
 };
