@@ -34,7 +34,7 @@ LIVE_SEGMENTS = 5
 class LiveSite:
     """The running site. Use as a context manager; `origin` is the value for ORVANE_VIDEO_SITE."""
 
-    def __init__(self, folder: pathlib.Path, channels=STANDARD_CHANNELS, host="127.0.0.1"):
+    def __init__(self, folder: pathlib.Path, channels=STANDARD_CHANNELS, host="127.0.0.1", port=0):
         self.channels = {name: Channel(name, video, colour) for name, video, colour in channels}
         self.requests: list[str] = []
         self.started = time.monotonic() - LOOP_SECONDS
@@ -43,7 +43,7 @@ class LiveSite:
         self.stopping = threading.Event()
         self._tls = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
         self._tls.load_cert_chain(certificate(folder))
-        self._listen((host, 0))
+        self._listen((host, port))
         self.origin = f"https://{host}:{self._server.server_address[1]}"
 
     def __enter__(self) -> "LiveSite":
@@ -92,6 +92,10 @@ class LiveSite:
                     return None
                 channel.fault_count[resource] = left - 1
             return fault
+
+    def answer_otherwise(self, _handler: "_Handler") -> bool:
+        """Subclasses answer requests of their own here; returns whether they have."""
+        return False
 
     # Resources
 
@@ -198,9 +202,14 @@ class _Handler(http.server.BaseHTTPRequestHandler):
     def do_HEAD(self):
         self.do_GET()
 
+    def do_POST(self):
+        self.do_GET()
+
     def do_GET(self):
         site = self.server.site
         site.record(self.path)
+        if site.answer_otherwise(self):
+            return
         url = urllib.parse.urlsplit(self.path)
         parts = [urllib.parse.unquote(part) for part in url.path.split("/") if part]
         channel, resource, kind, body = None, "", "", None
@@ -229,14 +238,14 @@ class _Handler(http.server.BaseHTTPRequestHandler):
             site.stopping.wait()
             return
         if fault == "loop":
-            self._answer(302, "text/plain", b"", Location=site.origin + self.path)
+            self.answer(302, "text/plain", b"", Location=site.origin + self.path)
             return
         if fault is not None or body is None:
-            self._answer(int(fault or 404), "text/plain", b"")
+            self.answer(int(fault or 404), "text/plain", b"")
             return
-        self._answer(200, kind, body)
+        self.answer(200, kind, body)
 
-    def _answer(self, status: int, kind: str, body: bytes, **headers: str) -> None:
+    def answer(self, status: int, kind: str, body: bytes, **headers: str) -> None:
         self.send_response(status)
         self.send_header("Content-Type", kind)
         self.send_header("Content-Length", str(len(body)))
