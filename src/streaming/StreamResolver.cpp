@@ -49,6 +49,12 @@ QCoro::Task<> runIgnoringResult(ToolRunner& runner, ProcessRequest request) {
     co_await runner.run(request, std::stop_token());
 }
 
+QCoro::Task<> upgrade(ToolRunner& runner, QStringList arguments) {
+    const QString python = systemPython(runner.host());
+    const std::optional<QProcessEnvironment> inherited;
+    co_await runner.install(python, arguments, inherited);
+}
+
 void logResult(const QString& key, const StreamResolver::Result& result) {
     const QString text = result ? result->picture.toString() : errorDescription(result.error());
     qCInfo(logStream).noquote() << key << "->" << withoutSecrets(text);
@@ -255,9 +261,9 @@ void StreamResolver::updateYtDlpIfNeeded() {
     if (m_didUpdateCheck)
         return;
     m_didUpdateCheck = true;
-    runInBackground(
-        systemPython(m_tool.runner().host()),
-        {u"-m"_s, u"pip"_s, u"install"_s, u"--user"_s, u"--quiet"_s, u"--upgrade"_s, u"yt-dlp"_s});
+    const QStringList arguments{u"-m"_s,      u"pip"_s,       u"install"_s, u"--user"_s,
+                                u"--quiet"_s, u"--upgrade"_s, u"yt-dlp"_s};
+    m_background.spawn(upgrade(m_tool.runner(), arguments));
 }
 
 void StreamResolver::runInBackground(QString program, QStringList arguments) {

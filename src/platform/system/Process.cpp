@@ -2,12 +2,12 @@
 #include "platform/system/Process.h"
 
 #include "base/Logging.h"
+#include "platform/system/IndependentChild.h"
 
 #include <QCoroFuture>
 #include <QElapsedTimer>
 #include <QProcess>
 #include <QPromise>
-#include <QStringDecoder>
 #include <QTimer>
 
 #include <signal.h>
@@ -31,18 +31,6 @@ void becomeGroupLeader() {
 }
 
 } // namespace
-
-void CapturedOutput::append(const QByteArray& more, qsizetype limit) {
-    const qsizetype room = limit - bytes.size();
-    bytes.append(more.first(std::min(room, more.size())));
-    isTruncated = isTruncated || more.size() > room;
-}
-
-std::optional<QString> CapturedOutput::text() const {
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    QString decoded = decoder(bytes);
-    return decoder.hasError() ? std::nullopt : std::optional(std::move(decoded));
-}
 
 /// A running child and the promise of its outcome. Lives in the coroutine frame of `run`.
 class ChildProcess {
@@ -165,6 +153,10 @@ LocalProcessRunner::~LocalProcessRunner() = default;
 QCoro::Task<ProcessOutcome> LocalProcessRunner::run(ProcessRequest request, std::stop_token stop) {
     if (m_isShutDown || stop.stop_requested())
         co_return std::unexpected(LaunchFailure{u"the program is ending"_s});
+    if (request.lifetime == ProcessRequest::Lifetime::endsByItself) {
+        ProcessOutcome outcome = co_await runIndependently(std::move(request));
+        co_return outcome;
+    }
     ChildProcess child(request);
     const QFuture<ProcessOutcome> future = child.start();
     m_running.insert(&child);
@@ -174,8 +166,19 @@ QCoro::Task<ProcessOutcome> LocalProcessRunner::run(ProcessRequest request, std:
     co_return outcome;
 }
 
+QCoro::Task<ProcessOutcome> LocalProcessRunner::runIndependently(ProcessRequest request) {
+    IndependentChild child(std::move(request));
+    const QFuture<ProcessOutcome> future = child.start();
+    m_independent.insert(&child);
+    ProcessOutcome outcome = co_await future;
+    m_independent.erase(&child);
+    co_return outcome;
+}
+
 void LocalProcessRunner::shutDown() {
     m_isShutDown = true;
+    for (IndependentChild* child : m_independent)
+        child->abandon();
     for (ChildProcess* child : m_running)
         child->end();
 }

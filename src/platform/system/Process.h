@@ -1,64 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QByteArray>
-#include <QCoroTask>
-#include <QProcessEnvironment>
-#include <QString>
-#include <QStringList>
+#include "platform/system/ProcessRequest.h"
 
-#include <expected>
-#include <memory>
-#include <optional>
+#include <QCoroTask>
+
 #include <stop_token>
 #include <unordered_set>
 
 namespace orvane {
-
-/// A command to run as a child process: without a shell, with an empty standard input.
-struct ProcessRequest {
-    enum class Stream { capture, discard };
-
-    /// Absolute path.
-    QString program;
-    QStringList arguments;
-    /// nullopt: the environment of the parent.
-    std::optional<QProcessEnvironment> environment;
-    Stream standardOutput = Stream::capture;
-    Stream standardError = Stream::capture;
-    /// Maximum number of bytes to keep of each stream.
-    qsizetype outputLimit = defaultOutputLimit;
-
-    static constexpr qsizetype defaultOutputLimit = 1024 * 1024;
-};
-
-/// The output of a child up to the request's limit; the rest was read and discarded.
-struct CapturedOutput {
-    QByteArray bytes;
-    bool isTruncated = false;
-
-    void append(const QByteArray& more, qsizetype limit);
-    /// Returns nullopt when the bytes are not valid UTF-8.
-    [[nodiscard]] std::optional<QString> text() const;
-};
-
-struct ProcessResult {
-    enum class End { exited, killed };
-
-    End end = End::exited;
-    int exitCode = 0;
-    CapturedOutput standardOutput;
-    CapturedOutput standardError;
-
-    [[nodiscard]] bool succeeded() const { return end == End::exited && exitCode == 0; }
-};
-
-/// The child could not be started.
-struct LaunchFailure {
-    QString reason;
-};
-
-using ProcessOutcome = std::expected<ProcessResult, LaunchFailure>;
 
 /// Runs child processes. Main thread, which it never blocks.
 class ProcessRunner {
@@ -66,15 +16,18 @@ public:
     virtual ~ProcessRunner() = default;
 
     /// Completes when the child has exited; there is no timeout. When `stop` is requested, the
-    /// child and its descendants are terminated and the result is `killed`.
+    /// child and its descendants are terminated and the result is `killed`, unless the child ends
+    /// by itself.
     [[nodiscard]] virtual QCoro::Task<ProcessOutcome> run(ProcessRequest request,
                                                           std::stop_token stop) = 0;
 };
 
 class ChildProcess;
+class IndependentChild;
 
 /// Runs each child as the leader of a process group of its own, so that what it has started can be
-/// terminated with it. The kernel kills a child when this program dies.
+/// terminated with it. The kernel kills a child when this program dies. A child that ends by itself
+/// is left alone by all of that.
 class LocalProcessRunner final : public ProcessRunner {
 public:
     LocalProcessRunner();
@@ -83,11 +36,15 @@ public:
     [[nodiscard]] QCoro::Task<ProcessOutcome> run(ProcessRequest request,
                                                   std::stop_token stop) override;
 
-    /// Terminates all children and refuses to start others.
+    /// Terminates all children but those that end by themselves, whose calls complete at once with
+    /// a failure, and refuses to start others.
     void shutDown();
 
 private:
+    [[nodiscard]] QCoro::Task<ProcessOutcome> runIndependently(ProcessRequest request);
+
     std::unordered_set<ChildProcess*> m_running;
+    std::unordered_set<IndependentChild*> m_independent;
     bool m_isShutDown = false;
 };
 

@@ -11,15 +11,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-std::optional<QProcessEnvironment> variables(ToolEnvironment environment) {
-    if (environment == ToolEnvironment::inherited)
-        return std::nullopt;
-    QProcessEnvironment result = QProcessEnvironment::systemEnvironment();
-    result.insert(u"PATH"_s, u"/opt/homebrew/bin:/usr/local/bin:/usr/bin:/bin:/sbin:"_s +
-                                 result.value(u"PATH"_s));
-    return result;
-}
-
 QString describe(const ProcessOutcome& outcome) {
     if (!outcome)
         return u"could not be started: "_s + outcome.error().reason;
@@ -39,6 +30,15 @@ void logOutcome(const QString& program, const ProcessOutcome& outcome, qint64 mi
 }
 
 } // namespace
+
+std::optional<QProcessEnvironment> variables(ToolEnvironment environment) {
+    if (environment == ToolEnvironment::inherited)
+        return std::nullopt;
+    QProcessEnvironment result = QProcessEnvironment::systemEnvironment();
+    result.insert(u"PATH"_s, u"/opt/homebrew/bin:/usr/local/bin:/usr/bin:/bin:/sbin:"_s +
+                                 result.value(u"PATH"_s));
+    return result;
+}
 
 ToolRunner::ToolRunner(HostFileSystem host, ProcessRunner& processes)
     : m_host(std::move(host)), m_processes(processes) {}
@@ -73,6 +73,19 @@ QCoro::Task<bool> ToolRunner::succeeds(QString program, QStringList arguments,
                                  .environment = variables(environment),
                                  .standardOutput = ProcessRequest::Stream::discard,
                                  .standardError = ProcessRequest::Stream::discard};
+    const ProcessOutcome outcome = co_await run(request, std::stop_token());
+    co_return outcome && outcome->succeeded();
+}
+
+QCoro::Task<bool> ToolRunner::install(QString program, QStringList arguments,
+                                      std::optional<QProcessEnvironment> environment) {
+    const ProcessRequest request{.program = program,
+                                 .arguments = arguments,
+                                 .environment = environment,
+                                 .standardOutput = ProcessRequest::Stream::discard,
+                                 .standardError = ProcessRequest::Stream::discard,
+                                 .lifetime = ProcessRequest::Lifetime::endsByItself,
+                                 .lockFile = m_host.home() + u"/.cache/orvane/installation.lock"_s};
     const ProcessOutcome outcome = co_await run(request, std::stop_token());
     co_return outcome && outcome->succeeded();
 }

@@ -17,6 +17,9 @@ namespace orvane {
 /// system in front of PATH, because a program started from a desktop may inherit a short one.
 enum class ToolEnvironment { inherited, extendedPath };
 
+/// Returns nullopt for the program's own environment.
+[[nodiscard]] std::optional<QProcessEnvironment> variables(ToolEnvironment environment);
+
 /// Runs yt-dlp and the programs that find and install it. Logs each call: the command, its exit
 /// status, how long it took, and the captured standard error. Owned by `YtDlpTool`; main thread,
 /// which it never blocks; there is no time limit.
@@ -36,6 +39,13 @@ public:
     /// Returns whether the program could be started and exited with status 0.
     [[nodiscard]] QCoro::Task<bool> succeeds(QString program, QStringList arguments,
                                              ToolEnvironment environment);
+
+    /// Runs pip or Homebrew and returns whether that could be started and exited with status 0. It
+    /// is never cut off, which would leave yt-dlp broken for the user's whole account: it goes on
+    /// when the program ends. Only one runs at a time for an account; the next one waits for it,
+    /// and then finds little left to do.
+    [[nodiscard]] QCoro::Task<bool> install(QString program, QStringList arguments,
+                                            std::optional<QProcessEnvironment> environment);
 
     /// Returns the first of the system's files that exists.
     [[nodiscard]] std::optional<QString> firstExisting(const QStringList& systemPaths) const;

@@ -76,7 +76,8 @@ QCoro::Task<YtDlpInstaller::StepResult> YtDlpInstaller::runCommand(YtDlpPlan pla
     const std::optional<QString> program = m_tools.firstExisting(command.programs);
     if (!program)
         co_return result;
-    const bool succeeded = co_await m_tools.succeeds(*program, command.arguments, plan.environment);
+    const std::optional<QProcessEnvironment> environment = variables(plan.environment);
+    const bool succeeded = co_await m_tools.install(*program, command.arguments, environment);
     result.hasSucceeded = succeeded;
     if (succeeded)
         result.installed = co_await searchForYtDlp(m_tools, plan.confirmation);
@@ -90,14 +91,11 @@ QCoro::Task<> YtDlpInstaller::installHomebrew() {
     environment.insert(u"NONINTERACTIVE"_s, u"1"_s);
     environment.insert(u"CI"_s, u"1"_s);
     const QString script = m_homebrewScripts->address(u"/Homebrew/install/HEAD/install.sh");
-    const ProcessRequest request{
-        .program = m_tools.host().systemPath(u"/bin/bash"_s),
-        .arguments = {u"-c"_s,
-                      u"NONINTERACTIVE=1 /bin/bash -c \"$(curl -fsSL "_s + script + u")\""_s},
-        .environment = environment,
-        .standardOutput = ProcessRequest::Stream::discard,
-        .standardError = ProcessRequest::Stream::discard};
-    co_await m_tools.run(request, std::stop_token());
+    const QString bash = m_tools.host().systemPath(u"/bin/bash"_s);
+    const QStringList arguments{u"-c"_s, u"NONINTERACTIVE=1 /bin/bash -c \"$(curl -fsSL "_s +
+                                             script + u")\""_s};
+    const std::optional<QProcessEnvironment> variables = environment;
+    co_await m_tools.install(bash, arguments, variables);
 }
 
 QCoro::Task<YtDlpInstaller::StepResult> YtDlpInstaller::download() {

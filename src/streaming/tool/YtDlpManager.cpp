@@ -50,12 +50,12 @@ QCoro::Task<> YtDlpManager::updateIfOutdated(YtDlpCommand command) {
     std::puts(line.toUtf8().constData());
     std::fflush(stdout);
     ToolRunner& runner = m_tool.runner();
+    const std::optional<QProcessEnvironment> environment = variables(ToolEnvironment::extendedPath);
     for (const YtDlpPlan::RunCommand& upgrade : upgradeCommands()) {
         const std::optional<QString> program = runner.firstExisting(upgrade.programs);
         if (!program)
             continue;
-        const bool succeeded =
-            co_await runner.succeeds(*program, upgrade.arguments, ToolEnvironment::extendedPath);
+        const bool succeeded = co_await runner.install(*program, upgrade.arguments, environment);
         if (succeeded)
             co_return;
     }

@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <unistd.h>
 
 namespace orvane {
 
@@ -24,6 +25,11 @@ protected:
     }
     [[nodiscard]] static ProcessRequest shell(const QString& script) {
         return {.program = u"/bin/sh"_s, .arguments = {u"-c"_s, script}, .environment = {}};
+    }
+    [[nodiscard]] static QCoro::Task<> keep(LocalProcessRunner* children, ProcessRequest request,
+                                            std::stop_token stop,
+                                            std::optional<ProcessOutcome>* result) {
+        *result = co_await children->run(request, stop);
     }
     [[nodiscard]] qint64 pidFrom(const QString& name) const {
         QFile file(folder.filePath(name));
@@ -86,11 +92,7 @@ TEST_F(ProcessTest, TerminatesTheWholeGroupWhenStopped) {
         u"done' & trap '' TERM; echo $$ > child; while :; do echo busy; done"_s.arg(folder.path());
     std::stop_source stop;
     std::optional<ProcessOutcome> outcome;
-    const auto task = [](LocalProcessRunner* children, QString text, std::stop_token token,
-                         std::optional<ProcessOutcome>* result) -> QCoro::Task<> {
-        const ProcessRequest request = shell(text);
-        *result = co_await children->run(request, token);
-    }(&runner, script, stop.get_token(), &outcome);
+    const auto task = keep(&runner, shell(script), stop.get_token(), &outcome);
     ASSERT_TRUE(runUntil([&] { return pidFrom(u"child"_s) && pidFrom(u"grandchild"_s); }));
     const qint64 child = pidFrom(u"child"_s);
     const qint64 grandchild = pidFrom(u"grandchild"_s);
@@ -111,15 +113,47 @@ TEST_F(ProcessTest, KillsTheGroupOfAChildThatHasFinished) {
 
 TEST_F(ProcessTest, StartsNothingAfterShutDown) {
     std::optional<ProcessOutcome> outcome;
-    const auto task = [](LocalProcessRunner* children,
-                         std::optional<ProcessOutcome>* result) -> QCoro::Task<> {
-        const ProcessRequest request = shell(u"sleep 1000"_s);
-        *result = co_await children->run(request, {});
-    }(&runner, &outcome);
+    const auto task = keep(&runner, shell(u"sleep 1000"_s), {}, &outcome);
     runner.shutDown();
     ASSERT_TRUE(runUntil([&] { return outcome.has_value(); }));
     EXPECT_EQ((*outcome)->end, ProcessResult::End::killed);
     EXPECT_FALSE(run(u"exit 0"_s));
+}
+
+TEST_F(ProcessTest, LetsAnInstallationEndByItselfWhileTheNextOneWaits) {
+    const auto installation = [this](const QString& script) {
+        ProcessRequest request = shell(u"cd '%1'; "_s.arg(folder.path()) + script);
+        request.lifetime = ProcessRequest::Lifetime::endsByItself;
+        request.lockFile = folder.filePath(u"cache/lock"_s);
+        return request;
+    };
+    std::stop_source stop;
+    std::optional<ProcessOutcome> first;
+    std::optional<ProcessOutcome> second;
+    {
+        LocalProcessRunner ending;
+        const auto task = keep(&ending,
+                               installation(u"echo $$ > pid; "
+                                            "while [ ! -e go ]; do sleep 0.05; done; touch end"_s),
+                               stop.get_token(), &first);
+        ASSERT_TRUE(runUntil([&] { return pidFrom(u"pid"_s) > 0; }));
+        stop.request_stop();
+        ending.shutDown();
+        ASSERT_TRUE(runUntil([&] { return first.has_value(); }));
+    }
+    const auto pid = static_cast<pid_t>(pidFrom(u"pid"_s));
+    EXPECT_FALSE(*first);
+    EXPECT_EQ(::getsid(pid), pid) << "alive, and in a session of its own";
+    for (const int stream : {0, 1, 2})
+        EXPECT_EQ(QFile::symLinkTarget(u"/proc/%1/fd/%2"_s.arg(pid).arg(stream)), u"/dev/null"_s);
+
+    const auto task = keep(&runner, installation(u"[ -e end ] && exit 7"_s), {}, &second);
+    EXPECT_FALSE(second) << "waits for the first";
+    QFile go(folder.filePath(u"go"_s));
+    ASSERT_TRUE(go.open(QIODevice::WriteOnly));
+    ASSERT_TRUE(runUntil([&] { return second.has_value(); }));
+    ASSERT_TRUE(*second);
+    EXPECT_EQ((*second)->exitCode, 7);
 }
 
 } // namespace
