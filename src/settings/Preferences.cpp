@@ -172,6 +172,10 @@ double Preferences::windowOpacity() const {
     return m_defaults.number(Key::windowOpacity).value_or(1.0);
 }
 
+double Preferences::usableWindowOpacity() const {
+    return std::clamp(windowOpacity(), 0.1, 1.0);
+}
+
 void Preferences::setWindowOpacity(double opacity) {
     m_defaults.set(Key::windowOpacity, opacity);
 }

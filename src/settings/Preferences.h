@@ -63,8 +63,10 @@ public:
     [[nodiscard]] int windowSizePreset() const;
     void setWindowSizePreset(int width);
 
-    /// From 0.3 to 1; default 1.
+    /// The stored value, which may be any number if the file was edited by hand; default 1.
     [[nodiscard]] double windowOpacity() const;
+    /// The same, limited to 0.1 ... 1, as a window must be neither invisible nor beyond opaque.
+    [[nodiscard]] double usableWindowOpacity() const;
     void setWindowOpacity(double opacity);
 
     /// Default `system`.

@@ -122,6 +122,11 @@ TEST_F(PreferencesTest, AreReadBackAsTheyWereSet) {
     EXPECT_EQ(other.windowFrame(), frame);
     EXPECT_EQ(other.windowSizePreset(), 720);
     EXPECT_EQ(other.windowOpacity(), 0.3);
+    EXPECT_EQ(other.usableWindowOpacity(), 0.3);
+    preferences.setWindowOpacity(-1e300);
+    EXPECT_EQ(preferences.usableWindowOpacity(), 0.1);
+    preferences.setWindowOpacity(1e300);
+    EXPECT_EQ(preferences.usableWindowOpacity(), 1.0);
     EXPECT_EQ(other.theme(), AppTheme::light);
     EXPECT_TRUE(other.ghostModeEnabled());
     EXPECT_TRUE(other.onboardingCompleted());

@@ -75,7 +75,7 @@ PlayerWindow::PlayerWindow(const Collaborators& collaborators)
       m_ghostMode(*this, m_with.events) {
     setWindowTitle(AppConstants::appName);
     setMinimumSize(smallestPlayerSize);
-    setWindowOpacity(m_with.preferences.windowOpacity());
+    setWindowOpacity(m_with.preferences.usableWindowOpacity());
     setFrame(initialPlayerFrame(m_with.preferences.windowFrame(), usableAreas()));
 
     m_fade.setDuration(GhostMode::ghostFadeDuration);
@@ -255,7 +255,7 @@ void PlayerWindow::fadeOut() {
 void PlayerWindow::fadeIn() {
     m_floating->setShapeEmpty(false);
     m_containerView->show();
-    fadeTo(m_with.preferences.windowOpacity());
+    fadeTo(m_with.preferences.usableWindowOpacity());
 }
 
 void PlayerWindow::conceal() {

@@ -49,7 +49,7 @@ void AppearancePage::addOpacitySlider() {
     slider->setRange(qRound(lowestOpacity * opacitySteps), opacitySteps);
     slider->setSingleStep(opacitySteps / 100);
     slider->setPageStep(opacitySteps / 10);
-    slider->setValue(qRound(m_preferences.windowOpacity() * opacitySteps));
+    slider->setValue(qRound(m_preferences.usableWindowOpacity() * opacitySteps));
     connect(slider, &QSlider::valueChanged, this,
             [this](int value) { opacityChanged(double(value) / opacitySteps); });
     place(slider, {160, 320, 200, 22});
