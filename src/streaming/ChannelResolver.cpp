@@ -6,6 +6,7 @@
 
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRegularExpression>
 
 #include <array>
 
@@ -34,6 +35,11 @@ QString trimmed(const QString& text) {
     return text.sliced(begin, end - begin);
 }
 
+QString untilQuery(const QString& piece) {
+    static const QRegularExpression mark(u"[?#]"_s);
+    return piece.left(piece.indexOf(mark));
+}
+
 } // namespace
 
 ChannelResolver::ChannelResolver(std::optional<Origin> site, YtDlpTool& tool)
@@ -52,7 +58,9 @@ QString ChannelResolver::extractHandle(const QString& input) {
         if (at < 0)
             continue;
         const QStringList pieces = text.sliced(at + marker.size()).split(u'/', Qt::SkipEmptyParts);
-        return pieces.isEmpty() ? text : pieces.first();
+        // A link that was shared ends in a query.
+        const QString handle = pieces.isEmpty() ? QString() : untilQuery(pieces.first());
+        return handle.isEmpty() ? text : handle;
     }
     return text;
 }
