@@ -25,8 +25,8 @@ namespace {
 /// Prepares the environment for Qt and for child processes.
 void prepareEnvironment(const QString& platform) {
     // pip installs into this folder for a single user, and a login manager's PATH often lacks it.
-    const QString path =
-        searchPathWith(qEnvironmentVariable("PATH"), QDir::homePath() + u"/.local/bin"_s);
+    const QString path = searchPathWith(searchPathOf(QProcessEnvironment::systemEnvironment()),
+                                        QDir::homePath() + u"/.local/bin"_s);
     qputenv("PATH", path.toLocal8Bit());
     qputenv("QT_QPA_PLATFORM", platform.toLocal8Bit());
     // mpv's hardware decoding needs EGL.

@@ -99,7 +99,7 @@ QCoro::Task<ChannelResolver::Name> ChannelResolver::fetchChannelName(QString han
                                  .arguments =
                                      command.argumentsFor({u"--dump-json"_s, u"--playlist-items"_s,
                                                            u"1"_s, u"--no-download"_s, page}),
-                                 .environment = std::nullopt,
+                                 .environment = variables(ToolEnvironment::extendedPath),
                                  .standardError = ProcessRequest::Stream::discard,
                                  .outputLimit = descriptionLimit};
     const ProcessOutcome outcome = co_await m_tool.runner().run(request, stop);

@@ -79,6 +79,10 @@ TEST(SearchPath, ContainsAFolderOnce) {
               u"/usr/bin:/bin:/h/.local/bin"_s);
     EXPECT_EQ(searchPathWith(u"/h/.local/bin:/bin"_s, u"/h/.local/bin"_s), u"/h/.local/bin:/bin"_s);
     EXPECT_EQ(searchPathWith(QString(), u"/h/.local/bin"_s), u"/h/.local/bin"_s);
+    QProcessEnvironment environment;
+    EXPECT_EQ(searchPathOf(environment), u"/usr/local/bin:/usr/bin:/bin"_s);
+    environment.insert(u"PATH"_s, u"/bin"_s);
+    EXPECT_EQ(searchPathOf(environment), u"/bin"_s);
 }
 
 TEST(CapturedOutput, KeepsTheBeginningAndKnowsThatItIsTruncated) {

@@ -105,6 +105,7 @@ TEST_F(ChannelResolverTest, RequestsTheNewestVideoOfTheChannel) {
     EXPECT_EQ(processes.requests.first().arguments,
               (QStringList{u"--dump-json"_s, u"--playlist-items"_s, u"1"_s, u"--no-download"_s,
                            u"https://site.example/@--exec/videos"_s}));
+    EXPECT_EQ(processes.requests.first().environment, variables(ToolEnvironment::extendedPath));
 }
 
 TEST_F(ChannelResolverTest, FallsBackToThePythonModule) {

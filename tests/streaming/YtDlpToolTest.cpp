@@ -119,6 +119,8 @@ QStringList userScripts(int lastMinor) {
 
 TEST(YtDlpSearch, TriesThePlacesOfEachUserThenWhichThenThePythonModule) {
     const QStringList common{u"/opt/homebrew/bin/yt-dlp"_s, u"/usr/local/bin/yt-dlp"_s};
+    const QStringList linuxBrew{u"/home/linuxbrew/.linuxbrew/bin/yt-dlp"_s,
+                                u"/home/.linuxbrew/bin/yt-dlp"_s};
     const QString module = u"/usr/bin/python3 -m yt_dlp"_s;
     const struct {
         YtDlpUser user;
@@ -130,21 +132,21 @@ TEST(YtDlpSearch, TriesThePlacesOfEachUserThenWhichThenThePythonModule) {
         QStringList calls;
     } rows[] = {
         {YtDlpUser::manager,
-         common + QStringList{localBin} + userScripts(14),
+         common + QStringList{localBin} + userScripts(14) + linuxBrew,
          true,
          extendedPath,
          {{}, {}},
          {which, which, which}},
         {YtDlpUser::streamResolver,
-         common + QStringList{u"/usr/bin/yt-dlp"_s} + userScripts(13),
+         common + QStringList{u"/usr/bin/yt-dlp"_s} + userScripts(13) + linuxBrew,
          false,
          {},
          {{}, module},
          {which, which, moduleVersion, which, moduleVersion}},
         {YtDlpUser::channelResolver,
-         common + QStringList{localBin},
+         common + QStringList{localBin} + linuxBrew,
          false,
-         {},
+         extendedPath,
          {module, module},
          {which, which, which}},
     };
@@ -181,6 +183,8 @@ TEST(YtDlpPlan, RunsItsStepsUntilOneHasInstalledTheTool) {
     const QString python = u"/usr/bin/python3"_s;
     const QString homebrew = u"/opt/homebrew/bin/brew"_s;
     const QString otherBrew = u"/usr/local/bin/brew"_s;
+    const QString linuxBrew = u"/home/linuxbrew/.linuxbrew/bin/brew"_s;
+    const QString ownBrew = u"/home/.linuxbrew/bin/brew"_s;
     const QString installs = u" [install] [yt-dlp]"_s;
     const struct {
         YtDlpPlan plan;
@@ -214,6 +218,14 @@ TEST(YtDlpPlan, RunsItsStepsUntilOneHasInstalledTheTool) {
          u"/usr/bin/yt-dlp"_s,
          {modulePip, homebrew + installs}},
         {resolver, {{otherBrew, puts(u"/usr/bin/yt-dlp"_s)}}, notInstalled, {modulePip}},
+        {resolver,
+         {{linuxBrew, puts(u"/home/.linuxbrew/bin/yt-dlp"_s)}},
+         u"/home/.linuxbrew/bin/yt-dlp"_s,
+         {modulePip, linuxBrew + installs}},
+        {manager,
+         {{ownBrew, puts(u"/home/.linuxbrew/bin/yt-dlp"_s)}},
+         u"/home/.linuxbrew/bin/yt-dlp"_s,
+         {ownBrew + installs}},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.calls.join(u", ").toStdString());

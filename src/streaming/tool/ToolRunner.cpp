@@ -2,6 +2,7 @@
 #include "streaming/tool/ToolRunner.h"
 
 #include "base/Logging.h"
+#include "platform/system/SearchPath.h"
 
 #include <QElapsedTimer>
 
@@ -36,7 +37,7 @@ std::optional<QProcessEnvironment> variables(ToolEnvironment environment) {
         return std::nullopt;
     QProcessEnvironment result = QProcessEnvironment::systemEnvironment();
     result.insert(u"PATH"_s, u"/opt/homebrew/bin:/usr/local/bin:/usr/bin:/bin:/sbin:"_s +
-                                 result.value(u"PATH"_s));
+                                 searchPathOf(result));
     return result;
 }
 
@@ -90,9 +91,10 @@ QCoro::Task<bool> ToolRunner::install(QString program, QStringList arguments,
     co_return outcome && outcome->succeeded();
 }
 
-std::optional<QString> ToolRunner::firstExisting(const QStringList& systemPaths) const {
-    for (const QString& path : systemPaths) {
-        QString real = m_host.systemPath(path);
+std::optional<QString> ToolRunner::firstExisting(const QStringList& paths) const {
+    for (const QString& path : paths) {
+        QString real = path.startsWith(u'~') ? QString(m_host.home() + path.sliced(1))
+                                             : m_host.systemPath(path);
         if (HostFileSystem::exists(real))
             return real;
     }

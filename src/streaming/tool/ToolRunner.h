@@ -47,8 +47,8 @@ public:
     [[nodiscard]] QCoro::Task<bool> install(QString program, QStringList arguments,
                                             std::optional<QProcessEnvironment> environment);
 
-    /// Returns the first of the system's files that exists.
-    [[nodiscard]] std::optional<QString> firstExisting(const QStringList& systemPaths) const;
+    /// Returns the first of the system's files that exists. A leading "~" is the home.
+    [[nodiscard]] std::optional<QString> firstExisting(const QStringList& paths) const;
 
 private:
     HostFileSystem m_host;

@@ -9,6 +9,10 @@ namespace {
 
 using RunCommand = YtDlpPlan::RunCommand;
 
+/// Where Homebrew's installer puts it on Linux, for all users or for one.
+const QStringList linuxBrewPlaces{u"/home/linuxbrew/.linuxbrew/bin/brew"_s,
+                                  u"~/.linuxbrew/bin/brew"_s};
+
 QStringList words(const QString& text) {
     return text.split(u' ');
 }
@@ -37,7 +41,8 @@ YtDlpPlan YtDlpPlan::ofStreamResolver() {
             .environment = ToolEnvironment::inherited,
             .steps = {RunCommand{{u"/usr/bin/python3"_s},
                                  words(u"-m pip install --user --quiet yt-dlp"_s)},
-                      RunCommand{{u"/opt/homebrew/bin/brew"_s}, words(u"install yt-dlp"_s)}},
+                      RunCommand{QStringList{u"/opt/homebrew/bin/brew"_s} + linuxBrewPlaces,
+                                 words(u"install yt-dlp"_s)}},
             .confirmation = confirmation,
             .whenNotFound = WhenNotFound::fail};
 }
@@ -60,7 +65,7 @@ QStringList pipPlaces() {
 }
 
 QStringList brewPlaces() {
-    return {u"/opt/homebrew/bin/brew"_s, u"/usr/local/bin/brew"_s};
+    return QStringList{u"/opt/homebrew/bin/brew"_s, u"/usr/local/bin/brew"_s} + linuxBrewPlaces;
 }
 
 } // namespace orvane

@@ -14,7 +14,7 @@ namespace orvane {
 /// A way to install yt-dlp: steps that are tried in turn until one has installed it. A value; any
 /// thread.
 struct YtDlpPlan {
-    /// Runs the first of `programs` that exists; fails if none does.
+    /// Runs the first of `programs` that exists; fails if none does. A leading "~" is the home.
     struct RunCommand {
         QStringList programs;
         QStringList arguments;

@@ -41,18 +41,21 @@ YtDlpSearch YtDlpSearch::of(YtDlpUser user) {
     const Place homebrew = inSystem(u"/opt/homebrew/bin/yt-dlp"_s);
     const Place local = inSystem(u"/usr/local/bin/yt-dlp"_s);
     const Place system = inSystem(u"/usr/bin/yt-dlp"_s);
+    // Where Homebrew's installer puts it on Linux, for all users or for one.
+    const QList linuxBrew{inSystem(u"/home/linuxbrew/.linuxbrew/bin/yt-dlp"_s),
+                          inHome(u"/.linuxbrew/bin/yt-dlp"_s)};
     const Place localBin = inHome(u"/.local/bin/yt-dlp"_s);
     switch (user) {
     case YtDlpUser::manager:
         return {.user = user,
-                .places = QList{homebrew, local, localBin} + userScripts(14),
+                .places = QList{homebrew, local, localBin} + userScripts(14) + linuxBrew,
                 .accepts = Accepts::existingFiles,
                 .which = ToolEnvironment::extendedPath,
                 .pythonModule = PythonModule::ignore,
                 .keeps = Keeps::whileItExists};
     case YtDlpUser::streamResolver:
         return {.user = user,
-                .places = QList{homebrew, local, system} + userScripts(13),
+                .places = QList{homebrew, local, system} + userScripts(13) + linuxBrew,
                 .accepts = Accepts::executableFiles,
                 .which = ToolEnvironment::inherited,
                 .pythonModule = PythonModule::useIfItRuns,
@@ -61,9 +64,9 @@ YtDlpSearch YtDlpSearch::of(YtDlpUser user) {
         break;
     }
     return {.user = user,
-            .places = {homebrew, local, localBin},
+            .places = QList{homebrew, local, localBin} + linuxBrew,
             .accepts = Accepts::executableFiles,
-            .which = ToolEnvironment::inherited,
+            .which = ToolEnvironment::extendedPath,
             .pythonModule = PythonModule::useUnchecked,
             .keeps = Keeps::nothing};
 }
