@@ -75,7 +75,7 @@ def install(tool: str, tools: pathlib.Path, folder: pathlib.Path) -> tuple[str, 
 def watch(program: Program, site: ModelSite, seconds: float) -> str:
     """Returns when the picture moved first, or the last error that was shown."""
     channel = site.channels["AlArabiya"]
-    first, last, before = None, "", None
+    first, before = None, None
     while site.age() < seconds:
         program.is_running()
         if program.windows():
@@ -84,13 +84,12 @@ def watch(program: Program, site: ModelSite, seconds: float) -> str:
                     picture, channel):
                 first = site.age()
             before = picture
-        if program.count("error"):
-            last = program.said("error").strip().splitlines()[-1]
         time.sleep(0.2)
     if first is not None:
         errors = program.count("error")
         return f"{first:.1f} s" + (f" ({errors} errors)" if errors else "")
-    return f'"{last}"'
+    shown = [line.partition("shown: ")[2] for line in program.log().splitlines() if ": shown: " in line]
+    return f'"{shown[-1]}"' if shown else "nothing"
 
 
 def try_cell(model: Model, tool: str, tools: pathlib.Path, seconds: float, screenshot: pathlib.Path | None,

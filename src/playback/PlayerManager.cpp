@@ -5,6 +5,7 @@
 #include "base/TaskScope.h"
 #include "state/AppState.h"
 #include "streaming/StreamResolver.h"
+#include "streaming/ladder/StreamFailure.h"
 
 #include <algorithm>
 
@@ -112,6 +113,7 @@ void PlayerManager::handleFailure(Channel channel) {
 void PlayerManager::fail(const Channel& channel, const QString& message) {
     qCWarning(logPlayer, "%s: failed: %s", qUtf8Printable(channel.id()),
               qUtf8Printable(withoutSecrets(message)));
+    qCInfo(logPlayer, "shown: %s", qUtf8Printable(messageFor(message)));
     m_state.setError(channel, message);
 }
 

@@ -149,11 +149,21 @@ QCoro::Task<StreamResolver::Result> StreamResolver::resolveOnRung(Request& reque
                             .resolution = request.resolution,
                             .page = pageAddress(*m_site, request.channel, source),
                             .runtimes = tool.runtimes};
-    const ProcessRequest process{.program = tool.command.program,
-                                 .arguments = tool.command.argumentsFor(query.arguments()),
-                                 .environment = std::nullopt};
-    const ProcessOutcome outcome = co_await m_tool.runner().run(process, request.stop);
-    Result result = readOutcome(query, outcome);
+    const YtDlpPlan plan = YtDlpPlan::ofStreamResolver();
+    Result result = std::unexpected(StreamError::NoOutput{});
+    std::optional<YtDlpCommand> command = tool.command;
+    while (command) {
+        tool.command = *command;
+        const ProcessRequest process{.program = command->program,
+                                     .arguments = command->argumentsFor(query.arguments()),
+                                     .environment = std::nullopt};
+        const ProcessOutcome outcome = co_await m_tool.runner().run(process, request.stop);
+        result = readOutcome(query, outcome);
+        const bool mayBeBroken = rung == Rung::usual && seemsNotToRun(outcome);
+        if (result || request.stop.stop_requested() || !mayBeBroken)
+            break;
+        command = co_await m_tool.replaceIfBroken(*command, plan);
+    }
     if (result) {
         m_ladder.resolved(request.channel.id(),
                           {.rung = rung, .command = tool.command, .version = tool.version});
@@ -166,7 +176,8 @@ QCoro::Task<std::optional<StreamResolver::RungTool>> StreamResolver::toolFor(Run
         std::optional<RungTool> newest = co_await newestTool(rung);
         co_return newest;
     }
-    const std::optional<YtDlpCommand> command = co_await findOrInstallYtDlp();
+    const YtDlpPlan plan = YtDlpPlan::ofStreamResolver();
+    const std::optional<YtDlpCommand> command = co_await m_tool.findOrInstall(plan);
     if (!command)
         co_return std::nullopt;
     co_return RungTool{.command = *command, .version = {}, .runtimes = {}};
@@ -214,18 +225,6 @@ QCoro::Task<> StreamResolver::checkMemory() {
         qCInfo(logStream) << "yt-dlp is another one now, starting from the usual call again";
         m_ladder.forget();
     }
-}
-
-QCoro::Task<std::optional<YtDlpCommand>> StreamResolver::findOrInstallYtDlp() {
-    const YtDlpSearch search = YtDlpSearch::of(YtDlpUser::streamResolver);
-    std::optional<YtDlpCommand> command = co_await m_tool.find(search);
-    if (command)
-        co_return command;
-    const YtDlpPlan plan = YtDlpPlan::ofStreamResolver();
-    const YtDlpTool::Installed installed = co_await m_tool.install(plan);
-    if (installed)
-        command = *installed;
-    co_return command;
 }
 
 void StreamResolver::countFailure() {

@@ -87,7 +87,6 @@ private:
     [[nodiscard]] QCoro::Task<std::optional<RungTool>> newestTool(Rung rung);
     [[nodiscard]] QCoro::Task<QStringList> usableRuntimes(YtDlpCommand command);
     [[nodiscard]] QCoro::Task<> checkMemory();
-    [[nodiscard]] QCoro::Task<std::optional<YtDlpCommand>> findOrInstallYtDlp();
     void countFailure();
     void runInBackground(QString program, QStringList arguments);
 

@@ -3,6 +3,7 @@
 
 #include "base/TaskScope.h"
 #include "platform/system/HttpClient.h"
+#include "streaming/StreamResolver.h"
 #include "streaming/tool/YtDlpManager.h"
 #include "support/FakeClock.h"
 #include "support/FakeMachine.h"
@@ -323,6 +324,89 @@ TEST(YtDlpManager, SearchesAgainIfTheToolWasRemoved) {
         setup.machine.remove(place);
     }
     EXPECT_EQ(setup.ensure(), notInstalled);
+}
+
+TEST(YtDlpTool, IsReplacedOnceInTheSameCallIfItDoesNotRun) {
+    const QString broken = u"/usr/local/bin/yt-dlp"_s;
+    const QString next = u"/usr/bin/yt-dlp"_s;
+    const QString python = u"/usr/bin/python3"_s;
+    const QByteArray onlyPip = "[ \"$2\" = pip ] || exit 1\n";
+    const QByteArray moduleIsGone = "exec /usr/bin/python3 -c 'import yt_dlp.that_is_gone'\n";
+    const QByteArray otherMachine = QByteArray("\x7f"
+                                               "ELF\2\1\1")
+                                        .leftJustified(16, 0) +
+                                    QByteArray("\2\0\xf3\0\1", 5).leftJustified(48, 0);
+    const struct {
+        QByteArray script;
+        /// The whole file, instead of the script.
+        QByteArray file;
+        std::map<QString, QByteArray> others;
+        QString resolved;
+        QStringList runs;
+    } rows[] = {
+        {moduleIsGone,
+         {},
+         {{next, "echo https://cdn.example/next\n"}},
+         u"https://cdn.example/next"_s,
+         {broken, broken, next, next}},
+        {moduleIsGone,
+         {},
+         {{python, onlyPip + puts(broken)}},
+         u"2024.01.01"_s,
+         {broken, broken, python, python}},
+        {{},
+         otherMachine,
+         {{python, onlyPip + puts(userScripts(13).last())}},
+         u"2024.01.01"_s,
+         {python, python}},
+        // An installation that leaves nothing that runs.
+        {"exit 127\n",
+         {},
+         {{python, onlyPip}},
+         u"Stream resolve failed: "_s,
+         {broken, broken, python, python, python, broken, broken, broken, broken, broken}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.runs.join(u", ").toStdString());
+        ToolSetup setup;
+        setup.machine.remove(u"/usr/bin/which"_s);
+        setup.machine.install(broken, row.script);
+        QFile file(setup.machine.real(broken));
+        ASSERT_TRUE(row.file.isEmpty() ||
+                    (file.open(QFile::WriteOnly) && file.write(row.file) > 0));
+        file.close();
+        for (const auto& [path, script] : row.others)
+            setup.machine.install(path, script);
+        StreamLadder ladder({}, setup.clock);
+        StreamResolver resolver(Origin::parse(u"https://site.example"_s), setup.tool, ladder,
+                                setup.clock, setup.tasks);
+        const Channel channel = Channel::custom(u"Mine"_s, u"Mine"_s);
+        for (int call = 0; call < 2; ++call) {
+            resolver.invalidateAllCache();
+            const StreamResolver::Result result =
+                QCoro::waitFor(resolver.resolve(channel, Resolution::r480, {}));
+            EXPECT_EQ(result ? result->picture.toString() : errorDescription(result.error()),
+                      row.resolved);
+        }
+        QCoro::waitFor(setup.tasks.join());
+        QStringList runs;
+        for (const QString& call : setup.machine.calls())
+            if (!call.contains(u"--rm-cache-dir"_s))
+                runs += call.section(u' ', 0, 0);
+        EXPECT_EQ(runs, row.runs);
+    }
+}
+
+TEST(YtDlpManager, InstallsAnotherToolForOneThatDoesNotRun) {
+    for (const QString& place : {localBin, u"/usr/local/bin/yt-dlp"_s}) {
+        ToolSetup setup;
+        setup.machine.install(u"/usr/local/bin/yt-dlp"_s, "exit 1\n");
+        setup.machine.install(u"/usr/bin/pip3"_s, puts(place));
+        EXPECT_EQ(setup.ensure(), u"/usr/local/bin/yt-dlp"_s);
+        EXPECT_EQ(setup.ensure(), place);
+        EXPECT_EQ(setup.machine.calls().count(pip), 1);
+        EXPECT_EQ(setup.machine.calls().count(olderPip), 0);
+    }
 }
 
 TEST(YtDlpManager, ReportsItsInstallationAndLooksForNoNewerReleaseAfterIt) {

@@ -37,9 +37,12 @@ void YtDlpManager::startUpdateCheck(const YtDlpCommand& command) {
 }
 
 QCoro::Task<> YtDlpManager::updateIfOutdated(YtDlpCommand command) {
-    const std::optional<QString> installed = co_await installedVersion(command);
-    if (!installed)
+    const std::optional<QString> installed = co_await m_tool.version(command);
+    if (!installed) {
+        const YtDlpPlan plan = YtDlpPlan::ofManager();
+        co_await m_tool.replaceIfBroken(command, plan);
         co_return;
+    }
     const std::optional<QString> latest = co_await m_tool.release().latestVersion();
     qCInfo(logYtDlp).noquote() << "version" << *installed << "is installed, the newest is"
                                << latest.value_or(u"unknown"_s);
@@ -59,16 +62,6 @@ QCoro::Task<> YtDlpManager::updateIfOutdated(YtDlpCommand command) {
         if (succeeded)
             co_return;
     }
-}
-
-QCoro::Task<std::optional<QString>> YtDlpManager::installedVersion(YtDlpCommand command) {
-    const QStringList arguments = command.argumentsFor({u"--version"_s});
-    const std::optional<QString> printed =
-        co_await m_tool.runner().output(command.program, arguments, ToolEnvironment::extendedPath);
-    const QString version = printed.value_or(QString()).trimmed();
-    if (version.isEmpty())
-        co_return std::nullopt;
-    co_return std::optional(version);
 }
 
 } // namespace orvane

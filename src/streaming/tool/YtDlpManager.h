@@ -4,10 +4,8 @@
 #include "streaming/tool/YtDlpTool.h"
 
 #include <QCoroTask>
-#include <QString>
 
 #include <functional>
-#include <optional>
 
 namespace orvane {
 
@@ -15,8 +13,9 @@ class TaskScope;
 
 /// Prepares yt-dlp at the start: finds it, installs it if it is missing (pip, Homebrew, or a
 /// download of the released executable), and upgrades it in the background once in a run if there
-/// is a newer release. Owned by the composition root; main thread, which it never blocks.
-/// Single steps fail silently; if all fail the result is a `YtDlpError`.
+/// is a newer release, or looks for another if it does not run. Owned by the composition root; main
+/// thread, which it never blocks. Single steps fail silently; if all fail the result is a
+/// `YtDlpError`.
 class YtDlpManager {
 public:
     YtDlpManager(YtDlpTool& tool, TaskScope& background);
@@ -31,7 +30,6 @@ public:
 private:
     void startUpdateCheck(const YtDlpCommand& command);
     [[nodiscard]] QCoro::Task<> updateIfOutdated(YtDlpCommand command);
-    [[nodiscard]] QCoro::Task<std::optional<QString>> installedVersion(YtDlpCommand command);
 
     YtDlpTool& m_tool;
     TaskScope& m_background;

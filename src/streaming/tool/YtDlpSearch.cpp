@@ -25,9 +25,11 @@ QList<Place> userScripts(int lastMinor) {
     return places;
 }
 
-bool isAccepted(const QString& path, YtDlpSearch::Accepts accepts) {
-    return accepts == YtDlpSearch::Accepts::existingFiles ? HostFileSystem::exists(path)
-                                                          : HostFileSystem::isExecutableFile(path);
+bool isAccepted(const QString& path, const YtDlpSearch& search) {
+    const bool isThere = search.accepts == YtDlpSearch::Accepts::existingFiles
+                             ? HostFileSystem::exists(path)
+                             : HostFileSystem::isExecutableFile(path);
+    return isThere && !search.broken.contains(BrokenTool::at(path));
 }
 
 QString realPath(const HostFileSystem& host, const Place& place) {
@@ -84,7 +86,7 @@ QStringList placesOf(const HostFileSystem& host, const YtDlpSearch& search) {
 
 std::optional<QString> findInPlaces(const HostFileSystem& host, const YtDlpSearch& search) {
     for (const QString& path : placesOf(host, search)) {
-        if (isAccepted(path, search.accepts))
+        if (isAccepted(path, search))
             return path;
     }
     return std::nullopt;
@@ -98,7 +100,7 @@ QCoro::Task<std::optional<YtDlpCommand>> searchForYtDlp(ToolRunner& tools, YtDlp
         const QStringList name{u"yt-dlp"_s};
         const std::optional<QString> printed = co_await tools.output(which, name, *search.which);
         const QString path = printed.value_or(QString()).trimmed();
-        if (!path.isEmpty() && isAccepted(path, search.accepts))
+        if (!path.isEmpty() && isAccepted(path, search))
             co_return YtDlpCommand{YtDlpCommand::Kind::executable, path};
     }
     if (search.pythonModule == YtDlpSearch::PythonModule::ignore)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/system/HostFileSystem.h"
+#include "streaming/tool/BrokenTool.h"
 #include "streaming/tool/ToolRunner.h"
 #include "streaming/tool/YtDlpCommand.h"
 
@@ -38,6 +39,8 @@ struct YtDlpSearch {
     std::optional<ToolEnvironment> which;
     PythonModule pythonModule = PythonModule::ignore;
     Keeps keeps = Keeps::nothing;
+    /// Files to pass over.
+    QList<BrokenTool> broken = {};
 
     [[nodiscard]] static YtDlpSearch of(YtDlpUser user);
 };

@@ -50,6 +50,7 @@ QCoro::Task<std::optional<YtDlpCommand>> YtDlpTool::find(YtDlpSearch search) {
     std::optional<YtDlpCommand> command = known(search);
     if (command)
         co_return command;
+    search.broken = m_broken;
     command = co_await searchForYtDlp(m_runner, search);
     if (command) {
         qCInfo(logYtDlp).noquote()
@@ -70,6 +71,9 @@ QCoro::Task<YtDlpTool::Installed> YtDlpTool::install(YtDlpPlan plan) {
             co_return Installed(installed);
     }
     std::optional<YtDlpCommand> command = m_installed;
+    // To install it once more would not help.
+    if (command && m_broken.contains(BrokenTool::at(command->program)))
+        co_return std::unexpected(YtDlpError::notInstalled);
     if (!command || !HostFileSystem::isExecutableFile(command->program)) {
         const Installed installed = co_await runInstallation(plan);
         if (!installed)
@@ -99,6 +103,7 @@ QCoro::Task<YtDlpTool::Installed> YtDlpTool::runInstallation(YtDlpPlan plan) {
     promise.start();
     m_installation = Installation{plan.user, promise.future()};
     qCInfo(logYtDlp) << "installing yt-dlp";
+    plan.confirmation.broken = m_broken;
     Installed installed = co_await m_installer.install(plan);
     qCInfo(logYtDlp).noquote() << "the installation ended:" << describe(installed);
     if (installed)
@@ -107,6 +112,56 @@ QCoro::Task<YtDlpTool::Installed> YtDlpTool::runInstallation(YtDlpPlan plan) {
     promise.addResult(installed);
     promise.finish();
     co_return installed;
+}
+
+QCoro::Task<std::optional<QString>> YtDlpTool::version(YtDlpCommand command) {
+    const ProcessRequest request{.program = command.program,
+                                 .arguments = command.argumentsFor({u"--version"_s}),
+                                 .environment = variables(ToolEnvironment::extendedPath),
+                                 .standardError = ProcessRequest::Stream::discard};
+    const ProcessOutcome outcome = co_await m_runner.run(request, m_stop.get_token());
+    if (!outcome || !outcome->succeeded())
+        co_return std::nullopt;
+    const QString printed = outcome->standardOutput.text().value_or(QString()).trimmed();
+    if (printed.isEmpty())
+        co_return std::nullopt;
+    co_return std::optional(printed);
+}
+
+QCoro::Task<std::optional<YtDlpCommand>> YtDlpTool::replaceIfBroken(YtDlpCommand command,
+                                                                    YtDlpPlan plan) {
+    const std::pair attempt(plan.user, command);
+    if (m_replaced.contains(attempt))
+        co_return std::nullopt;
+    m_replaced.append(attempt);
+    const std::optional<QString> printed = co_await version(command);
+    if (printed || m_stop.stop_requested()) {
+        // It may break later.
+        m_replaced.removeOne(attempt);
+        co_return std::nullopt;
+    }
+    qCWarning(logYtDlp).noquote() << command.program << "does not run";
+    // Python itself is not broken: the search asks it for its module anyway.
+    const BrokenTool broken = BrokenTool::at(command.program);
+    if (command.kind == YtDlpCommand::Kind::executable)
+        m_broken.append(broken);
+    m_known.removeIf([&](const auto& entry) { return entry.value() == command; });
+    const std::optional<YtDlpCommand> other = co_await findOrInstall(plan);
+    // Without another one nothing is lost by using it, and the user may repair it.
+    if (!other)
+        m_broken.removeOne(broken);
+    co_return other;
+}
+
+QCoro::Task<std::optional<YtDlpCommand>> YtDlpTool::findOrInstall(YtDlpPlan plan) {
+    const YtDlpSearch search = YtDlpSearch::of(plan.user);
+    std::optional<YtDlpCommand> command = co_await find(search);
+    if (command)
+        co_return command;
+    const Installed installed = co_await install(plan);
+    if (installed)
+        command = *installed;
+    co_return command;
 }
 
 } // namespace orvane

@@ -10,9 +10,11 @@
 #include <QCoroTask>
 #include <QFuture>
 #include <QHash>
+#include <QList>
 
 #include <optional>
 #include <stop_token>
+#include <utility>
 
 namespace orvane {
 
@@ -50,6 +52,19 @@ public:
     /// Returns the newest yt-dlp in the places of all users' searches; nullopt if none runs.
     [[nodiscard]] QCoro::Task<std::optional<Candidate>> newest();
 
+    /// Searches for the user of `plan`, and installs by it if nothing is found.
+    [[nodiscard]] QCoro::Task<std::optional<YtDlpCommand>> findOrInstall(YtDlpPlan plan);
+
+    /// Returns what `--version` prints, or nullopt if the tool does not run: it cannot be started,
+    /// fails, or prints nothing.
+    [[nodiscard]] QCoro::Task<std::optional<QString>> version(YtDlpCommand command);
+
+    /// If `command` does not run, returns the next one that the user of `plan` finds, or else what
+    /// the plan installs. Returns nullopt if it runs, if there is no other, and if this was tried
+    /// before in this run. May take minutes.
+    [[nodiscard]] QCoro::Task<std::optional<YtDlpCommand>> replaceIfBroken(YtDlpCommand command,
+                                                                           YtDlpPlan plan);
+
     /// Cancels all transfers and waiting, of later calls too. Their runner ends child processes.
     void stop() { m_stop.request_stop(); }
 
@@ -72,6 +87,9 @@ private:
     std::optional<Installation> m_installation;
     /// What was installed last in this run.
     std::optional<YtDlpCommand> m_installed;
+    QList<BrokenTool> m_broken;
+    /// For whom a replacement of which tool was looked for.
+    QList<std::pair<YtDlpUser, YtDlpCommand>> m_replaced;
 };
 
 } // namespace orvane
