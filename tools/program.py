@@ -19,7 +19,7 @@ from tools.waiting import DEADLINE, wait_until
 
 # Turns off every service that is not on this machine.
 OFFLINE = {"ORVANE_GITHUB_API": "", "ORVANE_GITHUB": "", "ORVANE_GITHUB_RAW": "",
-           "ORVANE_TELEMETRY": ""}
+           "ORVANE_TELEMETRY": "", "PIP_NO_INDEX": "1"}
 
 BAR_HEIGHT = 44
 

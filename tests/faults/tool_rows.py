@@ -2,9 +2,14 @@
 """Faults of yt-dlp. A script replaces it in the folder that is searched before that of the real one; only the
 program sees the script."""
 
+import os
 import pathlib
+import random
+import time
 
 from fixture import Fixture
+from outcome import is_alive, is_installation
+from pip_index import PipIndex
 from rows import Row
 from tools.processes import descendants
 from tools.waiting import wait_until
@@ -45,22 +50,23 @@ def memory(pid: int) -> int:
     return int(status.partition("VmHWM:")[2].split()[0])
 
 
-def fails_with(script: str, text: str = "", interpreter: str = "/bin/sh"):
-    """The overlay shows the error, with the text if yt-dlp prints one; after the repair, Retry plays."""
+def fails_with(text: str):
+    """A tool that runs prints the text as an error: the overlay shows it, and Retry plays after the repair."""
     def check(fixture: Fixture) -> str:
         tool = Tool(fixture)
-        tool.install(script, interpreter=interpreter)
+        tool.install(f'[ "$1" != --version ] || exec {REAL} --version\necho {text} >&2')
         tool.start()
-        return fixture.error_then_retry(f"Stream resolve failed: {text}".strip(), repair=tool.repair)
+        return fixture.error_then_retry(f"Stream resolve failed: {text}", repair=tool.repair)
     return check
 
 
 def skipped(break_tool):
-    """A file that cannot be run is skipped in favour of the one in the next folder."""
+    """A file that cannot be run, or that does not run, is skipped in favour of the one in the next folder."""
     def check(fixture: Fixture) -> str:
         tool = Tool(fixture)
         break_tool(tool)
-        tool.start()
+        # The start also has it replaced, in the background.
+        tool.start("mount --bind /dev/null /usr/bin/pip3\n")
         return f"the one in the next folder plays after {fixture.plays():.0f} s"
     return check
 
@@ -137,6 +143,37 @@ def replaced(fixture: Fixture) -> str:
     return f"{seen}; {fixture.other_channel_plays()}"
 
 
+def upgraded(fixture: Fixture) -> str:
+    """Quits during upgrades by pip: each goes on and leaves a tool that runs. ORVANE_QUITS sets the number."""
+    home = pathlib.Path(fixture.desktop.environment["HOME"])
+    seed = random.SystemRandom().randrange(10_000)
+    chance = random.Random(seed)
+    index = fixture.enter(PipIndex())
+    pip = {"PIP_INDEX_URL": index.origin, "PIP_NO_INDEX": "", "ORVANE_GITHUB_API": index.origin}
+    fixture.desktop.run("env", f"PIP_INDEX_URL={index.origin}", "/usr/bin/pip3", "install", "--user", "--upgrade",
+                        "--break-system-packages", "yt-dlp")
+    quits = int(os.environ.get("ORVANE_QUITS", "2"))
+    cut, seen = 0, []
+    for release in range(2, quits + 2):
+        version = index.publish(release)
+        program = fixture.start(**pip)
+
+        def upgrades() -> list[int]:
+            return [pid for pid, command in descendants(program.process.pid) if is_installation(command)]
+
+        pid = wait_until(upgrades, "pip")[0]
+        moment = chance.uniform(0.1, 3)
+        time.sleep(moment)
+        assert program.quit() == 0, program.log()
+        cut += is_alive(pid)
+        wait_until(lambda: not is_alive(pid), "the end of pip")
+        runs = fixture.desktop.run(str(home / ".local/bin/yt-dlp"), "--version").strip()
+        assert runs == version, f"seed {seed}: {runs!r} after a quit at {moment:.1f} s, not {version}"
+        seen.append(f"{moment:.1f}")
+    assert cut, "no upgrade was running when the program quit"
+    return f"seed {seed}; {cut} of {quits} upgrades outlived the program; the tool runs after quits at {' '.join(seen)} s"
+
+
 def printed(text: str) -> str:
     return f"printf '{text}\\n'"
 
@@ -147,14 +184,15 @@ ROWS = [
         skipped(lambda tool: tool.install("exit 1", 0o644))),
     Row("tool.folder", "yt-dlp is a folder", skipped(lambda tool: tool.path.mkdir())),
     Row("tool.no-interpreter", "yt-dlp's interpreter does not exist",
-        fails_with("", "Failed to run yt-dlp", interpreter="/nowhere/sh")),
-    Row("tool.crashes", "yt-dlp crashes", fails_with("kill -SEGV $$")),
+        skipped(lambda tool: tool.install("", interpreter="/nowhere/sh"))),
+    Row("tool.crashes", "yt-dlp crashes", skipped(lambda tool: tool.install("kill -SEGV $$"))),
     Row("tool.hangs", "yt-dlp hangs", hangs),
     Row("tool.100-MB", "yt-dlp prints 100 MB", prints_without_end),
     Row("tool.file", "yt-dlp prints the address of a file", prints_a_file),
     Row("tool.complains", "yt-dlp prints to the standard error only",
-        fails_with("echo ERROR: the moon is full >&2", "ERROR: the moon is full")),
+        fails_with("ERROR: the moon is full")),
     Row("tool.arabic", "yt-dlp prints an error in Arabic",
-        fails_with("echo خطأ: القناة غير متاحة >&2", "خطأ: القناة غير متاحة")),
+        fails_with("خطأ: القناة غير متاحة")),
+    Row("tool.upgraded", "the program quits while pip upgrades yt-dlp", upgraded, quits=False),
     Row("tool.replaced", "yt-dlp is replaced while it runs", replaced),
 ]

@@ -9,6 +9,7 @@ import time
 from tools.desktop import Desktop
 from tools.processes import descendants
 from tools.program import Program
+from tools.waiting import wait_until
 
 BUILD = os.environ["ORVANE_BUILD"]
 RESULTS = pathlib.Path(os.environ.get("ORVANE_TEST_RESULTS", "results"))
@@ -35,16 +36,28 @@ def check_no_alarm(program: Program) -> None:
         assert alarm not in log, f"{alarm} in the log: {log[-3000:]}"
 
 
+def is_alive(pid: int) -> bool:
+    return pathlib.Path(f"/proc/{pid}").exists()
+
+
+def is_installation(command: str) -> bool:
+    """Whether it may outlive the program."""
+    return " install " in command and command.endswith("yt-dlp")
+
+
 def quit_cleanly(program: Program) -> None:
-    """Ends the program as a session manager does: it must end soon, with exit code 0, and leave no child behind."""
+    """Ends the program as a session manager does: it must end soon, with exit code 0, and leave no child behind but an
+    installation, which ends by itself."""
     process = program.process
     assert process.poll() is None, f"the program ended with {process.returncode}: {program.log()[-3000:]}"
-    children = [pid for pid, _ in descendants(process.pid)]
+    children = descendants(process.pid)
     before = time.monotonic()
     code = program.quit()
     took = time.monotonic() - before
     assert code == 0, f"exit code {code}: {program.log()[-3000:]}"
     assert took < QUIT_LIMIT, f"the program took {took:.1f} s to end"
-    for pid in children:
-        assert not pathlib.Path(f"/proc/{pid}").exists(), f"the child process {pid} was left behind"
+    for pid, command in children:
+        if is_installation(command):
+            wait_until(lambda: not is_alive(pid), f"the end of {command}")
+        assert not is_alive(pid), f"the child process {pid} was left behind: {command}"
     check_no_alarm(program)
