@@ -171,7 +171,7 @@ def upgraded(fixture: Fixture) -> str:
         assert runs == version, f"seed {seed}: {runs!r} after a quit at {moment:.1f} s, not {version}"
         seen.append(f"{moment:.1f}")
     assert cut, "no upgrade was running when the program quit"
-    return f"seed {seed}; {cut} of {quits} upgrades outlived the program; the tool runs after quits at {' '.join(seen)} s"
+    return f"seed {seed}; {cut} of {quits} upgrades went on; the tool runs after quits at {' '.join(seen)} s"
 
 
 def printed(text: str) -> str:
