@@ -49,10 +49,12 @@ QCoro::Task<> runIgnoringResult(ToolRunner& runner, ProcessRequest request) {
     co_await runner.run(request, std::stop_token());
 }
 
-QCoro::Task<> upgrade(ToolRunner& runner, QStringList arguments) {
-    const QString python = systemPython(runner.host());
+QCoro::Task<> upgrade(YtDlpTool& tool, QStringList arguments) {
+    const QString python = systemPython(tool.runner().host());
     const std::optional<QProcessEnvironment> inherited;
-    co_await runner.install(python, arguments, inherited);
+    const bool succeeded = co_await tool.runner().install(python, arguments, inherited);
+    if (succeeded)
+        tool.becameNewer();
 }
 
 void logResult(const QString& key, const StreamResolver::Result& result) {
@@ -262,7 +264,7 @@ void StreamResolver::updateYtDlpIfNeeded() {
     m_didUpdateCheck = true;
     const QStringList arguments{u"-m"_s,      u"pip"_s,       u"install"_s, u"--user"_s,
                                 u"--quiet"_s, u"--upgrade"_s, u"yt-dlp"_s};
-    m_background.spawn(upgrade(m_tool.runner(), arguments));
+    m_background.spawn(upgrade(m_tool, arguments));
 }
 
 void StreamResolver::runInBackground(QString program, QStringList arguments) {

@@ -56,6 +56,10 @@ struct ToolSetup {
             QCoro::waitFor(searchForYtDlp(tool.runner(), search));
         return found ? describe(YtDlpTool::Installed(*found)) : QString();
     }
+    [[nodiscard]] QString newest() {
+        const std::optional<YtDlpTool::Candidate> found = QCoro::waitFor(tool.newest());
+        return found ? describe(YtDlpTool::Installed(found->command)) : QString();
+    }
     [[nodiscard]] QString describe(const YtDlpTool::Installed& installed) const {
         if (!installed)
             return errorDescription(installed.error());
@@ -95,7 +99,8 @@ struct ToolSetup {
         processes,
         clock,
         http,
-        {.gitHubApi = server.origin(), .gitHub = server.origin(), .gitHubRaw = server.origin()}};
+        {.gitHubApi = server.origin(), .gitHub = server.origin(), .gitHubRaw = server.origin()},
+        machine.real(u"/data/yt-dlp"_s)};
     YtDlpManager manager{tool, tasks};
 };
 
@@ -395,6 +400,61 @@ TEST(YtDlpTool, IsReplacedOnceInTheSameCallIfItDoesNotRun) {
                 runs += call.section(u' ', 0, 0);
         EXPECT_EQ(runs, row.runs);
     }
+}
+
+TEST(YtDlpTool, NamesTheNewestOnTheMachine) {
+    const QString first = u"/usr/bin/yt-dlp"_s;
+    const QString python = u"/usr/bin/python3"_s;
+    const QString elsewhere = u"/elsewhere/yt-dlp"_s;
+    const QString own = u"/data/yt-dlp"_s;
+    const auto prints = [](const QByteArray& version) { return "echo " + version + "\n"; };
+    const struct {
+        std::map<QString, QByteArray> programs;
+        QString newest;
+    } rows[] = {
+        {{{localBin, "exit 1\n"}}, {}},
+        {{{first, prints("2023.03.04")}, {userScripts(14).last(), prints("2025.04.30")}},
+         userScripts(14).last()},
+        {{{first, prints("2025.04.30")}, {localBin, prints("2026.10.26; exit 1")}}, first},
+        {{{first, prints("2026.10.26")}, {localBin, prints("2026.10.26.123456")}}, localBin},
+        {{{first, prints("2026.10.26")}, {localBin, prints("master")}}, first},
+        {{{first, prints("2026.10.26")}, {own, prints("2026.10.26")}}, first},
+        {{{first, prints("2025.04.30")}, {own, prints("2026.10.26")}}, own},
+        {{{first, prints("2025.04.30")}, {elsewhere, prints("2026.10.26")}}, elsewhere},
+        {{{first, prints("2025.04.30")}, {python, prints("2026.10.26")}},
+         u"/usr/bin/python3 -m yt_dlp"_s},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.newest.toStdString());
+        ToolSetup setup;
+        setup.machine.install(u"/usr/bin/which"_s,
+                              "[ \"$1\" = -a ] && echo \"$root/usr/bin/yt-dlp\" && "
+                              "echo \"$root/elsewhere/yt-dlp\"\n");
+        for (const auto& [program, script] : row.programs)
+            setup.machine.install(program, script);
+        EXPECT_EQ(setup.newest(), row.newest);
+    }
+}
+
+TEST(YtDlpTool, AsksAFileForItsVersionOnlyOnceUntilItChanges) {
+    ToolSetup setup;
+    const auto asked = [&](const QString& place) {
+        return setup.machine.calls().count(place + u" [--version]"_s);
+    };
+    setup.machine.install(localBin, "echo 2026.10.26\n");
+    const QString link = u"/usr/local/bin/yt-dlp"_s;
+    QDir().mkpath(QFileInfo(setup.machine.real(link)).path());
+    ASSERT_TRUE(QFile::link(setup.machine.real(localBin), setup.machine.real(link)));
+    EXPECT_EQ(setup.newest(), link);
+    EXPECT_EQ(setup.newest(), link);
+    EXPECT_EQ(asked(link) + asked(localBin), 1);
+    setup.machine.install(localBin, "echo '2026.10.27'\n");
+    EXPECT_EQ(setup.newest(), link);
+    EXPECT_EQ(asked(link), 2);
+    // An upgrade of a module changes no file that is asked.
+    setup.tool.becameNewer();
+    EXPECT_EQ(setup.newest(), link);
+    EXPECT_EQ(asked(link), 3);
 }
 
 TEST(YtDlpManager, InstallsAnotherToolForOneThatDoesNotRun) {

@@ -16,25 +16,14 @@ QString describe(const YtDlpInstaller::Installed& installed) {
     return installed ? u"installed "_s + installed->program : errorDescription(installed.error());
 }
 
-QStringList executablesIn(const HostFileSystem& host) {
-    QStringList paths;
-    for (const YtDlpUser user :
-         {YtDlpUser::streamResolver, YtDlpUser::manager, YtDlpUser::channelResolver}) {
-        for (const QString& path : placesOf(host, YtDlpSearch::of(user))) {
-            if (!paths.contains(path) && HostFileSystem::isExecutableFile(path))
-                paths += path;
-        }
-    }
-    return paths;
-}
-
 } // namespace
 
 YtDlpTool::YtDlpTool(HostFileSystem host, ProcessRunner& processes, Clock& clock, HttpClient& http,
-                     YtDlpSources sources)
+                     YtDlpSources sources, QString privateCopy)
     : m_runner(std::move(host), processes),
       m_release(m_runner, http, sources, m_stop.get_token()),
-      m_installer(m_runner, m_release, clock, sources.gitHubRaw, m_stop.get_token()) {}
+      m_installer(m_runner, m_release, clock, sources.gitHubRaw, m_stop.get_token()),
+      m_newest(m_runner, std::move(privateCopy), m_stop.get_token()) {}
 
 std::optional<YtDlpCommand> YtDlpTool::known(const YtDlpSearch& search) const {
     const auto command = m_known.constFind(search.user);
@@ -84,18 +73,10 @@ QCoro::Task<YtDlpTool::Installed> YtDlpTool::install(YtDlpPlan plan) {
     co_return Installed(*command);
 }
 
-QCoro::Task<std::optional<YtDlpTool::Candidate>> YtDlpTool::newest() {
-    const QStringList arguments{u"--version"_s};
-    std::optional<Candidate> newest;
-    for (const QString& path : executablesIn(m_runner.host())) {
-        const std::optional<QString> printed =
-            co_await m_runner.output(path, arguments, ToolEnvironment::inherited);
-        const QString version = printed.value_or(QString()).trimmed();
-        // Versions are dates, whose order is that of their texts.
-        if (!version.isEmpty() && (!newest || newest->version < version))
-            newest = Candidate{{YtDlpCommand::Kind::executable, path}, version};
-    }
-    co_return newest;
+void YtDlpTool::becameNewer() {
+    m_newest.forget();
+    if (m_onNewer)
+        m_onNewer();
 }
 
 QCoro::Task<YtDlpTool::Installed> YtDlpTool::runInstallation(YtDlpPlan plan) {
@@ -111,21 +92,14 @@ QCoro::Task<YtDlpTool::Installed> YtDlpTool::runInstallation(YtDlpPlan plan) {
     m_installation.reset();
     promise.addResult(installed);
     promise.finish();
+    if (installed)
+        becameNewer();
     co_return installed;
 }
 
 QCoro::Task<std::optional<QString>> YtDlpTool::version(YtDlpCommand command) {
-    const ProcessRequest request{.program = command.program,
-                                 .arguments = command.argumentsFor({u"--version"_s}),
-                                 .environment = variables(ToolEnvironment::extendedPath),
-                                 .standardError = ProcessRequest::Stream::discard};
-    const ProcessOutcome outcome = co_await m_runner.run(request, m_stop.get_token());
-    if (!outcome || !outcome->succeeded())
-        co_return std::nullopt;
-    const QString printed = outcome->standardOutput.text().value_or(QString()).trimmed();
-    if (printed.isEmpty())
-        co_return std::nullopt;
-    co_return std::optional(printed);
+    std::optional<QString> printed = co_await askVersion(m_runner, command, m_stop.get_token());
+    co_return printed;
 }
 
 QCoro::Task<std::optional<YtDlpCommand>> YtDlpTool::replaceIfBroken(YtDlpCommand command,

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "streaming/tool/NewestYtDlp.h"
 #include "streaming/tool/ToolRunner.h"
 #include "streaming/tool/YtDlpInstaller.h"
 #include "streaming/tool/YtDlpPlan.h"
@@ -12,6 +13,7 @@
 #include <QHash>
 #include <QList>
 
+#include <functional>
 #include <optional>
 #include <stop_token>
 #include <utility>
@@ -27,8 +29,10 @@ class HttpClient;
 /// interrupt it. Owned by the composition root; main thread, which it never blocks.
 class YtDlpTool {
 public:
+    /// `privateCopy` is where Orvane keeps a yt-dlp of its own, which none of the searches finds;
+    /// an empty path for none.
     YtDlpTool(HostFileSystem host, ProcessRunner& processes, Clock& clock, HttpClient& http,
-              YtDlpSources sources);
+              YtDlpSources sources, QString privateCopy = {});
     YtDlpTool(const YtDlpTool&) = delete;
     YtDlpTool& operator=(const YtDlpTool&) = delete;
 
@@ -45,18 +49,21 @@ public:
     /// plan also gets its failure. May take minutes.
     [[nodiscard]] QCoro::Task<Installed> install(YtDlpPlan plan);
 
-    struct Candidate {
-        YtDlpCommand command;
-        QString version;
-    };
-    /// Returns the newest yt-dlp in the places of all users' searches; nullopt if none runs.
-    [[nodiscard]] QCoro::Task<std::optional<Candidate>> newest();
+    using Candidate = YtDlpCandidate;
+    /// Returns the newest yt-dlp on the machine, the private copy included; nullopt if none runs.
+    [[nodiscard]] QCoro::Task<std::optional<Candidate>> newest() { return m_newest.find(); }
+    [[nodiscard]] const QString& privateCopy() const { return m_newest.privateCopy(); }
+
+    /// Sets the function that is called when an installation, an upgrade or the private copy has
+    /// brought what may be a newer yt-dlp.
+    void onNewer(std::function<void()> callback) { m_onNewer = std::move(callback); }
+    /// Says that an upgrade or the private copy has.
+    void becameNewer();
 
     /// Searches for the user of `plan`, and installs by it if nothing is found.
     [[nodiscard]] QCoro::Task<std::optional<YtDlpCommand>> findOrInstall(YtDlpPlan plan);
 
-    /// Returns what `--version` prints, or nullopt if the tool does not run: it cannot be started,
-    /// fails, or prints nothing.
+    /// Returns what `askVersion` does.
     [[nodiscard]] QCoro::Task<std::optional<QString>> version(YtDlpCommand command);
 
     /// If `command` does not run, returns the next one that the user of `plan` finds, or else what
@@ -83,6 +90,8 @@ private:
     std::stop_source m_stop;
     YtDlpRelease m_release;
     YtDlpInstaller m_installer;
+    NewestYtDlp m_newest;
+    std::function<void()> m_onNewer;
     QHash<YtDlpUser, YtDlpCommand> m_known;
     std::optional<Installation> m_installation;
     /// What was installed last in this run.
