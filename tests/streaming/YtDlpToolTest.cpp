@@ -33,7 +33,16 @@ const QString olderPip = u"/usr/bin/pip3 [install] [--user] [yt-dlp]"_s;
 /// Real child processes and a real web server, on a machine of the test's own that has Python and
 /// no yt-dlp.
 struct ToolSetup {
-    ToolSetup() {
+    explicit ToolSetup(const QString& architecture = u"x86_64"_s)
+        : tool{machine.host(),
+               processes,
+               clock,
+               http,
+               {.gitHubApi = server.origin(),
+                .gitHub = server.origin(),
+                .gitHubRaw = server.origin(),
+                .architecture = architecture},
+               machine.real(u"/data/yt-dlp"_s)} {
         machine.install(u"/usr/bin/which"_s, "exit 1\n");
         machine.install(u"/usr/bin/python3"_s, "exit 1\n");
         machine.install(u"/bin/chmod"_s, "exec /bin/chmod \"$@\"\n");
@@ -72,19 +81,17 @@ struct ToolSetup {
                                               : u"no file"_s;
     }
     void publish(const QByteArray& executable, qsizetype cutAfter = -1) {
-        server.answers[files + YtDlpRelease::executableName] = {.body = executable,
-                                                                .cutAfter = cutAfter};
+        server.answers[files + u"yt-dlp_linux"_s] = {.body = executable, .cutAfter = cutAfter};
     }
-    void publishChecksum(const QByteArray& executable) {
+    void publishChecksum(const QByteArray& executable, const QByteArray& name = "yt-dlp_linux") {
         const QByteArray sum =
             QCryptographicHash::hash(executable, QCryptographicHash::Sha256).toHex();
-        server.answers[files + u"SHA2-256SUMS"_s] = {
-            .body = "0000  yt-dlp_macos\n" + sum + "  " + YtDlpRelease::executableName.toLatin1() +
-                    "\n"};
+        QByteArray& list = server.answers[files + u"SHA2-256SUMS"_s].body;
+        list = "0000  yt-dlp_macos\n" + list + sum + "  " + name + "\n";
     }
     [[nodiscard]] QStringList inLocalBin() const {
         return QDir(machine.real(u"/home/.local/bin"_s))
-            .entryList(QDir::Files | QDir::Hidden | QDir::NoDotAndDotDot);
+            .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
     }
 
     const QString files = u"/yt-dlp/yt-dlp/releases/latest/download/"_s;
@@ -94,13 +101,7 @@ struct ToolSetup {
     test::FakeClock clock;
     HttpClient http{u"Orvane"_s};
     TaskScope tasks;
-    YtDlpTool tool{
-        machine.host(),
-        processes,
-        clock,
-        http,
-        {.gitHubApi = server.origin(), .gitHub = server.origin(), .gitHubRaw = server.origin()},
-        machine.real(u"/data/yt-dlp"_s)};
+    YtDlpTool tool;
     YtDlpManager manager{tool, tasks};
 };
 
@@ -273,40 +274,91 @@ TEST(YtDlpPlan, WaitsAMinuteForPython) {
     EXPECT_EQ(setup.clock.sleeps, std::vector(30, std::chrono::milliseconds(2000)));
 }
 
-TEST(YtDlpRelease, DownloadsTheExecutableWithOrWithoutAChecksum) {
-    const QByteArray executable = "#!/bin/sh\necho 2024.01.01\n" + QByteArray(3'000'000, '#');
-    for (const bool hasChecksum : {true, false}) {
-        ToolSetup setup;
-        setup.publish(executable);
-        if (hasChecksum)
-            setup.publishChecksum(executable);
-        const QFileInfo file(setup.machine.real(localBin));
-        EXPECT_EQ(QCoro::waitFor(setup.tool.release().download()), file.filePath());
-        EXPECT_EQ(file.size(), executable.size());
-        EXPECT_TRUE(file.isExecutable());
-        EXPECT_EQ(setup.inLocalBin(), QStringList{u"yt-dlp"_s});
-        EXPECT_TRUE(setup.machine.calls().last().startsWith(u"/bin/chmod [+x] ["_s));
-        EXPECT_EQ(setup.server.requests.first(),
-                  setup.files + YtDlpRelease::executableName + u" Orvane"_s);
+TEST(YtDlpRelease, DownloadsTheBestFileForTheMachine) {
+    using Error = YtDlpDownloadError;
+    const QByteArray any = "yt-dlp";
+    const QByteArray linux = "yt-dlp_linux";
+    const QByteArray arm64 = "yt-dlp_linux_aarch64";
+    const QByteArray arm = "yt-dlp_linux_armv7l";
+    const struct {
+        /// Empty: Python is missing.
+        QByteArray python;
+        QString architecture;
+        QList<QByteArray> files;
+        /// The file that is downloaded, which prints its name.
+        std::expected<QByteArray, Error> downloaded;
+        /// The file that does not run.
+        QByteArray broken = {};
+    } rows[] = {
+        {"3.11.2", u"x86_64"_s, {any, linux, arm64}, any},
+        {"3.10.0", u"riscv64"_s, {any, linux, arm64}, any},
+        {"3.9.18", u"x86_64"_s, {any, linux, arm64}, linux},
+        {{}, u"x86_64"_s, {any, linux, arm64}, linux},
+        {"3.9.18", u"arm64"_s, {any, linux, arm64}, arm64},
+        {{}, u"arm"_s, {any, linux, arm}, arm},
+        {{}, u"arm"_s, {any, linux, arm + ".zip"}, std::unexpected(Error::noFile)},
+        {"3.9.18", u"riscv64"_s, {any, linux, arm64}, std::unexpected(Error::noFile)},
+        {"3.11.2", u"x86_64"_s, {linux, arm64}, linux},
+        {"3.11.2", u"x86_64"_s, {any, linux}, linux, any},
+        {"3.11.2", u"arm64"_s, {any}, std::unexpected(Error::doesNotRun), any},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE((row.python + ' ' + row.architecture.toLatin1()).constData());
+        ToolSetup setup(row.architecture);
+        setup.machine.install(u"/usr/bin/python3"_s, "echo Python " + row.python + "\n");
+        if (row.python.isEmpty())
+            setup.machine.remove(u"/usr/bin/python3"_s);
+        for (const QByteArray& name : row.files) {
+            const QByteArray file =
+                "#!/bin/sh\n" + (name == row.broken ? "exit 1\n" : "echo " + name + "\n");
+            setup.server.answers[setup.files + QString::fromLatin1(name)] = {.body = file};
+            setup.publishChecksum(file, name);
+        }
+        const YtDlpRelease::Downloaded downloaded =
+            QCoro::waitFor(setup.tool.release().download(setup.machine.real(u"/new/yt-dlp"_s)));
+        ASSERT_EQ(downloaded.has_value(), row.downloaded.has_value());
+        if (downloaded)
+            EXPECT_EQ(downloaded->version, QString::fromLatin1(*row.downloaded));
+        else
+            EXPECT_EQ(downloaded.error(), row.downloaded.error());
     }
 }
 
-TEST(YtDlpRelease, LeavesNoFileBehindWhenTheDownloadFails) {
-    const QByteArray executable = "#!/bin/sh\n" + QByteArray(500'000, '#');
+TEST(YtDlpRelease, ReplacesAFileOnlyByOneThatIsCompleteVerifiedAndRuns) {
+    const QByteArray executable = "#!/bin/sh\necho 2024.01.01\n" + QByteArray(500'000, '#');
+    const QByteArray broken = "#!/bin/sh\n";
     ToolSetup setup;
-    EXPECT_EQ(setup.ensure(), notInstalled) << "404";
-    setup.publish(executable, 400'000);
-    EXPECT_EQ(setup.ensure(), notInstalled) << "incomplete";
+    const QString destination = setup.machine.real(localBin);
+    const auto failure = [&] {
+        const YtDlpRelease::Downloaded downloaded =
+            QCoro::waitFor(setup.tool.release().download(destination));
+        EXPECT_EQ(setup.read(localBin).section(u'\n', -1), u"echo mine"_s);
+        EXPECT_EQ(setup.inLocalBin(), QStringList{u"yt-dlp"_s});
+        return downloaded ? std::nullopt : std::optional(downloaded.error());
+    };
+    setup.machine.install(localBin, "echo mine\n");
     setup.publish(executable);
+    EXPECT_EQ(failure(), YtDlpDownloadError::noChecksums);
+    setup.publishChecksum(executable, "yt-dlp_linux_aarch64");
+    EXPECT_EQ(failure(), YtDlpDownloadError::noFile);
     setup.publishChecksum("something else");
-    EXPECT_EQ(setup.ensure(), notInstalled) << "wrong checksum";
-    EXPECT_TRUE(setup.inLocalBin().isEmpty());
+    EXPECT_EQ(failure(), YtDlpDownloadError::wrongChecksum);
+    setup.publishChecksum(executable);
+    setup.publish(executable, 400'000);
+    EXPECT_EQ(failure(), YtDlpDownloadError::incomplete);
+    setup.publish(broken);
+    setup.publishChecksum(broken);
+    EXPECT_EQ(failure(), YtDlpDownloadError::doesNotRun);
+
+    setup.machine.remove(localBin);
+    EXPECT_EQ(setup.ensure(), notInstalled);
+    setup.publish(executable);
     setup.publishChecksum(executable);
     EXPECT_EQ(setup.ensure(), localBin);
-    // The file becomes executable only after it is complete and verified.
-    EXPECT_EQ(setup.machine.calls().first(4), (QStringList{which, which, which, which}));
-    ASSERT_EQ(setup.machine.calls().size(), 5);
+    EXPECT_EQ(QFileInfo(destination).size(), executable.size());
+    EXPECT_EQ(setup.inLocalBin(), QStringList{u"yt-dlp"_s});
     EXPECT_TRUE(setup.machine.calls().last().startsWith(u"/bin/chmod [+x] ["_s));
+    EXPECT_EQ(setup.server.requests.last(), setup.files + u"yt-dlp_linux Orvane"_s);
 }
 
 TEST(YtDlpRelease, HasNoVersionFromAnUnusableAnswer) {

@@ -23,8 +23,10 @@ void FakeMachine::install(const QString& path, const QByteArray& script) const {
     if (!out.open(QIODevice::WriteOnly))
         qFatal("cannot write a program of the fake machine");
     out.write("#!/bin/sh\nroot='" + m_folder.path().toUtf8() + "'\n");
-    out.write(R"({ printf '%s' "${0#"$root"}"; for a; do printf ' [%s]' "$a"; done; echo; })"
-              R"( >> "$root/log")"
+    // In one write, as programs may run at the same time.
+    out.write(R"(call="${0#"$root"}"; for a; do call="$call [$a]"; done)"
+              "\n"
+              R"(printf '%s\n' "$call" >> "$root/log")"
               "\n");
     out.write(script);
     out.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);

@@ -6,7 +6,7 @@
 namespace orvane {
 
 /// Why yt-dlp could not be installed. A value; any thread.
-enum class YtDlpError { notInstalled, noPython };
+enum class YtDlpError { notInstalled, noPython, noReleaseFile };
 
 /// Returns the text for the user.
 [[nodiscard]] QString errorDescription(YtDlpError error);

@@ -30,14 +30,16 @@ QCoro::Task<YtDlpInstaller::Installed> YtDlpInstaller::install(YtDlpPlan plan) {
         if (!hasPython)
             co_return std::unexpected(YtDlpError::noPython);
     }
+    YtDlpError error = YtDlpError::notInstalled;
     for (const YtDlpPlan::Step& step : plan.steps) {
         const StepResult result = co_await runStep(plan, step);
         if (result.installed)
             co_return Installed(*result.installed);
+        error = result.error;
         if (result.hasSucceeded && plan.whenNotFound == YtDlpPlan::WhenNotFound::fail)
             break;
     }
-    co_return std::unexpected(YtDlpError::notInstalled);
+    co_return std::unexpected(error);
 }
 
 QCoro::Task<bool> YtDlpInstaller::ensurePython() {
@@ -100,9 +102,12 @@ QCoro::Task<> YtDlpInstaller::installHomebrew() {
 
 QCoro::Task<YtDlpInstaller::StepResult> YtDlpInstaller::download() {
     StepResult result;
-    const std::optional<QString> path = co_await m_release.download();
-    if (path)
-        result.installed = YtDlpCommand{YtDlpCommand::Kind::executable, *path};
+    const QString destination = m_tools.host().home() + u"/.local/bin/yt-dlp"_s;
+    const YtDlpRelease::Downloaded downloaded = co_await m_release.download(destination);
+    if (downloaded)
+        result.installed = downloaded->command;
+    else if (downloaded.error() == YtDlpDownloadError::noFile)
+        result.error = YtDlpError::noReleaseFile;
     co_return result;
 }
 

@@ -36,6 +36,7 @@ private:
         /// Whether a command succeeded.
         bool hasSucceeded = false;
         std::optional<YtDlpCommand> installed;
+        YtDlpError error = YtDlpError::notInstalled;
     };
 
     [[nodiscard]] QCoro::Task<bool> ensurePython();

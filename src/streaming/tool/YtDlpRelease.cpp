@@ -4,12 +4,14 @@
 #include "base/Logging.h"
 #include "platform/system/HttpClient.h"
 #include "streaming/tool/ToolRunner.h"
+#include "streaming/tool/YtDlpSearch.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSysInfo>
-#include <QTemporaryFile>
+#include <QTemporaryDir>
+#include <QVersionNumber>
 
 #include <cstdio>
 
@@ -21,20 +23,48 @@ namespace {
 
 constexpr std::chrono::milliseconds versionTimeout{10000};
 
-const QString releaseFiles = u"/yt-dlp/yt-dlp/releases/latest/download/"_s;
+const QString latestRelease = u"/yt-dlp/yt-dlp/releases/latest/download/"_s;
 
-QString executableForThisSystem() {
-#ifdef Q_OS_MACOS
-    return u"yt-dlp_macos"_s;
-#else
-    return QSysInfo::buildCpuArchitecture() == u"arm64" ? u"yt-dlp_linux_aarch64"_s
-                                                        : u"yt-dlp_linux"_s;
-#endif
-}
+/// The first version of Python that runs the file for all machines.
+const QVersionNumber neededPython(3, 10);
 
 } // namespace
 
-const QString YtDlpRelease::executableName = executableForThisSystem();
+QString errorDescription(YtDlpDownloadError error) {
+    switch (error) {
+    case YtDlpDownloadError::noChecksums:
+        return u"The checksums of yt-dlp's newest release could not be downloaded."_s;
+    case YtDlpDownloadError::noFile:
+        return u"yt-dlp's newest release has a file for this computer's processor only where "
+               u"Python "
+               "3.10 or later is installed."_s;
+    case YtDlpDownloadError::incomplete:
+        return u"yt-dlp's newest release could not be downloaded."_s;
+    case YtDlpDownloadError::wrongChecksum:
+        return u"The downloaded yt-dlp does not match its published checksum and was deleted."_s;
+    case YtDlpDownloadError::doesNotRun:
+        break;
+    }
+    return u"yt-dlp's newest release does not run on this computer."_s;
+}
+
+QStringList releaseFiles(const QString& architecture, const QString& python) {
+    QStringList files;
+    const QString number = python.trimmed().section(u' ', 1, 1);
+    if (QVersionNumber::fromString(number) >= neededPython)
+        files += u"yt-dlp"_s;
+#ifdef Q_OS_MACOS
+    files += u"yt-dlp_macos"_s;
+#else
+    if (architecture == u"x86_64")
+        files += u"yt-dlp_linux"_s;
+    else if (architecture == u"arm64")
+        files += u"yt-dlp_linux_aarch64"_s;
+    else if (architecture == u"arm")
+        files += u"yt-dlp_linux_armv7l"_s;
+#endif
+    return files;
+}
 
 YtDlpRelease::YtDlpRelease(ToolRunner& tools, HttpClient& http, YtDlpSources sources,
                            std::stop_token stop)
@@ -53,53 +83,84 @@ QCoro::Task<std::optional<QString>> YtDlpRelease::latestVersion() {
     co_return std::optional(tag.toString());
 }
 
-QCoro::Task<std::optional<QString>> YtDlpRelease::download() {
+QCoro::Task<YtDlpRelease::Downloaded> YtDlpRelease::download(QString destination) {
     if (!m_sources.gitHub)
-        co_return std::nullopt;
-    const QString folder = m_tools.host().home() + u"/.local/bin"_s;
-    QDir().mkpath(folder);
-    // Under its final name, an incomplete file would be taken for yt-dlp from then on.
-    QTemporaryFile incomplete(folder + u"/.yt-dlp-XXXXXX"_s);
-    if (!incomplete.open())
-        co_return std::nullopt;
-    const QString address = m_sources.gitHub->address(QString(releaseFiles + executableName));
-    qCInfo(logYtDlp).noquote() << "downloading" << withoutSecrets(address);
-    const std::optional<QByteArray> sha256 =
-        co_await m_http.download(address, incomplete.fileName(), m_stop);
-    if (!sha256) {
-        qCWarning(logYtDlp) << "the download failed";
-        co_return std::nullopt;
+        co_return std::unexpected(YtDlpDownloadError::incomplete);
+    const std::optional<Checksums> published = co_await checksums(*m_sources.gitHub);
+    if (!published) {
+        qCWarning(logYtDlp) << "no download without the published checksums";
+        co_return std::unexpected(YtDlpDownloadError::noChecksums);
     }
-    const bool matches = co_await checksumMatches(*m_sources.gitHub, *sha256);
-    if (!matches) {
-        qCWarning(logYtDlp) << "the download does not match the published checksum";
-        co_return std::nullopt;
+    const QString python = co_await pythonVersion();
+    Downloaded downloaded = std::unexpected(YtDlpDownloadError::noFile);
+    for (const QString& name : releaseFiles(m_sources.architecture, python)) {
+        const QByteArray checksum = published->value(name);
+        if (checksum.isEmpty())
+            continue;
+        const QString address = m_sources.gitHub->address(QString(latestRelease + name));
+        downloaded = co_await downloadFile(address, checksum, destination);
+        if (downloaded)
+            break;
     }
-    // Before the file gets its final name, because it may be found and run from then on.
-    const QString chmod = m_tools.host().systemPath(u"/bin/chmod"_s);
-    const QStringList arguments{u"+x"_s, incomplete.fileName()};
-    co_await m_tools.output(chmod, arguments, ToolEnvironment::extendedPath);
-    const QString destination = folder + u"/yt-dlp"_s;
-    incomplete.close();
-    if (std::rename(QFile::encodeName(incomplete.fileName()).constData(),
-                    QFile::encodeName(destination).constData()) != 0)
-        co_return std::nullopt;
-    incomplete.setAutoRemove(false);
-    co_return std::optional(destination);
+    if (!downloaded) {
+        qCWarning(logYtDlp).noquote()
+            << errorDescription(downloaded.error()) << m_sources.architecture << python;
+    }
+    co_return downloaded;
 }
 
-QCoro::Task<bool> YtDlpRelease::checksumMatches(Origin releases, QByteArray sha256) {
-    const QString address = releases.address(QString(releaseFiles + u"SHA2-256SUMS"_s));
-    const std::optional<QByteArray> sums =
+QCoro::Task<YtDlpRelease::Downloaded>
+YtDlpRelease::downloadFile(QString address, QByteArray checksum, QString destination) {
+    const QString folder = QFileInfo(destination).path();
+    QDir().mkpath(folder);
+    // Under its final name, an incomplete file would be taken for yt-dlp from then on.
+    const QTemporaryDir incomplete(folder + u"/.yt-dlp-XXXXXX"_s);
+    const YtDlpCommand command{YtDlpCommand::Kind::executable, incomplete.filePath(u"yt-dlp"_s)};
+    qCInfo(logYtDlp).noquote() << "downloading" << withoutSecrets(address);
+    const std::optional<QByteArray> sha256 =
+        co_await m_http.download(address, command.program, m_stop);
+    if (!incomplete.isValid() || !sha256)
+        co_return std::unexpected(YtDlpDownloadError::incomplete);
+    if (*sha256 != checksum)
+        co_return std::unexpected(YtDlpDownloadError::wrongChecksum);
+    const QString chmod = m_tools.host().systemPath(u"/bin/chmod"_s);
+    const QStringList arguments{u"+x"_s, command.program};
+    co_await m_tools.output(chmod, arguments, ToolEnvironment::extendedPath);
+    // A file for another machine must not replace one that works.
+    const std::optional<QString> version = co_await askVersion(m_tools, command, m_stop);
+    if (!version)
+        co_return std::unexpected(YtDlpDownloadError::doesNotRun);
+    if (std::rename(QFile::encodeName(command.program).constData(),
+                    QFile::encodeName(destination).constData()) != 0)
+        co_return std::unexpected(YtDlpDownloadError::incomplete);
+    co_return YtDlpCandidate{{YtDlpCommand::Kind::executable, destination}, *version};
+}
+
+QCoro::Task<std::optional<YtDlpRelease::Checksums>> YtDlpRelease::checksums(Origin releases) {
+    const QString address = releases.address(QString(latestRelease + u"SHA2-256SUMS"_s));
+    const std::optional<QByteArray> list =
         co_await m_http.get(address, HttpClient::defaultTimeout, m_stop);
-    if (!sums)
-        co_return true;
-    for (const QByteArray& line : sums->split('\n')) {
+    if (!list)
+        co_return std::nullopt;
+    Checksums checksums;
+    for (const QByteArray& line : list->split('\n')) {
         const QList<QByteArray> columns = line.simplified().split(' ');
-        if (columns.size() == 2 && QString::fromUtf8(columns.at(1)) == executableName)
-            co_return columns.at(0).toLower() == sha256;
+        if (columns.size() == 2)
+            checksums.insert(QString::fromUtf8(columns.at(1)), columns.at(0).toLower());
     }
-    co_return true;
+    if (checksums.isEmpty())
+        co_return std::nullopt;
+    co_return std::optional(checksums);
+}
+
+QCoro::Task<QString> YtDlpRelease::pythonVersion() {
+    const QString python = systemPython(m_tools.host());
+    if (!HostFileSystem::isExecutableFile(python))
+        co_return QString();
+    const QStringList arguments{u"--version"_s};
+    const std::optional<QString> printed =
+        co_await m_tools.output(python, arguments, ToolEnvironment::extendedPath);
+    co_return printed.value_or(QString());
 }
 
 } // namespace orvane

@@ -2,18 +2,22 @@
 #pragma once
 
 #include "base/Origin.h"
+#include "streaming/tool/YtDlpVersion.h"
 
 #include <QByteArray>
 #include <QCoroTask>
+#include <QHash>
 #include <QString>
+#include <QStringList>
+#include <QSysInfo>
 
+#include <expected>
 #include <optional>
 #include <stop_token>
 
 namespace orvane {
 
 class HttpClient;
-class ToolRunner;
 
 /// The servers that yt-dlp comes from; nullopt turns a server off.
 struct YtDlpSources {
@@ -23,27 +27,50 @@ struct YtDlpSources {
     std::optional<Origin> gitHub;
     /// Has the install script of Homebrew.
     std::optional<Origin> gitHubRaw;
+    /// The processor that the files are for, as Qt names it.
+    QString architecture = QSysInfo::buildCpuArchitecture();
 };
 
-/// The newest release of yt-dlp: its version and its executable for this system. Owned by
-/// `YtDlpTool`; main thread, which it never blocks. Returns nullopt on any error.
+/// Why the released file could not be had. A value; any thread.
+enum class YtDlpDownloadError {
+    noChecksums,   ///< The list of the release's files and their checksums could not be had.
+    noFile,        ///< The release has no file for this machine.
+    incomplete,    ///< The transfer failed, or the file could not be written.
+    wrongChecksum, ///< The file is not the one that was released.
+    doesNotRun,    ///< The file does not run on this machine.
+};
+
+/// Returns a sentence for the user. Any thread.
+[[nodiscard]] QString errorDescription(YtDlpDownloadError error);
+
+/// Returns the names of the released files that may run on a machine, the best one first. The
+/// file for Python needs version 3.10; `python` is what its `--version` prints. Any thread.
+[[nodiscard]] QStringList releaseFiles(const QString& architecture, const QString& python);
+
+/// The newest release of yt-dlp: its version and its file for this machine. Owned by `YtDlpTool`;
+/// main thread, which it never blocks.
 class YtDlpRelease {
 public:
-    /// The name of the file that runs on this system.
-    static const QString executableName;
-
     /// `stop` ends every transfer.
     YtDlpRelease(ToolRunner& tools, HttpClient& http, YtDlpSources sources, std::stop_token stop);
 
-    /// Returns the tag of the newest release, unchanged.
+    /// Returns the tag of the newest release, unchanged, or nullopt on any error.
     [[nodiscard]] QCoro::Task<std::optional<QString>> latestVersion();
 
-    /// Downloads the executable into the user's own folder of programs and returns its path. The
-    /// file appears there only when it is complete, verified and executable.
-    [[nodiscard]] QCoro::Task<std::optional<QString>> download();
+    using Downloaded = std::expected<YtDlpCandidate, YtDlpDownloadError>;
+
+    /// Downloads the best file for this machine to `destination`, whose folder is made. The file
+    /// appears there only when it is complete, has its published checksum, and has run here.
+    [[nodiscard]] QCoro::Task<Downloaded> download(QString destination);
 
 private:
-    [[nodiscard]] QCoro::Task<bool> checksumMatches(Origin releases, QByteArray sha256);
+    /// The names of the release's files and their checksums, in lower-case hexadecimal digits.
+    using Checksums = QHash<QString, QByteArray>;
+
+    [[nodiscard]] QCoro::Task<std::optional<Checksums>> checksums(Origin releases);
+    [[nodiscard]] QCoro::Task<QString> pythonVersion();
+    [[nodiscard]] QCoro::Task<Downloaded> downloadFile(QString address, QByteArray checksum,
+                                                       QString destination);
 
     ToolRunner& m_tools;
     HttpClient& m_http;
