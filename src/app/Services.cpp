@@ -29,8 +29,11 @@ Services::Services(const Environment& environment, const QString& preferencesPat
       http(AppConstants::appName),
       telemetry(defaults, http, environment.telemetry),
       players(teardown, chosenOutput),
-      ytDlpTool(HostFileSystem::real(), processes, clock, http, environment.ytDlpSources),
-      ytDlp(ytDlpTool, tasks),
+      ytDlpTool(HostFileSystem::real(), processes, clock, http, environment.ytDlpSources,
+                QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+                    u"/orvane/yt-dlp/yt-dlp"_s),
+      ytDlpUpdater(ytDlpTool, tasks),
+      ytDlp(ytDlpTool, ytDlpUpdater, tasks),
       ladder(QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) +
                  u"/orvane/ladder.json"_s,
              clock),

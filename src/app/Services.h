@@ -22,6 +22,7 @@
 #include "streaming/ChannelResolver.h"
 #include "streaming/StreamResolver.h"
 #include "streaming/tool/YtDlpManager.h"
+#include "streaming/tool/YtDlpUpdater.h"
 #include "telemetry/TelemetryService.h"
 #include "updates/UpdaterController.h"
 
@@ -56,6 +57,7 @@ struct Services {
     MpvTeardownQueue teardown;
     MpvMediaPlayerFactory players;
     YtDlpTool ytDlpTool;
+    YtDlpUpdater ytDlpUpdater;
     YtDlpManager ytDlp;
     StreamLadder ladder;
     StreamResolver resolver;

@@ -4,6 +4,7 @@
 #include "platform/system/HttpClient.h"
 #include "streaming/StreamResolver.h"
 #include "streaming/tool/YtDlpManager.h"
+#include "streaming/tool/YtDlpUpdater.h"
 #include "support/EventLoop.h"
 #include "support/FakeClock.h"
 #include "support/FakeMachine.h"
@@ -71,7 +72,8 @@ protected:
     TaskScope tasks;
     HttpClient http{u"test"_s};
     YtDlpTool tool{machine.host(), processes, clock, http, {}};
-    YtDlpManager manager{tool, tasks};
+    YtDlpUpdater updater{tool, tasks};
+    YtDlpManager manager{tool, updater, tasks};
     StreamLadder ladder{{}, clock};
     StreamResolver resolver{Origin::parse(u"https://site.example"_s), tool, ladder, clock, tasks};
     std::optional<YtDlpTool::Installed> ensured;

@@ -1,18 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "streaming/tool/YtDlpTool.h"
 
-#include "base/TaskScope.h"
-#include "platform/system/HttpClient.h"
 #include "streaming/StreamResolver.h"
-#include "streaming/tool/YtDlpManager.h"
-#include "support/FakeClock.h"
-#include "support/FakeMachine.h"
-#include "support/LoopbackServer.h"
-
-#include <QCoroTask>
-#include <QCryptographicHash>
-#include <QDir>
-#include <QFileInfo>
+#include "support/ToolSetup.h"
 
 #include <gtest/gtest.h>
 
@@ -21,6 +11,9 @@
 namespace orvane {
 
 using namespace Qt::StringLiterals;
+using test::localBin;
+using test::notInstalled;
+using test::ToolSetup;
 
 namespace {
 
@@ -30,85 +23,7 @@ const QString modulePip = u"/usr/bin/python3 [-m] [pip] [install] [--user] [--qu
 const QString pip = u"/usr/bin/pip3 [install] [--user] [--break-system-packages] [yt-dlp]"_s;
 const QString olderPip = u"/usr/bin/pip3 [install] [--user] [yt-dlp]"_s;
 
-/// Real child processes and a real web server, on a machine of the test's own that has Python and
-/// no yt-dlp.
-struct ToolSetup {
-    explicit ToolSetup(const QString& architecture = u"x86_64"_s)
-        : tool{machine.host(),
-               processes,
-               clock,
-               http,
-               {.gitHubApi = server.origin(),
-                .gitHub = server.origin(),
-                .gitHubRaw = server.origin(),
-                .architecture = architecture},
-               machine.real(u"/data/yt-dlp"_s)} {
-        machine.install(u"/usr/bin/which"_s, "exit 1\n");
-        machine.install(u"/usr/bin/python3"_s, "exit 1\n");
-        machine.install(u"/bin/chmod"_s, "exec /bin/chmod \"$@\"\n");
-    }
-    ToolSetup(const ToolSetup&) = delete;
-    ToolSetup& operator=(const ToolSetup&) = delete;
-    ~ToolSetup() { QCoro::waitFor(tasks.join()); }
-
-    /// Returns the path on the fake machine, or the error.
-    [[nodiscard]] QString install(const YtDlpPlan& plan) {
-        return describe(QCoro::waitFor(tool.install(plan)));
-    }
-    [[nodiscard]] QString ensure() {
-        const YtDlpTool::Installed installed = QCoro::waitFor(manager.ensureInstalled());
-        QCoro::waitFor(tasks.join());
-        return describe(installed);
-    }
-    [[nodiscard]] QString find(const YtDlpSearch& search) {
-        const std::optional<YtDlpCommand> found =
-            QCoro::waitFor(searchForYtDlp(tool.runner(), search));
-        return found ? describe(YtDlpTool::Installed(*found)) : QString();
-    }
-    [[nodiscard]] QString newest() {
-        const std::optional<YtDlpTool::Candidate> found = QCoro::waitFor(tool.newest());
-        return found ? describe(YtDlpTool::Installed(found->command)) : QString();
-    }
-    [[nodiscard]] QString describe(const YtDlpTool::Installed& installed) const {
-        if (!installed)
-            return errorDescription(installed.error());
-        const QString path = installed->program.sliced(machine.real({}).size());
-        return (QStringList{path} + installed->argumentsFor({})).join(u' ');
-    }
-    [[nodiscard]] QString read(const QString& path) const {
-        QFile file(machine.real(path));
-        return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()).trimmed()
-                                              : u"no file"_s;
-    }
-    void publish(const QByteArray& executable, qsizetype cutAfter = -1) {
-        server.answers[files + u"yt-dlp_linux"_s] = {.body = executable, .cutAfter = cutAfter};
-    }
-    void publishChecksum(const QByteArray& executable, const QByteArray& name = "yt-dlp_linux") {
-        const QByteArray sum =
-            QCryptographicHash::hash(executable, QCryptographicHash::Sha256).toHex();
-        QByteArray& list = server.answers[files + u"SHA2-256SUMS"_s].body;
-        list = "0000  yt-dlp_macos\n" + list + sum + "  " + name + "\n";
-    }
-    [[nodiscard]] QStringList inLocalBin() const {
-        return QDir(machine.real(u"/home/.local/bin"_s))
-            .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
-    }
-
-    const QString files = u"/yt-dlp/yt-dlp/releases/latest/download/"_s;
-    test::FakeMachine machine;
-    test::LoopbackServer server;
-    LocalProcessRunner processes;
-    test::FakeClock clock;
-    HttpClient http{u"Orvane"_s};
-    TaskScope tasks;
-    YtDlpTool tool;
-    YtDlpManager manager{tool, tasks};
-};
-
-const QString notInstalled =
-    u"Could not install yt-dlp. Please install manually: brew install yt-dlp"_s;
 const QString extendedPath = u"/opt/homebrew/bin:/usr/local/bin:/usr/bin:/bin:/sbin:"_s;
-const QString localBin = u"/home/.local/bin/yt-dlp"_s;
 
 /// A script that puts an executable at `path` and its own search path into "/path".
 QByteArray puts(const QString& path) {
@@ -274,105 +189,6 @@ TEST(YtDlpPlan, WaitsAMinuteForPython) {
     EXPECT_EQ(setup.clock.sleeps, std::vector(30, std::chrono::milliseconds(2000)));
 }
 
-TEST(YtDlpRelease, DownloadsTheBestFileForTheMachine) {
-    using Error = YtDlpDownloadError;
-    const QByteArray any = "yt-dlp";
-    const QByteArray linux = "yt-dlp_linux";
-    const QByteArray arm64 = "yt-dlp_linux_aarch64";
-    const QByteArray arm = "yt-dlp_linux_armv7l";
-    const struct {
-        /// Empty: Python is missing.
-        QByteArray python;
-        QString architecture;
-        QList<QByteArray> files;
-        /// The file that is downloaded, which prints its name.
-        std::expected<QByteArray, Error> downloaded;
-        /// The file that does not run.
-        QByteArray broken = {};
-    } rows[] = {
-        {"3.11.2", u"x86_64"_s, {any, linux, arm64}, any},
-        {"3.10.0", u"riscv64"_s, {any, linux, arm64}, any},
-        {"3.9.18", u"x86_64"_s, {any, linux, arm64}, linux},
-        {{}, u"x86_64"_s, {any, linux, arm64}, linux},
-        {"3.9.18", u"arm64"_s, {any, linux, arm64}, arm64},
-        {{}, u"arm"_s, {any, linux, arm}, arm},
-        {{}, u"arm"_s, {any, linux, arm + ".zip"}, std::unexpected(Error::noFile)},
-        {"3.9.18", u"riscv64"_s, {any, linux, arm64}, std::unexpected(Error::noFile)},
-        {"3.11.2", u"x86_64"_s, {linux, arm64}, linux},
-        {"3.11.2", u"x86_64"_s, {any, linux}, linux, any},
-        {"3.11.2", u"arm64"_s, {any}, std::unexpected(Error::doesNotRun), any},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE((row.python + ' ' + row.architecture.toLatin1()).constData());
-        ToolSetup setup(row.architecture);
-        setup.machine.install(u"/usr/bin/python3"_s, "echo Python " + row.python + "\n");
-        if (row.python.isEmpty())
-            setup.machine.remove(u"/usr/bin/python3"_s);
-        for (const QByteArray& name : row.files) {
-            const QByteArray file =
-                "#!/bin/sh\n" + (name == row.broken ? "exit 1\n" : "echo " + name + "\n");
-            setup.server.answers[setup.files + QString::fromLatin1(name)] = {.body = file};
-            setup.publishChecksum(file, name);
-        }
-        const YtDlpRelease::Downloaded downloaded =
-            QCoro::waitFor(setup.tool.release().download(setup.machine.real(u"/new/yt-dlp"_s)));
-        ASSERT_EQ(downloaded.has_value(), row.downloaded.has_value());
-        if (downloaded)
-            EXPECT_EQ(downloaded->version, QString::fromLatin1(*row.downloaded));
-        else
-            EXPECT_EQ(downloaded.error(), row.downloaded.error());
-    }
-}
-
-TEST(YtDlpRelease, ReplacesAFileOnlyByOneThatIsCompleteVerifiedAndRuns) {
-    const QByteArray executable = "#!/bin/sh\necho 2024.01.01\n" + QByteArray(500'000, '#');
-    const QByteArray broken = "#!/bin/sh\n";
-    ToolSetup setup;
-    const QString destination = setup.machine.real(localBin);
-    const auto failure = [&] {
-        const YtDlpRelease::Downloaded downloaded =
-            QCoro::waitFor(setup.tool.release().download(destination));
-        EXPECT_EQ(setup.read(localBin).section(u'\n', -1), u"echo mine"_s);
-        EXPECT_EQ(setup.inLocalBin(), QStringList{u"yt-dlp"_s});
-        return downloaded ? std::nullopt : std::optional(downloaded.error());
-    };
-    setup.machine.install(localBin, "echo mine\n");
-    setup.publish(executable);
-    EXPECT_EQ(failure(), YtDlpDownloadError::noChecksums);
-    setup.publishChecksum(executable, "yt-dlp_linux_aarch64");
-    EXPECT_EQ(failure(), YtDlpDownloadError::noFile);
-    setup.publishChecksum("something else");
-    EXPECT_EQ(failure(), YtDlpDownloadError::wrongChecksum);
-    setup.publishChecksum(executable);
-    setup.publish(executable, 400'000);
-    EXPECT_EQ(failure(), YtDlpDownloadError::incomplete);
-    setup.publish(broken);
-    setup.publishChecksum(broken);
-    EXPECT_EQ(failure(), YtDlpDownloadError::doesNotRun);
-
-    setup.machine.remove(localBin);
-    EXPECT_EQ(setup.ensure(), notInstalled);
-    setup.publish(executable);
-    setup.publishChecksum(executable);
-    EXPECT_EQ(setup.ensure(), localBin);
-    EXPECT_EQ(QFileInfo(destination).size(), executable.size());
-    EXPECT_EQ(setup.inLocalBin(), QStringList{u"yt-dlp"_s});
-    EXPECT_TRUE(setup.machine.calls().last().startsWith(u"/bin/chmod [+x] ["_s));
-    EXPECT_EQ(setup.server.requests.last(), setup.files + u"yt-dlp_linux Orvane"_s);
-}
-
-TEST(YtDlpRelease, HasNoVersionFromAnUnusableAnswer) {
-    ToolSetup setup;
-    for (const QByteArray& body :
-         {QByteArray("no json"), QByteArray("[]"), QByteArray(R"({"tag_name": 3})"),
-          QByteArray(5 * 1024 * 1024, ' ')}) {
-        setup.server.answers[u"/repos/yt-dlp/yt-dlp/releases/latest"_s] = {.body = body};
-        EXPECT_EQ(QCoro::waitFor(setup.tool.release().latestVersion()), std::nullopt);
-    }
-    setup.server.answers.clear();
-    EXPECT_EQ(QCoro::waitFor(setup.tool.release().latestVersion()), std::nullopt);
-}
-
 TEST(YtDlpManager, SearchesAgainIfTheToolWasRemoved) {
     ToolSetup setup;
     for (const QString& place : {u"/opt/homebrew/bin/yt-dlp"_s, u"/usr/local/bin/yt-dlp"_s}) {
@@ -452,61 +268,6 @@ TEST(YtDlpTool, IsReplacedOnceInTheSameCallIfItDoesNotRun) {
                 runs += call.section(u' ', 0, 0);
         EXPECT_EQ(runs, row.runs);
     }
-}
-
-TEST(YtDlpTool, NamesTheNewestOnTheMachine) {
-    const QString first = u"/usr/bin/yt-dlp"_s;
-    const QString python = u"/usr/bin/python3"_s;
-    const QString elsewhere = u"/elsewhere/yt-dlp"_s;
-    const QString own = u"/data/yt-dlp"_s;
-    const auto prints = [](const QByteArray& version) { return "echo " + version + "\n"; };
-    const struct {
-        std::map<QString, QByteArray> programs;
-        QString newest;
-    } rows[] = {
-        {{{localBin, "exit 1\n"}}, {}},
-        {{{first, prints("2023.03.04")}, {userScripts(14).last(), prints("2025.04.30")}},
-         userScripts(14).last()},
-        {{{first, prints("2025.04.30")}, {localBin, prints("2026.10.26; exit 1")}}, first},
-        {{{first, prints("2026.10.26")}, {localBin, prints("2026.10.26.123456")}}, localBin},
-        {{{first, prints("2026.10.26")}, {localBin, prints("master")}}, first},
-        {{{first, prints("2026.10.26")}, {own, prints("2026.10.26")}}, first},
-        {{{first, prints("2025.04.30")}, {own, prints("2026.10.26")}}, own},
-        {{{first, prints("2025.04.30")}, {elsewhere, prints("2026.10.26")}}, elsewhere},
-        {{{first, prints("2025.04.30")}, {python, prints("2026.10.26")}},
-         u"/usr/bin/python3 -m yt_dlp"_s},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.newest.toStdString());
-        ToolSetup setup;
-        setup.machine.install(u"/usr/bin/which"_s,
-                              "[ \"$1\" = -a ] && echo \"$root/usr/bin/yt-dlp\" && "
-                              "echo \"$root/elsewhere/yt-dlp\"\n");
-        for (const auto& [program, script] : row.programs)
-            setup.machine.install(program, script);
-        EXPECT_EQ(setup.newest(), row.newest);
-    }
-}
-
-TEST(YtDlpTool, AsksAFileForItsVersionOnlyOnceUntilItChanges) {
-    ToolSetup setup;
-    const auto asked = [&](const QString& place) {
-        return setup.machine.calls().count(place + u" [--version]"_s);
-    };
-    setup.machine.install(localBin, "echo 2026.10.26\n");
-    const QString link = u"/usr/local/bin/yt-dlp"_s;
-    QDir().mkpath(QFileInfo(setup.machine.real(link)).path());
-    ASSERT_TRUE(QFile::link(setup.machine.real(localBin), setup.machine.real(link)));
-    EXPECT_EQ(setup.newest(), link);
-    EXPECT_EQ(setup.newest(), link);
-    EXPECT_EQ(asked(link) + asked(localBin), 1);
-    setup.machine.install(localBin, "echo '2026.10.27'\n");
-    EXPECT_EQ(setup.newest(), link);
-    EXPECT_EQ(asked(link), 2);
-    // An upgrade of a module changes no file that is asked.
-    setup.tool.becameNewer();
-    EXPECT_EQ(setup.newest(), link);
-    EXPECT_EQ(asked(link), 3);
 }
 
 TEST(YtDlpManager, InstallsAnotherToolForOneThatDoesNotRun) {

@@ -16,6 +16,15 @@ constexpr std::chrono::milliseconds pythonPollInterval{2000};
 
 } // namespace
 
+QString errorDescription(YtDlpError error) {
+    if (error == YtDlpError::noPython)
+        return u"Python 3 is required. Please install Xcode Command Line Tools."_s;
+    if (error == YtDlpError::noReleaseFile)
+        return u"Could not install yt-dlp: it has no file for this computer's processor. Please "
+               "install yt-dlp, or Python 3.10 or later, from your distribution."_s;
+    return u"Could not install yt-dlp. Please install manually: brew install yt-dlp"_s;
+}
+
 YtDlpInstaller::YtDlpInstaller(ToolRunner& tools, YtDlpRelease& release, Clock& clock,
                                std::optional<Origin> homebrewScripts, std::stop_token stop)
     : m_tools(tools),

@@ -3,7 +3,6 @@
 
 #include "base/Origin.h"
 #include "streaming/tool/YtDlpCommand.h"
-#include "streaming/tool/YtDlpError.h"
 #include "streaming/tool/YtDlpPlan.h"
 
 #include <QCoroTask>
@@ -16,6 +15,12 @@ namespace orvane {
 
 class Clock;
 class YtDlpRelease;
+
+/// Why yt-dlp could not be installed. A value; any thread.
+enum class YtDlpError { notInstalled, noPython, noReleaseFile };
+
+/// Returns the text for the user.
+[[nodiscard]] QString errorDescription(YtDlpError error);
 
 /// Carries out a plan to install yt-dlp. Owned by `YtDlpTool`, which runs one plan
 /// at a time; main thread, which it never blocks. A step that fails is followed by the next one.

@@ -3,6 +3,7 @@
 
 #include "base/Logging.h"
 #include "base/TaskScope.h"
+#include "streaming/tool/YtDlpUpdater.h"
 
 #include <cstdio>
 
@@ -10,8 +11,8 @@ namespace orvane {
 
 using namespace Qt::StringLiterals;
 
-YtDlpManager::YtDlpManager(YtDlpTool& tool, TaskScope& background)
-    : m_tool(tool), m_background(background) {}
+YtDlpManager::YtDlpManager(YtDlpTool& tool, YtDlpUpdater& updater, TaskScope& background)
+    : m_tool(tool), m_updater(updater), m_background(background) {}
 
 QCoro::Task<YtDlpTool::Installed> YtDlpManager::ensureInstalled() {
     const YtDlpSearch search = YtDlpSearch::of(YtDlpUser::manager);
@@ -52,16 +53,7 @@ QCoro::Task<> YtDlpManager::updateIfOutdated(YtDlpCommand command) {
     const QString line = u"[Orvane] yt-dlp update: "_s + *installed + u" → "_s + *latest;
     std::puts(line.toUtf8().constData());
     std::fflush(stdout);
-    ToolRunner& runner = m_tool.runner();
-    const std::optional<QProcessEnvironment> environment = variables(ToolEnvironment::extendedPath);
-    for (const YtDlpPlan::RunCommand& upgrade : upgradeCommands()) {
-        const std::optional<QString> program = runner.firstExisting(upgrade.programs);
-        if (!program)
-            continue;
-        const bool succeeded = co_await runner.install(*program, upgrade.arguments, environment);
-        if (succeeded)
-            co_return;
-    }
+    co_await m_updater.upgrade(*installed, *latest);
 }
 
 } // namespace orvane

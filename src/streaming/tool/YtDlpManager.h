@@ -10,6 +10,7 @@
 namespace orvane {
 
 class TaskScope;
+class YtDlpUpdater;
 
 /// Prepares yt-dlp at the start: finds it, installs it if it is missing (pip, Homebrew, or a
 /// download of the released executable), and upgrades it in the background once in a run if there
@@ -18,7 +19,7 @@ class TaskScope;
 /// `YtDlpError`.
 class YtDlpManager {
 public:
-    YtDlpManager(YtDlpTool& tool, TaskScope& background);
+    YtDlpManager(YtDlpTool& tool, YtDlpUpdater& updater, TaskScope& background);
 
     /// Finds or installs yt-dlp. The first success of a run starts the search for a newer release,
     /// except after an installation. May take minutes if it has to install.
@@ -32,6 +33,7 @@ private:
     [[nodiscard]] QCoro::Task<> updateIfOutdated(YtDlpCommand command);
 
     YtDlpTool& m_tool;
+    YtDlpUpdater& m_updater;
     TaskScope& m_background;
     bool m_hasCheckedUpdate = false;
     std::function<void(bool)> m_onInstalling;

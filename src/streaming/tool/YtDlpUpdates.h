@@ -26,6 +26,7 @@ struct UpToDate {
     QString version;
 };
 struct Updated {
+    /// Empty after a first installation.
     QString from;
     QString to;
 };
