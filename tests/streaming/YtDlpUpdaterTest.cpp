@@ -62,7 +62,9 @@ TEST(NewestYtDlp, AsksAFileForItsVersionOnlyOnceUntilItChanges) {
     const QString link = u"/usr/local/bin/yt-dlp"_s;
     QDir().mkpath(QFileInfo(setup.machine.real(link)).path());
     ASSERT_TRUE(QFile::link(setup.machine.real(localBin), setup.machine.real(link)));
+    QCoro::Task<std::optional<YtDlpTool::Candidate>> atTheSameTime = setup.tool.newest();
     EXPECT_EQ(setup.newest(), link);
+    EXPECT_EQ(QCoro::waitFor(atTheSameTime)->version, u"2026.10.26"_s);
     EXPECT_EQ(setup.newest(), link);
     EXPECT_EQ(asked(link) + asked(localBin), 1);
     setup.machine.install(localBin, "echo '2026.10.27'\n");

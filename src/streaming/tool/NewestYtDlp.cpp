@@ -4,8 +4,10 @@
 #include "base/Logging.h"
 #include "streaming/tool/YtDlpSearch.h"
 
+#include <QCoroFuture>
 #include <QDateTime>
 #include <QFileInfo>
+#include <QPromise>
 #include <QSet>
 
 #include <utility>
@@ -90,12 +92,17 @@ QCoro::Task<QList<YtDlpCommand>> NewestYtDlp::commands() {
 
 QCoro::Task<std::optional<QString>> NewestYtDlp::version(YtDlpCommand command) {
     const QString state = stateOf(command);
-    const auto known = m_versions.constFind(state);
-    if (known != m_versions.constEnd())
-        co_return *known;
+    if (m_versions.contains(state)) {
+        const Version asked = m_versions.value(state);
+        std::optional<QString> printed = co_await asked;
+        co_return printed;
+    }
+    QPromise<std::optional<QString>> promise;
+    promise.start();
+    m_versions.insert(state, promise.future());
     std::optional<QString> printed = co_await askVersion(m_tools, command, m_stop);
-    if (!m_stop.stop_requested())
-        m_versions.insert(state, printed);
+    promise.addResult(printed);
+    promise.finish();
     co_return printed;
 }
 

@@ -4,6 +4,7 @@
 #include "streaming/tool/YtDlpVersion.h"
 
 #include <QCoroTask>
+#include <QFuture>
 #include <QHash>
 #include <QList>
 #include <QString>
@@ -33,14 +34,16 @@ public:
     void forget() { m_versions.clear(); }
 
 private:
+    using Version = QFuture<std::optional<QString>>;
+
     [[nodiscard]] QCoro::Task<QList<YtDlpCommand>> commands();
     [[nodiscard]] QCoro::Task<std::optional<QString>> version(YtDlpCommand command);
 
     ToolRunner& m_tools;
     QString m_privateCopy;
     std::stop_token m_stop;
-    /// By the state of the file and how it is run.
-    QHash<QString, std::optional<QString>> m_versions;
+    /// By the state of the file and how it is run; also those that are still being asked.
+    QHash<QString, Version> m_versions;
 };
 
 } // namespace orvane
