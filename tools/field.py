@@ -15,7 +15,6 @@ import time
 import zipapp
 from dataclasses import dataclass
 
-from tools.certificates import certificate
 from tools.desktop import Desktop
 from tools.images import moves, shows
 from tools.loopback import LoopbackServer
@@ -31,7 +30,7 @@ class ReleaseServer(LoopbackServer):
     """Has the newest yt-dlp as its project's releases have it."""
 
     def __init__(self, tools: pathlib.Path, newest: str, folder: pathlib.Path):
-        super().__init__(certificate(folder))
+        super().__init__()
         archive = folder / "yt-dlp"
         zipapp.create_archive(tools / newest / "usr/lib/python3/dist-packages", archive, "/usr/bin/env python3",
                               "yt_dlp:main")
@@ -101,8 +100,7 @@ def try_cell(model: Model, tool: str, tools: pathlib.Path, seconds: float, scree
         variables = {"ORVANE_VIDEO_SITE": f"https://{HOST}"}
         if release:
             server = stack.enter_context(ReleaseServer(tools, release, folder))
-            variables |= {"ORVANE_GITHUB_API": server.origin, "ORVANE_GITHUB": server.origin,
-                          "SSL_CERT_FILE": str(folder / "certificate.pem")}
+            variables |= {"ORVANE_GITHUB_API": server.origin, "ORVANE_GITHUB": server.origin}
         mounts, runs = install(tool, tools, folder)
         launcher = folder / "launcher"
         launcher.write_text(f"#!/bin/sh\nexec unshare --mount sh -e -c '{mounts}\n"
