@@ -5,6 +5,7 @@ bus and temporary XDG folders. Any number of them can run at the same time."""
 from __future__ import annotations
 
 import contextlib
+import fcntl
 import os
 import pathlib
 import re
@@ -21,23 +22,35 @@ FIRST_DISPLAY, LAST_DISPLAY = 90, 589
 def start_x_server(size: str) -> tuple[subprocess.Popen, str]:
     """Starts a server; returns it and the name of its display when it accepts clients.
 
-    Tries the numbers one by one, since a server with a given number creates the lock file before the socket. One
-    that chooses its number itself creates the socket first: in a network namespace of its own it does not notice
-    other servers, and would replace the socket of one of them."""
+    Each server inherits a locked file for its number. Its own lock does not help, since -displayfd turns that off,
+    and one in a network namespace of its own sees no other server and would replace the socket of one of them."""
     for number in range(FIRST_DISPLAY, LAST_DISPLAY + 1):
-        read_end, write_end = os.pipe()
-        # Without -noreset the server restarts when its last client disconnects, which can be an xprop that
-        # looked for the window manager just before that connected.
-        command = ["Xvfb", f":{number}", "-displayfd", str(write_end), "-nolisten", "tcp", "-noreset"]
-        command += ["-screen", "0", f"{size}x24"]
-        server = subprocess.Popen(command, pass_fds=[write_end], stderr=subprocess.DEVNULL)
-        os.close(write_end)
-        with os.fdopen(read_end) as answer:
-            if answer.readline().strip():
+        try:
+            lock = open(f"{tempfile.gettempdir()}/orvane-display-{number}.lock", "wb")
+        except PermissionError:
+            # Another user's.
+            continue
+        with lock, contextlib.suppress(BlockingIOError):
+            fcntl.flock(lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
+            if server := start_x_server_as(number, size, lock.fileno()):
                 return server, f":{number}"
-        # Another server has this number.
-        end(server)
     raise RuntimeError("Xvfb did not start")
+
+
+def start_x_server_as(number: int, size: str, lock: int) -> subprocess.Popen | None:
+    """Returns the server when it accepts clients, None if a foreign one has the number."""
+    read_end, write_end = os.pipe()
+    # Without -noreset the server restarts when its last client disconnects, which can be an xprop that
+    # looked for the window manager just before that connected.
+    command = ["Xvfb", f":{number}", "-displayfd", str(write_end), "-nolisten", "tcp", "-noreset"]
+    command += ["-screen", "0", f"{size}x24"]
+    server = subprocess.Popen(command, pass_fds=[write_end, lock], stderr=subprocess.DEVNULL)
+    os.close(write_end)
+    with os.fdopen(read_end) as answer:
+        if answer.readline().strip():
+            return server
+    end(server)
+    return None
 
 
 class Desktop(XClient):
