@@ -11,8 +11,8 @@ class Channel:
     """One channel of the site. `colour` is the background of its video (an ffmpeg colour).
 
     `faults` maps a resource ("page", "watch", "master", "list", "segment") to the status it is answered
-    with instead, to "hang" for no answer, or to "loop" for a redirect to itself. `fault_count` limits how
-    many requests get a fault. `ends` closes the live list; `frozen_at` stops it from advancing.
+    with instead, to "hang" for no answer, to "loop" for a redirect to itself, or to "empty" for a page without
+    a stream. `fault_count` limits how many requests get a fault. `ends` closes the live list; `frozen_at` stops it from advancing.
     """
 
     handle: str

@@ -240,6 +240,9 @@ class _Handler(http.server.BaseHTTPRequestHandler):
         if fault == "loop":
             self.answer(302, "text/plain", b"", Location=site.origin + self.path)
             return
+        if fault == "empty":
+            self.answer(200, kind, b"<!DOCTYPE html><html><head><title>No stream</title></head></html>")
+            return
         if fault is not None or body is None:
             self.answer(int(fault or 404), "text/plain", b"")
             return

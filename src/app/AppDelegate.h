@@ -21,6 +21,7 @@ namespace orvane {
 class LocalProcessRunner;
 class MpvTeardownQueue;
 class SleepTimer;
+class StreamLadder;
 class TelemetryService;
 class Timeline;
 class UpdaterController;
@@ -47,6 +48,7 @@ public:
         UpdaterController& updater;
         YtDlpManager& ytDlp;
         YtDlpTool& ytDlpTool;
+        StreamLadder& ladder;
         LocalProcessRunner& processes;
         TaskScope& tasks;
         MpvTeardownQueue& teardown;

@@ -19,6 +19,7 @@ AppDelegate::Collaborators appDelegateCollaborators(Services& services) {
         .updater = services.updater,
         .ytDlp = services.ytDlp,
         .ytDlpTool = services.ytDlpTool,
+        .ladder = services.ladder,
         .processes = services.processes,
         .tasks = services.tasks,
         .teardown = services.teardown,
@@ -70,6 +71,7 @@ settingsWindowCollaborators(Services& services, std::function<void(QSizeF)> resi
                 },
             .siteHost = services.videoSite ? services.videoSite->host() : QString(),
             .autostart = services.autostart,
+            .ytDlp = services.ytDlpUpdater,
             .resizePlayer = std::move(resizePlayer)};
 }
 

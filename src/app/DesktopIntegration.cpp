@@ -2,6 +2,7 @@
 #include "app/DesktopIntegration.h"
 
 #include "model/AppConstants.h"
+#include "playback/PlayerManager.h"
 
 namespace orvane {
 
@@ -20,8 +21,12 @@ DesktopIntegration::DesktopIntegration(const Collaborators& with, ApplicationAct
       m_idleInhibition(with.state, with.notifications, m_screenSaver, with.clock, with.tasks),
       m_systemBus(MessageBus::Kind::system, with.clock, with.tasks),
       m_sleep(m_systemBus),
-      m_recovery(with.state, with.player, with.notifications, with.clock, with.tasks) {
-    const auto returned = [this] { m_recovery.returned(); };
+      m_recovery(with.state, with.player, with.notifications, with.clock, with.tasks),
+      m_healing(with.state, with.player, with.notifications, with.clock, with.tasks) {
+    const auto returned = [this] {
+        m_recovery.returned();
+        m_healing.returned();
+    };
     QObject::connect(&m_sleep, &SleepWatcher::wokeUp, &m_sleep, returned);
     QObject::connect(&m_network, &NetworkWatcher::addressGained, &m_network, returned);
     QObject::connect(&m_network, &NetworkWatcher::lastAddressLost, &m_network,

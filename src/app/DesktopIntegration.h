@@ -6,6 +6,7 @@
 #include "platform/desktop/MessageBus.h"
 #include "platform/desktop/NetworkWatcher.h"
 #include "platform/desktop/SleepWatcher.h"
+#include "playback/ChannelHealing.h"
 #include "playback/ChannelRecovery.h"
 #include "playback/IdleInhibition.h"
 
@@ -17,8 +18,8 @@ class TaskScope;
 
 /// Connects the player to the desktop's services: media keys and panels control it, the screen
 /// stays on while a channel plays, and the channel is opened again after the machine slept or lost
-/// its network. Owned by the application controller; main thread. Works without the services that
-/// the desktop lacks.
+/// its network, and after it has failed. Owned by the application controller; main thread. Works
+/// without the services that the desktop lacks.
 class DesktopIntegration {
 public:
     /// All outlive it.
@@ -39,6 +40,8 @@ public:
     /// Releases the screen saver and leaves the buses.
     void stop();
 
+    [[nodiscard]] ChannelHealing& healing() { return m_healing; }
+
 private:
     MessageBus m_sessionBus;
     RemoteControl m_remoteControl;
@@ -48,6 +51,7 @@ private:
     SleepWatcher m_sleep;
     NetworkWatcher m_network;
     ChannelRecovery m_recovery;
+    ChannelHealing m_healing;
 };
 
 } // namespace orvane

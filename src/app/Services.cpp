@@ -32,15 +32,20 @@ Services::Services(const Environment& environment, const QString& preferencesPat
       ytDlpTool(HostFileSystem::real(), processes, clock, http, environment.ytDlpSources,
                 QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
                     u"/orvane/yt-dlp/yt-dlp"_s),
-      ytDlpUpdater(ytDlpTool, tasks),
-      ytDlp(ytDlpTool, ytDlpUpdater, tasks),
       ladder(QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) +
                  u"/orvane/ladder.json"_s,
              clock),
+      ytDlpUpdater(
+          ytDlpTool,
+          [this] {
+              return ladder.remembered().transform(
+                  [](const LadderMemory::Entry& entry) { return entry.command; });
+          },
+          tasks),
+      ytDlp(ytDlpTool, ytDlpUpdater, tasks),
       resolver(environment.videoSite, ytDlpTool, ladder, clock, tasks),
       channelResolver(environment.videoSite, ytDlpTool),
       player(state, registry, resolver, players, tasks),
-      healing(state, player, notifications, clock, tasks),
       sleepTimer(
           state, [this] { player.pause(); }, notifications, clock, tasks),
       updater(

@@ -12,7 +12,6 @@
 #include "platform/system/HttpClient.h"
 #include "platform/system/Process.h"
 #include "platform/windowing/SystemEventMonitor.h"
-#include "playback/ChannelHealing.h"
 #include "playback/PlayerManager.h"
 #include "playback/SleepTimer.h"
 #include "settings/Preferences.h"
@@ -57,13 +56,12 @@ struct Services {
     MpvTeardownQueue teardown;
     MpvMediaPlayerFactory players;
     YtDlpTool ytDlpTool;
+    StreamLadder ladder;
     YtDlpUpdater ytDlpUpdater;
     YtDlpManager ytDlp;
-    StreamLadder ladder;
     StreamResolver resolver;
     ChannelResolver channelResolver;
     PlayerManager player;
-    ChannelHealing healing;
     SleepTimer sleepTimer;
     UpdaterController updater;
 };

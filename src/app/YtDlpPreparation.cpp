@@ -3,20 +3,17 @@
 
 #include "app/Timeline.h"
 #include "base/TaskScope.h"
-#include "playback/PlayerManager.h"
+#include "playback/ChannelHealing.h"
 #include "state/AppNotification.h"
 #include "state/AppState.h"
+#include "streaming/ladder/StreamLadder.h"
 #include "streaming/tool/YtDlpManager.h"
 
 #include <utility>
 
 namespace orvane {
 
-YtDlpPreparation::YtDlpPreparation(const Collaborators& collaborators)
-    : m_with(collaborators), m_retry([this] {
-          if (!m_isStopped)
-              m_with.player.retryCurrent();
-      }) {}
+YtDlpPreparation::YtDlpPreparation(const Collaborators& collaborators) : m_with(collaborators) {}
 
 YtDlpPreparation::~YtDlpPreparation() = default;
 
@@ -25,6 +22,10 @@ void YtDlpPreparation::start() {
         m_with.notifications.addObserver(AppNotification::streamError, [this] { retryIfDue(); }));
     m_observers.push_back(m_with.notifications.addObserver(AppNotification::streamResolved,
                                                            [this] { m_isRetryDue = false; }));
+    m_with.tool.onNewer([this] {
+        m_with.ladder.forget();
+        m_with.healing.retryNow();
+    });
     m_with.tasks.spawn(prepare());
 }
 
@@ -49,7 +50,7 @@ QCoro::Task<> YtDlpPreparation::prepare() {
 
 void YtDlpPreparation::retryIfDue() {
     if (std::exchange(m_isRetryDue, false))
-        m_retry.schedule();
+        m_with.healing.retryNow();
 }
 
 } // namespace orvane

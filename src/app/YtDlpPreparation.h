@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "base/DeferredCall.h"
 #include "base/NotificationCenter.h"
 
 #include <QCoroTask>
@@ -12,21 +11,25 @@
 namespace orvane {
 
 class AppState;
-class PlayerManager;
+class ChannelHealing;
+class StreamLadder;
 class TaskScope;
 class Timeline;
 class YtDlpManager;
+class YtDlpTool;
 
-/// Installs yt-dlp at the start if it is missing, and then opens the current channel again, as it
-/// may have failed without yt-dlp. Owned by the application controller; main thread. If the
-/// installation fails, the channel shows its own error.
+/// Installs yt-dlp at the start if it is missing. Opens the current channel again after that, and
+/// whenever a newer yt-dlp has come, as the channel may have failed without it. Owned by the
+/// application controller; main thread. If the installation fails, the channel shows its own error.
 class YtDlpPreparation {
 public:
     /// All outlive it; `tasks` is joined before it is destroyed.
     struct Collaborators {
         YtDlpManager& ytDlp;
+        YtDlpTool& tool;
+        StreamLadder& ladder;
         const AppState& state;
-        PlayerManager& player;
+        ChannelHealing& healing;
         NotificationCenter& notifications;
         const Timeline& timeline;
         TaskScope& tasks;
@@ -47,8 +50,6 @@ private:
 
     Collaborators m_with;
     std::vector<NotificationCenter::Token> m_observers;
-    /// Deferred, so that all observers receive an error before the next attempt begins.
-    DeferredCall m_retry;
     bool m_wasInstalled = false;
     bool m_isRetryDue = false;
     bool m_isStopped = false;

@@ -4,19 +4,15 @@
 #include "base/Clock.h"
 #include "base/Logging.h"
 #include "base/TaskScope.h"
-#include "playback/HealingPolicy.h"
 #include "playback/PlayerCommands.h"
 #include "state/AppNotification.h"
 #include "state/AppState.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace orvane {
 
-using std::chrono::ceil;
-using std::chrono::milliseconds;
-using std::chrono::seconds;
+using namespace std::chrono_literals;
 
 ChannelHealing::ChannelHealing(const AppState& state, PlayerCommands& player,
                                NotificationCenter& notifications, Clock& clock, TaskScope& tasks)
@@ -26,71 +22,84 @@ ChannelHealing::ChannelHealing(const AppState& state, PlayerCommands& player,
       m_clock(clock),
       m_tasks(tasks) {
     using namespace AppNotification;
-    m_observers = notifications.addObservers([this] { update(); }, streamLoading, streamResolved,
-                                             streamError, transportChanged);
+    m_observers = notifications.addObservers([this] { update(); }, channelChanged, transportChanged,
+                                             playerShownChanged);
+    m_observers.push_back(notifications.addObserver(streamLoading, [this](const Channel& channel) {
+        m_policy.loading(channel.id(), m_clock.sinceBoot());
+        update();
+    }));
+    m_observers.push_back(notifications.addObserver(streamResolved, [this] {
+        m_policy.playing(m_clock.sinceBoot());
+        update();
+    }));
+    m_observers.push_back(notifications.addObserver(
+        streamError, [this](const QString& message) { failed(message); }));
 }
 
-ChannelHealing::~ChannelHealing() {
-    m_wait.cancel();
+ChannelHealing::~ChannelHealing() = default;
+
+void ChannelHealing::returned() {
+    const HealingPolicy::Time now = m_clock.sinceBoot();
+    m_policy.returned(now);
+    waitUntil(now + HealingPolicy::settleTime);
 }
 
-void ChannelHealing::tryNow() {
-    if (m_wait.isActive())
-        m_player.retryCurrent();
+void ChannelHealing::retryNow() {
+    m_policy.restart();
+    waitUntil(m_clock.sinceBoot());
+}
+
+void ChannelHealing::failed(const QString& message) {
+    const HealingPolicy::Time now = m_clock.sinceBoot();
+    const HealingPolicy::Time delay = m_policy.failed(streamFailureOf(message), now);
+    qCInfo(logPlayer, "healing: the next attempt is due in %lld ms",
+           static_cast<long long>(delay.count()));
+    waitUntil(now + delay);
 }
 
 void ChannelHealing::update() {
-    const auto* error = std::get_if<PlaybackState::Error>(&m_state.playbackState());
-    const bool isWanted = m_state.transport() == Transport::playing;
-    if (std::holds_alternative<PlaybackState::Playing>(m_state.playbackState()))
-        startPlaying();
-    else if (std::holds_alternative<PlaybackState::Loading>(m_state.playbackState()))
-        m_playingSince.reset();
-    if (error == nullptr || !isWanted)
-        cancel();
-    else if (!m_wait.isActive())
-        countDown(error->message);
+    if (!isRetryWanted())
+        stopWaiting();
+    else if (!m_countdown.isActive())
+        m_tasks.spawn(countDown(m_countdown.restart()));
 }
 
-void ChannelHealing::startPlaying() {
-    if (!m_playingSince)
-        m_playingSince = m_clock.sinceBoot();
+void ChannelHealing::waitUntil(HealingPolicy::Time due) {
+    m_due = due;
+    stopWaiting();
+    update();
 }
 
-void ChannelHealing::countDown(const QString& message) {
-    const std::optional<Channel>& channel = m_state.currentChannel();
-    if (!channel)
+void ChannelHealing::stopWaiting() {
+    if (!m_countdown.isActive())
         return;
-    const auto playingSince = std::exchange(m_playingSince, std::nullopt);
-    const bool wasWell = playingSince && m_clock.sinceBoot() - *playingSince >= wellAfter;
-    if (std::exchange(m_channel, channel->id()) != channel->id() || wasWell)
-        m_attempts = 0;
-    const seconds delay = healingDelay(m_attempts, streamFailureOf(message));
-    qCInfo(logPlayer, "%s: trying again in %d s", qUtf8Printable(m_channel),
-           static_cast<int>(delay.count()));
-    m_tasks.spawn(wait(delay, m_wait.restart()));
+    m_countdown.cancel();
+    m_notifications.post(AppNotification::retryCountdown, std::nullopt);
 }
 
-QCoro::Task<> ChannelHealing::wait(seconds delay, std::stop_token stop) {
-    const milliseconds end = m_clock.sinceBoot() + delay;
-    for (milliseconds left = delay; left > milliseconds::zero(); left = end - m_clock.sinceBoot()) {
-        announce(ceil<seconds>(left));
-        co_await m_clock.sleep(std::min<milliseconds>(left, seconds(1)), stop);
+bool ChannelHealing::isRetryWanted() const {
+    const auto* error = std::get_if<PlaybackState::Error>(&m_state.playbackState());
+    return error != nullptr && m_state.currentChannel() == error->channel &&
+           m_state.transport() == Transport::playing && m_state.isPlayerShown();
+}
+
+QCoro::Task<> ChannelHealing::countDown(std::stop_token stop) {
+    // A machine that was asleep wakes up with less time left than a sleep of the whole time.
+    HealingPolicy::Time left{};
+    do {
+        left = std::max(m_due - m_clock.sinceBoot(), HealingPolicy::Time{});
+        const auto seconds = std::chrono::ceil<std::chrono::seconds>(left);
+        m_notifications.post(AppNotification::retryCountdown, seconds);
+        // Until the number changes. At least one sleep, so that all observers receive an error
+        // before the next attempt begins.
+        const HealingPolicy::Time step = left - std::max(seconds - 1s, 0s);
+        co_await m_clock.sleep(step, stop);
         if (stop.stop_requested())
             co_return;
-    }
-    ++m_attempts;
+    } while (m_clock.sinceBoot() < m_due);
+    stopWaiting();
+    qCInfo(logPlayer, "healing: trying again");
     m_player.retryCurrent();
-}
-
-void ChannelHealing::cancel() {
-    m_wait.cancel();
-    announce(std::nullopt);
-}
-
-void ChannelHealing::announce(std::optional<seconds> remaining) {
-    if (std::exchange(m_announced, remaining) != remaining)
-        m_notifications.post(AppNotification::retryCountdown, remaining);
 }
 
 } // namespace orvane

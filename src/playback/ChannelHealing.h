@@ -3,12 +3,10 @@
 
 #include "base/Cancellation.h"
 #include "base/NotificationCenter.h"
+#include "playback/HealingPolicy.h"
 
 #include <QCoroTask>
-#include <QString>
 
-#include <chrono>
-#include <optional>
 #include <stop_token>
 #include <vector>
 
@@ -19,14 +17,11 @@ class Clock;
 class PlayerCommands;
 class TaskScope;
 
-/// Tries a failed channel again without the user, with growing delays, and announces the remaining
-/// seconds. Ends when the user switches to another channel, closes the window, or pauses. Owned by
-/// the composition root; main thread.
+/// Tries a failed channel again by itself while the player window is shown, and announces the
+/// seconds until then. Another channel, a pause and the end of the window end that. Owned by the
+/// desktop integration; main thread. What still fails is tried again later, without end.
 class ChannelHealing {
 public:
-    /// After playing for this long, the delays start with the shortest again.
-    static constexpr std::chrono::seconds wellAfter{60};
-
     /// All references must outlive this object; `tasks` is joined before its destruction.
     ChannelHealing(const AppState& state, PlayerCommands& player, NotificationCenter& notifications,
                    Clock& clock, TaskScope& tasks);
@@ -34,17 +29,19 @@ public:
     ChannelHealing(const ChannelHealing&) = delete;
     ChannelHealing& operator=(const ChannelHealing&) = delete;
 
-    /// Tries a failed channel again at once, because what it needs may have come; does nothing if
-    /// no channel has failed.
-    void tryNow();
+    /// The machine has woken up, or its network has come back: a failed channel is tried again as
+    /// soon as no further sign of that follows.
+    void returned();
+    /// The reason of the failure may be gone: a failed channel is tried again from the event loop.
+    void retryNow();
 
 private:
+    void failed(const QString& message);
     void update();
-    void startPlaying();
-    void countDown(const QString& message);
-    [[nodiscard]] QCoro::Task<> wait(std::chrono::seconds delay, std::stop_token stop);
-    void cancel();
-    void announce(std::optional<std::chrono::seconds> remaining);
+    void waitUntil(HealingPolicy::Time due);
+    void stopWaiting();
+    [[nodiscard]] bool isRetryWanted() const;
+    [[nodiscard]] QCoro::Task<> countDown(std::stop_token stop);
 
     const AppState& m_state;
     PlayerCommands& m_player;
@@ -52,13 +49,10 @@ private:
     Clock& m_clock;
     TaskScope& m_tasks;
     std::vector<NotificationCenter::Token> m_observers;
-    /// The id of the channel that the attempts are counted for.
-    QString m_channel;
-    int m_attempts = 0;
-    /// Time since boot at which the channel began to play.
-    std::optional<std::chrono::milliseconds> m_playingSince;
-    std::optional<std::chrono::seconds> m_announced;
-    Cancellation m_wait;
+    HealingPolicy m_policy;
+    /// When the channel that has failed is to be tried again.
+    HealingPolicy::Time m_due{};
+    Cancellation m_countdown;
 };
 
 } // namespace orvane

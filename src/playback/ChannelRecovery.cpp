@@ -55,11 +55,10 @@ QCoro::Task<> ChannelRecovery::watch(std::stop_token stop) {
 
 ReopenPolicy::Situation ChannelRecovery::situation() const {
     using Situation = ReopenPolicy::Situation;
-    if (m_state.transport() != Transport::playing || !m_state.currentChannel())
-        return Situation::inactive;
     const PlaybackState::Value& now = m_state.playbackState();
-    if (std::holds_alternative<PlaybackState::Error>(now))
-        return Situation::failed;
+    if (m_state.transport() != Transport::playing || !m_state.currentChannel() ||
+        std::holds_alternative<PlaybackState::Error>(now))
+        return Situation::inactive;
     if (!std::holds_alternative<PlaybackState::Playing>(now))
         return Situation::loading;
     return m_player.isWaiting() ? Situation::stuck : Situation::playing;

@@ -17,9 +17,9 @@ class Clock;
 class PlayerManager;
 class TaskScope;
 
-/// Reopens the current channel with a fresh address if it does not recover by itself after the
-/// machine has woken up or the network has come back. Owned by the desktop integration; main
-/// thread. A channel that still fails shows its error as usual.
+/// Reopens a channel that hangs after the machine has woken up or the network has come back, with a
+/// fresh address. Owned by the desktop integration; main thread. A channel that has failed, then or
+/// before, is the task of `ChannelHealing`.
 class ChannelRecovery {
 public:
     /// All references must outlive this object; `tasks` is joined before its destruction.

@@ -2,24 +2,45 @@
 #include "playback/HealingPolicy.h"
 
 #include <algorithm>
-#include <array>
 
 namespace orvane {
 
-namespace {
+void HealingPolicy::loading(const QString& channelId, Time now) {
+    endPlay(now);
+    if (channelId != m_channelId)
+        restart();
+    m_channelId = channelId;
+}
 
-using std::chrono::seconds;
+void HealingPolicy::playing(Time now) {
+    if (!m_playingSince)
+        m_playingSince = now;
+}
 
-constexpr std::array delays{seconds{5}, seconds{15}, seconds{60}, seconds{120}};
-/// For a site that would mind being asked more often, or a channel that is not expected soon.
-constexpr seconds longDelay{300};
-
-} // namespace
-
-seconds healingDelay(int attempts, StreamFailure failure) {
+HealingPolicy::Time HealingPolicy::failed(StreamFailure failure, Time now) {
+    endPlay(now);
     if (failure == StreamFailure::notLive || failure == StreamFailure::botCheck)
         return longDelay;
-    return delays.at(std::min(static_cast<size_t>(std::max(attempts, 0)), delays.size() - 1));
+    if (m_returnedAt && now - *m_returnedAt <= returnWindow &&
+        m_failuresSinceReturn < returnDelays.size())
+        return returnDelays.at(m_failuresSinceReturn++);
+    return delays.at(std::min(m_failures++, delays.size() - 1));
+}
+
+void HealingPolicy::returned(Time now) {
+    restart();
+    m_returnedAt = now;
+    m_failuresSinceReturn = 0;
+}
+
+void HealingPolicy::restart() {
+    m_failures = 0;
+}
+
+void HealingPolicy::endPlay(Time now) {
+    if (m_playingSince && now - *m_playingSince >= goodPlay)
+        restart();
+    m_playingSince.reset();
 }
 
 } // namespace orvane

@@ -10,7 +10,7 @@ void ReopenPolicy::returned(Time now) {
 }
 
 ReopenPolicy::Step ReopenPolicy::step(Situation situation, Time since, Time now) {
-    if (now - m_returnedAt > window || m_attempts > retryDelays.size())
+    if (now - m_returnedAt > window || m_attempts == maximumAttempts)
         return Step::finish;
     if (situation != Situation::stuck)
         m_stuckSince.reset();
@@ -25,8 +25,6 @@ ReopenPolicy::Step ReopenPolicy::step(Situation situation, Time since, Time now)
 
 bool ReopenPolicy::isDue(Situation situation, Time since, Time now) const {
     switch (situation) {
-    case Situation::failed:
-        return m_attempts == 0 || now - since >= retryDelays.at(m_attempts - 1);
     case Situation::stuck:
         return m_stuckSince && now - *m_stuckSince >= stuckLimit;
     case Situation::loading:

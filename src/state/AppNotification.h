@@ -22,11 +22,11 @@ inline constexpr Topic<std::optional<Channel>> channelChanged{"lumenfold.orvane.
 inline constexpr Topic<Channel> streamResolved{"lumenfold.orvane.streamResolved"};
 /// The error message, not the channel.
 inline constexpr Topic<QString> streamError{"lumenfold.orvane.streamError"};
-/// The channel being loaded.
-inline constexpr Topic<Channel> streamLoading{"lumenfold.orvane.streamLoading"};
-/// The seconds until a failed channel is tried again by itself; nullopt when it is not.
+/// The time until a failed channel is tried again, each second; nullopt when that is off.
 inline constexpr Topic<std::optional<std::chrono::seconds>> retryCountdown{
     "lumenfold.orvane.retryCountdown"};
+/// The channel being loaded.
+inline constexpr Topic<Channel> streamLoading{"lumenfold.orvane.streamLoading"};
 inline constexpr Topic<Transport> transportChanged{"lumenfold.orvane.transportChanged"};
 inline constexpr Topic<bool> muteChanged{"lumenfold.orvane.muteChanged"};
 /// From 0 to 1.
@@ -42,6 +42,8 @@ inline constexpr Topic<> openSettings{"lumenfold.orvane.openSettings"};
 /// The text to look up at once; may be empty.
 inline constexpr Topic<QString> openAddChannel{"lumenfold.orvane.openAddChannel"};
 inline constexpr Topic<> toggleFullscreen{"lumenfold.orvane.toggleFullscreen"};
+/// Whether the player window is shown.
+inline constexpr Topic<bool> playerShownChanged{"lumenfold.orvane.playerShownChanged"};
 inline constexpr Topic<> closePlayer{"lumenfold.orvane.closePlayer"};
 inline constexpr Topic<bool> ghostModeChanged{"lumenfold.orvane.ghostModeChanged"};
 

@@ -48,6 +48,13 @@ void AppState::setTransport(Transport transport) {
     m_notifications.post(AppNotification::transportChanged, m_transport);
 }
 
+void AppState::setPlayerShown(bool isShown) {
+    if (isShown == m_isPlayerShown)
+        return;
+    m_isPlayerShown = isShown;
+    m_notifications.post(AppNotification::playerShownChanged, m_isPlayerShown);
+}
+
 void AppState::setVolume(float volume) {
     m_volume = volume;
     m_preferences.setVolume(m_volume);

@@ -56,6 +56,11 @@ public:
     [[nodiscard]] bool isFullscreen() const { return m_isFullscreen; }
     void setFullscreen(bool on) { m_isFullscreen = on; }
 
+    /// Whether the player window is open, be it minimised or invisible in ghost mode. Announced
+    /// only when it changes.
+    [[nodiscard]] bool isPlayerShown() const { return m_isPlayerShown; }
+    void setPlayerShown(bool isShown);
+
 private:
     Preferences& m_preferences;
     NotificationCenter& m_notifications;
@@ -67,6 +72,7 @@ private:
     Resolution m_resolution;
     double m_sleepTimerRemaining = 0;
     bool m_isFullscreen = false;
+    bool m_isPlayerShown = false;
     bool m_isGhostMode;
 };
 

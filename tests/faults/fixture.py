@@ -20,6 +20,10 @@ from tools.waiting import wait_until
 UNKNOWN_KEY = {"unknownKey": {"a": [1, "x"]}}
 
 
+def shortened(text: str) -> str:
+    return text if len(text) <= 100 else f"{text[:97]}..."
+
+
 class Fixture:
     """Use as a context manager; the program starts with `start`."""
 
@@ -110,8 +114,21 @@ class Fixture:
     def error_then_retry(self, *texts: str, repair) -> str:
         said = self.error(*texts)
         repair()
-        short = said if len(said) <= 100 else f"{said[:97]}..."
-        return f'"{short}"; {self.retry()}'
+        return f'"{shortened(said)}"; {self.retry()}'
+
+    def heals_after(self, seconds: float, within: float, repair) -> str:
+        """Repairs the fault `seconds` after the first error, and waits for the picture, which must come by itself
+        `within` seconds."""
+        said = self.error()
+        time.sleep(seconds)  # How long the fault lasts is the row's own condition.
+        errors, pictures = self.program.count("error"), self.program.count("playing")
+        repair()
+        began = time.monotonic()
+        # Not a rest that is still being played.
+        self.program.wait_for("playing", pictures + 1, within)
+        self.plays()
+        took = time.monotonic() - began
+        return f'"{shortened(said)}"; {errors} failures; plays {took:.0f} s after the repair, without a click'
 
     def plays_again(self, before: str) -> str:
         return f"{before}plays again after {self.plays():.0f} s"

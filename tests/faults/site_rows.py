@@ -216,6 +216,36 @@ def garbage_at_the_start(fixture: Fixture) -> str:
     return fixture.error_then_retry(repair=repair)
 
 
+# Faults that end, without a click
+
+def heals(seconds: float, within: float, **faults: int | str):
+    """The channel fails at the start. The picture may need the delay of the schedule, and an attempt."""
+    def check(fixture: Fixture) -> str:
+        fixture.channel.faults = faults
+        fixture.start()
+        return fixture.heals_after(seconds, within, repair=fixture.channel.faults.clear)
+    return check
+
+
+def site_down(fixture: Fixture) -> str:
+    fixture.site.die()
+    fixture.start()
+    return fixture.heals_after(40, 75, repair=fixture.site.revive)
+
+
+def starts_again(fixture: Fixture) -> str:
+    fixture.start()
+    fixture.plays()
+    fixture.channel.ends = True
+    fixture.channel.frozen_at = time.monotonic()
+
+    def repair():
+        fixture.channel.ends = False
+        fixture.channel.frozen_at = None
+
+    return fixture.heals_after(20, 75, repair=repair)
+
+
 # Streams of another kind
 
 def altered(*options: str):
@@ -278,6 +308,10 @@ ROWS = [
         quit_while_the_list_hangs, quits=False),
     Row("site.segments-hang", "segment requests hang during playback", hanging_segments),
     Row("site.server-dies", "the server dies, and returns after the error", server_dies),
+    Row("site.heals-down", "the site is down for 40 s", site_down),
+    Row("site.heals-not-live", "no stream on the page for 20 s", heals(20, 30, page="empty", watch="empty")),
+    Row("site.heals-page-404", "404 on the page for 30 s", heals(30, 75, page=404, watch=404)),
+    Row("site.heals-ends", "the stream ends, and starts again after 20 s", starts_again),
     Row("site.page-loops", "the page redirects to itself", redirected_page),
     Row("site.variant-loops", "the variant's list redirects to itself", failed_by_the_player("loop")),
     Row("site.certificate", "the certificate is for another host", wrong_certificate, fixture=ALTERED),

@@ -2,7 +2,6 @@
 #include "playback/ChannelHealing.h"
 
 #include "base/TaskScope.h"
-#include "playback/HealingPolicy.h"
 #include "state/AppNotification.h"
 #include "support/FakeClock.h"
 #include "support/RecordingPlayer.h"
@@ -10,103 +9,174 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <optional>
+
 namespace orvane {
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
+using std::chrono::milliseconds;
 
 namespace {
 
 class ChannelHealingTest : public testing::Test, protected test::StateFixture {
 protected:
     ChannelHealingTest() {
+        state.setPlayerShown(true);
+        open(channel);
+    }
+    ~ChannelHealingTest() override {
+        state.setTransport(Transport::stopped);
+        clock.advance({});
+        EXPECT_EQ(tasks.count(), 0);
+    }
+
+    /// Announces what the player manager announces.
+    void open(const Channel& which) {
+        state.setLoading(which);
+        state.setCurrentChannel(which);
         state.setTransport(Transport::playing);
-        state.setCurrentChannel(channel);
     }
+    void fail(const QString& text = u"Stream ended"_s) { state.setError(channel, text); }
 
-    void fail(const QString& text = u"Stream ended"_s) {
-        if (!std::holds_alternative<PlaybackState::Playing>(state.playbackState()))
-            state.setLoading(*state.currentChannel());
-        state.setError(*state.currentChannel(), text);
-    }
-    /// Returns whether the channel is tried again after exactly this time.
-    [[nodiscard]] bool isTriedAfter(std::chrono::seconds time) {
-        for (auto passed = 0s; passed < time; passed += 1s) {
-            if (!player.takeCalls().isEmpty())
-                return false;
-            clock.advance(1s);
+    /// Returns the time until the next attempt; the attempt is then loading.
+    std::optional<milliseconds> nextAttempt(milliseconds limit = 10min) {
+        for (milliseconds waited{}; waited <= limit; waited += 100ms) {
+            const QStringList calls = player.takeCalls();
+            if (!calls.isEmpty()) {
+                EXPECT_EQ(calls, QStringList{u"retry"_s});
+                EXPECT_EQ(countdown, std::nullopt);
+                open(channel);
+                return waited;
+            }
+            clock.advance(100ms);
         }
-        return player.takeCalls() == QStringList{u"retry"_s};
+        return std::nullopt;
+    }
+    std::optional<milliseconds> nextAttemptAfter(const QString& text) {
+        fail(text);
+        return nextAttempt();
     }
 
+    const Channel channel = Channel::custom(u"a"_s, u"A"_s);
     test::FakeClock clock{test::FakeClock::Sleep::waitsForTest};
     TaskScope tasks;
     test::RecordingPlayer player;
     ChannelHealing healing{state, player, notifications, clock, tasks};
-    const Channel channel = Channel::custom(u"a"_s, u"A"_s);
-    const Channel other = Channel::custom(u"b"_s, u"B"_s);
+    std::optional<std::chrono::seconds> countdown;
+    const NotificationCenter::Token token = notifications.addObserver(
+        AppNotification::retryCountdown,
+        [this](std::optional<std::chrono::seconds> left) { countdown = left; });
 };
 
-TEST_F(ChannelHealingTest, TriesAgainWithGrowingDelaysUntilTheChannelIsWell) {
-    for (const auto delay : {5s, 15s, 60s, 120s, 120s}) {
-        fail();
-        EXPECT_TRUE(isTriedAfter(delay)) << delay.count();
-    }
+TEST_F(ChannelHealingTest, WaitsLongerWithEveryFailureUntilTheChannelHasPlayedWell) {
+    const QString notLive = u"ERROR: [youtube:tab] @a: The channel is not currently live"_s;
+    const QString bot = u"ERROR: [youtube] a: Sign in to confirm you’re not a bot."_s;
+    for (const milliseconds delay : {5'000ms, 15'000ms, 60'000ms, 120'000ms, 120'000ms})
+        EXPECT_EQ(nextAttemptAfter(u"Stream ended"_s), delay);
+    EXPECT_EQ(nextAttemptAfter(notLive), 5min);
     state.setPlaying(channel);
     clock.advance(59s);
-    fail();
-    EXPECT_TRUE(isTriedAfter(120s)) << "has not played for long";
+    EXPECT_EQ(nextAttemptAfter(u"Stream stalled"_s), 2min) << "it has hardly played";
     state.setPlaying(channel);
-    clock.advance(60s);
+    clock.advance(1min);
+    EXPECT_EQ(nextAttemptAfter(u"Stream ended"_s), 5s);
+    // The user's own attempt is one of the series.
     fail();
-    EXPECT_TRUE(isTriedAfter(5s));
-    fail(u"ERROR: [site] abc: This live event will begin in 2 hours"_s);
-    EXPECT_TRUE(isTriedAfter(300s));
-    state.setCurrentChannel(other);
-    fail();
-    EXPECT_TRUE(isTriedAfter(5s));
-}
-
-TEST_F(ChannelHealingTest, EndsWhenTheUserDoesSomethingElse) {
-    const std::function<void()> endings[] = {
-        [this] { state.setTransport(Transport::stopped); },
-        [this] { state.setTransport(Transport::paused); },
-        [this] { state.setLoading(other); },
-    };
-    for (const auto& end : endings) {
-        state.setTransport(Transport::playing);
-        fail();
-        end();
-        clock.advance(10min);
-        EXPECT_TRUE(player.takeCalls().isEmpty());
-        healing.tryNow();
-        EXPECT_TRUE(player.takeCalls().isEmpty());
-    }
-    // After a pause it goes on.
-    fail();
-    state.setTransport(Transport::paused);
-    state.setTransport(Transport::playing);
-    EXPECT_TRUE(isTriedAfter(5s));
+    open(channel);
+    EXPECT_EQ(nextAttemptAfter(u"Stream ended"_s), 1min);
+    EXPECT_EQ(nextAttemptAfter(bot), 5min);
+    // Another channel, and back.
+    open(Channel::custom(u"b"_s, u"B"_s));
+    open(channel);
+    EXPECT_EQ(nextAttemptAfter(u"Stream ended"_s), 5s);
 }
 
 TEST_F(ChannelHealingTest, AnnouncesTheRemainingSeconds) {
-    QStringList announced;
-    const auto token = notifications.addObserver(
-        AppNotification::retryCountdown, [&](std::optional<std::chrono::seconds> remaining) {
-            announced += remaining ? QString::number(remaining->count()) : u"none"_s;
-        });
     fail();
+    EXPECT_EQ(countdown, 5s);
+    clock.advance(999ms);
+    EXPECT_EQ(countdown, 5s);
+    clock.advance(1ms);
+    EXPECT_EQ(countdown, 4s);
+    clock.suspend(2s);
     clock.advance(1s);
-    clock.advance(1s);
-    // A machine that was asleep does not count on from before.
+    EXPECT_EQ(countdown, 1s);
     clock.suspend(1h);
     clock.advance(1s);
     EXPECT_EQ(player.takeCalls(), QStringList{u"retry"_s});
-    state.setLoading(channel);
-    EXPECT_EQ(announced, (QStringList{u"5"_s, u"4"_s, u"3"_s, u"none"_s}));
+    EXPECT_EQ(countdown, std::nullopt);
+}
+
+TEST_F(ChannelHealingTest, EndsWithASwitchAPauseOrTheWindow) {
+    const std::pair<const char*, std::function<void()>> ends[] = {
+        {"switch", [&] { open(Channel::custom(u"b"_s, u"B"_s)); }},
+        {"pause", [&] { state.setTransport(Transport::paused); }},
+        {"hidden window", [&] { state.setPlayerShown(false); }},
+        {"closed player",
+         [&] {
+             state.setTransport(Transport::stopped);
+             state.setCurrentChannel(std::nullopt);
+         }},
+    };
+    for (const auto& [name, end] : ends) {
+        state.setPlayerShown(true);
+        open(channel);
+        fail();
+        EXPECT_TRUE(countdown) << name;
+        end();
+        EXPECT_FALSE(countdown) << name;
+        clock.advance({});
+        EXPECT_EQ(tasks.count(), 0) << name << ": nothing ticks";
+        healing.returned();
+        healing.retryNow();
+        EXPECT_EQ(nextAttempt(), std::nullopt) << name;
+    }
+}
+
+TEST_F(ChannelHealingTest, GoesOnWithTheRestOfTheTimeWhenTheWindowIsShownAgain) {
     fail();
-    healing.tryNow();
+    state.setPlayerShown(false);
+    clock.advance(2s);
+    state.setPlayerShown(true);
+    EXPECT_EQ(nextAttempt(), 3s);
+    fail();
+    state.setPlayerShown(false);
+    clock.advance(1min);
+    state.setPlayerShown(true);
+    EXPECT_EQ(player.takeCalls(), QStringList()) << "the window is still being shown";
+    clock.advance({});
     EXPECT_EQ(player.takeCalls(), QStringList{u"retry"_s});
+}
+
+TEST_F(ChannelHealingTest, TriesOnceForSeveralSignsOfAReturnThenAFewTimesInQuickSuccession) {
+    for (int failure = 0; failure < 3; ++failure)
+        EXPECT_TRUE(nextAttemptAfter(u"no network"_s));
+    fail();
+    healing.returned();
+    clock.advance(500ms);
+    healing.returned();
+    EXPECT_EQ(nextAttempt(), 600ms);
+    // A sign while it loads, such as a second network address, changes nothing.
+    healing.returned();
+    EXPECT_EQ(nextAttempt(1min), std::nullopt);
+    healing.returned();
+    for (const milliseconds delay : {1s, 2s, 4s, 5s, 15s})
+        EXPECT_EQ(nextAttemptAfter(u"no network"_s), delay);
+}
+
+TEST_F(ChannelHealingTest, TriesAtOnceOnRequest) {
+    EXPECT_EQ(nextAttemptAfter(u"Stream ended"_s), 5s);
+    healing.retryNow();
+    EXPECT_EQ(nextAttempt(), std::nullopt) << "a channel that has not failed is left alone";
+    fail();
+    healing.retryNow();
+    EXPECT_EQ(player.takeCalls(), QStringList()) << "other observers may not have seen the error";
+    clock.advance({});
+    EXPECT_EQ(player.takeCalls(), QStringList{u"retry"_s});
+    open(channel);
+    EXPECT_EQ(nextAttemptAfter(u"Stream ended"_s), 5s);
 }
 
 } // namespace

@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <utility>
 #include <vector>
 
 namespace orvane {
@@ -41,9 +40,9 @@ protected:
 
 TEST_F(ReopenPolicyTest, ReopensOnceForSeveralSignsOfAReturn) {
     returnAt(10s);
-    EXPECT_EQ(reopenings(Situation::failed, 5s, 10'500ms), Times{});
+    EXPECT_EQ(reopenings(Situation::loading, 5s, 10'500ms), Times{});
     returnAt(10'500ms);
-    EXPECT_EQ(reopenings(Situation::failed, 5s, 11'200ms), Times{11'100ms});
+    EXPECT_EQ(reopenings(Situation::loading, 5s, 11'200ms), Times{11'100ms});
     // Another sign while it loads, such as a second network address.
     returnAt(13s);
     EXPECT_EQ(reopenings(Situation::loading, 11'100ms, 20s), Times{});
@@ -70,14 +69,14 @@ TEST_F(ReopenPolicyTest, LeavesAPlayingOrInactiveChannelAlone) {
     EXPECT_EQ(reopenings(Situation::loading, 197s, 210'700ms), Times{210'600ms});
 }
 
-TEST_F(ReopenPolicyTest, RetriesAFewTimesWithGrowingDelays) {
+TEST_F(ReopenPolicyTest, GivesUpAfterFourAttemptsOrAMinute) {
     returnAt(10s);
-    EXPECT_EQ(reopenings(Situation::failed, 5s, 10'700ms), Times{10'600ms});
-    for (const auto& [failure, next] : {std::pair<Time, Time>{15s, 16s}, {20s, 22s}, {30s, 34s}}) {
-        EXPECT_EQ(reopenings(Situation::loading, failure - 4s, failure), Times{});
-        EXPECT_EQ(reopenings(Situation::failed, failure, next + 100ms), Times{next});
-    }
-    EXPECT_EQ(reopenings(Situation::failed, 36s, 80s), Times{});
+    EXPECT_EQ(reopenings(Situation::stuck, 5s, 30s), (Times{12s, 14'100ms, 16'200ms, 18'300ms}));
+    EXPECT_TRUE(isFinished);
+    returnAt(100s);
+    EXPECT_EQ(reopenings(Situation::playing, 1s, 160'100ms), Times{});
+    EXPECT_FALSE(isFinished);
+    EXPECT_EQ(reopenings(Situation::stuck, 1s, 170s), Times{});
     EXPECT_TRUE(isFinished);
 }
 

@@ -72,7 +72,7 @@ protected:
     TaskScope tasks;
     HttpClient http{u"test"_s};
     YtDlpTool tool{machine.host(), processes, clock, http, {}};
-    YtDlpUpdater updater{tool, tasks};
+    YtDlpUpdater updater{tool, [] { return std::nullopt; }, tasks};
     YtDlpManager manager{tool, updater, tasks};
     StreamLadder ladder{{}, clock};
     StreamResolver resolver{Origin::parse(u"https://site.example"_s), tool, ladder, clock, tasks};

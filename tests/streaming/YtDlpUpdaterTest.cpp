@@ -171,6 +171,10 @@ TEST_F(YtDlpUpdaterTest, UpdatesOnRequestWheneverTheReleaseIsNewer) {
                                   u"Upgrading yt-dlp from 2024.01.01 to 2024.01.02..."_s,
                                   u"Downloading yt-dlp 2024.01.02..."_s}));
     EXPECT_EQ(newest(), own);
+    EXPECT_EQ(QCoro::waitFor(updater.status())->newer, u"2024.01.02"_s);
+    // Once a channel has played with it.
+    preferred = YtDlpCommand{.program = tool.privateCopy()};
+    EXPECT_EQ(QCoro::waitFor(updater.status())->version, u"2024.01.02"_s);
     EXPECT_EQ(update(), u"2024.01.02"_s);
     // By pip, which is preferred.
     release("2024.01.03");

@@ -94,7 +94,8 @@ struct ToolSetup {
     HttpClient http{u"Orvane"_s};
     TaskScope tasks;
     YtDlpTool tool;
-    YtDlpUpdater updater{tool, tasks};
+    std::optional<YtDlpCommand> preferred;
+    YtDlpUpdater updater{tool, [this] { return preferred; }, tasks};
     YtDlpManager manager{tool, updater, tasks};
 };
 

@@ -27,6 +27,7 @@ constexpr Row rows[] = {
     {"live event will begin"_L1, StreamFailure::notLive},
     {"live event has ended"_L1, StreamFailure::notLive},
     {"live stream is offline"_L1, StreamFailure::notLive},
+    {"live stream recording is not available"_L1, StreamFailure::notLive},
     {"premieres in"_L1, StreamFailure::notLive},
     {"premiere will begin"_L1, StreamFailure::notLive},
 
@@ -35,12 +36,13 @@ constexpr Row rows[] = {
     {"members-only"_L1, StreamFailure::unavailable},
     {"members only"_L1, StreamFailure::unavailable},
     {"join this channel"_L1, StreamFailure::unavailable},
+    {"this channel's members"_L1, StreamFailure::unavailable},
     {"has been removed"_L1, StreamFailure::unavailable},
     {"has been terminated"_L1, StreamFailure::unavailable},
     {"no longer available"_L1, StreamFailure::unavailable},
     {"does not exist"_L1, StreamFailure::unavailable},
     {"video unavailable"_L1, StreamFailure::unavailable},
-    {"available in your country"_L1, StreamFailure::unavailable},
+    {"in your country"_L1, StreamFailure::unavailable},
     {"http error 404"_L1, StreamFailure::unavailable},
 
     {"name resolution"_L1, StreamFailure::offline},
@@ -69,8 +71,11 @@ constexpr Row rows[] = {
 constexpr auto errorPrefix = "ERROR:"_L1;
 
 QStringList errorLines(const QString& text) {
+    // A description of the whole failure may precede the first line.
+    const qsizetype described = text.indexOf(u": "_s + errorPrefix);
+    const bool isOnFirstLine = described >= 0 && !text.first(described).contains(u'\n');
     QStringList errors;
-    for (const QString& line : text.split(u'\n')) {
+    for (const QString& line : text.sliced(isOnFirstLine ? described + 2 : 0).split(u'\n')) {
         const QString trimmed = line.trimmed();
         if (trimmed.startsWith(errorPrefix))
             errors.append(trimmed.sliced(errorPrefix.size()).trimmed());
@@ -102,7 +107,7 @@ QString messageFor(const QString& text) {
     case StreamFailure::botCheck:
         return u"The site wants to be sure that you are not a bot. Orvane tries again in a few minutes."_s;
     case StreamFailure::unavailable:
-        return u"The stream is private, for members only, or gone. Orvane keeps looking for it."_s;
+        return u"The stream is private, for members only, blocked in this country, or gone. Orvane keeps looking for it."_s;
     case StreamFailure::offline:
         return u"No connection to the site. Orvane tries again, and at once when the network returns."_s;
     case StreamFailure::unknown:

@@ -25,8 +25,8 @@ bool isLongOutdated(const QString& version, const QString& latest) {
 
 } // namespace
 
-YtDlpUpdater::YtDlpUpdater(YtDlpTool& tool, TaskScope& background)
-    : m_tool(tool), m_background(background) {}
+YtDlpUpdater::YtDlpUpdater(YtDlpTool& tool, Preferred preferred, TaskScope& background)
+    : m_tool(tool), m_preferred(std::move(preferred)), m_background(background) {}
 
 QCoro::Task<> YtDlpUpdater::upgrade(QString installed, QString latest) {
     co_await runUpgradeCommands();
@@ -38,15 +38,20 @@ QCoro::Task<> YtDlpUpdater::upgrade(QString installed, QString latest) {
 }
 
 QCoro::Task<std::optional<YtDlpStatus>> YtDlpUpdater::status() {
-    const YtDlpSearch search = YtDlpSearch::of(YtDlpUser::streamResolver);
-    const std::optional<YtDlpCommand> command = co_await m_tool.find(search);
+    std::optional<YtDlpCommand> command = m_preferred();
+    if (!command)
+        command = co_await m_tool.find(YtDlpSearch::of(YtDlpUser::streamResolver));
     if (!command)
         co_return std::nullopt;
     const std::optional<QString> version = co_await m_tool.version(*command);
     if (!version)
         co_return std::nullopt;
+    const std::optional<Candidate> newest = co_await m_tool.newest();
     co_return YtDlpStatus{
-        .program = command->program, .version = *version, .released = releaseDay(*version)};
+        .program = command->program,
+        .version = *version,
+        .released = releaseDay(*version),
+        .newer = newest && isNewerVersion(newest->version, *version) ? newest->version : QString()};
 }
 
 QCoro::Task<Value> YtDlpUpdater::update(std::function<void(QString)> progress) {

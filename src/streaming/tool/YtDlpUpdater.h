@@ -21,7 +21,11 @@ class TaskScope;
 /// root; main thread, which it never blocks. An update goes on when its caller is gone.
 class YtDlpUpdater final : public YtDlpUpdates {
 public:
-    YtDlpUpdater(YtDlpTool& tool, TaskScope& background);
+    /// Returns the yt-dlp with which channels play at present; nullopt if it is the one that the
+    /// stream resolver finds.
+    using Preferred = std::function<std::optional<YtDlpCommand>()>;
+
+    YtDlpUpdater(YtDlpTool& tool, Preferred preferred, TaskScope& background);
 
     /// Upgrades in the background the yt-dlp whose version is `installed`. A private copy follows
     /// only if the release `latest` is then still more than 60 days newer than every yt-dlp here.
@@ -49,6 +53,7 @@ private:
     [[nodiscard]] QCoro::Task<YtDlpRelease::Downloaded> downloadPrivateCopy();
 
     YtDlpTool& m_tool;
+    Preferred m_preferred;
     TaskScope& m_background;
     /// The running update, or the last one.
     QFuture<Outcome> m_update;

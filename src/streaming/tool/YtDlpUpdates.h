@@ -18,6 +18,9 @@ struct YtDlpStatus {
     QString version;
     /// The day of the release, which the version names; nullopt for a version of another form.
     std::optional<QDate> released;
+    /// The version of a newer one on this machine, which opens a channel when this one is too old
+    /// for the site; empty if there is none.
+    QString newer;
 };
 
 /// How an update that the user asked for has ended. A value; any thread.

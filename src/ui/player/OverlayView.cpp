@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/player/OverlayView.h"
 
+#include "model/AppConstants.h"
 #include "ui/FittedText.h"
 #include "ui/Spinner.h"
 
@@ -20,28 +21,46 @@ constexpr int messagePixelSize = 14;
 constexpr int messageLines = 3;
 constexpr int messageMargin = 20;
 constexpr int messageHeight = 50;
+constexpr int countdownPixelSize = 12;
+constexpr int countdownTop = 73;
+constexpr int countdownHeight = 17;
 constexpr double shade = 0.75;
+
+QString countdownText(std::chrono::seconds left) {
+    const auto minutes = std::chrono::floor<std::chrono::minutes>(left);
+    const QString seconds = QString::number((left - minutes).count()) + u" s"_s;
+    if (minutes.count() == 0)
+        return u"Trying again in "_s + seconds;
+    return u"Trying again in "_s + QString::number(minutes.count()) + u" min "_s + seconds;
+}
+
+/// Returns the text for a tooltip that wraps its lines and shows no character as markup.
+QString toolTipFor(const QString& text) {
+    return u"<qt>"_s + text.toHtmlEscaped().replace(u'\n', u"<br>"_s) + u"</qt>"_s;
+}
+
+QLabel* makeLabel(int pixelSize, QWidget* parent) {
+    auto* label = new QLabel(parent);
+    QFont font = label->font();
+    font.setPixelSize(pixelSize);
+    font.setWeight(QFont::Medium);
+    label->setFont(font);
+    label->setTextFormat(Qt::PlainText);
+    label->setAlignment(Qt::AlignHCenter | Qt::AlignVCenter);
+    QPalette palette = label->palette();
+    palette.setColor(QPalette::WindowText, Qt::white);
+    label->setPalette(palette);
+    return label;
+}
 
 } // namespace
 
 OverlayView::OverlayView(QWidget* parent)
     : QWidget(parent),
       m_spinner(new Spinner(Qt::white, this)),
-      m_messageLabel(new QLabel(this)),
+      m_messageLabel(makeLabel(messagePixelSize, this)),
       m_retryButton(new QPushButton(u"Retry"_s, this)),
-      m_countdownLabel(new QLabel(this)) {
-    QFont font = m_messageLabel->font();
-    font.setPixelSize(messagePixelSize);
-    font.setWeight(QFont::Medium);
-    m_messageLabel->setFont(font);
-    m_messageLabel->setTextFormat(Qt::PlainText);
-    m_messageLabel->setAlignment(Qt::AlignHCenter | Qt::AlignVCenter);
-    QPalette palette = m_messageLabel->palette();
-    palette.setColor(QPalette::WindowText, Qt::white);
-    m_messageLabel->setPalette(palette);
-    m_countdownLabel->setPalette(palette);
-    m_countdownLabel->setAlignment(Qt::AlignCenter);
-
+      m_countdownLabel(makeLabel(countdownPixelSize, this)) {
     m_spinner->setObjectName(u"overlaySpinner"_s);
     m_messageLabel->setObjectName(u"overlayMessage"_s);
     m_retryButton->setObjectName(u"overlayRetry"_s);
@@ -56,18 +75,16 @@ OverlayView::OverlayView(QWidget* parent)
 
 void OverlayView::setState(const State& state) {
     if (const auto* loading = std::get_if<Loading>(&state)) {
-        setMessage(loading->message, loading->message);
-        m_countdownLabel->hide();
         m_spinner->start();
         m_retryButton->hide();
+        m_countdownLabel->hide();
+        setMessage(loading->message, loading->message);
         show();
     } else if (const auto* error = std::get_if<Error>(&state)) {
-        setMessage(error->message, error->details);
-        m_countdownLabel->setVisible(error->retriesIn.has_value());
-        if (error->retriesIn)
-            m_countdownLabel->setText(u"Trying again in %1 s"_s.arg(error->retriesIn->count()));
         m_spinner->stop();
         m_retryButton->show();
+        m_countdownLabel->show();
+        setMessage(error->message, error->details);
         show();
     } else {
         hide();
@@ -75,14 +92,31 @@ void OverlayView::setState(const State& state) {
     }
 }
 
+void OverlayView::setCountdown(std::optional<std::chrono::seconds> left) {
+    m_countdownLabel->setText(left ? countdownText(*left) : QString());
+}
+
 void OverlayView::setMessage(const QString& message, const QString& details) {
     m_message = message;
     m_details = details;
-    fitMessage();
+    placeParts();
 }
 
-void OverlayView::fitMessage() {
-    const int middleY = height() / 2;
+void OverlayView::placeParts() {
+    // The spinner is above the centre, the text across it and the button below. An error moves up
+    // in a low window, where the control bar would cover the button.
+    const int middleX = width() / 2;
+    const int lowestMiddle = height() - static_cast<int>(AppConstants::controlBarHeight) -
+                             countdownTop - countdownHeight;
+    const bool isError = !m_retryButton->isHidden();
+    const int middleY = isError ? std::min(height() / 2, lowestMiddle) : height() / 2;
+    m_spinner->setGeometry(middleX - 16, middleY - 40, 32, 32);
+    m_retryButton->setGeometry(middleX - 40, middleY + 44, 80, 26);
+    m_countdownLabel->setGeometry(0, middleY + countdownTop, width(), countdownHeight);
+    fitMessage(middleY);
+}
+
+void OverlayView::fitMessage(int middleY) {
     const QString fitted =
         fittedText(m_message, m_messageLabel->font(), width() - 2 * messageMargin, messageLines);
     m_messageLabel->setText(fitted);
@@ -90,8 +124,8 @@ void OverlayView::fitMessage() {
     const int textHeight = std::max(messageHeight, m_messageLabel->sizeHint().height());
     m_messageLabel->setGeometry(messageMargin, middleY - 20, width() - 2 * messageMargin,
                                 textHeight);
-    const bool isComplete = m_details == m_message && !fitted.endsWith(u'…');
-    m_messageLabel->setToolTip(isComplete ? QString() : m_details.toHtmlEscaped());
+    const bool isComplete = m_message == m_details && !fitted.endsWith(u'…');
+    m_messageLabel->setToolTip(isComplete ? QString() : toolTipFor(m_details));
 }
 
 void OverlayView::paintEvent(QPaintEvent*) {
@@ -99,14 +133,7 @@ void OverlayView::paintEvent(QPaintEvent*) {
 }
 
 void OverlayView::resizeEvent(QResizeEvent*) {
-    // The spinner is above the centre, the text across it and the button below.
-    const int middleX = width() / 2;
-    const int middleY = height() / 2;
-    m_spinner->setGeometry(middleX - 16, middleY - 40, 32, 32);
-    m_retryButton->setGeometry(middleX - 40, middleY + 44, 80, 26);
-    // In the place of the spinner.
-    m_countdownLabel->setGeometry(messageMargin, middleY - 44, width() - 2 * messageMargin, 22);
-    fitMessage();
+    placeParts();
 }
 
 } // namespace orvane

@@ -17,8 +17,7 @@ namespace orvane {
 class Spinner;
 
 /// Covers the video while a stream loads and after it has failed. Part of the player window; main
-/// thread. The message is plain text of at most three lines; a longer one, and the details of a
-/// failure, are complete in the tooltip.
+/// thread. The message is plain text of at most three lines; what it leaves out is in the tooltip.
 class OverlayView final : public QWidget {
     Q_OBJECT
 
@@ -28,10 +27,8 @@ public:
     };
     struct Error {
         QString message;
-        /// The whole text of the failure.
+        /// For the tooltip, if the message does not say it all.
         QString details;
-        /// When the channel is tried again by itself.
-        std::optional<std::chrono::seconds> retriesIn = std::nullopt;
     };
     struct Hidden {};
     using State = std::variant<Loading, Error, Hidden>;
@@ -39,6 +36,9 @@ public:
     explicit OverlayView(QWidget* parent = nullptr);
 
     void setState(const State& state);
+
+    /// Shown below an error: the time until the next attempt; nullopt if there will be none.
+    void setCountdown(std::optional<std::chrono::seconds> left);
 
     /// Sets the callback for the Retry button.
     void onRetry(std::function<void()> callback) { m_onRetry = std::move(callback); }
@@ -49,14 +49,14 @@ protected:
 
 private:
     void setMessage(const QString& message, const QString& details);
-    void fitMessage();
+    void placeParts();
+    void fitMessage(int middleY);
 
     Spinner* m_spinner;
     QLabel* m_messageLabel;
     QPushButton* m_retryButton;
     QLabel* m_countdownLabel;
     QString m_message;
-    /// Shown in the tooltip unless the message says it all.
     QString m_details;
     std::function<void()> m_onRetry;
 };

@@ -112,18 +112,11 @@ void PlayerContainerView::registerObservers(NotificationCenter& notifications) {
         AppNotification::streamResolved, [this] { setStreamState(OverlayView::Hidden{}); }));
     m_observers.push_back(
         notifications.addObserver(AppNotification::streamError, [this](const QString& message) {
-            setStreamState(OverlayView::Error{
-                .message = messageFor(message), .details = message, .retriesIn = m_retriesIn});
+            setStreamState(OverlayView::Error{.message = messageFor(message), .details = message});
         }));
     m_observers.push_back(notifications.addObserver(
-        AppNotification::retryCountdown, [this](std::optional<std::chrono::seconds> remaining) {
-            m_retriesIn = remaining;
-            auto* error = std::get_if<OverlayView::Error>(&m_streamState);
-            if (error == nullptr)
-                return;
-            error->retriesIn = remaining;
-            updateOverlay();
-        }));
+        AppNotification::retryCountdown,
+        [this](std::optional<std::chrono::seconds> left) { m_overlayView->setCountdown(left); }));
 }
 
 void PlayerContainerView::resizeEvent(QResizeEvent*) {

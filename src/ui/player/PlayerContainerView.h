@@ -74,8 +74,6 @@ private:
     QTimer m_hideTimer{this};
     bool m_controlBarVisible = true;
     OverlayView::State m_streamState = OverlayView::Hidden{};
-    /// When a failed channel is tried again by itself.
-    std::optional<std::chrono::seconds> m_retriesIn;
     bool m_isInstalling = false;
     std::vector<NotificationCenter::Token> m_observers;
 };

@@ -16,6 +16,7 @@
 #include <QCloseEvent>
 #include <QContextMenuEvent>
 #include <QGuiApplication>
+#include <QHideEvent>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QScreen>
@@ -75,6 +76,8 @@ PlayerWindow::PlayerWindow(const Collaborators& collaborators)
       m_ghostMode(*this, m_with.events) {
     setWindowTitle(AppConstants::appName);
     setMinimumSize(smallestPlayerSize);
+    // It is rarely the active window, as it does not take the keyboard focus when it is shown.
+    setAttribute(Qt::WA_AlwaysShowToolTips);
     setWindowOpacity(m_with.preferences.usableWindowOpacity());
     setFrame(initialPlayerFrame(m_with.preferences.windowFrame(), usableAreas()));
 
@@ -218,6 +221,13 @@ void PlayerWindow::showEvent(QShowEvent* event) {
         return; // The window manager restores a window that it had hidden.
     m_floating->aboutToShow();
     QMetaObject::invokeMethod(this, [this] { m_floating->shown(); }, Qt::QueuedConnection);
+    m_with.state.setPlayerShown(true);
+}
+
+void PlayerWindow::hideEvent(QHideEvent* event) {
+    // A window that the window manager hides, on another workspace for example, is still open.
+    if (!event->spontaneous())
+        m_with.state.setPlayerShown(false);
 }
 
 // Ghost mode

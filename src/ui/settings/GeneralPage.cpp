@@ -5,6 +5,7 @@
 #include "state/AppNotification.h"
 #include "state/AppState.h"
 #include "ui/SystemColors.h"
+#include "ui/settings/YtDlpSection.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -26,7 +27,8 @@ QStringList titles(Text text) {
 } // namespace
 
 GeneralPage::GeneralPage(Preferences& preferences, AppState& state,
-                         NotificationCenter& notifications, const Autostart& autostart)
+                         NotificationCenter& notifications, const Autostart& autostart,
+                         YtDlpUpdates& ytDlp, TaskScope& tasks)
     : m_preferences(preferences),
       m_state(state),
       m_notifications(notifications),
@@ -43,7 +45,9 @@ GeneralPage::GeneralPage(Preferences& preferences, AppState& state,
       m_autostart(autostart),
       m_startAtLogin(
           addCheckBox(u"startAtLogin"_s, u"Start Orvane at login"_s, {20, 170, 320, 22})),
-      m_autostartError(addLabel({}, {42, 148, 420, 20}, {.size = 12})) {
+      m_autostartError(addLabel({}, {42, 148, 420, 20}, {.size = 12})),
+      m_ytDlp(new YtDlpSection(ytDlp, tasks)) {
+    place(m_ytDlp, {20, 40, 480, 90});
     setTextColor(*m_autostartError, SystemColors::red);
     m_autostartError->setObjectName(u"autostartFault"_s);
     connect(m_resolution, &QComboBox::activated, this, &GeneralPage::resolutionChanged);
@@ -62,6 +66,7 @@ void GeneralPage::refresh() {
     m_shortcutsInTextFields->setChecked(m_preferences.shortcutsInTextFields());
     m_startAtLogin->setChecked(m_autostart.isEnabled());
     m_autostartError->clear();
+    m_ytDlp->refresh();
 }
 
 QCheckBox* GeneralPage::addCheckBox(const QString& name, const QString& title,

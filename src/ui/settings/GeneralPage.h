@@ -12,8 +12,11 @@ namespace orvane {
 class AppState;
 class NotificationCenter;
 class Preferences;
+class TaskScope;
+class YtDlpSection;
+class YtDlpUpdates;
 
-/// General settings: resolution, launch, theme and keyboard. Each control stores its value at once.
+/// General settings: resolution, launch, theme, keyboard and yt-dlp. Each control stores its value at once.
 /// Owned by its window; main thread.
 class GeneralPage final : public FormPage {
     Q_OBJECT
@@ -21,7 +24,7 @@ class GeneralPage final : public FormPage {
 public:
     /// All references outlive the page.
     GeneralPage(Preferences& preferences, AppState& state, NotificationCenter& notifications,
-                const Autostart& autostart);
+                const Autostart& autostart, YtDlpUpdates& ytDlp, TaskScope& tasks);
 
 protected:
     void refresh() override;
@@ -44,6 +47,7 @@ private:
     Autostart m_autostart;
     QCheckBox* m_startAtLogin;
     QLabel* m_autostartError;
+    YtDlpSection* m_ytDlp;
 };
 
 } // namespace orvane

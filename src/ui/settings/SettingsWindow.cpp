@@ -32,7 +32,8 @@ SettingsWindow::SettingsWindow(const Collaborators& with)
     m_tabView->setObjectName(u"tabView"_s);
     m_tabView->setGeometry(rect());
     m_tabView->addTab(
-        new GeneralPage(with.preferences, with.state, with.notifications, with.autostart),
+        new GeneralPage(with.preferences, with.state, with.notifications, with.autostart,
+                        with.ytDlp, with.tasks),
         u"General"_s);
     m_tabView->addTab(new ChannelsPage(with.preferences, with.registry), u"Channels"_s);
     m_tabView->addTab(new AppearancePage(with.preferences, with.notifications, with.resizePlayer),

@@ -13,6 +13,7 @@ class AppState;
 class ChannelRegistry;
 class Preferences;
 class TaskScope;
+class YtDlpUpdates;
 
 /// Edits the preferences and adds and removes custom channels. Controls store their value at once.
 /// Created by the application controller on first use and kept, so that it reopens as it was
@@ -32,6 +33,7 @@ public:
         /// The host of the site whose channels can be added.
         QString siteHost;
         Autostart autostart;
+        YtDlpUpdates& ytDlp;
         /// Resizes the player window, if there is one; the size is in points.
         std::function<void(QSizeF)> resizePlayer;
     };

@@ -18,6 +18,7 @@
 namespace orvane {
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 using test::runUntil;
 
 namespace {
@@ -74,6 +75,15 @@ TEST_F(PlayerContainerViewTest, OverlayFollowsTheStream) {
     EXPECT_TRUE(overlay->isVisible() && !spinner->isVisible() && retry->isVisible());
     EXPECT_EQ(message->text(), u"<b>404</b> & more"_s);
     EXPECT_EQ(message->textFormat(), Qt::PlainText);
+    notifications.post(AppNotification::retryCountdown, 119s);
+    const auto* countdown = part<QLabel>(u"overlayCountdown"_s);
+    EXPECT_EQ(countdown->text(), u"Trying again in 1 min 59 s"_s);
+    view.resize(320, 180);
+    EXPECT_LT(message->geometry().bottom(), retry->y());
+    EXPECT_LT(retry->geometry().bottom(), countdown->y());
+    EXPECT_LT(countdown->geometry().bottom(), bar->y());
+    notifications.post(AppNotification::retryCountdown, std::nullopt);
+    EXPECT_TRUE(countdown->text().isEmpty());
     QTest::mouseClick(retry, Qt::LeftButton);
     EXPECT_EQ(player.takeCalls(), QStringList{u"retry"_s});
     state.setPlaying(channel);
@@ -90,12 +100,15 @@ TEST_F(PlayerContainerViewTest, AnInstallationHidesTheFailureThatItCauses) {
     EXPECT_EQ(message->text(), u"yt-dlp not found"_s);
 }
 
-TEST_F(PlayerContainerViewTest, ShortensALongMessageAndAddsATooltip) {
+TEST_F(PlayerContainerViewTest, PutsWhatTheMessageLeavesOutIntoATooltip) {
     const auto* message = part<QLabel>(u"overlayMessage"_s);
     const QString text = u"ERROR: <a> unable to download. "_s.repeated(30).trimmed();
     state.setError(channel, text);
     EXPECT_EQ(message->text().count(u'\n'), 2);
-    EXPECT_EQ(message->toolTip(), text.toHtmlEscaped());
+    EXPECT_EQ(message->toolTip(), u"<qt>"_s + text.toHtmlEscaped() + u"</qt>"_s);
+    state.setError(channel, u"WARNING: old\nERROR: a & b"_s);
+    EXPECT_EQ(message->text(), u"a & b"_s);
+    EXPECT_EQ(message->toolTip(), u"<qt>WARNING: old<br>ERROR: a &amp; b</qt>"_s);
     state.setError(channel, u"short"_s);
     EXPECT_TRUE(message->toolTip().isEmpty());
 }

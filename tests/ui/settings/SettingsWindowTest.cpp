@@ -10,6 +10,7 @@
 #include "support/StateFixture.h"
 #include "ui/player/PlayerWindow.h"
 #include "ui/settings/StarButton.h"
+#include "ui/settings/YtDlpSection.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -57,6 +58,29 @@ public:
     }
 };
 
+/// Its update ends when the test says so.
+class FakeUpdates final : public YtDlpUpdates {
+public:
+    YtDlpStatus used{.program = u"/usr/bin/yt-dlp"_s, .version = u"a"_s, .released = {}, .newer = {}};
+    std::function<void(QString)> progress;
+    QPromise<YtDlpUpdateOutcome::Value> outcome;
+
+    QCoro::Task<std::optional<YtDlpStatus>> status() override { co_return std::optional(used); }
+    QCoro::Task<YtDlpUpdateOutcome::Value> update(std::function<void(QString)> report) override {
+        progress = std::move(report);
+        outcome = {};
+        outcome.start();
+        QFuture<YtDlpUpdateOutcome::Value> future = outcome.future();
+        YtDlpUpdateOutcome::Value value = co_await future;
+        co_return value;
+    }
+    void end(YtDlpUpdateOutcome::Value value) {
+        outcome.addResult(std::move(value));
+        outcome.finish();
+        test::settle();
+    }
+};
+
 class SettingsWindowTest : public testing::Test, protected test::StateFixture {
 protected:
     SettingsWindowTest() { open(); }
@@ -83,6 +107,7 @@ protected:
                                     .identifier = u"orvane"_s,
                                     .name = u"Orvane"_s,
                                     .executable = u"/opt/my 100% \"own\"/orvane"_s}),
+            .ytDlp = ytDlp,
             .resizePlayer = [this](QSizeF size) { player.setContentSize(size); }});
         window->show();
     }
@@ -137,6 +162,7 @@ protected:
                          .contextMenu = {},
                          .videoOutput = VideoOutput::software}};
     FakeResolver resolver;
+    FakeUpdates ytDlp;
     std::unique_ptr<SettingsWindow> window;
 };
 
@@ -191,6 +217,41 @@ TEST_F(SettingsWindowTest, StartsAtLoginUnlessTheDesktopDisablesTheEntry) {
     EXPECT_EQ(part<QLabel>(u"autostartFault"_s)->text(),
               u"The autostart folder cannot be changed."_s);
     EXPECT_FALSE(isOn());
+}
+
+TEST_F(SettingsWindowTest, UpdatesYtDlpAndSaysHowItEnded) {
+    using namespace YtDlpUpdateOutcome;
+    const auto line = [this](const QString& name) { return part<QLabel>(name)->text(); };
+    const QDate day(2026, 11, 24);
+    EXPECT_EQ(describe(YtDlpStatus{.program = u"/bin/yt-dlp"_s,
+                                   .version = u"2026.10.26"_s,
+                                   .released = QDate(2026, 10, 26),
+                                   .newer = u"2026.11.20"_s},
+                       day),
+              u"yt-dlp 2026.10.26 (29 days old), /bin/yt-dlp. Where the site finds it too old: 2026.11.20."_s);
+    EXPECT_EQ(describe(std::nullopt, day), u"yt-dlp is not installed."_s);
+
+    test::settle();
+    EXPECT_EQ(line(u"ytDlpStatus"_s), u"yt-dlp a, /usr/bin/yt-dlp"_s);
+    click(u"updateYtDlp"_s);
+    EXPECT_FALSE(part<QPushButton>(u"updateYtDlp"_s)->isEnabled());
+    ytDlp.progress(u"Upgrading..."_s);
+    // Closed and opened meanwhile.
+    window->hide();
+    window->show();
+    EXPECT_EQ(line(u"ytDlpOutcome"_s), u"Upgrading..."_s);
+    ytDlp.used.version = u"b"_s;
+    ytDlp.end(Updated{.from = u"a"_s, .to = u"b"_s});
+    EXPECT_EQ(line(u"ytDlpOutcome"_s), u"yt-dlp is updated from a to b."_s);
+    EXPECT_EQ(line(u"ytDlpStatus"_s), u"yt-dlp b, /usr/bin/yt-dlp"_s);
+    click(u"updateYtDlp"_s);
+    ytDlp.end(Failed{u"No network."_s});
+    EXPECT_EQ(line(u"ytDlpOutcome"_s), u"No network."_s);
+
+    click(u"updateYtDlp"_s);
+    window.reset();
+    ytDlp.progress(u"Upgrading..."_s);
+    ytDlp.end(UpToDate{u"b"_s});
 }
 
 TEST_F(SettingsWindowTest, ChannelsTabIsUpToDateWhenItIsSelected) {

@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/settings/YtDlpSection.h"
+
+#include "base/TaskScope.h"
+#include "ui/FormPage.h"
+#include "ui/SystemColors.h"
+
+#include <QGridLayout>
+#include <QLabel>
+#include <QPointer>
+#include <QPushButton>
+
+namespace orvane {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString ageText(qint64 days) {
+    if (days <= 0)
+        return u"of today"_s;
+    return days == 1 ? u"1 day old"_s : u"%1 days old"_s.arg(days);
+}
+
+QLabel* makeLine(const QString& name, QWidget* parent) {
+    auto* label = new QLabel(parent);
+    label->setObjectName(name);
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    return label;
+}
+
+} // namespace
+
+QString describe(const std::optional<YtDlpStatus>& status, QDate today) {
+    if (!status)
+        return u"yt-dlp is not installed."_s;
+    const QString age =
+        status->released ? u" (%1)"_s.arg(ageText(status->released->daysTo(today))) : QString();
+    const QString text = u"yt-dlp "_s + status->version + age + u", "_s + status->program;
+    return status->newer.isEmpty()
+               ? text
+               : text + u". Where the site finds it too old: %1."_s.arg(status->newer);
+}
+
+YtDlpSection::YtDlpSection(YtDlpUpdates& updates, TaskScope& tasks)
+    : m_updates(updates),
+      m_tasks(tasks),
+      m_status(makeLine(u"ytDlpStatus"_s, this)),
+      m_update(new QPushButton(u"Update yt-dlp"_s, this)),
+      m_outcome(makeLine(u"ytDlpOutcome"_s, this)) {
+    m_update->setObjectName(u"updateYtDlp"_s);
+    connect(m_update, &QPushButton::clicked, this, &YtDlpSection::update);
+    auto* grid = new QGridLayout(this);
+    grid->setContentsMargins({});
+    grid->addWidget(m_status, 0, 0, 1, 2);
+    grid->addWidget(m_update, 1, 0, Qt::AlignLeft | Qt::AlignTop);
+    grid->addWidget(m_outcome, 1, 1);
+    grid->setColumnStretch(1, 1);
+    grid->setRowStretch(1, 1);
+}
+
+void YtDlpSection::refresh() {
+    if (!m_update->isEnabled())
+        return; // The running update shows its steps.
+    m_outcome->clear();
+    lookUp();
+}
+
+void YtDlpSection::lookUp() {
+    m_tasks.spawn(showStatus(m_lookUp.restart()));
+}
+
+QCoro::Task<> YtDlpSection::showStatus(std::stop_token stop) {
+    const std::optional<YtDlpStatus> status = co_await m_updates.status();
+    if (!stop.stop_requested())
+        m_status->setText(describe(status, QDate::currentDate()));
+}
+
+void YtDlpSection::update() {
+    m_update->setEnabled(false);
+    m_tasks.spawn(runUpdate());
+}
+
+QCoro::Task<> YtDlpSection::runUpdate() {
+    const QPointer<YtDlpSection> self(this);
+    m_outcome->setPalette({});
+    std::function<void(QString)> progress = [self](const QString& step) {
+        if (self)
+            self->m_outcome->setText(step);
+    };
+    const YtDlpUpdateOutcome::Value outcome = co_await m_updates.update(std::move(progress));
+    if (!self)
+        co_return;
+    showOutcome(outcome);
+    m_update->setEnabled(true);
+    lookUp();
+}
+
+void YtDlpSection::showOutcome(const YtDlpUpdateOutcome::Value& outcome) {
+    using namespace YtDlpUpdateOutcome;
+    if (const auto* failed = std::get_if<Failed>(&outcome)) {
+        setTextColor(*m_outcome, SystemColors::red);
+        m_outcome->setText(failed->reason);
+    } else if (const auto* updated = std::get_if<Updated>(&outcome)) {
+        m_outcome->setText(updated->from.isEmpty()
+                               ? u"yt-dlp %1 is installed."_s.arg(updated->to)
+                               : u"yt-dlp is updated from %1 to %2."_s.arg(updated->from, updated->to));
+    } else {
+        m_outcome->setText(
+            u"yt-dlp %1 is the newest."_s.arg(std::get<UpToDate>(outcome).version));
+    }
+}
+
+} // namespace orvane
