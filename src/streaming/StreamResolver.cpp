@@ -123,6 +123,7 @@ QCoro::Task<StreamResolver::Result> StreamResolver::resolveWithYtDlp(Request& re
                                                                      Source source) {
     if (!m_site)
         co_return std::unexpected(StreamError::ResolveFailed{u"no video site is set up"_s});
+    const QString page = pageAddress(*m_site, request.channel, source);
     Result result =
         std::unexpected(StreamError::ResolveFailed{u"yt-dlp not found and auto-install failed"_s});
     while (true) {
@@ -130,7 +131,7 @@ QCoro::Task<StreamResolver::Result> StreamResolver::resolveWithYtDlp(Request& re
         const std::optional<RungTool> tool = co_await toolFor(rung);
         if (tool) {
             request.usable = rung;
-            result = co_await resolveOnRung(request, source, *tool);
+            result = co_await resolveOnRung(request, page, *tool);
         }
         const bool isOver = tool ? !isOutdated(result) : rung == Rung::usual;
         if (isOver || request.stop.stop_requested())
@@ -144,13 +145,11 @@ QCoro::Task<StreamResolver::Result> StreamResolver::resolveWithYtDlp(Request& re
     co_return result;
 }
 
-QCoro::Task<StreamResolver::Result> StreamResolver::resolveOnRung(Request& request, Source source,
+QCoro::Task<StreamResolver::Result> StreamResolver::resolveOnRung(Request& request, QString page,
                                                                   RungTool tool) {
     const Rung rung = request.climb.rung();
-    const StreamQuery query{.rung = rung,
-                            .resolution = request.resolution,
-                            .page = pageAddress(*m_site, request.channel, source),
-                            .runtimes = tool.runtimes};
+    const StreamQuery query{
+        .rung = rung, .resolution = request.resolution, .page = page, .runtimes = tool.runtimes};
     const YtDlpPlan plan = YtDlpPlan::ofStreamResolver();
     Result result = std::unexpected(StreamError::NoOutput{});
     std::optional<YtDlpCommand> command = tool.command;

@@ -26,9 +26,9 @@ class YtDlpTool;
 /// Turns a channel and a resolution into the address of a playable stream by running yt-dlp, and
 /// caches the address for 900 seconds. It tries the channel's live page first and the fixed video
 /// id second, in three rounds with growing pauses, and climbs the ladder at once when the site or
-/// yt-dlp has aged. Installs yt-dlp if it is missing. Owned by the
-/// composition root; main thread, which it never blocks: calls interleave, and two for the same key
-/// may both run yt-dlp. A failure is a `StreamError` whose text is meant for the user.
+/// yt-dlp has aged. Installs yt-dlp if it is missing. Owned by the composition root; main thread,
+/// which it never blocks: calls interleave, and two for the same key may both run yt-dlp. A failure
+/// is a `StreamError` whose text is meant for the user.
 class StreamResolver {
 public:
     /// Without a site every call fails.
@@ -82,7 +82,7 @@ private:
     [[nodiscard]] static QString cacheKey(const Channel& channel, Resolution resolution);
     [[nodiscard]] QCoro::Task<Result> resolveInRounds(Request& request);
     [[nodiscard]] QCoro::Task<Result> resolveWithYtDlp(Request& request, Source source);
-    [[nodiscard]] QCoro::Task<Result> resolveOnRung(Request& request, Source source, RungTool tool);
+    [[nodiscard]] QCoro::Task<Result> resolveOnRung(Request& request, QString page, RungTool tool);
     [[nodiscard]] QCoro::Task<std::optional<RungTool>> toolFor(Rung rung);
     [[nodiscard]] QCoro::Task<std::optional<RungTool>> newestTool(Rung rung);
     [[nodiscard]] QCoro::Task<QStringList> usableRuntimes(YtDlpCommand command);

@@ -24,10 +24,9 @@ StreamLadder::StreamLadder(const QString& memoryPath, Clock& clock)
 
 QList<Rung> StreamLadder::order(const QString& channelId) {
     const auto use = m_uses.constFind(channelId);
-    if (use != m_uses.constEnd() && use->climbsTo)
-        return rungsFrom(*use->climbsTo);
     const std::optional<LadderMemory::Entry>& entry = m_memory.entry();
-    return rungsFrom(entry ? entry->rung : Rung::usual);
+    const Rung remembered = entry ? entry->rung : Rung::usual;
+    return rungsFrom(use == m_uses.constEnd() ? remembered : use->climbsTo.value_or(remembered));
 }
 
 std::optional<LadderMemory::Entry> StreamLadder::remembered() {
@@ -50,9 +49,10 @@ void StreamLadder::refused(const QString& channelId) {
     if (!last || now - *last >= refusalTime)
         return;
     use->refusedAt.reset();
-    use->climbsTo = rungsFrom(use->how.rung).at(1);
+    const Rung next = rungsFrom(use->how.rung).at(1);
+    use->climbsTo = next;
     qCInfo(logStream).noquote() << channelId << "was refused twice, next rung"
-                                << static_cast<int>(*use->climbsTo);
+                                << static_cast<int>(next);
 }
 
 void StreamLadder::played(const QString& channelId) {

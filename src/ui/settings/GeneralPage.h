@@ -16,8 +16,8 @@ class TaskScope;
 class YtDlpSection;
 class YtDlpUpdates;
 
-/// General settings: resolution, launch, theme, keyboard and yt-dlp. Each control stores its value at once.
-/// Owned by its window; main thread.
+/// General settings: resolution, launch, theme, keyboard and yt-dlp. Each control stores its value
+/// at once. Owned by its window; main thread.
 class GeneralPage final : public FormPage {
     Q_OBJECT
 

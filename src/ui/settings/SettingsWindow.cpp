@@ -31,10 +31,9 @@ SettingsWindow::SettingsWindow(const Collaborators& with)
     setFixedSize(FormPage::scaled(contentSize));
     m_tabView->setObjectName(u"tabView"_s);
     m_tabView->setGeometry(rect());
-    m_tabView->addTab(
-        new GeneralPage(with.preferences, with.state, with.notifications, with.autostart,
-                        with.ytDlp, with.tasks),
-        u"General"_s);
+    m_tabView->addTab(new GeneralPage(with.preferences, with.state, with.notifications,
+                                      with.autostart, with.ytDlp, with.tasks),
+                      u"General"_s);
     m_tabView->addTab(new ChannelsPage(with.preferences, with.registry), u"Channels"_s);
     m_tabView->addTab(new AppearancePage(with.preferences, with.notifications, with.resizePlayer),
                       u"Appearance"_s);

@@ -103,12 +103,11 @@ void YtDlpSection::showOutcome(const YtDlpUpdateOutcome::Value& outcome) {
         setTextColor(*m_outcome, SystemColors::red);
         m_outcome->setText(failed->reason);
     } else if (const auto* updated = std::get_if<Updated>(&outcome)) {
-        m_outcome->setText(updated->from.isEmpty()
-                               ? u"yt-dlp %1 is installed."_s.arg(updated->to)
-                               : u"yt-dlp is updated from %1 to %2."_s.arg(updated->from, updated->to));
+        m_outcome->setText(updated->from.isEmpty() ? u"yt-dlp %1 is installed."_s.arg(updated->to)
+                                                   : u"yt-dlp is updated from %1 to %2."_s.arg(
+                                                         updated->from, updated->to));
     } else {
-        m_outcome->setText(
-            u"yt-dlp %1 is the newest."_s.arg(std::get<UpToDate>(outcome).version));
+        m_outcome->setText(u"yt-dlp %1 is the newest."_s.arg(std::get<UpToDate>(outcome).version));
     }
 }
 

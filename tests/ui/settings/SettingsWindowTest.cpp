@@ -61,7 +61,8 @@ public:
 /// Its update ends when the test says so.
 class FakeUpdates final : public YtDlpUpdates {
 public:
-    YtDlpStatus used{.program = u"/usr/bin/yt-dlp"_s, .version = u"a"_s, .released = {}, .newer = {}};
+    YtDlpStatus used{
+        .program = u"/usr/bin/yt-dlp"_s, .version = u"a"_s, .released = {}, .newer = {}};
     std::function<void(QString)> progress;
     QPromise<YtDlpUpdateOutcome::Value> outcome;
 
@@ -223,12 +224,13 @@ TEST_F(SettingsWindowTest, UpdatesYtDlpAndSaysHowItEnded) {
     using namespace YtDlpUpdateOutcome;
     const auto line = [this](const QString& name) { return part<QLabel>(name)->text(); };
     const QDate day(2026, 11, 24);
-    EXPECT_EQ(describe(YtDlpStatus{.program = u"/bin/yt-dlp"_s,
-                                   .version = u"2026.10.26"_s,
-                                   .released = QDate(2026, 10, 26),
-                                   .newer = u"2026.11.20"_s},
-                       day),
-              u"yt-dlp 2026.10.26 (29 days old), /bin/yt-dlp. Where the site finds it too old: 2026.11.20."_s);
+    EXPECT_EQ(
+        describe(YtDlpStatus{.program = u"/bin/yt-dlp"_s,
+                             .version = u"2026.10.26"_s,
+                             .released = QDate(2026, 10, 26),
+                             .newer = u"2026.11.20"_s},
+                 day),
+        u"yt-dlp 2026.10.26 (29 days old), /bin/yt-dlp. Where the site finds it too old: 2026.11.20."_s);
     EXPECT_EQ(describe(std::nullopt, day), u"yt-dlp is not installed."_s);
 
     test::settle();
