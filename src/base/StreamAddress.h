@@ -4,6 +4,7 @@
 #include <QUrl>
 
 #include <optional>
+#include <utility>
 
 namespace orvane {
 
@@ -12,7 +13,8 @@ namespace orvane {
 struct StreamAddress {
     StreamAddress() = default;
     // Implicit: most streams have one address.
-    StreamAddress(QUrl address) : picture(std::move(address)) {}
+    StreamAddress(QUrl pictureAddress, std::optional<QUrl> soundAddress = {}) :
+        picture(std::move(pictureAddress)), sound(std::move(soundAddress)) {}
 
     /// Has the sound too, unless that is apart.
     QUrl picture;

@@ -110,7 +110,9 @@ TEST(RefusalToOpen, AllowsOnlyWebAddresses) {
     for (const QString& other :
          {u"file:///etc/passwd"_s, u"av://lavfi:testsrc"_s, u"edl://x"_s, u"memory://x"_s,
           u"fd://0"_s, u"just-a-word"_s, u"/etc/passwd"_s, u"https:///no-host"_s, u""_s})
-        EXPECT_TRUE(refusalToOpen(QUrl(other))) << other.toStdString();
+        for (const StreamAddress& address :
+             {StreamAddress(QUrl(other)), StreamAddress(QUrl(u"https://a.example"_s), QUrl(other))})
+            EXPECT_TRUE(refusalToOpen(address)) << other.toStdString();
 }
 
 TEST(DisplayChoice, UsesX11IfReachableAndSaysWhatIsMissing) {

@@ -45,8 +45,10 @@ void LiveStreamMonitor::starved(bool isStarved, TimePoint now) {
 void LiveStreamMonitor::positioned(Position position) {
     if (m_isPaused)
         return;
-    const bool isSilent = m_expectsSound && m_position && position.audio == m_position->audio;
-    m_checksWithoutAdvance = position == m_position || isSilent ? m_checksWithoutAdvance + 1 : 0;
+    const bool oneStands =
+        m_position && (position.time == m_position->time || position.audio == m_position->audio);
+    const bool advances = m_expectsBoth ? !oneStands : position != m_position;
+    m_checksWithoutAdvance = advances ? 0 : m_checksWithoutAdvance + 1;
     m_position = position;
 }
 

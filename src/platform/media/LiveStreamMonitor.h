@@ -44,9 +44,9 @@ public:
         std::optional<QString> text;
     };
 
+    /// Picture and sound are streams of their own, each of which can stop alone: both must advance.
+    void expectBoth() { m_expectsBoth = true; }
     void opened(TimePoint now);
-    /// The sound comes from an address of its own, and may end without the picture.
-    void expectSound() { m_expectsSound = true; }
     void logged(const QString& line, TimePoint now);
     void started();
     /// A paused stream does not have to advance.
@@ -77,8 +77,8 @@ private:
     std::optional<Warning> m_lastWarning;
     std::optional<Position> m_position;
     int m_checksWithoutAdvance = 0;
+    bool m_expectsBoth = false;
     bool m_hasStarted = false;
-    bool m_expectsSound = false;
     bool m_isStarved = false;
     bool m_isPaused = false;
 };

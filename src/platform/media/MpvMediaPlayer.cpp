@@ -23,7 +23,7 @@ constexpr double fullVolumePercent = 100;
 constexpr std::chrono::milliseconds audioRetryTime{5000};
 
 /// The ids of the properties that a poll requests, in the order of the requests.
-enum PositionReply : std::uint64_t { timeReply = 1, audioReply, soundTrackReply };
+enum PositionReply : std::uint64_t { timeReply = 1, audioReply };
 
 LiveStreamMonitor::TimePoint now() {
     return std::chrono::steady_clock::now();
@@ -52,7 +52,8 @@ MpvMediaPlayer::MpvMediaPlayer(StreamAddress address, std::unique_ptr<MpvInstanc
     connect(&m_monitorTimer, &QTimer::timeout, this, &MpvMediaPlayer::checkMonitor);
     m_positionTimer.setInterval(LiveStreamMonitor::checkInterval);
     connect(&m_positionTimer, &QTimer::timeout, this, [this] {
-        m_instance->requestNumber("time-pos", timeReply);
+        // Once the picture of two streams has ended, "time-pos" follows the sound.
+        m_instance->requestNumber(m_address.sound ? "demuxer-cache-time" : "time-pos", timeReply);
         m_instance->requestNumber("audio-pts", audioReply);
     });
     m_audioTimer.setInterval(audioRetryTime);
@@ -181,7 +182,8 @@ void MpvMediaPlayer::addSound(const QUrl& sound) {
     m_instance->setList("audio-files", sound.toEncoded());
     // The two lists begin at different times: only their own timestamps keep them in step.
     m_instance->setFlag("rebase-start-time", false);
-    m_monitor.expectSound();
+    mpv_observe_property(m_instance->handle(), 0, "aid", MPV_FORMAT_STRING);
+    m_monitor.expectBoth();
 }
 
 void MpvMediaPlayer::handle(const mpv_event& event) {
@@ -189,8 +191,6 @@ void MpvMediaPlayer::handle(const mpv_event& event) {
     case MPV_EVENT_PLAYBACK_RESTART:
         if (m_lifecycle.playbackStarted())
             enterPhase();
-        if (m_address.sound)
-            m_instance->requestNumber("current-tracks/audio/id", soundTrackReply);
         break;
     case MPV_EVENT_END_FILE:
         handleEnd(*static_cast<const mpv_event_end_file*>(event.data));
@@ -234,6 +234,10 @@ void MpvMediaPlayer::handleProperty(const mpv_event_property& property) {
         if (name == "vid") {
             if (m_lifecycle.tracksSelected(text != "no"))
                 enterPhase();
+        } else if (name == "aid" && text == "no") {
+            // mpv itself would go on without the sound.
+            m_instance->command({"stop"});
+            endWith(LiveStreamMonitor::End::error, u"No sound arrived"_s);
         } else if (name == "current-ao") {
             handleAudioOutput(text);
         }
@@ -250,10 +254,6 @@ void MpvMediaPlayer::handleReply(const mpv_event& reply) {
     } else if (reply.reply_userdata == audioReply) {
         m_position.audio = seconds;
         m_monitor.positioned(m_position);
-    } else if (reply.reply_userdata == soundTrackReply && !seconds) {
-        // mpv goes on without a sound that it cannot open.
-        m_instance->command({"stop"});
-        endWith(LiveStreamMonitor::End::error, u"No sound arrived"_s);
     }
 }
 

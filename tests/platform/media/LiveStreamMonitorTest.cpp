@@ -105,6 +105,25 @@ TEST_F(LiveStreamMonitorTest, FailsAPlayingStreamThatDoesNotAdvance) {
     EXPECT_EQ(failureAfter(0s), u"Stream stalled"_s);
 }
 
+TEST_F(LiveStreamMonitorTest, FailsIfEitherOfTwoStreamsDoesNotAdvance) {
+    const auto playOne = [this](std::optional<double> Monitor::Position::* one) {
+        for (int i = 0; i <= Monitor::stallChecks; ++i) {
+            Monitor::Position position{.time = 12.5, .audio = std::nullopt};
+            position.*one = i;
+            monitor.positioned(position);
+        }
+    };
+    for (const auto one : {&Monitor::Position::time, &Monitor::Position::audio}) {
+        monitor = Monitor();
+        playing();
+        playOne(one);
+        EXPECT_EQ(failureAfter(0s), u"none"_s);
+        monitor.expectBoth();
+        playOne(one);
+        EXPECT_EQ(failureAfter(0s), u"Stream stalled"_s);
+    }
+}
+
 TEST_F(LiveStreamMonitorTest, NeverFailsAPausedStream) {
     playing();
     monitor.starved(true, now);

@@ -6,14 +6,16 @@
 #include "support/LoopbackServer.h"
 
 #include <QCoroTask>
+#include <QFile>
 #include <QHostAddress>
 #include <QProcess>
 #include <QTcpServer>
 #include <QTcpSocket>
+#include <QTemporaryDir>
 #include <QTemporaryFile>
 
 #include <gtest/gtest.h>
-#include <mpv/render.h>
+#include <mpv/client.h>
 
 namespace orvane {
 
@@ -21,6 +23,54 @@ using namespace Qt::StringLiterals;
 using test::runUntil;
 
 namespace {
+
+/// Serves a live stream with lists of their own for the picture, white from second 5 on, and for
+/// the sound, a tone from second 5 on. The list of the sound begins a segment earlier.
+class SplitStream {
+public:
+    SplitStream() {
+        const QTemporaryDir folder;
+        encode(folder.filePath(u"p%d.ts"_s), u"color=black:s=64x64:r=25,"
+                                             "drawbox=t=fill:c=white:enable='gte(t,5)'"_s);
+        encode(folder.filePath(u"s%d.ts"_s), u"aevalsrc='0.5*sin(2000*t)*gte(t,5)':s=48000"_s);
+        for (const QString& name : {u"p"_s, u"s"_s}) {
+            const int first = name == u"p" ? 1 : 0;
+            QByteArray list = "#EXTM3U\n#EXT-X-TARGETDURATION:2\n#EXT-X-MEDIA-SEQUENCE:" +
+                              QByteArray::number(first) + '\n';
+            for (int i = first; i < first + 3; ++i) {
+                const QString segment = u"%1%2.ts"_s.arg(name).arg(i);
+                QFile file(folder.filePath(segment));
+                EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << segment.toStdString();
+                server.answers[u'/' + segment] = {.body = file.readAll()};
+                list += "#EXTINF:2,\n" + segment.toUtf8() + '\n';
+            }
+            server.answers[name == u"p" ? picture : sound] = {.body = list};
+        }
+    }
+
+    [[nodiscard]] StreamAddress address() const {
+        const std::optional<Origin> origin = server.origin();
+        return {QUrl(origin->address(picture)), QUrl(origin->address(sound))};
+    }
+
+    const QString picture = u"/picture.m3u8"_s;
+    // Both "," and ":" separate the items of mpv's lists.
+    const QString sound = u"/sound.m3u8?expires=1,2:3"_s;
+
+    test::LoopbackServer server;
+
+private:
+    static void encode(const QString& target, const QString& source) {
+        EXPECT_EQ(QProcess::execute(u"ffmpeg"_s,
+                                    {u"-loglevel"_s, u"error"_s, u"-nostdin"_s, u"-f"_s,
+                                     u"lavfi"_s,     u"-i"_s,    source,        u"-t"_s,
+                                     u"8"_s,         u"-bf"_s,   u"0"_s,        u"-g"_s,
+                                     u"50"_s,        u"-f"_s,    u"segment"_s,  u"-segment_time"_s,
+                                     u"2"_s,         u"-c:v"_s,  u"libx264"_s,  u"-c:a"_s,
+                                     u"aac"_s,       target}),
+                  0);
+    }
+};
 
 /// Players with the real libmpv and without a view.
 class MpvMediaPlayerTest : public testing::Test {
@@ -71,52 +121,6 @@ TEST_F(MpvMediaPlayerTest, ReportsNetworkErrorsOfEveryPlayer) {
     }
 }
 
-/// Returns a stream of three seconds that ffmpeg encodes from its own source.
-QByteArray encoded(const QStringList& source) {
-    QProcess ffmpeg;
-    ffmpeg.start(u"ffmpeg"_s, QStringList{u"-v"_s, u"error"_s, u"-f"_s, u"lavfi"_s, u"-i"_s} +
-                                  source +
-                                  QStringList{u"-t"_s, u"3"_s, u"-f"_s, u"mpegts"_s, u"-"_s});
-    ffmpeg.waitForFinished();
-    return ffmpeg.readAllStandardOutput();
-}
-
-TEST_F(MpvMediaPlayerTest, PlaysSoundOfAnotherAddressOrFails) {
-    test::LoopbackServer server;
-    const QByteArray picture = encoded({u"testsrc=size=160x90"_s, u"-c:v"_s, u"mpeg2video"_s});
-    const QByteArray sound = encoded({u"sine"_s, u"-c:a"_s, u"mp2"_s});
-    ASSERT_GT(picture.size(), 10000);
-    ASSERT_GT(sound.size(), 10000);
-    // Neither ends, as in a live stream.
-    using End = test::LoopbackServer::Answer::End;
-    server.answers[u"/picture.ts"_s] = {
-        .body = picture, .cutAfter = picture.size() - 1, .end = End::hanging};
-    server.answers[u"/a:b,c.ts"_s] = {
-        .body = sound, .cutAfter = sound.size() - 1, .end = End::hanging};
-    server.answers[u"/refused.ts"_s] = {.status = 403};
-    const auto open = [&](const QString& soundPath) {
-        StreamAddress address(QUrl(server.origin()->address(u"/picture.ts")));
-        address.sound = QUrl(server.origin()->address(soundPath));
-        std::unique_ptr<MediaPlayer> player = make(address);
-        VideoSource* source = player->videoSource();
-        source->expectRenderer();
-        player->play();
-        char api[] = MPV_RENDER_API_TYPE_SW;
-        mpv_render_param parameters[] = {{MPV_RENDER_PARAM_API_TYPE, api},
-                                         {MPV_RENDER_PARAM_INVALID, nullptr}};
-        source->createRenderer(parameters, {}, [] {});
-        source->frameShown();
-        return player;
-    };
-    const std::unique_ptr<MediaPlayer> whole = open(u"/a:b,c.ts"_s);
-    EXPECT_TRUE(runUntil([&] { return whole->status() == MediaPlayer::Status::readyToPlay; }));
-    EXPECT_TRUE(server.requests.join(u' ').contains(u"/a:b,c.ts"_s));
-    const std::unique_ptr<MediaPlayer> silent = open(u"/refused.ts"_s);
-    ASSERT_TRUE(runUntil([&] { return silent->status() == MediaPlayer::Status::failed; }));
-    EXPECT_TRUE(silent->error().value_or(QString()).startsWith(u"HTTP error 403"_s));
-    EXPECT_EQ(whole->status(), MediaPlayer::Status::readyToPlay);
-}
-
 TEST_F(MpvMediaPlayerTest, DestroysPlayersOfHangingServersAFewAtATime) {
     QTcpServer server;
     ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
@@ -140,6 +144,48 @@ TEST_F(MpvMediaPlayerTest, MakesNoPlayerIfStoppedWhileTooManyAreDestroyed) {
     stop.request_stop();
     EXPECT_EQ(QCoro::waitFor(factory.make(QUrl(u"http://127.0.0.1:1/"_s), stop.get_token())),
               nullptr);
+}
+
+TEST_F(MpvMediaPlayerTest, PlaysSoundFromAnotherAddressAtTheSameTimeAsThePicture) {
+    const SplitStream stream;
+    const QTemporaryDir folder;
+    const QString seen = folder.filePath(u"seen"_s);
+    const QString heard = folder.filePath(u"heard"_s);
+    const QString write = u"lavfi=[%1detect=d=0.1,%2=print:key=lavfi.%1_end:direct=1:file=%3]"_s;
+    mpv_handle* handle = MpvInstance::makeHandle(VideoOutput::software);
+    ASSERT_NE(handle, nullptr);
+    for (const auto& [name, value] :
+         {std::pair("vo", u"null"_s), std::pair("ao", u"null"_s),
+          std::pair("vf", write.arg(u"black"_s, u"metadata"_s, seen)),
+          std::pair("af", write.arg(u"silence"_s, u"ametadata"_s, heard))})
+        ASSERT_EQ(mpv_set_property_string(handle, name, qUtf8Printable(value)), 0) << name;
+    MpvLog log;
+    AudioStatus audio;
+    MpvMediaPlayer player(stream.address(), std::make_unique<MpvInstance>(handle), log, audio,
+                          teardown);
+    player.play();
+    const auto foundIn = [](const QString& path) {
+        QFile file(path);
+        const bool exists = file.open(QIODevice::ReadOnly);
+        const QByteArray text = exists ? file.readAll() : QByteArray();
+        return text.mid(text.indexOf("_end=") + 5).trimmed().toDouble();
+    };
+    ASSERT_TRUE(runUntil([&] { return foundIn(seen) > 0 && foundIn(heard) > 0; }))
+        << player.error().value_or(QString()).toStdString();
+    double difference = 1;
+    mpv_get_property(handle, "avsync", MPV_FORMAT_DOUBLE, &difference);
+    constexpr double noticeable = 0.1;
+    EXPECT_NEAR(foundIn(seen), foundIn(heard), noticeable);
+    EXPECT_NEAR(difference, 0, noticeable);
+}
+
+TEST_F(MpvMediaPlayerTest, FailsIfTheSoundIsRefused) {
+    SplitStream stream;
+    stream.server.answers[stream.sound] = {.status = 403};
+    const std::unique_ptr<MediaPlayer> player = make(stream.address());
+    player->play();
+    ASSERT_TRUE(runUntil([&] { return player->status() == MediaPlayer::Status::failed; }));
+    EXPECT_EQ(player->error(), u"HTTP error 403 Answer"_s);
 }
 
 } // namespace
