@@ -60,6 +60,15 @@ def fails_with(text: str):
     return check
 
 
+def not_live(fixture: Fixture) -> str:
+    """A channel that is not live is looked for every five minutes."""
+    tool = Tool(fixture)
+    tool.install(f'[ "$1" != --version ] || exec {REAL} --version\n'
+                 'echo "ERROR: [x:tab] @x: The channel is not currently live" >&2; exit 1')
+    tool.start()
+    return fixture.heals_after(20, 330, repair=tool.repair)
+
+
 def skipped(break_tool):
     """A file that cannot be run, or that does not run, is skipped in favour of the one in the next folder."""
     def check(fixture: Fixture) -> str:
@@ -194,6 +203,7 @@ ROWS = [
         fails_with("ERROR: the moon is full")),
     Row("tool.arabic", "yt-dlp prints an error in Arabic",
         fails_with("خطأ: القناة غير متاحة")),
+    Row("tool.not-live", "the channel is not live for 20 s", not_live),
     Row("tool.upgraded", "the program quits while pip upgrades yt-dlp", upgraded, quits=False),
     Row("tool.replaced", "yt-dlp is replaced while it runs", replaced),
 ]
