@@ -13,8 +13,8 @@ namespace orvane {
 struct StreamAddress {
     StreamAddress() = default;
     // Implicit: most streams have one address.
-    StreamAddress(QUrl pictureAddress, std::optional<QUrl> soundAddress = {}) :
-        picture(std::move(pictureAddress)), sound(std::move(soundAddress)) {}
+    StreamAddress(QUrl pictureAddress, std::optional<QUrl> soundAddress = {})
+        : picture(std::move(pictureAddress)), sound(std::move(soundAddress)) {}
 
     /// Has the sound too, unless that is apart.
     QUrl picture;

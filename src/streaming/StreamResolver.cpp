@@ -200,23 +200,26 @@ QCoro::Task<std::optional<StreamResolver::RungTool>> StreamResolver::newestTool(
         m_tool.known(YtDlpSearch::of(YtDlpUser::streamResolver)) == tool.command)
         co_return std::nullopt;
     if (rung == Rung::javaScript) {
-        tool.runtimes = co_await usableRuntimes(tool.command);
+        tool.runtimes = co_await usableRuntimes(tool.command, tool.version);
         if (tool.runtimes.isEmpty())
             co_return std::nullopt;
     }
     co_return std::optional(tool);
 }
 
-QCoro::Task<QStringList> StreamResolver::usableRuntimes(YtDlpCommand command) {
+QCoro::Task<QStringList> StreamResolver::usableRuntimes(YtDlpCommand command, QString version) {
     ToolRunner& runner = m_tool.runner();
     const QStringList runtimes = installedRuntimes(runner.host());
     if (runtimes.isEmpty())
         co_return QStringList();
-    const QStringList arguments = command.argumentsFor({u"--help"_s});
-    const std::optional<QString> help =
-        co_await runner.output(command.program, arguments, ToolEnvironment::inherited);
-    const bool isKnown = help && help->contains(runtimeOption());
-    co_return isKnown ? runtimes : QStringList();
+    const QString key = command.program + u' ' + version;
+    if (!m_knowsRuntimes.contains(key)) {
+        const QStringList arguments = command.argumentsFor({u"--help"_s});
+        const std::optional<QString> help =
+            co_await runner.output(command.program, arguments, ToolEnvironment::inherited);
+        m_knowsRuntimes[key] = help && help->contains(runtimeOption());
+    }
+    co_return m_knowsRuntimes[key] ? runtimes : QStringList();
 }
 
 QCoro::Task<> StreamResolver::checkMemory() {

@@ -85,7 +85,7 @@ private:
     [[nodiscard]] QCoro::Task<Result> resolveOnRung(Request& request, QString page, RungTool tool);
     [[nodiscard]] QCoro::Task<std::optional<RungTool>> toolFor(Rung rung);
     [[nodiscard]] QCoro::Task<std::optional<RungTool>> newestTool(Rung rung);
-    [[nodiscard]] QCoro::Task<QStringList> usableRuntimes(YtDlpCommand command);
+    [[nodiscard]] QCoro::Task<QStringList> usableRuntimes(YtDlpCommand command, QString version);
     [[nodiscard]] QCoro::Task<> checkMemory();
     void countFailure();
     void runInBackground(QString program, QStringList arguments);
@@ -99,6 +99,8 @@ private:
     bool m_didUpdateCheck = false;
     bool m_hasCheckedMemory = false;
     int m_consecutiveFailures = 0;
+    /// Whether a yt-dlp has the option for JavaScript runtimes, by its program and version.
+    QHash<QString, bool> m_knowsRuntimes;
 };
 
 } // namespace orvane

@@ -17,9 +17,18 @@ using namespace Qt::StringLiterals;
 namespace {
 
 QString ageText(qint64 days) {
+    constexpr qint64 year = 365;
+    constexpr qint64 month = 30;
     if (days <= 0)
         return u"of today"_s;
-    return days == 1 ? u"1 day old"_s : u"%1 days old"_s.arg(days);
+    if (days == 1)
+        return u"1 day old"_s;
+    // A rough age says enough where it is high.
+    if (days >= 2 * year)
+        return u"%1 years old"_s.arg(days / year);
+    if (days >= 2 * month)
+        return u"%1 months old"_s.arg(days / month);
+    return u"%1 days old"_s.arg(days);
 }
 
 QLabel* makeLine(const QString& name, QWidget* parent) {
