@@ -23,7 +23,12 @@ constexpr double fullVolumePercent = 100;
 constexpr std::chrono::milliseconds audioRetryTime{5000};
 
 /// The ids of the properties that a poll requests, in the order of the requests.
-enum PositionReply : std::uint64_t { timeReply = 1, audioReply };
+enum PositionReply : std::uint64_t { timeReply = 1, audioReply, startReply };
+
+/// A sound that begins later than the picture is reached in steps, as its first timestamp is not
+/// known before.
+constexpr int soundSearchSteps = 5;
+constexpr const char* soundSearchStep = "2";
 
 LiveStreamMonitor::TimePoint now() {
     return std::chrono::steady_clock::now();
@@ -182,6 +187,8 @@ void MpvMediaPlayer::addSound(const QUrl& sound) {
     m_instance->setList("audio-files", sound.toEncoded());
     // The two lists begin at different times: only their own timestamps keep them in step.
     m_instance->setFlag("rebase-start-time", false);
+    // mpv can seek only from the first packet that it keeps.
+    m_instance->command({"set", "demuxer-max-back-bytes", "4MiB"});
     mpv_observe_property(m_instance->handle(), 0, "aid", MPV_FORMAT_STRING);
     m_monitor.expectBoth();
 }
@@ -191,6 +198,8 @@ void MpvMediaPlayer::handle(const mpv_event& event) {
     case MPV_EVENT_PLAYBACK_RESTART:
         if (m_lifecycle.playbackStarted())
             enterPhase();
+        if (m_address.sound && m_soundSearches < soundSearchSteps)
+            m_instance->requestNumber("audio-pts", startReply);
         break;
     case MPV_EVENT_END_FILE:
         handleEnd(*static_cast<const mpv_event_end_file*>(event.data));
@@ -254,6 +263,11 @@ void MpvMediaPlayer::handleReply(const mpv_event& reply) {
     } else if (reply.reply_userdata == audioReply) {
         m_position.audio = seconds;
         m_monitor.positioned(m_position);
+    } else if (reply.reply_userdata == startReply && !seconds) {
+        // mpv would show the picture in silence until the sound begins, stop it there, and
+        // let the sound run ahead for seconds.
+        ++m_soundSearches;
+        m_instance->command({"seek", soundSearchStep, "relative+keyframes"});
     }
 }
 

@@ -83,6 +83,8 @@ private:
     LiveStreamMonitor m_monitor;
     /// The answers to the current poll so far.
     LiveStreamMonitor::Position m_position;
+    /// How often a later beginning of the sound was looked for.
+    int m_soundSearches = 0;
     QTimer m_monitorTimer;
     QTimer m_positionTimer;
     /// Runs while the audio output is lost.

@@ -25,16 +25,16 @@ using test::runUntil;
 namespace {
 
 /// Serves a live stream with lists of their own for the picture, white from second 5 on, and for
-/// the sound, a tone from second 5 on. The list of the sound begins a segment earlier.
+/// the sound, a tone from second 5 on. The lists begin at the segments of these numbers.
 class SplitStream {
 public:
-    SplitStream() {
+    SplitStream(int firstPicture, int firstSound) {
         const QTemporaryDir folder;
         encode(folder.filePath(u"p%d.ts"_s), u"color=black:s=64x64:r=25,"
                                              "drawbox=t=fill:c=white:enable='gte(t,5)'"_s);
         encode(folder.filePath(u"s%d.ts"_s), u"aevalsrc='0.5*sin(2000*t)*gte(t,5)':s=48000"_s);
         for (const QString& name : {u"p"_s, u"s"_s}) {
-            const int first = name == u"p" ? 1 : 0;
+            const int first = name == u"p" ? firstPicture : firstSound;
             QByteArray list = "#EXTM3U\n#EXT-X-TARGETDURATION:2\n#EXT-X-MEDIA-SEQUENCE:" +
                               QByteArray::number(first) + '\n';
             for (int i = first; i < first + 3; ++i) {
@@ -146,8 +146,14 @@ TEST_F(MpvMediaPlayerTest, MakesNoPlayerIfStoppedWhileTooManyAreDestroyed) {
               nullptr);
 }
 
-TEST_F(MpvMediaPlayerTest, PlaysSoundFromAnotherAddressAtTheSameTimeAsThePicture) {
-    const SplitStream stream;
+class SplitStreamTest : public MpvMediaPlayerTest,
+                        public testing::WithParamInterface<std::pair<int, int>> {};
+
+INSTANTIATE_TEST_SUITE_P(SoundEarlierAndLater, SplitStreamTest,
+                         testing::Values(std::pair(1, 0), std::pair(0, 1)));
+
+TEST_P(SplitStreamTest, PlaysSoundFromAnotherAddressAtTheSameTimeAsThePicture) {
+    const SplitStream stream(GetParam().first, GetParam().second);
     const QTemporaryDir folder;
     const QString seen = folder.filePath(u"seen"_s);
     const QString heard = folder.filePath(u"heard"_s);
@@ -180,7 +186,7 @@ TEST_F(MpvMediaPlayerTest, PlaysSoundFromAnotherAddressAtTheSameTimeAsThePicture
 }
 
 TEST_F(MpvMediaPlayerTest, FailsIfTheSoundIsRefused) {
-    SplitStream stream;
+    SplitStream stream(0, 0);
     stream.server.answers[stream.sound] = {.status = 403};
     const std::unique_ptr<MediaPlayer> player = make(stream.address());
     player->play();
