@@ -4,6 +4,7 @@
 #include "model/AppConstants.h"
 #include "ui/FormPage.h"
 #include "ui/SystemColors.h"
+#include "ui/theme/TextColor.h"
 
 #include <QDesktopServices>
 #include <QPushButton>

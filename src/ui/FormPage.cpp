@@ -127,12 +127,4 @@ void centreOnScreen(QWidget& window) {
     window.move(frame.topLeft());
 }
 
-void setTextColor(QWidget& widget, const QColor& color) {
-    QPalette palette = widget.palette();
-    palette.setColor(QPalette::WindowText, color);
-    palette.setColor(QPalette::ButtonText, color);
-    widget.setPalette(palette);
-    widget.setForegroundRole(QPalette::NoRole);
-}
-
 } // namespace orvane

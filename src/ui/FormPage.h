@@ -75,7 +75,4 @@ void showListPage(QScrollArea& scroll, FormPage* page);
 /// Centres a window that is not shown yet.
 void centreOnScreen(QWidget& window);
 
-/// Sets the text colour of a label or a button, overriding the palette.
-void setTextColor(QWidget& widget, const QColor& color);
-
 } // namespace orvane

@@ -19,7 +19,7 @@ PREVIEW = (200, 240)
 FIRST_REMOVE = (435, 25)
 LAST_CHANNEL = (40, 83)
 LAST_STAR = (466, 83)
-STAR_COLOUR = (255, 149, 0)
+STAR_COLOUR = (214, 125, 0)
 
 
 def is_near(pixel, colour) -> bool:

@@ -86,7 +86,7 @@ void ControlBar::setUpLabel() {
     m_channelLabel->setTextFormat(Qt::PlainText);
     m_channelLabel->setObjectName(u"channelLabel"_s);
     QPalette palette = m_channelLabel->palette();
-    palette.setColor(QPalette::WindowText, QColor::fromRgbF(1.0F / 3, 1.0F / 3, 1.0F / 3));
+    palette.setColor(QPalette::WindowText, SystemColors::barText);
     m_channelLabel->setPalette(palette);
 }
 
@@ -168,7 +168,7 @@ void ControlBar::layOut() {
 }
 
 void ControlBar::paintEvent(QPaintEvent*) {
-    QPainter(this).fillRect(rect(), QColor::fromRgbF(0.93F, 0.93F, 0.93F, 0.95F));
+    QPainter(this).fillRect(rect(), SystemColors::bar);
 }
 
 void ControlBar::resizeEvent(QResizeEvent*) {

@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/player/GlyphButton.h"
 
+#include "ui/SystemColors.h"
+#include "ui/player/BarColors.h"
+#include "ui/theme/Contrast.h"
+
 #include <QFontMetricsF>
 #include <QPainter>
 
@@ -38,7 +42,7 @@ void GlyphButton::paintEvent(QPaintEvent*) {
     painter.setRenderHint(QPainter::Antialiasing);
     if (underMouse()) {
         painter.setPen(Qt::NoPen);
-        painter.setBrush(QColor::fromRgbF(0, 0, 0, isDown() ? 0.18F : 0.08F));
+        painter.setBrush(isDown() ? SystemColors::barPressed : SystemColors::barHover);
         painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
     }
     painter.drawPixmap(0, 0,
@@ -50,7 +54,7 @@ void GlyphButton::drawGlyph(QPainter& painter) const {
     // Centred by the painted area: symbol fonts place glyphs anywhere between their lines.
     const QRectF ink = QFontMetricsF(font(), this).tightBoundingRect(text());
     const QPointF place = QRectF(rect()).center() - ink.center();
-    painter.setPen(m_tint);
+    painter.setPen(readableShade(m_tint, barBackgrounds(), glyphContrast));
     painter.drawText(QPointF(std::round(place.x()), std::round(place.y())), text());
 }
 

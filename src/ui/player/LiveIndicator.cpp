@@ -2,6 +2,8 @@
 #include "ui/player/LiveIndicator.h"
 
 #include "ui/SystemColors.h"
+#include "ui/player/BarColors.h"
+#include "ui/theme/Contrast.h"
 
 #include <QPainter>
 
@@ -37,7 +39,7 @@ void LiveIndicator::paintEvent(QPaintEvent*) {
     painter.drawPixmap(0, 0, m_dot.get(*this, QString(), [this](QPainter& dot) {
         dot.setRenderHint(QPainter::Antialiasing);
         dot.setPen(Qt::NoPen);
-        dot.setBrush(SystemColors::red);
+        dot.setBrush(readableShade(SystemColors::red, barBackgrounds(), glyphContrast));
         dot.drawEllipse(QRectF(rect()).center(), dotSize / 2, dotSize / 2);
     }));
 }

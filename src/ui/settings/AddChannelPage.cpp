@@ -8,6 +8,7 @@
 #include "ui/Spinner.h"
 #include "ui/SystemColors.h"
 #include "ui/settings/RoundedBox.h"
+#include "ui/theme/TextColor.h"
 
 #include <QLineEdit>
 #include <QPointer>
@@ -195,7 +196,7 @@ void AddChannelPage::setStatus(const QString& text, Tone tone) {
     m_statusLabel->setText(fitted);
     m_statusLabel->setToolTip(fitted.endsWith(u'…') ? text.toHtmlEscaped() : QString());
     if (tone == Tone::neutral)
-        m_statusLabel->setPalette({});
+        clearTextColor(*m_statusLabel);
     else
         setTextColor(*m_statusLabel,
                      tone == Tone::success ? SystemColors::green : SystemColors::red);

@@ -6,7 +6,9 @@
 #include "settings/Preferences.h"
 #include "state/AppNotification.h"
 #include "ui/SystemColors.h"
+#include "ui/theme/Contrast.h"
 
+#include <QEvent>
 #include <QPushButton>
 #include <QSlider>
 
@@ -22,6 +24,9 @@ namespace {
 /// Slider steps from transparent to opaque.
 constexpr int opacitySteps = 1000;
 constexpr double lowestOpacity = 0.3;
+/// Of the blue behind the chosen preset's title.
+constexpr double chosenOpacity = 0.2;
+constexpr double pressedOpacity = 0.4;
 
 struct PresetTitle {
     QStringView title;
@@ -81,16 +86,29 @@ void AppearancePage::sizePresetTapped(int width) {
         {double(width), width / AppConstants::aspectRatio + AppConstants::controlBarHeight});
 }
 
-void AppearancePage::highlightPreset(int width) {
+QString AppearancePage::highlightStyle() const {
     const QColor blue = SystemColors::blue;
-    const QString highlight =
-        u"QPushButton { border: none; border-radius: %1px; color: %2; background: rgba(%3, %4, %5, "
-        u"20%); }"
-        u"QPushButton:focus { border: 1px solid %2; }"_s.arg(qRound(6 * scale()))
-            .arg(blue.name())
-            .arg(blue.red())
-            .arg(blue.green())
-            .arg(blue.blue());
+    QList<QColor> backgrounds;
+    for (const double opacity : {chosenOpacity, pressedOpacity})
+        backgrounds += tinted(windowBackgrounds(palette()), SystemColors::withAlpha(blue, opacity));
+    const QString background =
+        u"rgba(%1, %2, %3, "_s.arg(blue.red()).arg(blue.green()).arg(blue.blue());
+    return u"QPushButton { border: none; border-radius: %1px; color: %2; background: %3%4%); }"
+           u"QPushButton:focus { border: 1px solid %2; }"
+           u"QPushButton:pressed { background: %3%5%); }"_s.arg(qRound(6 * scale()))
+               .arg(readableShade(blue, backgrounds, textContrast).name(), background)
+               .arg(chosenOpacity * 100)
+               .arg(pressedOpacity * 100);
+}
+
+void AppearancePage::changeEvent(QEvent* event) {
+    FormPage::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        highlightPreset(m_preferences.windowSizePreset());
+}
+
+void AppearancePage::highlightPreset(int width) {
+    const QString highlight = highlightStyle();
     for (const Preset& preset : std::as_const(m_presets)) {
         preset.button->setStyleSheet(preset.width == width ? highlight : QString());
         preset.button->setAccessibleDescription(preset.width == width ? u"Chosen"_s : QString());

@@ -23,6 +23,9 @@ public:
     AppearancePage(Preferences& preferences, NotificationCenter& notifications,
                    std::function<void(QSizeF)> resizePlayer);
 
+protected:
+    void changeEvent(QEvent* event) override;
+
 private:
     void addOpacitySlider();
     void addPresets();
@@ -30,6 +33,8 @@ private:
     /// `width` is the content width in points.
     void sizePresetTapped(int width);
     void highlightPreset(int width);
+    /// Returns the style sheet of the chosen preset.
+    [[nodiscard]] QString highlightStyle() const;
 
     struct Preset {
         int width;

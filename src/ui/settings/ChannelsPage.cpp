@@ -8,6 +8,7 @@
 #include "ui/SystemColors.h"
 #include "ui/settings/RoundedBox.h"
 #include "ui/settings/StarButton.h"
+#include "ui/theme/TextColor.h"
 
 #include <QCheckBox>
 #include <QScrollArea>
@@ -84,12 +85,11 @@ FormPage* ChannelsPage::channelList() {
 double ChannelsPage::addCategory(FormPage& list, ChannelCategory category,
                                  const QList<Channel>& channels, double y) {
     const QColor color = bandColor(category);
-    list.place(
-        new RoundedBox({.background = SystemColors::withAlpha(color, 0.15), .radius = 4 * scale()}),
-        {8, y - 22, 474, 22});
+    const QColor band = SystemColors::withAlpha(color, 0.15);
+    list.place(new RoundedBox({.background = band, .radius = 4 * scale()}), {8, y - 22, 474, 22});
     QLabel* title = list.addLabel(displayName(category), {16, y - 20, 460, 18},
                                   {.size = 12, .weight = QFont::Bold});
-    setTextColor(*title, color);
+    setTextColor(*title, color, band);
     y -= bandStep;
     const QSet<QString> enabled = m_preferences.enabledChannelIDs();
     for (const Channel& channel : channels) {

@@ -6,6 +6,7 @@
 #include "state/AppState.h"
 #include "ui/SystemColors.h"
 #include "ui/settings/YtDlpSection.h"
+#include "ui/theme/TextColor.h"
 
 #include <QCheckBox>
 #include <QComboBox>

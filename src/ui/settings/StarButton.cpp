@@ -2,6 +2,7 @@
 #include "ui/settings/StarButton.h"
 
 #include "ui/SystemColors.h"
+#include "ui/theme/Contrast.h"
 
 #include <QPainter>
 #include <QPainterPath>
@@ -42,8 +43,9 @@ void StarButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const double radius = std::min(width(), height()) / 2.0 - 2;
-    const QColor color = isChecked() || underMouse() ? SystemColors::orange
-                                                     : palette().color(QPalette::PlaceholderText);
+    const QColor hue = isChecked() || underMouse() ? SystemColors::orange
+                                                   : palette().color(QPalette::PlaceholderText);
+    const QColor color = readableShade(hue, windowBackgrounds(palette()), glyphContrast);
     painter.setPen(QPen(color, 1, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter.setBrush(isChecked() ? QBrush(color) : QBrush(Qt::NoBrush));
     painter.drawPath(star(QRectF(rect()).center(), radius));

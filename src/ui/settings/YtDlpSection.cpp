@@ -2,8 +2,8 @@
 #include "ui/settings/YtDlpSection.h"
 
 #include "base/TaskScope.h"
-#include "ui/FormPage.h"
 #include "ui/SystemColors.h"
+#include "ui/theme/TextColor.h"
 
 #include <QGridLayout>
 #include <QLabel>
@@ -93,7 +93,7 @@ void YtDlpSection::update() {
 
 QCoro::Task<> YtDlpSection::runUpdate() {
     const QPointer<YtDlpSection> self(this);
-    m_outcome->setPalette({});
+    clearTextColor(*m_outcome);
     std::function<void(QString)> progress = [self](const QString& step) {
         if (self)
             self->m_outcome->setText(step);

@@ -8,6 +8,7 @@
 #include "support/RecordingActions.h"
 #include "support/RecordingPlayer.h"
 #include "support/StateFixture.h"
+#include "ui/SystemColors.h"
 #include "ui/player/PlayerWindow.h"
 #include "ui/settings/StarButton.h"
 #include "ui/settings/YtDlpSection.h"
@@ -320,7 +321,7 @@ TEST_F(SettingsWindowTest, ResolvesAddsAndRemoves) {
     type(u"   "_s);
     click(u"resolveBtn"_s);
     EXPECT_EQ(status(), u"Please enter a YouTube URL or handle."_s);
-    EXPECT_EQ(statusColor(), QColor(255, 59, 48));
+    EXPECT_NEAR(statusColor().hslHue(), SystemColors::red.hslHue(), 2);
     EXPECT_TRUE(resolver.calls.empty());
 
     type(u" @Some "_s);
@@ -344,7 +345,7 @@ TEST_F(SettingsWindowTest, ResolvesAddsAndRemoves) {
     EXPECT_EQ(part<QLabel>(u"previewHandle"_s)->text(), u"@Some"_s);
     click(u"addBtn"_s);
     EXPECT_EQ(status(), u"Added Some name!"_s);
-    EXPECT_EQ(statusColor(), QColor(40, 205, 65));
+    EXPECT_NEAR(statusColor().hslHue(), SystemColors::green.hslHue(), 2);
     click(u"addBtn"_s); // Nothing waits to be added any more.
     EXPECT_EQ(customRows(), QStringList{u"Some name  (@Some)"_s});
     EXPECT_TRUE(preferences.enabledChannelIDs().contains(u"custom_some"_s));
