@@ -10,6 +10,7 @@
 #include "platform/system/SearchPath.h"
 #include "platform/system/TerminationSignals.h"
 #include "ui/ApplicationIcon.h"
+#include "ui/theme/Theme.h"
 
 #include <QApplication>
 #include <QDir>
@@ -71,6 +72,7 @@ int main(int argc, char** argv) {
 
     const Environment environment = Environment::read();
     Services services(environment, preferencesPath(), chooseVideoOutput(environment.videoOutput));
+    const Theme theme(services.preferences, services.notifications);
     AppDelegate delegate(appDelegateCollaborators(services));
     const TerminationSignals signals;
     QObject::connect(&signals, &TerminationSignals::received, &delegate, &AppDelegate::terminate);

@@ -36,11 +36,12 @@ void Spinner::paintEvent(QPaintEvent*) {
     painter.setRenderHint(QPainter::Antialiasing);
     const double radius = std::min(width(), height()) / 2.0;
     painter.translate(QRectF(rect()).center());
-    QPen pen(m_color, radius * 0.16);
+    const QColor base = m_color.isValid() ? m_color : palette().color(QPalette::WindowText);
+    QPen pen(base, radius * 0.16);
     pen.setCapStyle(Qt::RoundCap);
     for (int spoke = 0; spoke < spokes; ++spoke) {
         const int age = (m_step - spoke + spokes) % spokes;
-        QColor color = m_color;
+        QColor color = base;
         color.setAlphaF(1.0F - 0.85F * static_cast<float>(age) / spokes);
         pen.setColor(color);
         painter.setPen(pen);

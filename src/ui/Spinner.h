@@ -13,6 +13,7 @@ class Spinner final : public QWidget {
     Q_OBJECT
 
 public:
+    /// Without a valid colour it has that of the palette's text.
     explicit Spinner(const QColor& color, QWidget* parent = nullptr);
 
     void start();

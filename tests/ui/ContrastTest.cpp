@@ -1,10 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/theme/Contrast.h"
 
+#include "settings/Preferences.h"
+#include "state/AppNotification.h"
+#include "support/EventLoop.h"
+#include "support/StateFixture.h"
 #include "ui/SystemColors.h"
 #include "ui/player/BarColors.h"
 #include "ui/theme/TextColor.h"
+#include "ui/theme/Theme.h"
 
+#include <QApplication>
 #include <QLabel>
 #include <QPushButton>
 
@@ -36,8 +42,8 @@ TEST(ContrastTest, EveryTintCanBeReadInLightAndDark) {
     };
     QLabel label;
     QPushButton button;
-    for (const QPalette& palette : {QPalette(QColor(239, 239, 239)), QPalette(QColor(53, 53, 53)),
-                                    QPalette(Qt::white), QPalette(QColor(20, 20, 24))}) {
+    for (const QPalette& palette :
+         {lightPalette(), darkPalette(), QPalette(Qt::white), QPalette(QColor(20, 20, 24))}) {
         label.setPalette(palette);
         button.setPalette(palette);
         const QList<QColor> window = windowBackgrounds(palette);
@@ -57,6 +63,40 @@ TEST(ContrastTest, EveryTintCanBeReadInLightAndDark) {
     for (const QColor& hue : {blue, purple, green, orange, red})
         EXPECT_GE(smallest(readableShade(hue, barBackgrounds(), glyphContrast), barBackgrounds()),
                   glyphContrast);
+}
+
+class ThemeTest : public testing::Test, protected test::StateFixture {};
+
+TEST_F(ThemeTest, EveryPaletteCanBeReadAndTheDesktopsReturns) {
+    using enum QPalette::ColorRole;
+    const QColor desktop = QApplication::palette().color(Window);
+    preferences.setTheme(AppTheme::dark);
+    QLabel red;
+    red.show(); // A hidden label is told when it is shown.
+    {
+        const Theme theme(preferences, notifications);
+        setTextColor(red, SystemColors::red);
+        for (const AppTheme choice : {AppTheme::dark, AppTheme::light, AppTheme::system}) {
+            if (choice != AppTheme::dark)
+                notifications.post(AppNotification::themeChanged, choice);
+            test::settle();
+            const QPalette palette = QApplication::palette();
+            EXPECT_EQ(palette.color(Window).lightness() < 100, choice == AppTheme::dark);
+            EXPECT_GE(contrast(red.palette().color(WindowText), palette.color(Window)), 4.5);
+            for (const auto& [text, background] :
+                 {std::pair(WindowText, Window), std::pair(Text, Base),
+                  std::pair(ButtonText, Button), std::pair(PlaceholderText, Window),
+                  std::pair(PlaceholderText, Base), std::pair(ToolTipText, ToolTipBase),
+                  std::pair(Link, Base)})
+                EXPECT_GE(contrast(palette.color(text), palette.color(background)), textContrast)
+                    << rawValue(choice).toStdString() << text;
+        }
+        for (const QPalette& palette : {lightPalette(), darkPalette()})
+            EXPECT_GE(contrast(palette.color(HighlightedText), palette.color(Highlight)),
+                      textContrast);
+        EXPECT_EQ(QApplication::palette().color(Window), desktop);
+    }
+    QApplication::setPalette(QPalette());
 }
 
 } // namespace

@@ -56,7 +56,7 @@ AddChannelPage::AddChannelPage(Preferences& preferences, TaskScope& tasks, Resol
       m_resolve(std::move(resolve)),
       m_channelInput(new QLineEdit),
       m_resolveButton(makeButton(u"resolveBtn"_s, u"Resolve"_s)),
-      m_busyIndicator(new Spinner(palette().color(QPalette::WindowText), this)),
+      m_busyIndicator(new Spinner({}, this)),
       m_previewBg(new RoundedBox({.background = SystemColors::withAlpha(SystemColors::green, 0.1),
                                   .radius = 8 * scale(),
                                   .border = SystemColors::withAlpha(SystemColors::green, 0.3)})),

@@ -64,7 +64,8 @@ QColor readableShade(const QColor& hue, const QList<QColor>& backgrounds, double
 
 QList<QColor> windowBackgrounds(const QPalette& palette) {
     const QColor window = palette.color(QPalette::Active, QPalette::Window);
-    return {window, window.lighter(112)};
+    const QColor button = palette.color(QPalette::Active, QPalette::Button);
+    return {window, window.lighter(112), button.lighter(128)};
 }
 
 QList<QColor> buttonBackgrounds(const QPalette& palette) {

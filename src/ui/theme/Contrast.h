@@ -25,8 +25,8 @@ inline constexpr double glyphContrast = 3;
 [[nodiscard]] QColor readableShade(const QColor& hue, const QList<QColor>& backgrounds,
                                    double ratio);
 
-/// The colours that a style paints behind the texts of a window; a tab's page may be a little
-/// lighter than the window.
+/// The colours that a style paints behind the texts of a window. Fusion's tab pages are a little
+/// lighter than its buttons.
 [[nodiscard]] QList<QColor> windowBackgrounds(const QPalette& palette);
 /// The colours of a button, which styles paint as a gradient and darken while it is pressed.
 [[nodiscard]] QList<QColor> buttonBackgrounds(const QPalette& palette);

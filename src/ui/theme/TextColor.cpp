@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/theme/TextColor.h"
 
+#include "base/DeferredCall.h"
 #include "ui/theme/Contrast.h"
 
 #include <QEvent>
@@ -20,7 +21,10 @@ public:
     }
 
     bool eventFilter(QObject*, QEvent* event) override {
-        if (event->type() == QEvent::PaletteChange)
+        // A change of the application's palette reaches the widget's own only after this event.
+        if (event->type() == QEvent::ApplicationPaletteChange)
+            m_follow.schedule();
+        else if (event->type() == QEvent::PaletteChange)
             apply();
         return false;
     }
@@ -43,6 +47,7 @@ private:
     QWidget& m_widget;
     QColor m_hue;
     QColor m_tint;
+    DeferredCall m_follow{[this] { apply(); }};
 };
 
 void removeTextColor(const QWidget& widget) {
