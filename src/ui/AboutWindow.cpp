@@ -27,6 +27,14 @@ QUrl webAddress(const QString& text) {
     return url.isValid() && isWeb && !url.host().isEmpty() ? url : QUrl();
 }
 
+/// Returns the frame in points. The button grows to both sides for a longer host name.
+QRectF frameOf(const QPushButton& button) {
+    const double textWidth =
+        button.fontMetrics().horizontalAdvance(button.text()) / FormPage::scale() + buttonPadding;
+    const double growth = std::max(0.0, textWidth - buttonFrame.width()) / 2;
+    return buttonFrame.adjusted(-growth, 0, growth, 0);
+}
+
 void addTexts(FormPage& page) {
     using enum QPalette::ColorRole;
     const Qt::Alignment centred = Qt::AlignHCenter;
@@ -55,24 +63,27 @@ AboutWindow::AboutWindow(const QString& website)
                            Qt::WindowStaysOnTopHint),
       m_website(website) {
     setWindowTitle(u"About Orvane"_s);
-    setFixedSize(FormPage::scaled(contentSize));
-    centreOnScreen(*this);
     auto* page = new FormPage(this);
-    page->setGeometry(rect());
     addTexts(*page);
+    QPushButton* button = makeButton();
+    new FixedSize(*this, contentSize, [this, page, button] {
+        page->setGeometry(rect());
+        if (button != nullptr)
+            page->place(button, frameOf(*button));
+    });
+    centreOnScreen(*this);
+}
 
-    const QString host = webAddress(website).host();
+QPushButton* AboutWindow::makeButton() {
+
+    const QString host = webAddress(m_website).host();
     if (host.isEmpty())
-        return;
+        return nullptr;
     auto* button = new QPushButton(host);
     button->setObjectName(u"websiteButton"_s);
     setTextColor(*button, SystemColors::blue);
     connect(button, &QPushButton::clicked, this, &AboutWindow::openWebsite);
-    // The button grows to both sides for a longer host name.
-    const double textWidth =
-        button->fontMetrics().horizontalAdvance(host) / FormPage::scale() + buttonPadding;
-    const double growth = std::max(0.0, textWidth - buttonFrame.width()) / 2;
-    page->place(button, buttonFrame.adjusted(-growth, 0, growth, 0));
+    return button;
 }
 
 void AboutWindow::openWebsite() const {

@@ -4,6 +4,8 @@
 #include <QDialog>
 #include <QString>
 
+class QPushButton;
+
 namespace orvane {
 
 /// Shows the program's name, version and purpose, with a link to its web page. Closing it, by its
@@ -21,6 +23,9 @@ public:
     void openWebsite() const;
 
 private:
+    /// Returns null without an address.
+    [[nodiscard]] QPushButton* makeButton();
+
     QString m_website;
 };
 

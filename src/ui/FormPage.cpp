@@ -21,7 +21,7 @@ constexpr int captionGap = 4;
 
 } // namespace
 
-FormPage::FormPage(QWidget* parent) : QWidget(parent) {}
+FormPage::FormPage(QWidget* parent) : QWidget(parent), m_font(QApplication::font()) {}
 
 double FormPage::scale() {
     // A line is 20 points high; the longest caption must fit into 140 points less the gap.
@@ -41,11 +41,12 @@ QFont FormPage::scaledFont(QFont font, const LabelStyle& style) {
     return font;
 }
 
-void FormPage::place(QWidget* control, const QRectF& frame) {
+void FormPage::place(QWidget* control, const QRectF& frame, Width width) {
     if (control->parent() != this)
         control->setParent(this);
-    control->setGeometry(pixels(frame));
-    m_frames.insert(control, frame);
+    const Placed placed{frame, width};
+    control->setGeometry(pixels(control, placed));
+    m_placed.insert(control, placed);
 }
 
 QLabel* FormPage::addLabel(const QString& text, const QRectF& frame, const LabelStyle& style) {
@@ -54,10 +55,10 @@ QLabel* FormPage::addLabel(const QString& text, const QRectF& frame, const Label
     label->setFont(scaledFont(label->font(), style));
     label->setForegroundRole(style.color);
     label->setAlignment(style.alignment | Qt::AlignAbsolute | Qt::AlignVCenter);
-    QRectF grown = frame;
-    if (style.alignment == Qt::AlignLeft)
-        grown.setWidth(std::max(grown.width(), label->sizeHint().width() / scale()));
-    place(label, grown);
+    m_labels.insert(label, style);
+    // A text that is set later must not grow the label beyond the page.
+    const bool isGrowing = style.alignment == Qt::AlignLeft && !text.isEmpty();
+    place(label, frame, isGrowing ? Width::grows : Width::fixed);
     return label;
 }
 
@@ -66,27 +67,67 @@ QLabel* FormPage::addCaption(const QString& text, const QRectF& frame) {
 }
 
 void FormPage::hideControls() {
-    for (auto it = m_frames.cbegin(); it != m_frames.cend(); ++it)
+    for (auto it = m_placed.cbegin(); it != m_placed.cend(); ++it)
         it.key()->hide();
 }
 
 void FormPage::revealControls(int top, int bottom) {
-    for (auto it = m_frames.cbegin(); it != m_frames.cend(); ++it) {
+    for (auto it = m_placed.cbegin(); it != m_placed.cend(); ++it) {
         const QRect frame = it.key()->geometry();
         if (frame.bottom() >= top && frame.top() <= bottom)
             it.key()->show();
     }
 }
 
-QRect FormPage::pixels(const QRectF& frame) const {
+QRect FormPage::pixels(QWidget* control, const Placed& placed) const {
     const double s = scale();
+    QRectF frame = placed.frame;
+    if (placed.width == Width::grows)
+        frame.setWidth(std::max(frame.width(), control->sizeHint().width() / s));
     const QPointF corner(frame.x() * s, height() - (frame.y() + frame.height()) * s);
     return {corner.toPoint(), (frame.size() * s).toSize()};
 }
 
+void FormPage::layOut() {
+    for (auto it = m_placed.cbegin(); it != m_placed.cend(); ++it)
+        it.key()->setGeometry(pixels(it.key(), it.value()));
+}
+
 void FormPage::resizeEvent(QResizeEvent*) {
-    for (auto it = m_frames.cbegin(); it != m_frames.cend(); ++it)
-        it.key()->setGeometry(pixels(it.value()));
+    layOut();
+}
+
+void FormPage::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::FontChange)
+        m_followFont.schedule();
+}
+
+void FormPage::followFont() {
+    if (m_font == QApplication::font())
+        return;
+    m_font = QApplication::font();
+    for (auto it = m_labels.cbegin(); it != m_labels.cend(); ++it)
+        it.key()->setFont(scaledFont(it.key()->font(), it.value()));
+    layOut();
+    fontChanged();
+}
+
+FixedSize::FixedSize(QWidget& window, const QSizeF& points, std::function<void()> laidOut)
+    : QObject(&window), m_window(window), m_points(points), m_laidOut(std::move(laidOut)) {
+    window.installEventFilter(this);
+    apply();
+}
+
+bool FixedSize::eventFilter(QObject*, QEvent* event) {
+    if (event->type() == QEvent::FontChange)
+        m_apply.schedule();
+    return false;
+}
+
+void FixedSize::apply() {
+    m_window.setFixedSize(FormPage::scaled(m_points));
+    m_laidOut();
 }
 
 void FormPage::showEvent(QShowEvent* event) {

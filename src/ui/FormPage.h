@@ -1,20 +1,25 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/DeferredCall.h"
+
 #include <QFont>
 #include <QHash>
 #include <QLabel>
 #include <QPalette>
 #include <QRectF>
+#include <QSize>
 #include <QWidget>
+
+#include <functional>
 
 class QScrollArea;
 
 namespace orvane {
 
 /// A page that places its controls at fixed positions, in points from its lower left corner with y
-/// upwards. The positions scale with the desktop's font, so that texts fit in any font size. Owned
-/// by its window; main thread.
+/// upwards. The positions scale with the desktop's font, also when it changes, so that texts fit in
+/// any font size. Owned by its window; main thread.
 class FormPage : public QWidget {
     Q_OBJECT
 
@@ -36,8 +41,13 @@ public:
     /// Returns `font` in the style's size and weight, scaled like the positions.
     [[nodiscard]] static QFont scaledFont(QFont font, const LabelStyle& style);
 
+    enum class Width {
+        fixed,
+        /// At least what the text needs.
+        grows
+    };
     /// Adds the control, or moves one that the page has already.
-    void place(QWidget* control, const QRectF& frame);
+    void place(QWidget* control, const QRectF& frame, Width width = Width::fixed);
     /// Adds plain text. A left-aligned label grows beyond its frame if the text needs it.
     QLabel* addLabel(const QString& text, const QRectF& frame, const LabelStyle& style);
     /// Adds the right-aligned caption of a control to its right.
@@ -52,14 +62,46 @@ public:
 protected:
     /// Called whenever the page is shown; its data may have changed elsewhere.
     virtual void refresh() {}
+    /// Called when the desktop's font has changed and all controls have been placed anew.
+    virtual void fontChanged() {}
 
     void resizeEvent(QResizeEvent* event) override;
     void showEvent(QShowEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
-    [[nodiscard]] QRect pixels(const QRectF& frame) const;
+    struct Placed {
+        QRectF frame;
+        Width width = Width::fixed;
+    };
 
-    QHash<QWidget*, QRectF> m_frames;
+    void layOut();
+    void followFont();
+    [[nodiscard]] QRect pixels(QWidget* control, const Placed& placed) const;
+
+    QHash<QWidget*, Placed> m_placed;
+    QHash<QLabel*, LabelStyle> m_labels;
+    QFont m_font;
+    /// Once the controls have got the new font.
+    DeferredCall m_followFont{[this] { followFont(); }};
+};
+
+/// Keeps a window of a fixed size in points, which grows with the desktop's font. A child of the
+/// window; main thread.
+class FixedSize final : public QObject {
+public:
+    /// Sets the size at once. `laidOut` is called after every change of the window's size.
+    FixedSize(QWidget& window, const QSizeF& points, std::function<void()> laidOut);
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void apply();
+
+    QWidget& m_window;
+    QSizeF m_points;
+    std::function<void()> m_laidOut;
+    DeferredCall m_apply{[this] { apply(); }};
 };
 
 /// Creates a vertical scroll area with a transparent background for `showListPage`.

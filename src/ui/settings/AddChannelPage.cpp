@@ -24,6 +24,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr double pageWidth = 480;
+constexpr QSizeF previewSize(pageWidth, 60);
 constexpr double lineHeight = 20;
 constexpr double statusTop = 190;
 constexpr int statusLines = 2;
@@ -97,9 +98,10 @@ void AddChannelPage::addInput(const QString& siteHost) {
 
 void AddChannelPage::addPreview() {
     m_previewBg->setObjectName(u"previewBg"_s);
-    place(m_previewBg, {20, 190, pageWidth, 60});
+    place(m_previewBg, {{20, 190}, previewSize});
     auto* content = new FormPage(m_previewBg);
-    content->resize(scaled({pageWidth, 60}));
+    m_preview = content;
+    content->resize(scaled(previewSize));
     m_previewName =
         content->addLabel({}, {12, 22, 350, 20}, {.size = 14, .weight = QFont::DemiBold});
     m_previewName->setObjectName(u"previewName"_s);
@@ -213,6 +215,11 @@ void AddChannelPage::setBusy(bool isBusy) {
     const double textWidth = m_statusLabel->sizeHint().width() / scale();
     place(m_busyIndicator, {20 + textWidth + 8, 172, 16, 16});
     m_busyIndicator->start();
+}
+
+void AddChannelPage::fontChanged() {
+    m_preview->resize(scaled(previewSize));
+    rebuildCustomList();
 }
 
 void AddChannelPage::rebuildCustomList() {

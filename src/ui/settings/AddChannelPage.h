@@ -42,6 +42,7 @@ public:
 
 protected:
     void refresh() override { rebuildCustomList(); }
+    void fontChanged() override;
 
 private:
     enum class Tone { neutral, success, error };
@@ -65,6 +66,7 @@ private:
     QPushButton* m_resolveButton;
     Spinner* m_busyIndicator;
     RoundedBox* m_previewBg;
+    FormPage* m_preview = nullptr;
     QLabel* m_previewName;
     QLabel* m_previewHandle;
     QLabel* m_statusLabel;

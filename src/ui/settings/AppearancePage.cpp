@@ -107,6 +107,10 @@ void AppearancePage::changeEvent(QEvent* event) {
         highlightPreset(m_preferences.windowSizePreset());
 }
 
+void AppearancePage::fontChanged() {
+    highlightPreset(m_preferences.windowSizePreset());
+}
+
 void AppearancePage::highlightPreset(int width) {
     const QString highlight = highlightStyle();
     for (const Preset& preset : std::as_const(m_presets)) {

@@ -25,6 +25,7 @@ public:
 
 protected:
     void changeEvent(QEvent* event) override;
+    void fontChanged() override;
 
 private:
     void addOpacitySlider();

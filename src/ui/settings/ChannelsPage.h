@@ -23,6 +23,7 @@ public:
 
 protected:
     void refresh() override { rebuildChannelsContent(); }
+    void fontChanged() override { rebuildChannelsContent(); }
 
 private:
     struct Star {

@@ -74,9 +74,7 @@ QCheckBox* GeneralPage::addCheckBox(const QString& name, const QString& title,
                                     const QRectF& frame) {
     auto* box = new QCheckBox(title);
     box->setObjectName(name);
-    QRectF grown = frame;
-    grown.setWidth(std::max(frame.width(), box->sizeHint().width() / scale()));
-    place(box, grown);
+    place(box, frame, Width::grows);
     return box;
 }
 

@@ -28,9 +28,8 @@ SettingsWindow::SettingsWindow(const Collaborators& with)
       m_openAddChannel(with.notifications.addObserver(AppNotification::openAddChannel,
                                                       [this] { showCustomChannelsTab(); })) {
     setWindowTitle(u"Orvane Settings"_s);
-    setFixedSize(FormPage::scaled(contentSize));
+    new FixedSize(*this, contentSize, [this] { m_tabView->setGeometry(rect()); });
     m_tabView->setObjectName(u"tabView"_s);
-    m_tabView->setGeometry(rect());
     m_tabView->addTab(new GeneralPage(with.preferences, with.state, with.notifications,
                                       with.autostart, with.ytDlp, with.tasks),
                       u"General"_s);

@@ -422,5 +422,39 @@ TEST_F(SettingsWindowTest, ForeignNamesAreTextOnOneLine) {
     EXPECT_EQ(window->size(), size);
 }
 
+TEST_F(SettingsWindowTest, NothingIsCutWhenTheFontChanges) {
+    preferences.addCustomChannel(u"Mine"_s, u"My own"_s);
+    const QFont before = QApplication::font();
+    const QSize described = window->size();
+    QFont other = before;
+    for (const int points : {10, 16, 10}) {
+        other.setPointSize(points);
+        QApplication::setFont(other);
+        test::settle();
+        for (const char* title : {"General", "Channels", "Appearance", "Add Channel"}) {
+            selectTab(QLatin1StringView(title));
+            test::settle();
+            const auto check = [&](const QWidget* shown, const QString& text, bool isWrapped) {
+                if (!shown->isVisible())
+                    return;
+                EXPECT_TRUE(shown->parentWidget()->rect().contains(shown->geometry()))
+                    << text.toStdString() << points;
+                const QFontMetrics metrics = shown->fontMetrics();
+                EXPECT_GE(shown->height(), metrics.ascent()) << text.toStdString() << points;
+                EXPECT_GE(shown->width(), isWrapped ? 0 : metrics.horizontalAdvance(text))
+                    << text.toStdString() << points;
+            };
+            for (const auto* button : window->findChildren<QPushButton*>())
+                check(button, button->text(), false);
+            for (const auto* box : window->findChildren<QCheckBox*>())
+                check(box, box->text(), false);
+            for (const auto* label : window->findChildren<QLabel*>())
+                check(label, label->text(), label->wordWrap());
+        }
+        EXPECT_EQ(window->height() > described.height(), points == 16);
+    }
+    QApplication::setFont(before);
+}
+
 } // namespace
 } // namespace orvane
