@@ -63,6 +63,7 @@ AboutWindow::AboutWindow(const QString& website)
                            Qt::WindowStaysOnTopHint),
       m_website(website) {
     setWindowTitle(u"About Orvane"_s);
+    setWindowRole(u"about"_s);
     auto* page = new FormPage(this);
     addTexts(*page);
     QPushButton* button = makeButton();

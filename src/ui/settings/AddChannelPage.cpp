@@ -14,6 +14,7 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QScrollBar>
 
 #include <algorithm>
 
@@ -69,7 +70,8 @@ AddChannelPage::AddChannelPage(Preferences& preferences, TaskScope& tasks, Resol
     m_busyIndicator->setObjectName(u"busyIndicator"_s);
 
     auto* separator = new QFrame;
-    separator->setFrameStyle(QFrame::HLine | QFrame::Sunken);
+    separator->setFrameStyle(QFrame::HLine | QFrame::Plain);
+    separator->setForegroundRole(QPalette::PlaceholderText);
     place(separator, {20, 140, pageWidth, 1});
     addLabel(u"Your Custom Channels"_s, {20, 120, 300, lineHeight},
              {.size = 13, .weight = QFont::DemiBold});
@@ -169,6 +171,8 @@ void AddChannelPage::addResolvedChannel() {
     m_previewBg->hide();
     setStatus(u"Added %1!"_s.arg(singleLineName(m_resolvedName)), Tone::success);
     rebuildCustomList();
+    // New channels are added at the end.
+    m_customScroll->verticalScrollBar()->setValue(m_customScroll->verticalScrollBar()->maximum());
     m_resolvedHandle.clear();
     m_resolvedName.clear();
     m_channelInput->setFocus(); // The focused button is hidden now.
@@ -237,11 +241,13 @@ FormPage* AddChannelPage::customList() {
             u"No custom channels yet. Add one above!"_s,
             {0, size.height() / 2 - 10, size.width(), lineHeight},
             {.size = 12, .color = QPalette::PlaceholderText, .alignment = Qt::AlignHCenter});
-    double y = double(channels.size()) * rowHeight;
+    double y = size.height();
     for (const Channel& channel : channels) {
         y -= rowHeight;
         QLabel* text = list->addLabel({}, {4, y + 6, rowTextWidth, 18}, {.size = 12});
         text->setText(rowText(channel, text->fontMetrics(), text->width()));
+        if (text->text().contains(u'…'))
+            text->setToolTip(singleLineName(channel.nameEn()).toHtmlEscaped());
         QPushButton* remove = makeButton(channel.handle(), u"Remove"_s);
         remove->setAccessibleName(u"Remove "_s + singleLineName(channel.nameEn()));
         remove->setFont(scaledFont(remove->font(), {.size = 11}));

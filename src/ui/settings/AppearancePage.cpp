@@ -21,8 +21,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Slider steps from transparent to opaque.
-constexpr int opacitySteps = 1000;
+/// Slider steps from transparent to opaque: screen readers read the value as it is, so per cent.
+constexpr int opacitySteps = 100;
 constexpr double lowestOpacity = 0.3;
 /// Of the blue behind the chosen preset's title.
 constexpr double chosenOpacity = 0.2;
@@ -47,8 +47,9 @@ AppearancePage::AppearancePage(Preferences& preferences, NotificationCenter& not
 }
 
 void AppearancePage::addOpacitySlider() {
-    addCaption(u"Window Opacity:"_s, {20, 320, 140, 20});
+    QLabel* caption = addCaption(u"Window Opacity:"_s, {20, 320, 140, 20});
     auto* slider = new QSlider(Qt::Horizontal);
+    caption->setBuddy(slider);
     slider->setObjectName(u"opacity"_s);
     slider->setAccessibleName(u"Window Opacity"_s);
     slider->setRange(qRound(lowestOpacity * opacitySteps), opacitySteps);
@@ -57,6 +58,11 @@ void AppearancePage::addOpacitySlider() {
     slider->setValue(qRound(m_preferences.usableWindowOpacity() * opacitySteps));
     connect(slider, &QSlider::valueChanged, this,
             [this](int value) { opacityChanged(double(value) / opacitySteps); });
+    QLabel* number = addLabel({}, {368, 320, 60, 20}, {});
+    number->setObjectName(u"opacityNumber"_s);
+    const auto show = [number](int value) { number->setText(u"%1 %"_s.arg(value)); };
+    connect(slider, &QSlider::valueChanged, number, show);
+    show(slider->value());
     place(slider, {160, 320, 200, 22});
 }
 

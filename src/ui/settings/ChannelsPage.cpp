@@ -12,6 +12,8 @@
 
 #include <QCheckBox>
 #include <QScrollArea>
+#include <QStyle>
+#include <QtMath>
 
 #include <algorithm>
 
@@ -26,6 +28,9 @@ constexpr double listWidth = 490;
 constexpr double bandStep = 24;
 constexpr double rowStep = 22;
 constexpr double categoryGap = 6;
+constexpr double channelWidth = 426;
+/// Pixels that keep a long name apart from its star.
+constexpr int textMargin = 4;
 
 QColor bandColor(ChannelCategory category) {
     switch (category) {
@@ -102,14 +107,20 @@ double ChannelsPage::addCategory(FormPage& list, ChannelCategory category,
 void ChannelsPage::addChannel(FormPage& list, const Channel& channel, bool isEnabled, double y) {
     const QString name = singleLineName(channel.displayName());
     auto* box = new QCheckBox;
-    const int textWidth = qRound(410 * scale());
-    box->setText(escapedMnemonics(box->fontMetrics().elidedText(name, Qt::ElideRight, textWidth)));
+    // The rest of the width is the indicator's.
+    const int indicatorWidth = box->style()->pixelMetric(QStyle::PM_IndicatorWidth) +
+                               box->style()->pixelMetric(QStyle::PM_CheckBoxLabelSpacing);
+    const int textWidth = qFloor(channelWidth * scale()) - indicatorWidth - textMargin;
+    const QString fitted = box->fontMetrics().elidedText(name, Qt::ElideRight, textWidth);
+    box->setText(escapedMnemonics(fitted));
+    if (fitted != name)
+        box->setToolTip(name.toHtmlEscaped());
     box->setObjectName(channel.id());
     box->setChecked(isEnabled);
     connect(box, &QCheckBox::clicked, this,
             [this, id = channel.id()](bool isOn) { channelToggled(id, isOn); });
     // The box ends where the star begins.
-    list.place(box, {28, y - 20, 426, 18});
+    list.place(box, {28, y - 20, channelWidth, 18});
 
     auto* star = new StarButton;
     star->setObjectName(u"favourite "_s + channel.id());

@@ -80,10 +80,12 @@ QCheckBox* GeneralPage::addCheckBox(const QString& name, const QString& title,
 
 QComboBox* GeneralPage::addPopUp(const QString& name, const QString& caption, double y,
                                  const QStringList& titles) {
-    addCaption(caption, {20, y, 140, 20});
+    QLabel* label = addCaption(caption, {20, y, 140, 20});
     auto* popUp = new QComboBox;
     popUp->setObjectName(name);
     popUp->setAccessibleName(caption.chopped(1));
+    // Qt names a pop-up by its value, and only this relation tells a screen reader what it is for.
+    label->setBuddy(popUp);
     popUp->addItems(titles);
     place(popUp, {160, y - 2, 140, 26});
     return popUp;

@@ -28,6 +28,7 @@ SettingsWindow::SettingsWindow(const Collaborators& with)
       m_openAddChannel(with.notifications.addObserver(AppNotification::openAddChannel,
                                                       [this] { showCustomChannelsTab(); })) {
     setWindowTitle(u"Orvane Settings"_s);
+    setWindowRole(u"settings"_s);
     new FixedSize(*this, contentSize, [this] { m_tabView->setGeometry(rect()); });
     m_tabView->setObjectName(u"tabView"_s);
     m_tabView->addTab(new GeneralPage(with.preferences, with.state, with.notifications,

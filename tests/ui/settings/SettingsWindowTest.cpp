@@ -310,6 +310,7 @@ TEST_F(SettingsWindowTest, PresetsAndOpacityReachThePlayerWindow) {
     QTest::keyClick(opacity, Qt::Key_Home);
     EXPECT_DOUBLE_EQ(preferences.windowOpacity(), 0.3);
     EXPECT_NEAR(player.windowOpacity(), 0.3, 0.01);
+    EXPECT_EQ(part<QLabel>(u"opacityNumber"_s)->text(), u"30 %"_s);
 }
 
 TEST_F(SettingsWindowTest, ResolvesAddsAndRemoves) {
@@ -411,6 +412,7 @@ TEST_F(SettingsWindowTest, ForeignNamesAreTextOnOneLine) {
         const QString row = customRows().at(i++);
         if (shown.isEmpty()) {
             EXPECT_TRUE(text.contains(u'…') && text.size() <= 80);
+            EXPECT_TRUE(part<QCheckBox>(u"custom_h5"_s)->toolTip().startsWith(u"xxxxx"_s));
             EXPECT_TRUE(row.endsWith(u"(@h5)"_s));
         } else {
             EXPECT_EQ(text, shown);
