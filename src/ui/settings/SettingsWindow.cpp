@@ -6,8 +6,14 @@
 #include "ui/settings/ChannelsPage.h"
 #include "ui/settings/GeneralPage.h"
 
+#include <QAbstractItemView>
+#include <QComboBox>
+#include <QKeyEvent>
 #include <QShortcut>
 #include <QTabWidget>
+
+#include <algorithm>
+#include <array>
 
 namespace orvane {
 
@@ -16,6 +22,14 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr QSizeF contentSize(520, 440);
+
+struct TabKey {
+    QKeyCombination keys;
+    int step;
+};
+constexpr std::array tabKeys{
+    TabKey{Qt::CTRL | Qt::Key_Tab, 1}, TabKey{Qt::CTRL | Qt::Key_PageDown, 1},
+    TabKey{Qt::CTRL | Qt::SHIFT | Qt::Key_Backtab, -1}, TabKey{Qt::CTRL | Qt::Key_PageUp, -1}};
 
 } // namespace
 
@@ -39,10 +53,43 @@ SettingsWindow::SettingsWindow(const Collaborators& with)
                       u"Appearance"_s);
     m_tabView->addTab(m_addChannel, u"Add Channel"_s);
     connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this, &QWidget::close);
+    addTabKeys();
     centreOnScreen(*this);
 }
 
 SettingsWindow::~SettingsWindow() = default;
+
+void SettingsWindow::addTabKeys() {
+    // A pop-up with the focus would take some of these keys for itself, and an open one all.
+    for (const auto& [keys, step] : tabKeys)
+        connect(new QShortcut(QKeySequence(keys), this), &QShortcut::activated, this,
+                [this, step = step] { selectNeighbour(step); });
+    for (QComboBox* popUp : findChildren<QComboBox*>()) {
+        popUp->installEventFilter(this);
+        popUp->view()->installEventFilter(this);
+    }
+}
+
+void SettingsWindow::selectNeighbour(int step) {
+    const int count = m_tabView->count();
+    m_tabView->setCurrentIndex((m_tabView->currentIndex() + step + count) % count);
+}
+
+bool SettingsWindow::eventFilter(QObject*, QEvent* event) {
+    if (event->type() != QEvent::KeyPress && event->type() != QEvent::ShortcutOverride)
+        return false;
+    const QKeyCombination pressed = static_cast<const QKeyEvent*>(event)->keyCombination();
+    const auto* keys = std::ranges::find(tabKeys, pressed, &TabKey::keys);
+    if (keys == tabKeys.end())
+        return false;
+    event->accept();
+    if (event->type() == QEvent::KeyPress) {
+        for (QComboBox* popUp : findChildren<QComboBox*>())
+            popUp->hidePopup();
+        selectNeighbour(keys->step);
+    }
+    return true;
+}
 
 void SettingsWindow::showCustomChannelsTab() {
     m_tabView->setCurrentWidget(m_addChannel);

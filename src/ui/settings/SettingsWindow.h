@@ -41,12 +41,18 @@ public:
     explicit SettingsWindow(const Collaborators& collaborators);
     ~SettingsWindow() override;
 
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
     void showCustomChannelsTab();
 
     /// Shows that tab and resolves `text` as if the user had entered it.
     void resolveChannel(const QString& text);
 
 private:
+    void addTabKeys();
+    /// `step` is 1 or -1; wraps at both ends.
+    void selectNeighbour(int step);
+
     QTabWidget* m_tabView;
     AddChannelPage* m_addChannel;
     NotificationCenter::Token m_openAddChannel;

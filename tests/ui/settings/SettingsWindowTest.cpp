@@ -13,6 +13,7 @@
 #include "ui/settings/StarButton.h"
 #include "ui/settings/YtDlpSection.h"
 
+#include <QAbstractItemView>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QCoroFuture>
@@ -456,6 +457,21 @@ TEST_F(SettingsWindowTest, NothingIsCutWhenTheFontChanges) {
         EXPECT_EQ(window->height() > described.height(), points == 16);
     }
     QApplication::setFont(before);
+}
+
+TEST_F(SettingsWindowTest, TabKeysActInPopUpsToo) {
+    auto* tabs = part<QTabWidget>(u"tabView"_s);
+    auto* popUp = part<QComboBox>(u"resolution"_s);
+    window->activateWindow();
+    popUp->setFocus();
+    QTest::keyClick(popUp, Qt::Key_PageDown, Qt::ControlModifier);
+    EXPECT_EQ(tabs->currentIndex(), 1);
+    tabs->setCurrentIndex(0);
+    popUp->showPopup();
+    QTest::keyClick(popUp->view(), Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(tabs->currentIndex(), 3);
+    EXPECT_FALSE(popUp->view()->isVisible());
+    EXPECT_EQ(state.resolution(), Resolution::r480);
 }
 
 } // namespace
