@@ -41,7 +41,7 @@ AppDelegate::AppDelegate(const Collaborators& collaborators)
       m_menuSources{.registry = m_with.registry,
                     .preferences = m_with.preferences,
                     .state = m_with.state,
-                    .isSleepTimerActive = [this] { return m_with.sleepTimer.isActive(); }},
+                    .sleepTimerMinutes = [this] { return m_with.sleepTimer.minutes(); }},
       m_menuBarManager(m_menuSources, *this),
       m_hotkeys({.state = m_with.state,
                  .preferences = m_with.preferences,

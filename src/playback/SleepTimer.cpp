@@ -36,6 +36,7 @@ SleepTimer::~SleepTimer() {
 
 void SleepTimer::schedule(int minutes) {
     cancel();
+    m_minutes = minutes;
     m_state.setSleepTimerRemaining(double{60} * minutes);
     qCInfo(logApp, "sleep timer: %d minutes", minutes);
     m_tasks.spawn(countDown(m_countdown.restart()));

@@ -7,6 +7,7 @@
 
 #include <chrono>
 #include <functional>
+#include <optional>
 #include <stop_token>
 
 namespace orvane {
@@ -32,6 +33,10 @@ public:
     SleepTimer& operator=(const SleepTimer&) = delete;
 
     [[nodiscard]] bool isActive() const { return m_countdown.isActive(); }
+    /// Returns what the running countdown was scheduled with; nullopt when none runs.
+    [[nodiscard]] std::optional<int> minutes() const {
+        return isActive() ? std::optional(m_minutes) : std::nullopt;
+    }
 
     /// Replaces a running countdown. With 0 minutes or less it fires at the first step.
     void schedule(int minutes);
@@ -49,6 +54,7 @@ private:
     Clock& m_clock;
     TaskScope& m_tasks;
     Cancellation m_countdown;
+    int m_minutes = 0;
 };
 
 } // namespace orvane

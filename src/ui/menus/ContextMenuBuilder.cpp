@@ -3,6 +3,8 @@
 
 #include "state/AppState.h"
 
+#include <cmath>
+
 namespace orvane {
 
 using namespace Qt::StringLiterals;
@@ -19,14 +21,21 @@ Menu resolutions(Resolution chosen) {
     return menu;
 }
 
-Menu sleepTimes(bool isActive) {
+QString timeLeft(double seconds) {
+    const int minutes = static_cast<int>(std::ceil(seconds / 60));
+    return minutes == 1 ? u"1 minute left"_s : u"%1 minutes left"_s.arg(minutes);
+}
+
+Menu sleepTimes(std::optional<int> running, double secondsLeft) {
     Menu menu;
     for (const int minutes : {15, 30, 60, 90, 120})
         menu.append({.title = QString::number(minutes) + u" minutes"_s,
                      .action = MenuAction::sleepTimer,
-                     .tag = minutes});
-    if (isActive) {
+                     .tag = minutes,
+                     .isOn = minutes == running});
+    if (running) {
         menu.append(MenuItem::separator());
+        menu.append({.title = timeLeft(secondsLeft)});
         menu.append({.title = u"Cancel Timer"_s, .action = MenuAction::cancelSleepTimer});
     }
     return menu;
@@ -45,7 +54,9 @@ Menu ContextMenuBuilder::build(const MenuSources& sources, StatusItemPresence st
                  .modifierMask = ModifierMask::none,
                  .isOn = sources.state.isGhostMode()});
     menu.append(MenuItem::separator());
-    menu.append({.title = u"Sleep Timer"_s, .submenu = sleepTimes(sources.isSleepTimerActive())});
+    menu.append(
+        {.title = u"Sleep Timer"_s,
+         .submenu = sleepTimes(sources.sleepTimerMinutes(), sources.state.sleepTimerRemaining())});
     menu.append(MenuItem::separator());
     if (isOnlyMenu)
         menu.append(addChannelItem());

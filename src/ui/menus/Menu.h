@@ -50,4 +50,8 @@ struct MenuItem {
     friend bool operator==(const MenuItem& a, const MenuItem& b);
 };
 
+/// Returns the menu with a submenu in the place of each header and the items up to the separator
+/// after it, for screens on which the whole menu would not fit.
+[[nodiscard]] Menu withSubmenus(const Menu& menu);
+
 } // namespace orvane

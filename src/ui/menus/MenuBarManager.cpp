@@ -20,16 +20,10 @@ MenuBarManager::MenuBarManager(const MenuSources& sources, ApplicationActions& a
 MenuBarManager::~MenuBarManager() = default;
 
 void MenuBarManager::setup() {
-    m_statusItem = std::make_unique<StatusItem>(applicationIcon(), AppConstants::appName,
-                                                [this](QMenu& target) {
-                                                    Menu menu = StatusMenuBuilder::build(m_sources);
-                                                    // A tray in another process drops a click on
-                                                    // items that are replaced meanwhile.
-                                                    if (menu == m_menu && !target.isEmpty())
-                                                        return;
-                                                    m_menu = std::move(menu);
-                                                    renderMenu(m_menu, m_actions, target);
-                                                });
+    m_statusItem = std::make_unique<StatusItem>(
+        applicationIcon(), AppConstants::appName, [this](QMenu& target) {
+            renderMenu(StatusMenuBuilder::build(m_sources), m_actions, target);
+        });
 }
 
 void MenuBarManager::rebuildMenu() {

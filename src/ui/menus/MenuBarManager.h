@@ -29,8 +29,6 @@ public:
 private:
     MenuSources m_sources;
     ApplicationActions& m_actions;
-    /// The content of the status item's menu.
-    Menu m_menu;
     std::unique_ptr<StatusItem> m_statusItem;
 };
 

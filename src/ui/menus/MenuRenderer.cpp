@@ -4,9 +4,12 @@
 #include "ui/ApplicationActions.h"
 #include "ui/DisplayText.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QKeySequence>
 #include <QMenu>
+#include <QVariant>
+
+#include <algorithm>
 
 namespace orvane {
 
@@ -41,53 +44,93 @@ void perform(const MenuItem& item, ApplicationActions& actions) {
     }
 }
 
+/// Rows start on the left of a left-to-right interface, whatever the direction of their titles:
+/// trays that draw the menu look for the first letter of each.
 QString label(const MenuItem& item) {
-    return u"    "_s.repeated(item.indentationLevel) + escapedMnemonics(singleLineName(item.title));
+    const QString mark = QGuiApplication::isLeftToRight() ? QString(QChar(0x200E)) : QString();
+    return mark + u"    "_s.repeated(item.indentationLevel) +
+           escapedMnemonics(singleLineName(item.title));
 }
 
 /// Only shows the shortcut: `HotkeyManager` handles the keys, and a menu without a window does not
 /// activate its shortcuts.
 void showKeyEquivalent(const MenuItem& item, QAction& action) {
-    if (item.keyEquivalent.isEmpty())
-        return;
     const QString modifier = item.modifierMask == ModifierMask::command ? u"Ctrl+"_s : QString();
-    const QString keys = modifier + item.keyEquivalent.toUpper();
-    // A number such as 10 is no key.
-    if (item.keyEquivalent.size() > 1)
-        return action.setText(action.text() + u'\t' + keys);
-    action.setShortcut(QKeySequence(keys));
+    action.setShortcut(item.keyEquivalent.isEmpty()
+                           ? QKeySequence()
+                           : QKeySequence(modifier + item.keyEquivalent.toUpper()));
     action.setShortcutVisibleInContextMenu(true);
+}
+
+/// What an entry does, which never changes; its title and its marks do.
+QVariantList identity(const MenuItem& item) {
+    return {item.isSeparator, !item.submenu.isEmpty(), static_cast<int>(item.action),
+            item.representedObject, item.tag};
+}
+
+bool hasEntriesOf(const Menu& menu, const QMenu& target) {
+    return std::ranges::equal(menu, target.actions(), [](const MenuItem& item, QAction* action) {
+        return action->data() == identity(item) &&
+               (item.submenu.isEmpty() || hasEntriesOf(item.submenu, *action->menu()));
+    });
+}
+
+void addEntry(const MenuItem& item, ApplicationActions& actions, QMenu& target) {
+    QAction* action = item.isSeparator          ? target.addSeparator()
+                      : !item.submenu.isEmpty() ? target.addMenu(QString())->menuAction()
+                                                : target.addAction(QString());
+    action->setData(identity(item));
+    for (const MenuItem& inner : item.submenu)
+        addEntry(inner, actions, *action->menu());
+    // Queued, as the action may rebuild this menu, and in the context of the application, as the
+    // menu may be deleted first.
+    QObject::connect(action, &QAction::triggered, &target, [item, &actions] {
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(), [item, &actions] { perform(item, actions); },
+            Qt::QueuedConnection);
+    });
+}
+
+void updateEntries(const Menu& menu, const QMenu& target) {
+    const QList<QAction*> entries = target.actions();
+    for (qsizetype i = 0; i < menu.size(); ++i) {
+        const MenuItem& item = menu[i];
+        QAction& action = *entries[i];
+        if (item.isSeparator)
+            continue;
+        action.setText(label(item));
+        if (!item.submenu.isEmpty()) {
+            updateEntries(item.submenu, *action.menu());
+            continue;
+        }
+        action.setEnabled(item.action != MenuAction::none);
+        action.setCheckable(item.isOn);
+        action.setChecked(item.isOn);
+        showKeyEquivalent(item, action);
+    }
 }
 
 } // namespace
 
 void renderMenu(const Menu& menu, ApplicationActions& actions, QMenu& target) {
-    // A menu that is taller than the screen scrolls instead of using columns.
-    target.setStyleSheet(u"QMenu { menu-scrollable: 1; }"_s);
-    target.clear();
-    qDeleteAll(target.findChildren<QMenu*>(Qt::FindDirectChildrenOnly)); // The submenus.
-    for (const MenuItem& item : menu) {
-        if (item.isSeparator) {
-            target.addSeparator();
-            continue;
-        }
-        if (!item.submenu.isEmpty()) {
-            renderMenu(item.submenu, actions, *target.addMenu(label(item)));
-            continue;
-        }
-        QAction* action = target.addAction(label(item));
-        action->setEnabled(item.action != MenuAction::none);
-        action->setCheckable(item.isOn);
-        action->setChecked(item.isOn);
-        showKeyEquivalent(item, *action);
-        // Queued, as the action may rebuild this menu, and in the context of the application, as
-        // the menu may be deleted first.
-        QObject::connect(action, &QAction::triggered, &target, [item, &actions] {
-            QMetaObject::invokeMethod(
-                QCoreApplication::instance(), [item, &actions] { perform(item, actions); },
-                Qt::QueuedConnection);
-        });
+    if (!hasEntriesOf(menu, target)) {
+        // Replacing the entries of an open menu would close it.
+        if (target.isVisible())
+            return;
+        // A menu that is taller than the screen scrolls instead of using columns.
+        target.setStyleSheet(u"QMenu { menu-scrollable: 1; }"_s);
+        target.clear();
+        qDeleteAll(target.findChildren<QMenu*>(Qt::FindDirectChildrenOnly)); // The submenus.
+        for (const MenuItem& item : menu)
+            addEntry(item, actions, target);
     }
+    updateEntries(menu, target);
+}
+
+void renderMenuWithin(int height, const Menu& menu, ApplicationActions& actions, QMenu& target) {
+    renderMenu(menu, actions, target);
+    if (target.sizeHint().height() > height)
+        renderMenu(withSubmenus(menu), actions, target);
 }
 
 } // namespace orvane

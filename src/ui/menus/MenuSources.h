@@ -4,6 +4,7 @@
 #include "ui/menus/Menu.h"
 
 #include <functional>
+#include <optional>
 
 namespace orvane {
 
@@ -16,7 +17,8 @@ struct MenuSources {
     const ChannelRegistry& registry;
     const Preferences& preferences;
     const AppState& state;
-    std::function<bool()> isSleepTimerActive;
+    /// The minutes that the running sleep timer was set to; nullopt when none runs.
+    std::function<std::optional<int>()> sleepTimerMinutes;
 };
 
 /// Returns, for each category with an enabled channel, a header, its enabled channels in registry

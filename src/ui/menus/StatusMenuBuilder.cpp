@@ -4,6 +4,7 @@
 #include "model/AppConstants.h"
 #include "settings/Preferences.h"
 #include "state/AppState.h"
+#include "ui/FavoriteKeys.h"
 
 namespace orvane {
 
@@ -23,10 +24,12 @@ Menu StatusMenuBuilder::build(const MenuSources& sources) {
                  .isOn = isGhost});
     menu.append(MenuItem::separator());
     menu += channelSection(sources, [&](MenuItem& item) {
-        // Positions include favourites that are not shown.
+        // Positions include favourites that are not shown. No key plays those after the ninth.
         const qsizetype position = favorites.indexOf(item.representedObject);
-        if (position >= 0)
-            item.keyEquivalent = QString::number(position + 1);
+        if (position < 0 || position >= favoriteKeys.size())
+            return;
+        item.keyEquivalent = QString(favoriteKeys[position]);
+        item.modifierMask = ModifierMask::none;
     });
     menu.append({addChannelItem(), settingsItem(), checkForUpdatesItem(), aboutItem()});
     menu.append(MenuItem::separator());

@@ -199,7 +199,8 @@ void PlayerWindow::closeEvent(QCloseEvent* event) {
 void PlayerWindow::contextMenuEvent(QContextMenuEvent* event) {
     auto* menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    renderMenu(m_with.contextMenu(), m_with.actions, *menu);
+    renderMenuWithin(screen()->availableGeometry().height(), m_with.contextMenu(), m_with.actions,
+                     *menu);
     if (event->reason() == QContextMenuEvent::Mouse)
         new OpeningClickFilter(menu, event->globalPos());
     menu->popup(event->globalPos());

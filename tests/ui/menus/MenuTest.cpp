@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "support/RecordingActions.h"
 #include "support/StateFixture.h"
 #include "ui/menus/ContextMenuBuilder.h"
+#include "ui/menus/MenuRenderer.h"
 #include "ui/menus/StatusMenuBuilder.h"
+
+#include <QMenu>
 
 #include <gtest/gtest.h>
 
@@ -77,11 +81,11 @@ protected:
         return written(ContextMenuBuilder::build(sources, statusItem)).toStdString();
     }
 
-    bool isTimerActive = false;
+    std::optional<int> timer;
     MenuSources sources{.registry = registry,
                         .preferences = preferences,
                         .state = state,
-                        .isSleepTimerActive = [this] { return isTimerActive; }};
+                        .sleepTimerMinutes = [this] { return timer; }};
 };
 
 const std::string statusHead = R"(
@@ -131,16 +135,28 @@ TEST_F(MenuTest, ChannelsFollowTheirCategories) {
     state.assignCurrentChannel(registry.channel(u"custom_mine"_s));
     EXPECT_EQ(status(), statusHead + R"(
 مميزة
-العربية > channel alarabiya ^12
-العربية الحدث > channel alhadath ^11
+العربية > channel alarabiya
+العربية الحدث > channel alhadath
 ---
 دولي بالإنجليزية
-France 24 EN > channel france24en ^2
+France 24 EN > channel france24en 2
 CGTN > channel cgtn
 ---
 قنواتي
 * My & own > channel custom_mine
 ---)"s + statusTail);
+    EXPECT_EQ(written(withSubmenus(ContextMenuBuilder::build(sources, StatusItemPresence::present)))
+                  .toStdString(),
+              R"(
+مميزة
+| العربية > channel alarabiya
+| العربية الحدث > channel alhadath
+دولي بالإنجليزية
+| France 24 EN > channel france24en
+| CGTN > channel cgtn
+قنواتي
+| * My & own > channel custom_mine
+---)"s + contextTail);
     EXPECT_EQ(context(), R"(
 مميزة
 .العربية > channel alarabiya
@@ -164,12 +180,36 @@ TEST_F(MenuTest, EmptyCategoriesHaveNoHeader) {
 TEST_F(MenuTest, GhostModeAndARunningTimerShow) {
     preferences.setEnabledChannelIDs({});
     state.setGhostMode(true);
-    isTimerActive = true;
+    timer = 30;
+    state.setSleepTimerRemaining(61);
     EXPECT_EQ(status(),
               replaced(statusHead, "👻 Enable Ghost Mode", "* ✅ Disable Ghost Mode") + statusTail);
     EXPECT_EQ(context(),
-              replaced(replaced(contextTail, "👻 Ghost Mode", "* 👻 Ghost Mode"), "> sleep 120\n",
-                       "> sleep 120\n| ---\n| Cancel Timer > cancel\n"));
+              replaced(replaced(replaced(contextTail, "👻 Ghost Mode", "* 👻 Ghost Mode"),
+                                "30 minutes > sleep 30", "* 30 minutes > sleep 30"),
+                       "> sleep 120\n",
+                       "> sleep 120\n| ---\n| 2 minutes left\n| Cancel Timer > cancel\n"));
+}
+
+TEST_F(MenuTest, AnOpenMenuKeepsItsEntriesAndRenewsItsMarks) {
+    test::RecordingActions actions;
+    preferences.setEnabledChannelIDs({u"alarabiya"_s, u"cgtn"_s});
+    QMenu menu;
+    renderMenu(StatusMenuBuilder::build(sources), actions, menu);
+    const QList<QAction*> entries = menu.actions();
+    menu.popup({});
+    state.setGhostMode(true);
+    state.assignCurrentChannel(registry.channel(u"cgtn"_s));
+    renderMenu(StatusMenuBuilder::build(sources), actions, menu);
+    EXPECT_EQ(menu.actions(), entries);
+    EXPECT_TRUE(entries[2]->isChecked() && entries[2]->text().contains(u"Disable"_s));
+    EXPECT_TRUE(entries[8]->isChecked());
+    preferences.setEnabledChannelIDs({});
+    renderMenu(StatusMenuBuilder::build(sources), actions, menu);
+    EXPECT_EQ(menu.actions(), entries);
+    menu.hide();
+    renderMenu(StatusMenuBuilder::build(sources), actions, menu);
+    EXPECT_LT(menu.actions().size(), entries.size());
 }
 
 TEST_F(MenuTest, WithoutAStatusItemTheContextMenuIsComplete) {
