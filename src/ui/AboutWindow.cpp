@@ -2,11 +2,13 @@
 #include "ui/AboutWindow.h"
 
 #include "model/AppConstants.h"
+#include "ui/ApplicationIcon.h"
 #include "ui/FormPage.h"
 #include "ui/SystemColors.h"
 #include "ui/theme/TextColor.h"
 
 #include <QDesktopServices>
+#include <QIcon>
 #include <QPushButton>
 #include <QUrl>
 
@@ -38,11 +40,8 @@ QRectF frameOf(const QPushButton& button) {
 void addTexts(FormPage& page) {
     using enum QPalette::ColorRole;
     const Qt::Alignment centred = Qt::AlignHCenter;
-    QLabel* icon = page.addLabel(u"📺"_s, {0, 200, 320, 70}, {.size = 64, .alignment = centred});
-    // Symbol fonts have a monochrome glyph and would be preferred otherwise.
-    QFont glyphs = icon->font();
-    glyphs.setFamilies({u"Noto Color Emoji"_s, glyphs.family()});
-    icon->setFont(glyphs);
+    QLabel* icon = page.addLabel({}, {0, 200, 320, 70}, {.alignment = centred});
+    icon->setPixmap(applicationIcon().pixmap(FormPage::scaled({64, 64}), page.devicePixelRatio()));
     page.addLabel(AppConstants::appName, {0, 172, 320, 28},
                   {.size = 20, .weight = QFont::Bold, .alignment = centred});
     page.addLabel(u"Version %1 (%2)"_s.arg(AppConstants::appVersion, AppConstants::buildNumber),
