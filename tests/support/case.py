@@ -42,11 +42,12 @@ class SiteCase(DesktopCase):
     """Has a live site of its own."""
 
     site_host = "127.0.0.1"
+    screen = "1280x720"
 
     def setUp(self):
         folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
         self.site = self.enterContext(LiveSite(folder, host=self.site_host))
-        self.desktop = self.enterContext(Desktop(compositor=True))
+        self.desktop = self.enterContext(Desktop(self.screen, compositor=True))
         self.channel = self.site.channels["AlArabiya"]
 
     def start(self, binary: str = "orvane", site: str = "", **variables) -> Program:
@@ -57,7 +58,9 @@ class SiteCase(DesktopCase):
 
 
 class MenuCase(SiteCase):
-    """Opens menus of the program."""
+    """Opens menus of the program, on a screen that is high enough for the whole context menu."""
+
+    screen = "1280x1024"
 
     def menu_is_open(self) -> bool:
         """Whether something large and white covers the upper part of the screen."""
