@@ -63,8 +63,9 @@ class MenuCase(SiteCase):
     screen = "1280x1024"
 
     def menu_is_open(self) -> bool:
-        """Whether something large and white covers the upper part of the screen."""
-        area = self.desktop.screenshot().crop((0, 40, 1280, 380))
+        """Whether something large and white covers the screen above the player window."""
+        screen = self.desktop.screenshot()
+        area = screen.crop((0, 40, screen.width, screen.height - 340))
         return sum(1 for pixel in area.getdata() if min(pixel) > 225) > 20000
 
     def wait_for_menu(self):
