@@ -4,7 +4,7 @@
 usage: fakedesktop.py NAME...     Takes the names on the session bus and prints "ready", then a line for each
 call: "inhibit" with the texts that it was given, and "release", also when the caller has left the bus. On its
 standard input "slow" makes it hold its answers back (and print "asked") until "answer", and "wake" announces
-the end of a sleep."""
+the end of a sleep; "lock" and "unlock" tell of the session, "blank" and "unblank" of the screen saver."""
 
 import sys
 
@@ -16,6 +16,7 @@ from gi.repository import GLib
 SCREEN_SAVER = "org.freedesktop.ScreenSaver"
 PORTAL = "org.freedesktop.portal.Inhibit"
 IDLE = 8
+SESSION = "/org/freedesktop/login1/session/_31"
 
 
 def report(line: str) -> None:
@@ -57,6 +58,14 @@ class Service(dbus.service.Object):
         self._count += 1
         self._grant(dbus.UInt32(self._count), f"inhibit {program} {reason}", answer, sender)
 
+    @dbus.service.method(SCREEN_SAVER, "", "b")
+    def GetActive(self):
+        return False
+
+    @dbus.service.signal(SCREEN_SAVER, "b")
+    def ActiveChanged(self, is_active):
+        pass
+
     @dbus.service.method(SCREEN_SAVER, "u", "")
     def UnInhibit(self, cookie):
         self._release(cookie)
@@ -91,6 +100,23 @@ class Logind(dbus.service.Object):
     def PrepareForSleep(self, begins):
         pass
 
+    @dbus.service.method("org.freedesktop.login1.Manager", "s", "o")
+    def GetSession(self, _name):
+        return SESSION
+
+
+class Session(dbus.service.Object):
+    @dbus.service.method(dbus.PROPERTIES_IFACE, "ss", "v")
+    def Get(self, _interface, _name):
+        return False
+
+    @dbus.service.signal(dbus.PROPERTIES_IFACE, "sa{sv}as")
+    def PropertiesChanged(self, interface, changed, invalidated):
+        pass
+
+    def lock(self, is_locked: bool) -> None:
+        self.PropertiesChanged("org.freedesktop.login1.Session", {"LockedHint": is_locked}, [])
+
 
 def main() -> None:
     dbus.mainloop.glib.DBusGMainLoop(set_as_default=True)
@@ -98,6 +124,7 @@ def main() -> None:
     service = Service(bus, "/org/freedesktop/ScreenSaver")
     Portal(bus, "/org/freedesktop/portal/desktop")
     logind = Logind(bus, "/org/freedesktop/login1")
+    session = Session(bus, SESSION)
 
     def handle_order(*_) -> bool:
         order = sys.stdin.readline().strip()
@@ -109,6 +136,10 @@ def main() -> None:
                 service.late_answers.pop(0)()
         elif order == "wake":
             logind.PrepareForSleep(False)
+        elif order in ("lock", "unlock"):
+            session.lock(order == "lock")
+        elif order in ("blank", "unblank"):
+            service.ActiveChanged(order == "blank")
         return bool(order)
 
     names = [dbus.service.BusName(name, bus, do_not_queue=True) for name in sys.argv[1:]]

@@ -71,6 +71,9 @@ void AppDelegate::applicationDidFinishLaunching(const QList<Verb::Value>& verbs)
     followSession();
     m_menuBarManager.setup();
     m_hotkeys.start();
+    m_menuBarManager.onShownChanged([this](bool isShown) {
+        m_with.notifications.post(AppNotification::statusItemShownChanged, isShown);
+    });
     registerObservers();
     m_windows.onPlayerExposed([this] { playerExposed(); });
     m_windows.showPlayer();
@@ -152,7 +155,22 @@ void AppDelegate::registerObservers() {
     observe(AppNotification::closePlayer, [this] { closePlayerWindow(); });
     observe(AppNotification::channelChanged, [this] { m_menuBarManager.updateCurrentChannel(); });
     observe(AppNotification::sleepTimerFired, [this] { m_windows.closePlayer(); });
-    observe(AppNotification::ghostModeChanged, [this] { m_menuBarManager.rebuildMenu(); });
+    observe(AppNotification::ghostModeChanged, [this](bool isOn) { ghostModeChanged(isOn); });
+}
+
+void AppDelegate::ghostModeChanged(bool isOn) {
+    m_menuBarManager.rebuildMenu();
+    if (m_ghostKeysQuestion)
+        m_ghostKeysQuestion->hide();
+    if (!isOn || m_with.preferences.shortcutsInGhostMode())
+        return;
+    if (!m_ghostKeysQuestion)
+        m_ghostKeysQuestion = std::make_unique<GhostKeysQuestion>([this](bool isAllowed) {
+            m_ghostKeysQuestion->hide();
+            m_with.preferences.setShortcutsInGhostMode(isAllowed);
+            m_with.notifications.post(AppNotification::shortcutsInGhostModeChanged, isAllowed);
+        });
+    m_ghostKeysQuestion->show();
 }
 
 void AppDelegate::markMilestones() {

@@ -9,6 +9,7 @@
 #include "ui/ApplicationActions.h"
 #include "ui/HotkeyManager.h"
 #include "ui/menus/MenuBarManager.h"
+#include "ui/window/GhostKeysQuestion.h"
 
 #include <QCoroTask>
 #include <QElapsedTimer>
@@ -96,6 +97,7 @@ protected:
 private:
     void followSession();
     void registerObservers();
+    void ghostModeChanged(bool isOn);
     void markMilestones();
     void playerExposed();
     void closePlayerWindow();
@@ -112,6 +114,7 @@ private:
     DesktopIntegration m_desktop;
     AppWindows m_windows;
     YtDlpPreparation m_ytDlpPreparation;
+    std::unique_ptr<GhostKeysQuestion> m_ghostKeysQuestion;
     std::vector<NotificationCenter::Token> m_observers;
     QElapsedTimer m_sinceTerminate;
     bool m_isTerminating = false;

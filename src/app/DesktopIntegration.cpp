@@ -3,6 +3,7 @@
 
 #include "model/AppConstants.h"
 #include "playback/PlayerManager.h"
+#include "state/AppNotification.h"
 
 namespace orvane {
 
@@ -21,6 +22,7 @@ DesktopIntegration::DesktopIntegration(const Collaborators& with, ApplicationAct
       m_idleInhibition(with.state, with.notifications, m_screenSaver, with.clock, with.tasks),
       m_systemBus(MessageBus::Kind::system, with.clock, with.tasks),
       m_sleep(m_systemBus),
+      m_lock(m_sessionBus, m_systemBus),
       m_recovery(with.state, with.player, with.notifications, with.clock, with.tasks),
       m_healing(with.state, with.player, with.notifications, with.clock, with.tasks) {
     const auto returned = [this] {
@@ -28,6 +30,10 @@ DesktopIntegration::DesktopIntegration(const Collaborators& with, ApplicationAct
         m_healing.returned();
     };
     QObject::connect(&m_sleep, &SleepWatcher::wokeUp, &m_sleep, returned);
+    QObject::connect(&m_lock, &SessionLock::changed, &m_lock,
+                     [&notifications = with.notifications](bool isLocked) {
+                         notifications.post(AppNotification::sessionLockChanged, isLocked);
+                     });
     QObject::connect(&m_network, &NetworkWatcher::addressGained, &m_network, returned);
     QObject::connect(&m_network, &NetworkWatcher::lastAddressLost, &m_network,
                      [this] { m_recovery.stop(); });

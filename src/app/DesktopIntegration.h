@@ -5,6 +5,7 @@
 #include "platform/desktop/DesktopScreenSaver.h"
 #include "platform/desktop/MessageBus.h"
 #include "platform/desktop/NetworkWatcher.h"
+#include "platform/desktop/SessionLock.h"
 #include "platform/desktop/SleepWatcher.h"
 #include "playback/ChannelHealing.h"
 #include "playback/ChannelRecovery.h"
@@ -49,6 +50,7 @@ private:
     IdleInhibition m_idleInhibition;
     MessageBus m_systemBus;
     SleepWatcher m_sleep;
+    SessionLock m_lock;
     NetworkWatcher m_network;
     ChannelRecovery m_recovery;
     ChannelHealing m_healing;

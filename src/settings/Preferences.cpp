@@ -34,6 +34,7 @@ constexpr QLatin1StringView theme{"theme"};
 constexpr QLatin1StringView ghostModeEnabled{"ghostModeEnabled"};
 constexpr QLatin1StringView customChannels{"customChannels"};
 constexpr QLatin1StringView shortcutsInTextFields{"shortcutsInTextFields"};
+constexpr QLatin1StringView shortcutsInGhostMode{"shortcutsInGhostMode"};
 constexpr QLatin1StringView onboardingCompleted{"onboardingCompleted"};
 } // namespace Key
 
@@ -241,6 +242,14 @@ bool Preferences::shortcutsInTextFields() const {
 
 void Preferences::setShortcutsInTextFields(bool on) {
     m_defaults.set(Key::shortcutsInTextFields, on);
+}
+
+std::optional<bool> Preferences::shortcutsInGhostMode() const {
+    return m_defaults.boolean(Key::shortcutsInGhostMode);
+}
+
+void Preferences::setShortcutsInGhostMode(bool on) {
+    m_defaults.set(Key::shortcutsInGhostMode, on);
 }
 
 bool Preferences::onboardingCompleted() const {

@@ -89,6 +89,11 @@ public:
     [[nodiscard]] bool shortcutsInTextFields() const;
     void setShortcutsInTextFields(bool on);
 
+    /// Whether shortcuts act in ghost mode while the user types in other programs; nullopt until
+    /// the user has answered the question.
+    [[nodiscard]] std::optional<bool> shortcutsInGhostMode() const;
+    void setShortcutsInGhostMode(bool on);
+
     /// Default false.
     [[nodiscard]] bool onboardingCompleted() const;
     void setOnboardingCompleted(bool completed);

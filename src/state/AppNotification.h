@@ -46,5 +46,12 @@ inline constexpr Topic<> toggleFullscreen{"lumenfold.orvane.toggleFullscreen"};
 inline constexpr Topic<bool> playerShownChanged{"lumenfold.orvane.playerShownChanged"};
 inline constexpr Topic<> closePlayer{"lumenfold.orvane.closePlayer"};
 inline constexpr Topic<bool> ghostModeChanged{"lumenfold.orvane.ghostModeChanged"};
+/// Whether shortcuts may act in ghost mode while the user types in other programs.
+inline constexpr Topic<bool> shortcutsInGhostModeChanged{
+    "lumenfold.orvane.shortcutsInGhostModeChanged"};
+/// Whether the session is locked.
+inline constexpr Topic<bool> sessionLockChanged{"lumenfold.orvane.sessionLockChanged"};
+/// Whether the tray shows the program's icon.
+inline constexpr Topic<bool> statusItemShownChanged{"lumenfold.orvane.statusItemShownChanged"};
 
 } // namespace orvane::AppNotification

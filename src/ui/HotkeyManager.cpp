@@ -33,23 +33,46 @@ HotkeyManager::~HotkeyManager() = default;
 void HotkeyManager::start() {
     m_monitor = m_with.events.addLocalKeyDownMonitor(
         [this](const KeyEvent& event) { return handle(event); });
-    m_ghostModeObserver = m_with.notifications.addObserver(AppNotification::ghostModeChanged,
-                                                           [this] { updateGlobalMonitor(); });
+    m_observers = m_with.notifications.addObservers([this] { updateGlobalMonitor(); },
+                                                    AppNotification::ghostModeChanged,
+                                                    AppNotification::shortcutsInGhostModeChanged);
+    const auto follow = [this](auto topic, bool& value) {
+        m_observers.push_back(m_with.notifications.addObserver(topic, [this, &value](bool isOn) {
+            value = isOn;
+            updateGlobalMonitor();
+        }));
+    };
+    follow(AppNotification::sessionLockChanged, m_isSessionLocked);
+    follow(AppNotification::statusItemShownChanged, m_hasStatusItem);
     updateGlobalMonitor();
 }
 
 void HotkeyManager::stop() {
-    m_ghostModeObserver = {};
+    m_observers.clear();
     m_globalMonitor.reset();
     m_monitor.reset();
 }
 
 void HotkeyManager::updateGlobalMonitor() {
-    if (!m_with.state.isGhostMode())
+    if (keysElsewhere() == Elsewhere::none)
         m_globalMonitor.reset();
     else if (!m_globalMonitor)
         m_globalMonitor = m_with.events.addGlobalKeyDownMonitor(
-            [this](const KeyEvent& event) { return handle(event); });
+            [this](const KeyEvent& event) { return handleElsewhere(event); });
+}
+
+HotkeyManager::Elsewhere HotkeyManager::keysElsewhere() const {
+    if (!m_with.state.isGhostMode() || m_isSessionLocked)
+        return Elsewhere::none;
+    if (m_with.preferences.shortcutsInGhostMode().value_or(false))
+        return Elsewhere::all;
+    return m_hasStatusItem ? Elsewhere::none : Elsewhere::escape;
+}
+
+HotkeyManager::Outcome HotkeyManager::handleElsewhere(const KeyEvent& event) {
+    if (keysElsewhere() == Elsewhere::escape && event.keyCode != KeyCode::escape)
+        return Outcome::passedOn;
+    return handle(event);
 }
 
 HotkeyManager::Outcome HotkeyManager::handle(const KeyEvent& event) {

@@ -5,6 +5,7 @@
 #include "platform/windowing/EventMonitor.h"
 
 #include <memory>
+#include <vector>
 
 namespace orvane {
 
@@ -15,8 +16,10 @@ class PlayerCommands;
 class Preferences;
 
 /// Handles the single-key shortcuts: always in the program's own windows, and in ghost mode, when
-/// the user may be working in another program, in those too. Started and stopped by the application
-/// controller; main thread.
+/// the user may be working in another program, in those too, if the user has allowed that. Without
+/// permission only Escape leaves ghost mode from there, and only if there is no tray icon to do it.
+/// A locked session is never watched. Started and stopped by the application controller; main
+/// thread.
 class HotkeyManager {
 public:
     /// All outlive the manager.
@@ -39,7 +42,12 @@ public:
 private:
     using Outcome = EventMonitor::Outcome;
 
+    /// The keys that act while another program has the focus.
+    enum class Elsewhere { none, escape, all };
+
     void updateGlobalMonitor();
+    [[nodiscard]] Elsewhere keysElsewhere() const;
+    Outcome handleElsewhere(const KeyEvent& event);
     [[nodiscard]] Outcome handle(const KeyEvent& event);
     [[nodiscard]] Outcome press(const KeyEvent& event);
     [[nodiscard]] bool playFavorite(KeyCode key);
@@ -50,7 +58,9 @@ private:
     std::unique_ptr<QObject> m_monitor;
     /// Present only in ghost mode, so that keys of other programs are not watched without need.
     std::unique_ptr<QObject> m_globalMonitor;
-    NotificationCenter::Token m_ghostModeObserver;
+    std::vector<NotificationCenter::Token> m_observers;
+    bool m_isSessionLocked = false;
+    bool m_hasStatusItem = false;
     /// The outcome of the first press of the key that is held down.
     Outcome m_firstOutcome = Outcome::passedOn;
 };

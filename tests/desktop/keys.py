@@ -1,9 +1,14 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Every key, pressed by its position on the keyboard, with three layouts, in and outside ghost mode."""
 
+import contextlib
 import unittest
 
+from Xlib import X
+from Xlib.display import Display
+
 from case import SiteCase
+from citizen import SCREEN_SAVER, FakeDesktop
 from tools.backdrop import Backdrop
 from tools.program import wait_for_standstill
 from tools.waiting import wait_until
@@ -20,10 +25,31 @@ US = {"q": 24, "g": 42, "m": 58, "f": 41, ",": 59}
 LAYOUTS = {"us": US, "fr": US | {"q": 38, "m": 47, ",": 58}, "ara": US}
 
 
+QUESTION = "Orvane: Ghost Mode"
+
+
+@contextlib.contextmanager
+def lock_screen(desktop):
+    """Another client that has the keyboard to itself meanwhile; yields a function that returns its next key."""
+    client = Display(desktop.display)
+    grab = client.screen().root.grab_keyboard(False, X.GrabModeAsync, X.GrabModeAsync, X.CurrentTime)
+    assert grab == X.GrabSuccess
+
+    def next_key() -> int:
+        while (event := client.next_event()).type != X.KeyRelease:
+            pass
+        return event.detail
+
+    try:
+        yield next_key
+    finally:
+        client.close()
+
+
 class Keys(SiteCase):
-    def open(self):
+    def open(self, **variables):
         """Starts the window probe with the four channels of the site as favourites; one of them plays."""
-        program = self.start("window_probe")
+        program = self.start("window_probe", **variables)
         program.tell("favourites " + " ".join(FAVOURITES))
         program.wait_for("error")
         self.desktop.activate(program.window())
@@ -99,8 +125,42 @@ class Keys(SiteCase):
         self.desktop.key(LAYOUTS["ara"]["q"])
         self.assertEqual(program.wait_for_end(), 0)
 
+    def press_answer(self, right: int):
+        """Presses the button of the question this far from its right edge."""
+        x, y, width, height = self.desktop.frame(self.desktop.window(QUESTION))
+        self.desktop.click(x + width - right, y + height - 28)
+        wait_until(lambda: not self.desktop.windows(QUESTION), "the end of the question")
+
+    def allow_in_settings(self, program):
+        self.desktop.activate(program.window())
+        self.desktop.key(US[","])
+        settings = self.desktop.window("Orvane Settings")
+        x, y, _, _ = self.desktop.frame(settings)
+        self.desktop.click(x + 30, y + 235)
+        self.program.wait_for_preferences(shortcutsInGhostMode=True)
+        self.desktop.close(settings)
+
+    def press_while_locked(self, services):
+        """Presses keys into lock screens that announce themselves, and into one that only takes the keyboard."""
+        program = self.program
+        for order in ("lock", "blank"):
+            for line in (order, f"un{order}"):
+                count = program.log().count("the session is ")
+                services.tell(line)
+                wait_until(lambda n=count: program.log().count("the session is ") > n, line)
+                if line == order:
+                    self.desktop.key(US["m"], US["q"])
+        with lock_screen(self.desktop) as next_key:
+            self.desktop.key(US["m"], US["q"])
+            self.assertEqual([next_key(), next_key()], [US["m"], US["q"]])
+        self.desktop.key(DOWN, UP)
+        wait_until(lambda: abs(program.preferences().get("volume", 0) - 1) < 0.001, "the keys after those")
+        self.assertNotIn("isMuted", program.preferences())
+
     def test_in_another_program(self):
-        program = self.open()
+        services = FakeDesktop(self.desktop, SCREEN_SAVER, "org.freedesktop.login1")
+        program = self.open(DBUS_SYSTEM_BUS_ADDRESS=self.desktop.environment["DBUS_SESSION_BUS_ADDRESS"],
+                            QT_LOGGING_RULES="orvane.*=true")
         backdrop = self.enterContext(Backdrop(self.desktop, COLOUR))
         backdrop.raise_()
 
@@ -115,7 +175,24 @@ class Keys(SiteCase):
         self.program.wait_for_preferences(ghostModeEnabled=True)
         self.assertNotIn("isMuted", program.preferences())
         self.assertNotIn("volume", program.preferences())
+        # Nothing but Escape counts before the user has allowed it, or after a refusal.
+        self.desktop.window(QUESTION)
+        for refuse in (lambda: None, lambda: self.press_answer(130)):
+            self.leave_for(backdrop)
+            refuse()
+            self.assertEqual(program.tell("focus"), "elsewhere")
+            press_elsewhere(US["m"], 11, DOWN)
+            self.desktop.key(ESCAPE)
+            self.program.wait_for_preferences(ghostModeEnabled=False)
+            self.assertNotIn("isMuted", program.preferences())
+            self.assertNotIn("volume", program.preferences())
+            program.tell("ghost on")
+            self.program.wait_for_preferences(ghostModeEnabled=True)
+        self.assertIs(program.preferences()["shortcutsInGhostMode"], False)
+        self.assertFalse(self.desktop.windows(QUESTION), "it asks once")
+        self.allow_in_settings(program)
         self.leave_for(backdrop)
+        self.press_while_locked(services)
         for layout, letters in LAYOUTS.items():
             self.desktop.run("setxkbmap", layout)
             before = len(backdrop.keys())

@@ -142,9 +142,20 @@ TEST_F(HotkeyManagerTest, TextFieldsKeepTheirKeysIfThePreferenceSaysSo) {
     EXPECT_EQ(press(u"q"_s), consumed);
 }
 
-TEST_F(HotkeyManagerTest, ListensToOtherProgramsOnlyInGhostMode) {
+TEST_F(HotkeyManagerTest, ListensToOtherProgramsOnlyInGhostModeAndWithPermission) {
+    namespace Topics = AppNotification;
     EXPECT_FALSE(events.globalKeys);
     state.setGhostMode(true);
+    ASSERT_TRUE(events.globalKeys) << "without a tray icon Escape is the way out";
+    EXPECT_EQ(events.globalKeys({.charactersIgnoringModifiers = u"m"_s}), passedOn);
+    notifications.post(Topics::statusItemShownChanged, true);
+    EXPECT_FALSE(events.globalKeys);
+    preferences.setShortcutsInGhostMode(true);
+    notifications.post(Topics::shortcutsInGhostModeChanged, true);
+    ASSERT_TRUE(events.globalKeys);
+    notifications.post(Topics::sessionLockChanged, true);
+    EXPECT_FALSE(events.globalKeys);
+    notifications.post(Topics::sessionLockChanged, false);
     ASSERT_TRUE(events.globalKeys);
     events.globalKeys({.charactersIgnoringModifiers = u"m"_s});
     EXPECT_EQ(player.calls, QStringList{u"mute"_s});

@@ -12,6 +12,10 @@ namespace orvane {
 StatusItem::StatusItem(QIcon icon, QString toolTip, std::function<void(QMenu&)> fill)
     : m_icon(std::move(icon)), m_toolTip(std::move(toolTip)), m_fill(std::move(fill)) {
     connect(&m_trays, &TrayWatcher::trayAppeared, this, &StatusItem::show);
+    connect(&m_trays, &TrayWatcher::trayGone, this, [this] {
+        if (m_onShownChanged)
+            m_onShownChanged(false);
+    });
 }
 
 StatusItem::~StatusItem() = default;
@@ -34,6 +38,8 @@ void StatusItem::show() {
                     m_menu->popup(QCursor::pos());
             });
     m_trayIcon->show();
+    if (m_onShownChanged)
+        m_onShownChanged(true);
 }
 
 void StatusItem::rebuildMenu() {

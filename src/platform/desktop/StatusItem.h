@@ -28,6 +28,11 @@ public:
 
     void rebuildMenu();
 
+    /// Calls back when the icon has appeared in a tray, and when the last tray has gone.
+    void onShownChanged(std::function<void(bool)> callback) {
+        m_onShownChanged = std::move(callback);
+    }
+
     /// Whether there is a tray to show it.
     [[nodiscard]] bool isShown() const;
 
@@ -37,6 +42,7 @@ private:
     QIcon m_icon;
     QString m_toolTip;
     std::function<void(QMenu&)> m_fill;
+    std::function<void(bool)> m_onShownChanged;
     TrayWatcher m_trays;
     // Declared in this order so that the icon is destroyed before its menu.
     std::unique_ptr<QMenu> m_menu;

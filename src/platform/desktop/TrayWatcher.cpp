@@ -40,7 +40,10 @@ void TrayWatcher::watchBus() {
     const QDBusConnection bus = QDBusConnection::sessionBus();
     auto* names =
         new QDBusServiceWatcher(busName, bus, QDBusServiceWatcher::WatchForOwnerChange, this);
-    connect(names, &QDBusServiceWatcher::serviceUnregistered, this, [this] { m_isOnBus = false; });
+    connect(names, &QDBusServiceWatcher::serviceUnregistered, this, [this] {
+        m_isOnBus = false;
+        notice();
+    });
     connect(names, &QDBusServiceWatcher::serviceRegistered, this, [this] {
         m_isOnBus = true;
         appear("StatusNotifierWatcher");
@@ -59,7 +62,16 @@ void TrayWatcher::watchBus() {
 
 void TrayWatcher::appear(const char* kind) {
     qCInfo(logDBus) << "found a tray:" << kind;
+    m_hadTray = true;
     Q_EMIT trayAppeared();
+}
+
+void TrayWatcher::notice() {
+    if (!m_hadTray || hasTray())
+        return;
+    m_hadTray = false;
+    qCInfo(logDBus) << "the tray has gone";
+    Q_EMIT trayGone();
 }
 
 bool TrayWatcher::hasEmbedder() {
@@ -77,6 +89,9 @@ bool TrayWatcher::nativeEventFilter(const QByteArray& type, void* message, qintp
     if ((event->response_type & 0x7f) == XCB_CLIENT_MESSAGE &&
         event->type == X11::atom("MANAGER") && event->data.data32[1] == X11::atom(selectionName))
         appear("system tray of X11");
+    // Qt's icon asks for the end of the tray that it is in.
+    if ((event->response_type & 0x7f) == XCB_DESTROY_NOTIFY)
+        m_deferredNotice.schedule();
     return false;
 }
 

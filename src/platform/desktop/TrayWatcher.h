@@ -24,6 +24,8 @@ public:
 Q_SIGNALS:
     /// A tray has appeared or was replaced. Also emitted once for a tray that was there before.
     void trayAppeared();
+    /// The last tray has gone.
+    void trayGone();
 
 private:
     void watchBus();
@@ -31,10 +33,14 @@ private:
     bool nativeEventFilter(const QByteArray& type, void* message, qintptr*) override;
 
     void appear(const char* kind);
+    void notice();
 
     bool m_isOnBus = false;
     /// Once this object is constructed, so that its owner can connect first.
     DeferredCall m_findEmbedder;
+    bool m_hadTray = false;
+    /// After a window of a tray may have gone.
+    DeferredCall m_deferredNotice{[this] { notice(); }};
 };
 
 } // namespace orvane

@@ -32,7 +32,8 @@ public:
     [[nodiscard]] virtual std::unique_ptr<QObject> addLocalPointerMonitor(Handler handler) = 0;
 
     /// Calls the handler for keys that are pressed while no window of this program has the focus
-    /// and none of its menus is open. The other program gets the key whatever the handler returns.
+    /// and none of its menus is open, except while another program has grabbed the keyboard. The
+    /// other program gets the key whatever the handler returns.
     [[nodiscard]] virtual std::unique_ptr<QObject> addGlobalKeyDownMonitor(KeyHandler handler) = 0;
     /// Calls the handler before the window gets the event; a consumed event does not reach the
     /// window. While a menu is open, keys go to the menu only.

@@ -4,6 +4,7 @@
 #include "platform/windowing/X11.h"
 #include "platform/windowing/X11Keyboard.h"
 #include "platform/windowing/X11RawInput.h"
+#include "platform/windowing/X11RawKeys.h"
 
 #include <QApplication>
 #include <QCursor>
@@ -83,7 +84,9 @@ bool isPointerOverX11Window() {
 } // namespace
 
 SystemEventMonitor::SystemEventMonitor()
-    : m_keyboard(std::make_unique<X11Keyboard>()), m_rawInput(std::make_unique<X11RawInput>()) {}
+    : m_keyboard(std::make_unique<X11Keyboard>()),
+      m_rawInput(std::make_unique<X11RawInput>()),
+      m_rawKeys(std::make_unique<X11RawKeys>()) {}
 
 SystemEventMonitor::~SystemEventMonitor() = default;
 
@@ -100,14 +103,15 @@ std::unique_ptr<QObject> SystemEventMonitor::addLocalPointerMonitor(Handler hand
 
 std::unique_ptr<QObject> SystemEventMonitor::addGlobalKeyDownMonitor(KeyHandler handler) {
     auto monitor = std::make_unique<QObject>();
-    QObject::connect(m_rawInput.get(), &X11RawInput::keyPressed, monitor.get(),
-                     [this, handle = std::move(handler)](std::uint32_t key, bool isRepeat) {
-                         if (QGuiApplication::focusWindow() != nullptr || isMenuOpen())
-                             return;
-                         KeyEvent event = m_keyboard->keyEvent(key);
-                         event.repeat = repeat(isRepeat);
-                         handle(event);
-                     });
+    QObject::connect(
+        m_rawKeys.get(), &X11RawKeys::pressed, monitor.get(),
+        [this, handle = std::move(handler)](std::uint32_t key, std::uint32_t state, bool isRepeat) {
+            if (QGuiApplication::focusWindow() != nullptr || isMenuOpen())
+                return;
+            KeyEvent event = m_keyboard->keyEvent(key, state);
+            event.repeat = repeat(isRepeat);
+            handle(event);
+        });
     return monitor;
 }
 

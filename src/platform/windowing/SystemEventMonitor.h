@@ -7,6 +7,7 @@ namespace orvane {
 
 class X11Keyboard;
 class X11RawInput;
+class X11RawKeys;
 
 /// The `EventMonitor` of the real desktop, with raw X11 events where there is an X server. Must be
 /// created after the application object and destroyed before it.
@@ -24,6 +25,7 @@ public:
 private:
     std::unique_ptr<X11Keyboard> m_keyboard;
     std::unique_ptr<X11RawInput> m_rawInput;
+    std::unique_ptr<X11RawKeys> m_rawKeys;
 };
 
 } // namespace orvane

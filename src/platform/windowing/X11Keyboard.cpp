@@ -17,10 +17,6 @@ constexpr int layoutShift = 13;
 constexpr std::uint32_t layoutMask = 3;
 constexpr std::uint32_t modifierMask = 0xff;
 
-std::uint32_t coreState(std::uint32_t modifiers, std::uint32_t layout) {
-    return (modifiers & modifierMask) | ((layout & layoutMask) << layoutShift);
-}
-
 KeyboardLayouts::Keymap currentKeymap() {
     xcb_connection_t* connection = X11::connection();
     const std::int32_t device = xkb_x11_get_core_keyboard_device_id(connection);
@@ -39,23 +35,22 @@ X11Keyboard::X11Keyboard() {
 
 X11Keyboard::~X11Keyboard() = default;
 
+std::uint32_t X11Keyboard::coreState(std::uint32_t modifiers, std::uint32_t layout) {
+    return (modifiers & modifierMask) | ((layout & layoutMask) << layoutShift);
+}
+
 bool X11Keyboard::select() {
     xcb_connection_t* connection = X11::connection();
     if (xkb_x11_setup_xkb_extension(
             connection, XKB_X11_MIN_MAJOR_XKB_VERSION, XKB_X11_MIN_MINOR_XKB_VERSION,
             XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS, nullptr, nullptr, &m_eventType, nullptr) == 0)
         return false;
-    constexpr std::uint16_t events = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY |
-                                     XCB_XKB_EVENT_TYPE_MAP_NOTIFY |
-                                     XCB_XKB_EVENT_TYPE_STATE_NOTIFY;
+    constexpr std::uint16_t events =
+        XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
     constexpr std::uint16_t parts =
         XCB_XKB_MAP_PART_KEY_TYPES | XCB_XKB_MAP_PART_KEY_SYMS | XCB_XKB_MAP_PART_MODIFIER_MAP;
     xcb_xkb_select_events(connection, XCB_XKB_ID_USE_CORE_KBD, events, 0, events, parts, parts,
                           nullptr);
-    const X11::Reply<xcb_xkb_get_state_reply_t> state(xcb_xkb_get_state_reply(
-        connection, xcb_xkb_get_state(connection, XCB_XKB_ID_USE_CORE_KBD), nullptr));
-    if (state)
-        m_state = coreState(state->mods, state->group);
     return true;
 }
 
@@ -66,10 +61,6 @@ KeyEvent X11Keyboard::keyEvent(std::uint32_t key, std::uint32_t state) {
     return {.keyCode = m_layouts->keyCode(key),
             .modifierFlags = modifierFlags(state),
             .charactersIgnoringModifiers = m_layouts->charactersIgnoringModifiers(key, layout)};
-}
-
-KeyEvent X11Keyboard::keyEvent(std::uint32_t key) {
-    return keyEvent(key, m_state);
 }
 
 X11Keyboard::Repetition X11Keyboard::repetition() {
@@ -90,17 +81,8 @@ bool X11Keyboard::nativeEventFilter(const QByteArray& type, void* message, qintp
     const auto* event = static_cast<const xcb_xkb_state_notify_event_t*>(message);
     if ((event->response_type & 0x7f) != m_eventType)
         return false;
-    switch (event->xkbType) {
-    case XCB_XKB_STATE_NOTIFY:
-        m_state = coreState(event->mods, event->group);
-        break;
-    case XCB_XKB_NEW_KEYBOARD_NOTIFY:
-    case XCB_XKB_MAP_NOTIFY:
+    if (event->xkbType == XCB_XKB_NEW_KEYBOARD_NOTIFY || event->xkbType == XCB_XKB_MAP_NOTIFY)
         m_layouts.reset();
-        break;
-    default:
-        break;
-    }
     return false;
 }
 

@@ -11,9 +11,8 @@
 
 namespace orvane {
 
-/// The X server's keyboard: its layouts, the current one, and the modifiers, as of the event that
-/// is being handled. Owned by the event monitor; main thread. Without an X server, or without XKB,
-/// it is a US keyboard.
+/// The X server's keyboard: its layouts and the timing of its repetitions. Owned by the event
+/// monitor; main thread. Without an X server, or without XKB, it is a US keyboard.
 class X11Keyboard final : QAbstractNativeEventFilter {
 public:
     X11Keyboard();
@@ -21,8 +20,8 @@ public:
 
     /// `key` is a key code of the X server, `state` that of a core protocol event.
     [[nodiscard]] KeyEvent keyEvent(std::uint32_t key, std::uint32_t state);
-    /// With the last state that the server has announced.
-    [[nodiscard]] KeyEvent keyEvent(std::uint32_t key);
+    /// Returns the state of a core protocol event with these modifiers and this layout.
+    [[nodiscard]] static std::uint32_t coreState(std::uint32_t modifiers, std::uint32_t layout);
 
     /// The timing of automatic repetitions.
     struct Repetition {
@@ -38,7 +37,6 @@ private:
 
     /// nullopt when they have changed since they were read.
     std::optional<KeyboardLayouts> m_layouts;
-    std::uint32_t m_state = 0;
     /// The event type of XKB; 0 without XKB.
     std::uint8_t m_eventType = 0;
 };

@@ -3,7 +3,6 @@
 
 #include "base/Logging.h"
 #include "platform/windowing/X11.h"
-#include "platform/windowing/X11Keyboard.h"
 
 #include <QCoreApplication>
 #include <QMetaMethod>
@@ -28,10 +27,6 @@ bool hasXInput() {
 
 X11RawInput::X11RawInput()
     : m_deferredSelect([this] { select(); }), m_deferredMove([this] { Q_EMIT pointerMoved(); }) {
-    connect(&m_repetition, &QTimer::timeout, this, [this] {
-        m_repetition.setInterval(X11Keyboard::repetition().interval);
-        Q_EMIT keyPressed(m_heldKey, true);
-    });
     QCoreApplication::instance()->installNativeEventFilter(this);
 }
 
@@ -53,10 +48,6 @@ void X11RawInput::select() {
     std::uint32_t wanted = 0;
     if (isSignalConnected(QMetaMethod::fromSignal(&X11RawInput::pointerMoved)))
         wanted |= XCB_INPUT_XI_EVENT_MASK_RAW_MOTION;
-    if (isSignalConnected(QMetaMethod::fromSignal(&X11RawInput::keyPressed)))
-        wanted |= XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE;
-    else
-        m_repetition.stop();
     if (wanted == m_selected)
         return;
     m_selected = wanted;
@@ -76,31 +67,10 @@ bool X11RawInput::nativeEventFilter(const QByteArray& type, void* message, qintp
     if ((event->response_type & 0x7f) != XCB_GE_GENERIC ||
         event->extension != xInput().major_opcode)
         return false;
-    const auto* raw = reinterpret_cast<const xcb_input_raw_key_press_event_t*>(event);
-    switch (event->event_type) {
-    case XCB_INPUT_RAW_MOTION:
-        m_deferredMove.schedule();
-        return true;
-    case XCB_INPUT_RAW_KEY_PRESS:
-        pressed(raw->detail);
-        return true;
-    case XCB_INPUT_RAW_KEY_RELEASE:
-        released(raw->detail);
-        return true;
-    default:
+    if (event->event_type != XCB_INPUT_RAW_MOTION)
         return false;
-    }
-}
-
-void X11RawInput::pressed(std::uint32_t key) {
-    m_heldKey = key;
-    m_repetition.start(X11Keyboard::repetition().delay);
-    Q_EMIT keyPressed(key, false);
-}
-
-void X11RawInput::released(std::uint32_t key) {
-    if (key == m_heldKey)
-        m_repetition.stop();
+    m_deferredMove.schedule();
+    return true;
 }
 
 } // namespace orvane

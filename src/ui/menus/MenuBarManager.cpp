@@ -26,6 +26,10 @@ void MenuBarManager::setup() {
         });
 }
 
+void MenuBarManager::onShownChanged(std::function<void(bool)> callback) {
+    m_statusItem->onShownChanged(std::move(callback));
+}
+
 void MenuBarManager::rebuildMenu() {
     m_statusItem->rebuildMenu();
 }

@@ -19,6 +19,9 @@ public:
 
     /// Installs the status item. Call it once, before the functions below.
     void setup();
+    /// Calls back when the icon has appeared in a tray, and when the last tray has gone. Requires
+    /// `setup`.
+    void onShownChanged(std::function<void(bool)> callback);
 
     void rebuildMenu();
     /// Call it when another channel is the current one.

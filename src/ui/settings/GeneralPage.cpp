@@ -42,7 +42,10 @@ GeneralPage::GeneralPage(Preferences& preferences, AppState& state,
                        titles<AppTheme>([](AppTheme theme) { return rawValue(theme); }))),
       m_shortcutsInTextFields(addCheckBox(u"shortcutsInTextFields"_s,
                                           u"Use single-key shortcuts while typing"_s,
-                                          {20, 200, 320, 22})),
+                                          {20, 220, 320, 22})),
+      m_shortcutsInGhostMode(addCheckBox(u"shortcutsInGhostMode"_s,
+                                         u"In ghost mode, use shortcuts in other programs too"_s,
+                                         {20, 195, 320, 22})),
       m_autostart(autostart),
       m_startAtLogin(
           addCheckBox(u"startAtLogin"_s, u"Start Orvane at login"_s, {20, 170, 320, 22})),
@@ -57,6 +60,8 @@ GeneralPage::GeneralPage(Preferences& preferences, AppState& state,
             [this](bool isOn) { m_preferences.setAutoPlayLastChannel(isOn); });
     connect(m_shortcutsInTextFields, &QCheckBox::clicked, this,
             [this](bool isOn) { m_preferences.setShortcutsInTextFields(isOn); });
+    connect(m_shortcutsInGhostMode, &QCheckBox::clicked, this,
+            &GeneralPage::shortcutsInGhostModeChanged);
     connect(m_startAtLogin, &QCheckBox::clicked, this, &GeneralPage::autostartChanged);
 }
 
@@ -65,6 +70,7 @@ void GeneralPage::refresh() {
     m_autoPlay->setChecked(m_preferences.autoPlayLastChannel());
     m_theme->setCurrentText(rawValue(m_preferences.theme()));
     m_shortcutsInTextFields->setChecked(m_preferences.shortcutsInTextFields());
+    m_shortcutsInGhostMode->setChecked(m_preferences.shortcutsInGhostMode().value_or(false));
     m_startAtLogin->setChecked(m_autostart.isEnabled());
     m_autostartError->clear();
     m_ytDlp->refresh();
@@ -102,6 +108,11 @@ void GeneralPage::themeChanged() {
         return;
     m_preferences.setTheme(*theme);
     m_notifications.post(AppNotification::themeChanged, *theme);
+}
+
+void GeneralPage::shortcutsInGhostModeChanged(bool isOn) {
+    m_preferences.setShortcutsInGhostMode(isOn);
+    m_notifications.post(AppNotification::shortcutsInGhostModeChanged, isOn);
 }
 
 void GeneralPage::autostartChanged(bool isOn) {

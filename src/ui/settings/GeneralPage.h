@@ -35,6 +35,7 @@ private:
                         const QStringList& titles);
     void resolutionChanged();
     void themeChanged();
+    void shortcutsInGhostModeChanged(bool isOn);
     void autostartChanged(bool isOn);
 
     Preferences& m_preferences;
@@ -44,6 +45,7 @@ private:
     QCheckBox* m_autoPlay;
     QComboBox* m_theme;
     QCheckBox* m_shortcutsInTextFields;
+    QCheckBox* m_shortcutsInGhostMode;
     Autostart m_autostart;
     QCheckBox* m_startAtLogin;
     QLabel* m_autostartError;
