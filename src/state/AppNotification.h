@@ -49,6 +49,8 @@ inline constexpr Topic<bool> ghostModeChanged{"lumenfold.orvane.ghostModeChanged
 /// Whether shortcuts may act in ghost mode while the user types in other programs.
 inline constexpr Topic<bool> shortcutsInGhostModeChanged{
     "lumenfold.orvane.shortcutsInGhostModeChanged"};
+/// A shortcut has consumed a key that was pressed in a text field.
+inline constexpr Topic<> textFieldLostKey{"lumenfold.orvane.textFieldLostKey"};
 /// Whether the session is locked.
 inline constexpr Topic<bool> sessionLockChanged{"lumenfold.orvane.sessionLockChanged"};
 /// Whether the tray shows the program's icon.

@@ -76,12 +76,14 @@ HotkeyManager::Outcome HotkeyManager::handleElsewhere(const KeyEvent& event) {
 }
 
 HotkeyManager::Outcome HotkeyManager::handle(const KeyEvent& event) {
-    if (event.target == KeyEvent::Target::textField && !m_with.preferences.shortcutsInTextFields())
+    if (event.target != KeyEvent::Target::elsewhere && !m_with.preferences.shortcutsInTextFields())
         return Outcome::passedOn;
     // Only arrows repeat: a toggle must not flip while its key is held down.
     if (event.repeat == KeyEvent::Repeat::again && !isArrow(event.keyCode))
         return m_firstOutcome;
     m_firstOutcome = press(event);
+    if (m_firstOutcome == Outcome::consumed && event.target == KeyEvent::Target::textField)
+        m_with.notifications.post(AppNotification::textFieldLostKey);
     return m_firstOutcome;
 }
 
@@ -90,6 +92,8 @@ HotkeyManager::Outcome HotkeyManager::press(const KeyEvent& event) {
         return Outcome::passedOn;
     if (playFavorite(event.keyCode) || pressCharacter(event.charactersIgnoringModifiers.toLower()))
         return Outcome::consumed;
+    if (event.keyCode == KeyCode::escape && event.escapeCloses && !m_with.state.isGhostMode())
+        return Outcome::passedOn;
     return pressKey(event.keyCode);
 }
 

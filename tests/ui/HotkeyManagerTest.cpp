@@ -133,13 +133,27 @@ TEST_F(HotkeyManagerTest, OnlyArrowsRepeat) {
 }
 
 TEST_F(HotkeyManagerTest, TextFieldsKeepTheirKeysIfThePreferenceSaysSo) {
-    const KeyEvent event{.charactersIgnoringModifiers = u"q"_s,
-                         .target = KeyEvent::Target::textField};
-    EXPECT_EQ(press(event), consumed);
-    preferences.setShortcutsInTextFields(false);
-    EXPECT_EQ(press(event), passedOn);
-    EXPECT_EQ(actions.calls.size(), 1);
+    KeyEvent event{.charactersIgnoringModifiers = u"q"_s};
+    int lost = 0;
+    const auto token =
+        notifications.addObserver(AppNotification::textFieldLostKey, [&lost] { ++lost; });
+    for (const auto target : {KeyEvent::Target::textField, KeyEvent::Target::window}) {
+        event.target = target;
+        preferences.setShortcutsInTextFields(true);
+        EXPECT_EQ(press(event), consumed);
+        preferences.setShortcutsInTextFields(false);
+        EXPECT_EQ(press(event), passedOn);
+        EXPECT_EQ(std::exchange(actions.calls, {}).size(), 1);
+    }
+    EXPECT_EQ(lost, 1) << "told of text fields only";
     EXPECT_EQ(press(u"q"_s), consumed);
+}
+
+TEST_F(HotkeyManagerTest, AnEscapeThatClosesAWindowDoesNothingElse) {
+    EXPECT_EQ(press({.keyCode = KeyCode::escape, .escapeCloses = true}), passedOn);
+    EXPECT_TRUE(posted.isEmpty());
+    state.setGhostMode(true);
+    EXPECT_EQ(press({.keyCode = KeyCode::escape, .escapeCloses = true}), consumed);
 }
 
 TEST_F(HotkeyManagerTest, ListensToOtherProgramsOnlyInGhostModeAndWithPermission) {

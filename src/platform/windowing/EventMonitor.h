@@ -23,6 +23,9 @@ public:
     using Handler = std::function<void()>;
     using KeyHandler = std::function<Outcome(const KeyEvent&)>;
 
+    /// The dynamic property of the window in which keys are always shortcuts.
+    static constexpr const char* shortcutWindow = "shortcutWindow";
+
     virtual ~EventMonitor() = default;
 
     /// Calls the handler soon after the pointer has moved, with or without a pressed button.

@@ -41,8 +41,9 @@ inline constexpr std::uint32_t command = 1U << 20;
 struct KeyEvent {
     /// Whether this is an automatic repetition of a key that is held down.
     enum class Repeat { first, again };
-    /// Whether a text field has the focus.
-    enum class Target { elsewhere, textField };
+    /// What has the focus: the player window or no window of this program, another of its windows,
+    /// or a text field in one of those.
+    enum class Target { elsewhere, window, textField };
 
     KeyCode keyCode = KeyCode::other;
     std::uint32_t modifierFlags = 0;
@@ -51,6 +52,8 @@ struct KeyEvent {
     QString charactersIgnoringModifiers = {};
     Repeat repeat = Repeat::first;
     Target target = Target::elsewhere;
+    /// Whether Escape closes the window that has the focus.
+    bool escapeCloses = false;
 };
 
 } // namespace orvane

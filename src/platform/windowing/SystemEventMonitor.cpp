@@ -8,6 +8,7 @@
 
 #include <QApplication>
 #include <QCursor>
+#include <QDialog>
 #include <QKeyEvent>
 #include <QWidget>
 
@@ -40,9 +41,12 @@ bool isMenuOpen() {
 
 KeyEvent::Target keyTarget() {
     const QWidget* widget = QApplication::focusWidget();
-    return widget != nullptr && widget->testAttribute(Qt::WA_InputMethodEnabled)
-               ? KeyEvent::Target::textField
-               : KeyEvent::Target::elsewhere;
+    if (widget != nullptr && widget->testAttribute(Qt::WA_InputMethodEnabled))
+        return KeyEvent::Target::textField;
+    const QWidget* window = QApplication::activeWindow();
+    const bool isPlayer =
+        window == nullptr || window->property(EventMonitor::shortcutWindow).toBool();
+    return isPlayer ? KeyEvent::Target::elsewhere : KeyEvent::Target::window;
 }
 
 KeyEvent::Repeat repeat(bool isRepeat) {
@@ -63,6 +67,7 @@ public:
         KeyEvent key = m_keyboard.keyEvent(press->nativeScanCode(), press->nativeModifiers());
         key.repeat = repeat(press->isAutoRepeat());
         key.target = keyTarget();
+        key.escapeCloses = qobject_cast<const QDialog*>(QApplication::activeWindow()) != nullptr;
         // Copied, because the handler may destroy this monitor.
         const EventMonitor::KeyHandler handle = m_handler;
         return handle(key) == EventMonitor::Outcome::consumed;

@@ -2,6 +2,7 @@
 #include "ui/player/PlayerWindow.h"
 
 #include "model/AppConstants.h"
+#include "platform/windowing/EventMonitor.h"
 #include "platform/windowing/FloatingWindowFactory.h"
 #include "settings/Preferences.h"
 #include "state/AppNotification.h"
@@ -75,6 +76,7 @@ PlayerWindow::PlayerWindow(const Collaborators& collaborators)
                                               m_with.notifications, m_with.videoOutput, this)),
       m_ghostMode(*this, m_with.events) {
     setWindowTitle(AppConstants::appName);
+    setProperty(EventMonitor::shortcutWindow, true);
     setMinimumSize(smallestPlayerSize);
     // It is rarely the active window, as it does not take the keyboard focus when it is shown.
     setAttribute(Qt::WA_AlwaysShowToolTips);

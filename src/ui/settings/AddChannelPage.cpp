@@ -3,6 +3,7 @@
 
 #include "base/TaskScope.h"
 #include "settings/Preferences.h"
+#include "state/AppNotification.h"
 #include "ui/DisplayText.h"
 #include "ui/FittedText.h"
 #include "ui/Spinner.h"
@@ -10,6 +11,7 @@
 #include "ui/settings/RoundedBox.h"
 #include "ui/theme/TextColor.h"
 
+#include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
@@ -51,8 +53,8 @@ QPushButton* makeButton(const QString& name, const QString& title) {
 
 } // namespace
 
-AddChannelPage::AddChannelPage(Preferences& preferences, TaskScope& tasks, Resolve resolve,
-                               const QString& siteHost)
+AddChannelPage::AddChannelPage(Preferences& preferences, NotificationCenter& notifications,
+                               TaskScope& tasks, Resolve resolve, const QString& siteHost)
     : m_preferences(preferences),
       m_tasks(tasks),
       m_resolve(std::move(resolve)),
@@ -64,6 +66,11 @@ AddChannelPage::AddChannelPage(Preferences& preferences, TaskScope& tasks, Resol
                                   .border = SystemColors::withAlpha(SystemColors::green, 0.3)})),
       m_customScroll(makeListScroll(u"customScroll"_s)) {
     addInput(siteHost);
+    addTypingHint();
+    m_textFieldLostKey = notifications.addObserver(AppNotification::textFieldLostKey, [this] {
+        if (m_channelInput->hasFocus())
+            m_typingHint->show();
+    });
     addPreview();
     m_statusLabel = addLabel({}, {20, 170, pageWidth, lineHeight}, {.size = 12});
     m_statusLabel->setObjectName(u"statusLabel"_s);
@@ -96,6 +103,25 @@ void AddChannelPage::addInput(const QString& siteHost) {
     // A changed text may be resolved while the previous one is still being resolved.
     connect(m_channelInput, &QLineEdit::textEdited, this,
             [this] { m_resolveButton->setEnabled(true); });
+}
+
+void AddChannelPage::addTypingHint() {
+    m_typingHint = new QWidget;
+    m_typingHint->setObjectName(u"typingHint"_s);
+    auto* row = new QHBoxLayout(m_typingHint);
+    row->setContentsMargins({});
+    auto* text = new QLabel(u"Letters are shortcuts here"_s);
+    text->setTextFormat(Qt::PlainText);
+    row->addWidget(text);
+    auto* button = makeButton(u"typeInstead"_s, u"Type instead"_s);
+    connect(button, &QPushButton::clicked, this, [this] {
+        m_preferences.setShortcutsInTextFields(false);
+        m_typingHint->hide();
+        focusInput();
+    });
+    row->addWidget(button);
+    place(m_typingHint, {160, 258, 340, 26});
+    m_typingHint->hide();
 }
 
 void AddChannelPage::addPreview() {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/Cancellation.h"
+#include "base/NotificationCenter.h"
 #include "streaming/ChannelResolver.h"
 #include "ui/FormPage.h"
 
@@ -31,8 +32,8 @@ public:
         std::function<QCoro::Task<ChannelResolver::Result>(QString input, std::stop_token stop)>;
 
     /// All references outlive the page. `siteHost` is the host whose addresses can be pasted.
-    AddChannelPage(Preferences& preferences, TaskScope& tasks, Resolve resolve,
-                   const QString& siteHost);
+    AddChannelPage(Preferences& preferences, NotificationCenter& notifications, TaskScope& tasks,
+                   Resolve resolve, const QString& siteHost);
 
     /// Puts the text into the input field and resolves it.
     void resolveChannel(const QString& text);
@@ -47,6 +48,7 @@ protected:
 private:
     enum class Tone { neutral, success, error };
 
+    void addTypingHint();
     void addInput(const QString& siteHost);
     void addPreview();
     void resolveInput();
@@ -63,6 +65,9 @@ private:
     TaskScope& m_tasks;
     Resolve m_resolve;
     QLineEdit* m_channelInput;
+    /// Shown once a shortcut has taken a key from the input.
+    QWidget* m_typingHint = nullptr;
+    NotificationCenter::Token m_textFieldLostKey;
     QPushButton* m_resolveButton;
     Spinner* m_busyIndicator;
     RoundedBox* m_previewBg;

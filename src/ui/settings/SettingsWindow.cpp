@@ -38,7 +38,8 @@ SettingsWindow::SettingsWindow(const Collaborators& with)
                            Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
                            Qt::WindowCloseButtonHint | Qt::WindowMinimizeButtonHint),
       m_tabView(new QTabWidget(this)),
-      m_addChannel(new AddChannelPage(with.preferences, with.tasks, with.resolve, with.siteHost)),
+      m_addChannel(new AddChannelPage(with.preferences, with.notifications, with.tasks,
+                                      with.resolve, with.siteHost)),
       m_openAddChannel(with.notifications.addObserver(AppNotification::openAddChannel,
                                                       [this] { showCustomChannelsTab(); })) {
     setWindowTitle(u"Orvane Settings"_s);
