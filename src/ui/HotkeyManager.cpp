@@ -32,7 +32,7 @@ HotkeyManager::~HotkeyManager() = default;
 
 void HotkeyManager::start() {
     m_monitor = m_with.events.addLocalKeyDownMonitor(
-        [this](const KeyEvent& event) { return handle(event); });
+        [this](const KeyEvent& event) { return handleHere(event); });
     m_observers = m_with.notifications.addObservers([this] { updateGlobalMonitor(); },
                                                     AppNotification::ghostModeChanged,
                                                     AppNotification::shortcutsInGhostModeChanged);
@@ -73,6 +73,30 @@ HotkeyManager::Outcome HotkeyManager::handleElsewhere(const KeyEvent& event) {
     if (keysElsewhere() == Elsewhere::escape && event.keyCode != KeyCode::escape)
         return Outcome::passedOn;
     return handle(event);
+}
+
+HotkeyManager::Outcome HotkeyManager::handleHere(const KeyEvent& event) {
+    return pressKeyEquivalent(event) ? Outcome::consumed : handle(event);
+}
+
+bool HotkeyManager::pressKeyEquivalent(const KeyEvent& event) {
+    if ((event.modifierFlags & rejectedModifiers) != ModifierFlags::control)
+        return false;
+    const QString character = event.charactersIgnoringModifiers.toLower();
+    const bool isFirst = event.repeat == KeyEvent::Repeat::first;
+    if (character == u"n") {
+        if (isFirst)
+            m_with.actions.menuAddChannel();
+    } else if (character == u",") {
+        if (isFirst)
+            m_with.actions.menuOpenSettings();
+    } else if (character == u"q") {
+        if (isFirst)
+            m_with.actions.terminate();
+    } else {
+        return false;
+    }
+    return true;
 }
 
 HotkeyManager::Outcome HotkeyManager::handle(const KeyEvent& event) {

@@ -48,6 +48,8 @@ private:
     void updateGlobalMonitor();
     [[nodiscard]] Elsewhere keysElsewhere() const;
     Outcome handleElsewhere(const KeyEvent& event);
+    [[nodiscard]] Outcome handleHere(const KeyEvent& event);
+    [[nodiscard]] bool pressKeyEquivalent(const KeyEvent& event);
     [[nodiscard]] Outcome handle(const KeyEvent& event);
     [[nodiscard]] Outcome press(const KeyEvent& event);
     [[nodiscard]] bool playFavorite(KeyCode key);

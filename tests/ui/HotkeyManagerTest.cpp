@@ -106,6 +106,21 @@ TEST_F(HotkeyManagerTest, GhostModeChangesFAndEscape) {
     EXPECT_TRUE(posted.isEmpty());
 }
 
+TEST_F(HotkeyManagerTest, KeyEquivalentsOfTheMenusActInTheProgramsWindows) {
+    using namespace ModifierFlags;
+    for (const auto& [key, expected] :
+         {std::pair(u"n"_s, u"add"_s), {u","_s, u"settings"_s}, {u"q"_s, u"terminate"_s}}) {
+        KeyEvent event{.modifierFlags = control,
+                       .charactersIgnoringModifiers = key,
+                       .target = KeyEvent::Target::textField};
+        EXPECT_EQ(press(event), consumed);
+        EXPECT_EQ(std::exchange(actions.calls, {}), QStringList{expected});
+        event.modifierFlags = control | shift;
+        EXPECT_EQ(press(event), passedOn);
+        EXPECT_TRUE(actions.calls.isEmpty());
+    }
+}
+
 TEST_F(HotkeyManagerTest, ModifiersDisableEveryKey) {
     for (std::uint32_t bit = 16; bit < 32; ++bit) {
         const bool isNumberPad = bit == 21;

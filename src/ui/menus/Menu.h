@@ -36,7 +36,7 @@ struct MenuItem {
     QString representedObject = {};
     /// The action's argument in minutes.
     int tag = 0;
-    /// Shown beside the title; empty for none. The menu does not handle the key itself.
+    /// Shown beside the title; empty for none. The key acts while the menu is open.
     QString keyEquivalent = {};
     ModifierMask modifierMask = ModifierMask::command;
     bool isOn = false;

@@ -3,6 +3,7 @@
 
 #include "ui/ApplicationActions.h"
 #include "ui/DisplayText.h"
+#include "ui/menus/MenuKeys.h"
 
 #include <QGuiApplication>
 #include <QKeySequence>
@@ -52,8 +53,7 @@ QString label(const MenuItem& item) {
            escapedMnemonics(singleLineName(item.title));
 }
 
-/// Only shows the shortcut: `HotkeyManager` handles the keys, and a menu without a window does not
-/// activate its shortcuts.
+/// Shows the key, which acts while the menu is open; otherwise `HotkeyManager` handles the keys.
 void showKeyEquivalent(const MenuItem& item, QAction& action) {
     const QString modifier = item.modifierMask == ModifierMask::command ? u"Ctrl+"_s : QString();
     action.setShortcut(item.keyEquivalent.isEmpty()
@@ -120,6 +120,7 @@ void renderMenu(const Menu& menu, ApplicationActions& actions, QMenu& target) {
         // A menu that is taller than the screen scrolls instead of using columns.
         target.setStyleSheet(u"QMenu { menu-scrollable: 1; }"_s);
         target.clear();
+        handleKeyEquivalents(target);
         qDeleteAll(target.findChildren<QMenu*>(Qt::FindDirectChildrenOnly)); // The submenus.
         for (const MenuItem& item : menu)
             addEntry(item, actions, target);
