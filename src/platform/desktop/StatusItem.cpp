@@ -47,6 +47,12 @@ void StatusItem::rebuildMenu() {
         m_fill(*m_menu);
 }
 
+void StatusItem::setToolTip(const QString& text) {
+    m_toolTip = text;
+    if (m_trayIcon)
+        m_trayIcon->setToolTip(text);
+}
+
 bool StatusItem::isShown() const {
     return m_trayIcon && m_trays.hasTray();
 }

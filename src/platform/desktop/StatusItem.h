@@ -27,6 +27,7 @@ public:
     ~StatusItem() override;
 
     void rebuildMenu();
+    void setToolTip(const QString& text);
 
     /// Calls back when the icon has appeared in a tray, and when the last tray has gone.
     void onShownChanged(std::function<void(bool)> callback) {

@@ -3,7 +3,9 @@
 
 #include "model/AppConstants.h"
 #include "platform/desktop/StatusItem.h"
+#include "state/AppState.h"
 #include "ui/ApplicationIcon.h"
+#include "ui/DisplayText.h"
 #include "ui/menus/MenuRenderer.h"
 #include "ui/menus/StatusMenuBuilder.h"
 
@@ -36,6 +38,11 @@ void MenuBarManager::rebuildMenu() {
 
 void MenuBarManager::updateCurrentChannel() {
     rebuildMenu();
+    // A key can play a channel while no window shows it.
+    const auto& channel = m_sources.state.currentChannel();
+    m_statusItem->setToolTip(channel ? AppConstants::appName + u": "_s +
+                                           singleLineName(channel->displayName())
+                                     : QString(AppConstants::appName));
 }
 
 StatusItemPresence MenuBarManager::presence() const {
