@@ -131,6 +131,42 @@ class Keys(SiteCase):
         self.desktop.click(x + width - right, y + height - 28)
         wait_until(lambda: not self.desktop.windows(QUESTION), "the end of the question")
 
+    def test_in_own_windows(self):
+        program = self.open()
+        desktop = self.desktop
+        # The keys of the menus act in every window.
+        desktop.key("ctrl+n")
+        settings = desktop.window("Orvane Settings")
+        desktop.key(US["m"])
+        program.wait_for_preferences(isMuted=True)
+        x, y, _, _ = desktop.frame(settings)
+        # A key that plays opens no window; the desktop is told what plays, and closing ends it.
+        desktop.close(program.window())
+        wait_until(lambda: not program.is_shown(), "a hidden window")
+        desktop.key(FAVOURITE_KEYS[1])
+        program.wait_for_preferences(lastChannelID=CHANNELS[1])
+        self.assertFalse(program.is_shown())
+        player = ("playerctl", "--player=orvane")
+        wait_until(lambda: desktop.run(*player, "status").strip() == "Playing", "a player that plays")
+        desktop.run(*player, "stop")
+        program.wait_for_preferences(lastChannelID="")
+        program.tell("show")
+        desktop.activate(settings)
+        # The line under the field, with its button.
+        desktop.click(x + 418, y + 166)
+        program.wait_for_preferences(shortcutsInTextFields=False)
+        desktop.key(US["m"], US["q"], SPACE, ESCAPE)
+        desktop.close(settings)
+        wait_until(lambda: not desktop.windows("Orvane Settings"), "the end of the settings")
+        self.assertIs(program.preferences()["isMuted"], True)
+        self.assertEqual(program.frame()[2:], (480, 314))
+
+        desktop.activate(program.window())
+        desktop.key("ctrl+comma")
+        desktop.window("Orvane Settings")
+        desktop.key("ctrl+q")
+        self.assertEqual(program.wait_for_end(), 0)
+
     def allow_in_settings(self, program):
         self.desktop.activate(program.window())
         self.desktop.key(US[","])
