@@ -64,7 +64,7 @@ void SettingsWindow::addTabKeys() {
     // A pop-up with the focus would take some of these keys for itself, and an open one all.
     for (const auto& [keys, step] : tabKeys)
         connect(new QShortcut(QKeySequence(keys), this), &QShortcut::activated, this,
-                [this, step = step] { selectNeighbour(step); });
+                [this, by = step] { selectNeighbour(by); });
     for (QComboBox* popUp : findChildren<QComboBox*>()) {
         popUp->installEventFilter(this);
         popUp->view()->installEventFilter(this);
