@@ -114,6 +114,9 @@ void PlayerManager::fail(const Channel& channel, const QString& message) {
     qCWarning(logPlayer, "%s: failed: %s", qUtf8Printable(channel.id()),
               qUtf8Printable(withoutSecrets(message)));
     qCInfo(logPlayer, "shown: %s", qUtf8Printable(messageFor(message)));
+    // The former channel went on under the overlay until now.
+    if (m_player)
+        m_player->pause();
     m_state.setError(channel, message);
 }
 
@@ -140,20 +143,21 @@ bool PlayerManager::playNeighbor(ChannelStep step) {
 }
 
 // A failed channel has the transport commands too: pausing it ends the attempts to open it again.
+// Its player, which may be that of the former channel, stays paused.
 
 void PlayerManager::pause() {
+    if (!m_player && !hasFailed())
+        return;
     if (m_player)
         m_player->pause();
-    else if (!hasFailed())
-        return;
     m_state.setTransport(Transport::paused);
 }
 
 void PlayerManager::resume() {
-    if (m_player)
-        m_player->play();
-    else if (!hasFailed())
+    if (!m_player && !hasFailed())
         return;
+    if (!hasFailed())
+        m_player->play();
     m_state.setTransport(Transport::playing);
 }
 

@@ -222,6 +222,17 @@ TEST_F(PlayerManagerTest, ShowsEveryOtherFailureAndCanRetry) {
     player.retryCurrent();
     settle();
     EXPECT_EQ(processes.requests.size(), 2);
+
+    // The former channel is silent under the error of the next one, whatever the user presses.
+    processes.answer = [](const auto&) { return printed({}, "offline", 1); };
+    player.play(second);
+    settle();
+    ASSERT_EQ(error(), u"Stream resolve failed: offline"_s);
+    EXPECT_EQ(takeLog().filter(u"a:"_s).last(), u"a: pause"_s);
+    player.togglePlayPause();
+    player.togglePlayPause();
+    EXPECT_EQ(state.transport(), Transport::playing);
+    EXPECT_EQ(takeLog(), QStringList{u"a: pause"_s});
 }
 
 TEST_F(PlayerManagerTest, IgnoresTheFailureOfAFormerChannel) {
