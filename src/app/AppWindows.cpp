@@ -35,8 +35,7 @@ AppWindows::~AppWindows() = default;
 void AppWindows::showPlayer() {
     if (!m_player)
         makePlayer();
-    m_player->show();
-    m_player->raise();
+    m_player->present();
 }
 
 void AppWindows::makePlayer() {

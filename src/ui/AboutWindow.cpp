@@ -58,8 +58,7 @@ AboutWindow::AboutWindow() : AboutWindow(QStringLiteral(ORVANE_WEBSITE)) {}
 
 AboutWindow::AboutWindow(const QString& website)
     : QDialog(nullptr, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
-                           Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint |
-                           Qt::WindowStaysOnTopHint),
+                           Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint),
       m_website(website) {
     setWindowTitle(u"About Orvane"_s);
     setWindowRole(u"about"_s);
@@ -75,7 +74,6 @@ AboutWindow::AboutWindow(const QString& website)
 }
 
 QPushButton* AboutWindow::makeButton() {
-
     const QString host = webAddress(m_website).host();
     if (host.isEmpty())
         return nullptr;

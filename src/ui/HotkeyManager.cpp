@@ -100,13 +100,15 @@ bool HotkeyManager::pressKeyEquivalent(const KeyEvent& event) {
 }
 
 HotkeyManager::Outcome HotkeyManager::handle(const KeyEvent& event) {
-    if (event.target != KeyEvent::Target::elsewhere && !m_with.preferences.shortcutsInTextFields())
+    using enum KeyEvent::Target;
+    const bool isInDialog = event.target == window || event.target == textField;
+    if (isInDialog && !m_with.preferences.shortcutsInTextFields())
         return Outcome::passedOn;
     // Only arrows repeat: a toggle must not flip while its key is held down.
     if (event.repeat == KeyEvent::Repeat::again && !isArrow(event.keyCode))
         return m_firstOutcome;
     m_firstOutcome = press(event);
-    if (m_firstOutcome == Outcome::consumed && event.target == KeyEvent::Target::textField)
+    if (m_firstOutcome == Outcome::consumed && event.target == textField)
         m_with.notifications.post(AppNotification::textFieldLostKey);
     return m_firstOutcome;
 }
@@ -114,7 +116,12 @@ HotkeyManager::Outcome HotkeyManager::handle(const KeyEvent& event) {
 HotkeyManager::Outcome HotkeyManager::press(const KeyEvent& event) {
     if ((event.modifierFlags & rejectedModifiers) != 0)
         return Outcome::passedOn;
-    if (playFavorite(event.keyCode) || pressCharacter(event.charactersIgnoringModifiers.toLower()))
+    const QString character = event.charactersIgnoringModifiers.toLower();
+    // The only button of the player window that gets the focus is the one that retries a failed
+    // channel, which has no picture to pause.
+    if (event.target == KeyEvent::Target::button && character == u" ")
+        return Outcome::passedOn;
+    if (playFavorite(event.keyCode) || pressCharacter(character))
         return Outcome::consumed;
     if (event.keyCode == KeyCode::escape && event.escapeCloses && !m_with.state.isGhostMode())
         return Outcome::passedOn;

@@ -105,7 +105,6 @@ void UpdaterDialog::setProgress(double fraction, const QString& text) {
 void UpdaterDialog::makeDialog() {
     m_dialog = std::make_unique<QDialog>();
     m_dialog->setWindowTitle(u"Orvane Update"_s);
-    m_dialog->setWindowFlag(Qt::WindowStaysOnTopHint);
     auto* layout = new QVBoxLayout(m_dialog.get());
     layout->setContentsMargins(margin, margin, margin, margin);
     layout->setSizeConstraint(QLayout::SetFixedSize);

@@ -4,7 +4,8 @@
 import pathlib
 import unittest
 
-from case import TrayCase
+from case import BUILD, TrayCase
+from tools.backdrop import Backdrop
 from tools.waiting import wait_until
 
 XFCE_PANEL = """<?xml version="1.0" encoding="UTF-8"?>
@@ -126,6 +127,41 @@ class Menus(TrayCase):
         self.open_context_menu()
         self.desktop.key("Up", "Return")
         self.assertEqual(program.wait_for_end(), 0)
+
+    def test_minimised_player(self):
+        """A window manager minimises it all the same; whatever shows it again leaves the keyboard alone."""
+        self.start_tint2()
+        program = self.start()
+        program.wait_for("playing")
+        self.wait_for_icon()
+        frame, window = program.frame(), program.window()
+        backdrop = self.enterContext(Backdrop(self.desktop, (0, 170, 0)))
+        backdrop.raise_()
+
+        def start_again():
+            self.desktop.run(f"{BUILD}/orvane")
+
+        def choose_in_the_tray():
+            self.open_tray_menu()
+            self.desktop.key("Down", "Down", "Down", "Return")
+
+        def raise_by_mpris():
+            self.desktop.run("gdbus", "call", "--session", "--dest", "org.mpris.MediaPlayer2.orvane", "--object-path",
+                             "/org/mpris/MediaPlayer2", "--method", "org.mpris.MediaPlayer2.Raise")
+
+        for bring_back in (start_again, choose_in_the_tray, raise_by_mpris):
+            self.desktop.run("xdotool", "windowminimize", window)
+            wait_until(lambda: "Iconic" in self.desktop.run("xprop", "-id", window, "WM_STATE"), "a minimised window")
+            bring_back()
+            wait_until(lambda: program.is_shown() and program.frame() == frame, bring_back.__name__)
+            count = len(backdrop.keys())
+            self.desktop.key("x")
+            wait_until(lambda n=count: len(backdrop.keys()) > n, "the key in the other program")
+            x, y = frame[0] + 30, frame[1] + 60
+            wait_until(lambda: self.desktop.pixel(x, y)[1] != 170, "the window above the other one")
+        states = self.desktop.run("xprop", "-id", window, "_NET_WM_STATE")
+        self.assertIn("SKIP_TASKBAR", states)
+        self.quit_cleanly()
 
     def test_sleep_timer(self):
         """The shortest timer, on the real clock."""

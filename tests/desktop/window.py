@@ -114,8 +114,56 @@ class Window(WindowCase):
             wait_until(lambda: program.tell("state") == "window", "the state")
         program.tell("fullscreen")
         self.wait_for_frame((0, 0, 1280, 720), "full screen")
+        self.leave_the_pointer_alone()
+        # Closed in full screen, it opens in its frame, and both ways still work.
+        self.desktop.close(program.window())
+        wait_until(lambda: not program.is_shown(), "a hidden window")
+        self.assertEqual(program.tell("state"), "window")
+        program.tell("show")
+        for wanted in (frame, (0, 0, 1280, 720), frame, (0, 0, 1280, 720)):
+            self.wait_for_frame(wanted, "opened again, and full screen by turns")
+            program.tell("fullscreen")
+        self.wait_for_frame(frame, "opened again")
+        program.tell("fullscreen")
+        self.wait_for_frame((0, 0, 1280, 720), "full screen")
         self.assertEqual(program.quit(), 0)
         self.assertEqual(program.preferences()["windowFrame"], "{{780, 386}, {480, 314}}")
+
+    def leave_the_pointer_alone(self):
+        """In full screen the bar and the close button go after the last movement, and come back with the next."""
+        def close_button_is_up() -> bool:
+            return max(self.desktop.pixel(19, 19)) > 25
+
+        for dx in (3, 1):
+            self.desktop.point(600, 300)
+            self.desktop.move_pointer(dx, 0)
+            wait_until(lambda: self.bar_is_up() and close_button_is_up(), "the bar and the close button")
+            wait_until(lambda: self.bar_is_gone() and not close_button_is_up(), "nothing but the picture")
+
+    def test_level_of_dialogs(self):
+        """Above other programs' windows only while the player window would hide it."""
+        program = self.open()
+        self.wait_for_frame(FIRST_FRAME, "first start")
+        backdrop = self.enterContext(Backdrop(self.desktop, COLOUR))
+        self.desktop.activate(program.window())
+        self.desktop.key("comma")
+        settings = self.desktop.window("Orvane Settings")
+        x, y, width, height = self.desktop.frame(settings)
+        under_the_player = (x + width - 10, y + height - 10)
+        beside = (x + 10, y + height - 10)
+        self.assertGreater(under_the_player[0], FIRST_FRAME[0])
+
+        def shows_settings(place) -> bool:
+            return min(self.desktop.pixel(*place)) > 200
+
+        wait_until(lambda: shows_settings(under_the_player), "the settings above the player")
+        backdrop.raise_()
+        self.assertTrue(shows_settings(beside), "the settings above the other program")
+        # Away from the player it is a window like others.
+        self.drag(*self.centre(), 0, -FIRST_FRAME[1], (780, 0, 480, 314), "dragged away")
+        self.drag(780 + 150, 314 - 22, 130, 0, (910, 0, 480, 314), "dragged away further")
+        backdrop.raise_()
+        wait_until(lambda: is_backdrop(self.desktop.pixel(*beside)), "the other program above the settings")
 
     def bar_is_up(self) -> bool:
         x, y, width, height = self.program.frame()

@@ -162,6 +162,12 @@ TEST_F(HotkeyManagerTest, TextFieldsKeepTheirKeysIfThePreferenceSaysSo) {
     }
     EXPECT_EQ(lost, 1) << "told of text fields only";
     EXPECT_EQ(press(u"q"_s), consumed);
+
+    // A button of the player window keeps only the space bar.
+    event.target = KeyEvent::Target::button;
+    EXPECT_EQ(press(event), consumed);
+    event.charactersIgnoringModifiers = u" "_s;
+    EXPECT_EQ(press(event), passedOn);
 }
 
 TEST_F(HotkeyManagerTest, AnEscapeThatClosesAWindowDoesNothingElse) {

@@ -8,6 +8,7 @@
 #include "platform/system/Memory.h"
 #include "platform/system/TerminationSignals.h"
 #include "state/AppNotification.h"
+#include "ui/player/PlayerWindow.h"
 
 #include <QApplication>
 #include <QSocketNotifier>
@@ -21,8 +22,17 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+PlayerWindow& player() {
+    PlayerWindow* found = nullptr;
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        if (auto* candidate = qobject_cast<PlayerWindow*>(window))
+            found = candidate;
+    }
+    return *found;
+}
+
 /// Executes one command; returns its result.
-QString execute(Services& services, const QStringList& words) {
+QString execute(Services& services, AppDelegate& delegate, const QStringList& words) {
     const QString& command = words.first();
     const QString argument = words.value(1);
     const Channel channel = services.registry.featured().first();
@@ -50,12 +60,12 @@ QString execute(Services& services, const QStringList& words) {
         services.sleepTimer.schedule(argument.toInt());
     else if (command == u"focus"_s)
         return QGuiApplication::focusWindow() != nullptr ? u"ours"_s : u"elsewhere"_s;
+    else if (command == u"about"_s)
+        delegate.menuShowAbout();
     else if (command == u"close"_s)
-        for (QWidget* window : QApplication::topLevelWidgets())
-            window->hide();
+        player().hide();
     else if (command == u"show"_s)
-        for (QWidget* window : QApplication::topLevelWidgets())
-            window->show();
+        player().present();
     else
         return u"unknown command"_s;
     return {};
@@ -91,7 +101,7 @@ int main(int argc, char** argv) {
             return;
         }
         const QStringList words = QString::fromStdString(line).split(u' ');
-        std::cout << "done " << execute(services, words).toStdString() << std::endl;
+        std::cout << "done " << execute(services, delegate, words).toStdString() << std::endl;
     });
     return QApplication::exec();
 }

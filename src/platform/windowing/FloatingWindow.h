@@ -30,8 +30,11 @@ public:
     virtual ~FloatingWindow() = default;
 
     /// To be called each time before the window is shown; it has a native window by then. Puts it
-    /// on all desktops and keeps it out of the task bar and the pager.
+    /// on all desktops, keeps it out of the task bar and the pager, and forbids to minimise it.
     virtual void aboutToShow() = 0;
+    /// To be called each time before the window is hidden. Keeps its frame, which window managers
+    /// change while they let go of a window.
+    virtual void aboutToHide() = 0;
     /// To be called each time after the window was shown. Restores the size hints and the frame,
     /// which Qt has overwritten.
     virtual void shown() = 0;

@@ -17,6 +17,7 @@ public:
     explicit PlainWindow(QWidget& window) : m_window(window) {}
 
     void aboutToShow() override {}
+    void aboutToHide() override {}
     void shown() override {}
     void setSizeHints(QSize, QSize, QSize) override {}
     [[nodiscard]] QRectF frame() const override { return m_window.geometry(); }

@@ -41,9 +41,9 @@ inline constexpr std::uint32_t command = 1U << 20;
 struct KeyEvent {
     /// Whether this is an automatic repetition of a key that is held down.
     enum class Repeat { first, again };
-    /// What has the focus: the player window or no window of this program, another of its windows,
-    /// or a text field in one of those.
-    enum class Target { elsewhere, window, textField };
+    /// What has the focus: the player window or no window of this program, a button in the player
+    /// window, another of the program's windows, or a text field in one of those.
+    enum class Target { elsewhere, button, window, textField };
 
     KeyCode keyCode = KeyCode::other;
     std::uint32_t modifierFlags = 0;

@@ -6,6 +6,7 @@
 #include "platform/windowing/X11RawInput.h"
 #include "platform/windowing/X11RawKeys.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QCursor>
 #include <QDialog>
@@ -44,9 +45,12 @@ KeyEvent::Target keyTarget() {
     if (widget != nullptr && widget->testAttribute(Qt::WA_InputMethodEnabled))
         return KeyEvent::Target::textField;
     const QWidget* window = QApplication::activeWindow();
-    const bool isPlayer =
-        window == nullptr || window->property(EventMonitor::shortcutWindow).toBool();
-    return isPlayer ? KeyEvent::Target::elsewhere : KeyEvent::Target::window;
+    if (window == nullptr)
+        return KeyEvent::Target::elsewhere;
+    if (!window->property(EventMonitor::shortcutWindow).toBool())
+        return KeyEvent::Target::window;
+    const bool isButton = qobject_cast<const QAbstractButton*>(widget) != nullptr;
+    return isButton ? KeyEvent::Target::button : KeyEvent::Target::elsewhere;
 }
 
 KeyEvent::Repeat repeat(bool isRepeat) {

@@ -8,6 +8,7 @@
 
 #include <xcb/screensaver.h>
 
+#include <algorithm>
 #include <cstring>
 #include <map>
 #include <string>
@@ -76,6 +77,18 @@ xcb_atom_t atom(std::string_view name) {
     const xcb_atom_t atom = reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
     known.emplace(name, atom);
     return atom;
+}
+
+void ask(xcb_window_t window, std::string_view request, std::array<uint32_t, 5> data) {
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = atom(request);
+    std::ranges::copy(data, message.data.data32);
+    xcb_send_event(connection(), 0, root(),
+                   XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                   reinterpret_cast<const char*>(&message));
 }
 
 bool isXWayland() {

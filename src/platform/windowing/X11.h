@@ -3,6 +3,8 @@
 
 #include <xcb/xcb.h>
 
+#include <array>
+#include <cstdint>
 #include <cstdlib>
 #include <memory>
 #include <string_view>
@@ -22,6 +24,9 @@ namespace orvane::X11 {
 
 /// Requires a connection. Atoms are cached.
 [[nodiscard]] xcb_atom_t atom(std::string_view name);
+
+/// Sends the window manager a request about a window, as EWMH defines them. Requires a connection.
+void ask(xcb_window_t window, std::string_view request, std::array<uint32_t, 5> data);
 
 /// Whether the X server is XWayland, which sees the pointer only while that is over one of its own
 /// windows.

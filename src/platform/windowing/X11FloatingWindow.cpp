@@ -12,6 +12,7 @@
 #include <xcb/xcb_icccm.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <optional>
 #include <utility>
@@ -23,6 +24,19 @@ namespace {
 
 constexpr uint32_t allDesktops = 0xFFFFFFFF;
 constexpr uint32_t longestStateList = 64;
+/// The states besides being above others, which Qt sets.
+constexpr std::array states{"_NET_WM_STATE_STICKY", "_NET_WM_STATE_SKIP_TASKBAR",
+                            "_NET_WM_STATE_SKIP_PAGER"};
+
+/// As Motif defined them, and window managers still read them.
+namespace MotifHints {
+constexpr uint32_t hasFunctions = 1U << 0;
+constexpr uint32_t hasDecorations = 1U << 1;
+constexpr uint32_t canResize = 1U << 1;
+constexpr uint32_t canMove = 1U << 2;
+constexpr uint32_t canMaximize = 1U << 4;
+constexpr uint32_t canClose = 1U << 5;
+} // namespace MotifHints
 
 /// Returns the window and, from the inside out, the window manager's frames around it.
 std::vector<xcb_window_t> windowAndFrames(xcb_window_t window) {
@@ -126,10 +140,32 @@ xcb_window_t X11FloatingWindow::id() const {
 
 void X11FloatingWindow::aboutToShow() {
     addStates();
+    setKind();
     xcb_change_property(X11::connection(), XCB_PROP_MODE_REPLACE, id(),
                         X11::atom("_NET_WM_DESKTOP"), XCB_ATOM_CARDINAL, 32, 1, &allDesktops);
     if (!m_frameToShow)
         m_frameToShow = nativeFrame();
+}
+
+void X11FloatingWindow::aboutToHide() {
+    m_frameToShow = nativeFrame();
+}
+
+void X11FloatingWindow::setKind() {
+    // Tiling window managers let a window float that is a utility too. Qt's own list begins with a
+    // type that has openbox do nothing at all for a window with the hints below.
+    const std::array types{X11::atom("_NET_WM_WINDOW_TYPE_NORMAL"),
+                           X11::atom("_NET_WM_WINDOW_TYPE_UTILITY")};
+    xcb_change_property(X11::connection(), XCB_PROP_MODE_REPLACE, id(),
+                        X11::atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM, 32, types.size(),
+                        types.data());
+    // No minimising: the window is in no task bar from which the user could bring it back.
+    using namespace MotifHints;
+    const std::array<uint32_t, 5> hints{hasFunctions | hasDecorations,
+                                        canResize | canMove | canMaximize | canClose};
+    const xcb_atom_t motif = X11::atom("_MOTIF_WM_HINTS");
+    xcb_change_property(X11::connection(), XCB_PROP_MODE_REPLACE, id(), motif, motif, 32,
+                        hints.size(), hints.data());
 }
 
 void X11FloatingWindow::addStates() {
@@ -139,21 +175,32 @@ void X11FloatingWindow::addStates() {
         xcb_get_property(X11::connection(), 0, id(), X11::atom("_NET_WM_STATE"), XCB_ATOM_ATOM, 0,
                          longestStateList),
         nullptr));
-    std::vector<xcb_atom_t> states;
+    std::vector<xcb_atom_t> atoms;
     if (reply && reply->format == 32) {
         const auto* first = static_cast<const xcb_atom_t*>(xcb_get_property_value(reply.get()));
-        states.assign(first, first + reply->value_len);
+        atoms.assign(first, first + reply->value_len);
     }
-    for (const auto* name :
-         {"_NET_WM_STATE_STICKY", "_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER"}) {
-        if (std::ranges::find(states, X11::atom(name)) == states.end())
-            states.push_back(X11::atom(name));
+    for (const auto* name : states) {
+        if (std::ranges::find(atoms, X11::atom(name)) == atoms.end())
+            atoms.push_back(X11::atom(name));
     }
     xcb_change_property(X11::connection(), XCB_PROP_MODE_REPLACE, id(), X11::atom("_NET_WM_STATE"),
-                        XCB_ATOM_ATOM, 32, static_cast<uint32_t>(states.size()), states.data());
+                        XCB_ATOM_ATOM, 32, static_cast<uint32_t>(atoms.size()), atoms.data());
+}
+
+void X11FloatingWindow::requestStates() {
+    // A window manager that handles the hiding of the window only now has removed what was set for
+    // this showing. It gets these after the request to show.
+    constexpr uint32_t add = 1;
+    constexpr uint32_t fromApplication = 1;
+    for (const auto* name : states)
+        X11::ask(id(), "_NET_WM_STATE", {add, X11::atom(name), 0, fromApplication});
+    X11::ask(id(), "_NET_WM_STATE", {add, X11::atom("_NET_WM_STATE_ABOVE"), 0, fromApplication});
+    X11::ask(id(), "_NET_WM_DESKTOP", {allDesktops, fromApplication});
 }
 
 void X11FloatingWindow::shown() {
+    requestStates();
     applySizeHints();
     const auto frame = std::exchange(m_frameToShow, std::nullopt);
     if (!frame)

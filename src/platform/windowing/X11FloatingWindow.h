@@ -25,6 +25,7 @@ public:
     static void moveBy(QWidget& window, QPointF distance);
 
     void aboutToShow() override;
+    void aboutToHide() override;
     void shown() override;
     void setSizeHints(QSize smallest, QSize narrowest, QSize widest) override;
     [[nodiscard]] QRectF frame() const override;
@@ -40,14 +41,15 @@ private:
     [[nodiscard]] QRect nativeFrame() const;
 
     void addStates();
+    void requestStates();
+    void setKind();
     void applySizeHints();
 
     QWidget& m_window;
     QSize m_smallest;
     QSize m_narrowest;
     QSize m_widest;
-    /// Pixels. Set while the window is being shown, and while it is hidden once it has been given a
-    /// frame.
+    /// Pixels. Set while the window is hidden or being shown.
     std::optional<QRect> m_frameToShow;
 };
 

@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/player/OverlayView.h"
 
-#include "model/AppConstants.h"
+#include "ui/AccessibleRole.h"
 #include "ui/FittedText.h"
 #include "ui/Spinner.h"
+#include "ui/player/OverlayLayout.h"
 
 #include <QLabel>
 #include <QPainter>
 #include <QPushButton>
-
-#include <algorithm>
 
 namespace orvane {
 
@@ -19,11 +18,7 @@ namespace {
 
 constexpr int messagePixelSize = 14;
 constexpr int messageLines = 3;
-constexpr int messageMargin = 20;
-constexpr int messageHeight = 50;
 constexpr int countdownPixelSize = 12;
-constexpr int countdownTop = 73;
-constexpr int countdownHeight = 17;
 constexpr double shade = 0.75;
 
 QString countdownText(std::chrono::seconds left) {
@@ -58,14 +53,20 @@ QLabel* makeLabel(int pixelSize, QWidget* parent) {
 OverlayView::OverlayView(QWidget* parent)
     : QWidget(parent),
       m_spinner(new Spinner(Qt::white, this)),
-      m_messageLabel(makeLabel(messagePixelSize, this)),
-      m_retryButton(new QPushButton(u"Retry"_s, this)),
-      m_countdownLabel(makeLabel(countdownPixelSize, this)) {
+      m_loadingLabel(makeLabel(messagePixelSize, this)),
+      m_alert(new QWidget(this)),
+      m_errorLabel(makeLabel(messagePixelSize, m_alert)),
+      m_retryButton(new QPushButton(u"Retry"_s, m_alert)),
+      m_countdownLabel(makeLabel(countdownPixelSize, m_alert)) {
     m_spinner->setObjectName(u"overlaySpinner"_s);
-    m_messageLabel->setObjectName(u"overlayMessage"_s);
+    m_loadingLabel->setObjectName(u"overlayLoading"_s);
+    m_alert->setObjectName(u"overlayAlert"_s);
+    m_errorLabel->setObjectName(u"overlayMessage"_s);
     m_retryButton->setObjectName(u"overlayRetry"_s);
     m_countdownLabel->setObjectName(u"overlayCountdown"_s);
-    m_retryButton->setFocusPolicy(Qt::NoFocus);
+    setAccessibleRole(*m_alert, QAccessible::AlertMessage);
+    m_countdownLabel->hide();
+    m_retryButton->setAutoDefault(true); // Return presses it.
     connect(m_retryButton, &QPushButton::clicked, this, [this] {
         if (m_onRetry)
             m_onRetry();
@@ -73,59 +74,79 @@ OverlayView::OverlayView(QWidget* parent)
     hide();
 }
 
+bool OverlayView::isError() const {
+    return !m_alert->isHidden();
+}
+
 void OverlayView::setState(const State& state) {
     if (const auto* loading = std::get_if<Loading>(&state)) {
-        m_spinner->start();
-        m_retryButton->hide();
-        m_countdownLabel->hide();
-        setMessage(loading->message, loading->message);
-        show();
+        showLoading(loading->message);
     } else if (const auto* error = std::get_if<Error>(&state)) {
-        m_spinner->stop();
-        m_retryButton->show();
-        m_countdownLabel->show();
-        setMessage(error->message, error->details);
-        show();
+        showError(*error);
     } else {
+        // An inactive window would keep a hidden button as the one with the focus.
+        m_retryButton->clearFocus();
         hide();
         m_spinner->stop();
     }
 }
 
-void OverlayView::setCountdown(std::optional<std::chrono::seconds> left) {
-    m_countdownLabel->setText(left ? countdownText(*left) : QString());
+void OverlayView::showLoading(const QString& message) {
+    m_retryButton->clearFocus();
+    m_alert->hide();
+    m_message = m_details = message;
+    m_loadingLabel->show();
+    m_spinner->start();
+    placeParts();
+    show();
 }
 
-void OverlayView::setMessage(const QString& message, const QString& details) {
-    m_message = message;
-    m_details = details;
+void OverlayView::showError(const Error& error) {
+    m_spinner->stop();
+    m_loadingLabel->hide();
+    m_message = error.message;
+    m_details = error.details;
+    m_alert->setAccessibleName(m_message);
+    // Hidden before it is shown, as it may be the next error in a row, and announced with its name.
+    m_alert->hide();
+    show();
+    m_alert->show();
     placeParts();
+    m_retryButton->setFocus();
+}
+
+void OverlayView::setCountdown(std::optional<std::chrono::seconds> left) {
+    m_countdownLabel->setText(left ? countdownText(*left) : QString());
+    m_countdownLabel->setVisible(left.has_value());
 }
 
 void OverlayView::placeParts() {
-    // The spinner is above the centre, the text across it and the button below. An error moves up
-    // in a low window, where the control bar would cover the button.
-    const int middleX = width() / 2;
-    const int lowestMiddle = height() - static_cast<int>(AppConstants::controlBarHeight) -
-                             countdownTop - countdownHeight;
-    const bool isError = !m_retryButton->isHidden();
-    const int middleY = isError ? std::min(height() / 2, lowestMiddle) : height() / 2;
-    m_spinner->setGeometry(middleX - 16, middleY - 40, 32, 32);
-    m_retryButton->setGeometry(middleX - 40, middleY + 44, 80, 26);
-    m_countdownLabel->setGeometry(0, middleY + countdownTop, width(), countdownHeight);
-    fitMessage(middleY);
+    // Fewer lines where a large font would push the button out of a low window.
+    int lines = messageLines;
+    while (!placeWithLines(lines) && lines > 1)
+        --lines;
 }
 
-void OverlayView::fitMessage(int middleY) {
-    const QString fitted =
-        fittedText(m_message, m_messageLabel->font(), width() - 2 * messageMargin, messageLines);
-    m_messageLabel->setText(fitted);
-    // Three lines of a font with tall letters need more than the usual height.
-    const int textHeight = std::max(messageHeight, m_messageLabel->sizeHint().height());
-    m_messageLabel->setGeometry(messageMargin, middleY - 20, width() - 2 * messageMargin,
-                                textHeight);
+bool OverlayView::placeWithLines(int lines) {
+    QLabel& label = isError() ? *m_errorLabel : *m_loadingLabel;
+    OverlayParts parts{.content = isError() ? OverlayContent::retry : OverlayContent::spinner,
+                       .retry = m_retryButton->sizeHint(),
+                       .countdownHeight = m_countdownLabel->fontMetrics().height()};
+    const int width = overlayLayout(size(), parts).message.width();
+    const QString fitted = fittedText(m_message, label.font(), width, lines);
+    label.setText(fitted);
+    parts.messageHeight = label.sizeHint().height();
     const bool isComplete = m_message == m_details && !fitted.endsWith(u'…');
-    m_messageLabel->setToolTip(isComplete ? QString() : toolTipFor(m_details));
+    label.setToolTip(isComplete ? QString() : toolTipFor(m_details));
+    label.setAccessibleName(m_message);
+
+    const OverlayLayout layout = overlayLayout(size(), parts);
+    m_alert->setGeometry(rect());
+    m_spinner->setGeometry(layout.spinner);
+    label.setGeometry(layout.message);
+    m_retryButton->setGeometry(layout.retry);
+    m_countdownLabel->setGeometry(layout.countdown);
+    return layout.fits;
 }
 
 void OverlayView::paintEvent(QPaintEvent*) {

@@ -18,6 +18,8 @@ class Spinner;
 
 /// Covers the video while a stream loads and after it has failed. Part of the player window; main
 /// thread. The message is plain text of at most three lines; what it leaves out is in the tooltip.
+/// An error is an alert for screen readers, and its Retry button gets the keyboard focus within the
+/// window.
 class OverlayView final : public QWidget {
     Q_OBJECT
 
@@ -48,12 +50,17 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    void setMessage(const QString& message, const QString& details);
+    void showLoading(const QString& message);
+    void showError(const Error& error);
     void placeParts();
-    void fitMessage(int middleY);
+    [[nodiscard]] bool placeWithLines(int lines);
+    [[nodiscard]] bool isError() const;
 
     Spinner* m_spinner;
-    QLabel* m_messageLabel;
+    QLabel* m_loadingLabel;
+    /// What an error consists of.
+    QWidget* m_alert;
+    QLabel* m_errorLabel;
     QPushButton* m_retryButton;
     QLabel* m_countdownLabel;
     QString m_message;

@@ -7,6 +7,7 @@
 #include "state/AppNotification.h"
 #include "state/AppState.h"
 #include "streaming/ladder/StreamFailure.h"
+#include "ui/DisplayText.h"
 #include "ui/player/CloseButton.h"
 #include "ui/player/ControlBar.h"
 #include "ui/window/WindowDrag.h"
@@ -106,7 +107,8 @@ void PlayerContainerView::updateOverlay() {
 void PlayerContainerView::registerObservers(NotificationCenter& notifications) {
     m_observers.push_back(
         notifications.addObserver(AppNotification::streamLoading, [this](const Channel& channel) {
-            setStreamState(OverlayView::Loading{u"Loading "_s + channel.displayName() + u"..."_s});
+            const QString name = singleLineName(channel.displayName());
+            setStreamState(OverlayView::Loading{u"Loading "_s + name + u"..."_s});
         }));
     m_observers.push_back(notifications.addObserver(
         AppNotification::streamResolved, [this] { setStreamState(OverlayView::Hidden{}); }));
@@ -129,14 +131,18 @@ void PlayerContainerView::resizeEvent(QResizeEvent*) {
 
 // A pointer movement stops the hide timer of a visible bar without restarting it, so the bar stays
 // while the pointer is inside. Only a bar that was just shown hides by itself if no other movement
-// follows.
+// follows. In full screen the pointer is always inside, so there each movement restarts the timer.
 
-void PlayerContainerView::pointerMoved() {
-    m_hideTimer.stop();
-    if (m_controlBarVisible)
+void PlayerContainerView::pointerMoved(const QPointF& position) {
+    if (position == m_lastPointer)
         return;
-    showControlBar();
-    scheduleHide();
+    m_lastPointer = position;
+    m_hideTimer.stop();
+    const bool wasVisible = m_controlBarVisible;
+    if (!wasVisible)
+        showControlBar();
+    if (!wasVisible || window()->isFullScreen())
+        scheduleHide();
 }
 
 void PlayerContainerView::scheduleHide() {
@@ -145,7 +151,7 @@ void PlayerContainerView::scheduleHide() {
 
 void PlayerContainerView::showControlBar() {
     m_controlBarVisible = true;
-    updateCursor();
+    updateFullScreenParts();
     m_controlBar->show();
     fadeControlBar(1, showFadeDuration);
 }
@@ -154,12 +160,22 @@ void PlayerContainerView::hideControlBar() {
     if (!m_controlBarVisible)
         return;
     m_controlBarVisible = false;
-    updateCursor();
+    updateFullScreenParts();
     fadeControlBar(0, hideFadeDuration);
 }
 
-void PlayerContainerView::updateCursor() {
-    if (window()->isFullScreen() && !m_controlBarVisible)
+void PlayerContainerView::fullScreenChanged() {
+    updateFullScreenParts();
+    if (window()->isFullScreen() && m_controlBarVisible)
+        scheduleHide();
+    else if (m_controlBarVisible)
+        m_hideTimer.stop();
+}
+
+void PlayerContainerView::updateFullScreenParts() {
+    const bool areHidden = window()->isFullScreen() && !m_controlBarVisible;
+    m_closeButton->setHidden(areHidden);
+    if (areHidden)
         setCursor(Qt::BlankCursor);
     else
         unsetCursor();
@@ -174,21 +190,20 @@ void PlayerContainerView::fadeControlBar(double opacity, int milliseconds) {
     m_controlBarFade.start();
 }
 
-bool PlayerContainerView::eventFilter(QObject* watched, QEvent* event) {
+bool PlayerContainerView::eventFilter(QObject*, QEvent* event) {
     if (event->type() != QEvent::MouseMove)
         return false;
-    // Counted once, although an ignored event is passed on to the parent widget.
-    const auto& move = static_cast<const QMouseEvent&>(*event);
-    if (watched == childAt(mapFromGlobal(move.globalPosition()).toPoint()))
-        pointerMoved();
+    // An ignored event is passed on to the parent widget, too.
+    pointerMoved(static_cast<const QMouseEvent*>(event)->globalPosition());
     return false;
 }
 
-void PlayerContainerView::enterEvent(QEnterEvent*) {
-    pointerMoved();
+void PlayerContainerView::enterEvent(QEnterEvent* event) {
+    pointerMoved(event->globalPosition());
 }
 
 void PlayerContainerView::leaveEvent(QEvent*) {
+    m_lastPointer.reset();
     hideControlBar();
 }
 

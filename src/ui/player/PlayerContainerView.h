@@ -9,6 +9,7 @@
 #include <QVariantAnimation>
 #include <QWidget>
 
+#include <optional>
 #include <vector>
 
 class QGraphicsOpacityEffect;
@@ -40,9 +41,9 @@ public:
     /// a failure to resolve is expected meanwhile and is shown afterwards.
     void setInstalling(bool isInstalling);
 
-    /// Hides the pointer in full screen while the control bar is hidden. Call it when full screen
-    /// begins or ends.
-    void updateCursor();
+    /// To be called when full screen begins or ends. In full screen the bar, the close button and
+    /// the pointer disappear together some time after the last movement.
+    void fullScreenChanged();
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -56,10 +57,11 @@ private:
     void registerObservers(NotificationCenter& notifications);
     void setStreamState(OverlayView::State state);
     void updateOverlay();
-    void pointerMoved();
+    void pointerMoved(const QPointF& position);
     void scheduleHide();
     void showControlBar();
     void hideControlBar();
+    void updateFullScreenParts();
     void fadeControlBar(double opacity, int milliseconds);
 
     PlayerCommands& m_player;
@@ -73,6 +75,9 @@ private:
     QVariantAnimation m_controlBarFade;
     QTimer m_hideTimer{this};
     bool m_controlBarVisible = true;
+    /// On the screen, while it is inside. One movement may be reported more than once, and Qt
+    /// reports one when what is under a resting pointer is hidden.
+    std::optional<QPointF> m_lastPointer;
     OverlayView::State m_streamState = OverlayView::Hidden{};
     bool m_isInstalling = false;
     std::vector<NotificationCenter::Token> m_observers;

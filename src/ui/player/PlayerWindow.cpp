@@ -7,9 +7,11 @@
 #include "settings/Preferences.h"
 #include "state/AppNotification.h"
 #include "state/AppState.h"
+#include "ui/AccessibleRole.h"
 #include "ui/ApplicationActions.h"
 #include "ui/menus/MenuRenderer.h"
 #include "ui/player/PlayerContainerView.h"
+#include "ui/window/DialogLevel.h"
 #include "ui/window/EdgeResizer.h"
 #include "ui/window/WindowGeometry.h"
 
@@ -27,6 +29,8 @@
 #include <cstdlib>
 
 namespace orvane {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -76,10 +80,13 @@ PlayerWindow::PlayerWindow(const Collaborators& collaborators)
                                               m_with.notifications, m_with.videoOutput, this)),
       m_ghostMode(*this, m_with.events) {
     setWindowTitle(AppConstants::appName);
+    setAccessibleRole(*this, QAccessible::Window);
     setProperty(EventMonitor::shortcutWindow, true);
     setMinimumSize(smallestPlayerSize);
     // It is rarely the active window, as it does not take the keyboard focus when it is shown.
     setAttribute(Qt::WA_AlwaysShowToolTips);
+    setAttribute(Qt::WA_ShowWithoutActivating);
+    setWindowRole(u"player"_s);
     setWindowOpacity(m_with.preferences.usableWindowOpacity());
     setFrame(initialPlayerFrame(m_with.preferences.windowFrame(), usableAreas()));
 
@@ -87,6 +94,7 @@ PlayerWindow::PlayerWindow(const Collaborators& collaborators)
     connect(&m_fade, &QVariantAnimation::valueChanged, this,
             [this](const QVariant& value) { setOpacity(value.toDouble()); });
     connect(&m_fade, &QAbstractAnimation::finished, this, &PlayerWindow::conceal);
+    new DialogLevel(*this);
     auto* resizer = new EdgeResizer(this);
     resizer->onResize([this] {
         m_programmaticSize.reset();
@@ -173,6 +181,17 @@ void PlayerWindow::updateSizeHints() {
                              isWider ? chosen + QSize(1, 0) : aspectRatio);
 }
 
+void PlayerWindow::present() {
+    if (isMinimized()) {
+        // Window managers give the focus to a window that is only restored, not to one that
+        // appears.
+        hide();
+        setWindowState(windowState() & ~Qt::WindowMinimized);
+    }
+    show();
+    raise();
+}
+
 void PlayerWindow::toggleFullScreen() {
     if (!isVisible())
         return;
@@ -187,7 +206,7 @@ void PlayerWindow::changeEvent(QEvent* event) {
     if (event->type() != QEvent::WindowStateChange)
         return;
     m_with.state.setFullscreen(isFullScreen());
-    m_containerView->updateCursor();
+    m_containerView->fullScreenChanged();
     if (!isFullScreen())
         updateSizeHints();
 }
@@ -219,6 +238,12 @@ void PlayerWindow::resizeEvent(QResizeEvent*) {
     }
 }
 
+void PlayerWindow::setVisible(bool visible) {
+    if (!visible && isVisible())
+        m_floating->aboutToHide();
+    QWidget::setVisible(visible);
+}
+
 void PlayerWindow::showEvent(QShowEvent* event) {
     if (event->spontaneous())
         return; // The window manager restores a window that it had hidden.
@@ -229,8 +254,14 @@ void PlayerWindow::showEvent(QShowEvent* event) {
 
 void PlayerWindow::hideEvent(QHideEvent* event) {
     // A window that the window manager hides, on another workspace for example, is still open.
-    if (!event->spontaneous())
-        m_with.state.setPlayerShown(false);
+    if (event->spontaneous())
+        return;
+    m_with.state.setPlayerShown(false);
+    if (isFullScreen()) {
+        const QRectF frameToOpenIn = frame();
+        setWindowState(windowState() & ~Qt::WindowFullScreen);
+        setFrame(frameToOpenIn);
+    }
 }
 
 // Ghost mode

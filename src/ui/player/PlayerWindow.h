@@ -54,7 +54,13 @@ public:
     /// Points. The corner nearest to a corner of the screen stays in place. Ignored in full screen.
     void setContentSize(const QSizeF& size);
 
+    /// Shows the window, or restores it if a window manager has minimised it, without giving it the
+    /// keyboard focus.
+    void present();
+
     void toggleFullScreen();
+
+    void setVisible(bool visible) override;
 
 protected:
     void changeEvent(QEvent* event) override;

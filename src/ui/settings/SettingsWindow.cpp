@@ -2,6 +2,7 @@
 #include "ui/settings/SettingsWindow.h"
 
 #include "state/AppNotification.h"
+#include "ui/AccessibleRole.h"
 #include "ui/settings/AppearancePage.h"
 #include "ui/settings/ChannelsPage.h"
 #include "ui/settings/GeneralPage.h"
@@ -34,9 +35,9 @@ constexpr std::array tabKeys{
 } // namespace
 
 SettingsWindow::SettingsWindow(const Collaborators& with)
-    : QWidget(nullptr, Qt::Window | Qt::WindowStaysOnTopHint | Qt::CustomizeWindowHint |
-                           Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
-                           Qt::WindowCloseButtonHint | Qt::WindowMinimizeButtonHint),
+    : QWidget(nullptr, Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                           Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint |
+                           Qt::WindowMinimizeButtonHint),
       m_tabView(new QTabWidget(this)),
       m_addChannel(new AddChannelPage(with.preferences, with.notifications, with.tasks,
                                       with.resolve, with.siteHost)),
@@ -44,6 +45,7 @@ SettingsWindow::SettingsWindow(const Collaborators& with)
                                                       [this] { showCustomChannelsTab(); })) {
     setWindowTitle(u"Orvane Settings"_s);
     setWindowRole(u"settings"_s);
+    setAccessibleRole(*this, QAccessible::Window);
     new FixedSize(*this, contentSize, [this] { m_tabView->setGeometry(rect()); });
     m_tabView->setObjectName(u"tabView"_s);
     m_tabView->addTab(new GeneralPage(with.preferences, with.state, with.notifications,

@@ -21,7 +21,7 @@ constexpr int distance = 40;
 } // namespace
 
 GhostKeysQuestion::GhostKeysQuestion(std::function<void(bool)> answer)
-    : QWidget(nullptr, Qt::Tool | Qt::WindowStaysOnTopHint | Qt::WindowDoesNotAcceptFocus |
+    : QDialog(nullptr, Qt::Tool | Qt::WindowStaysOnTopHint | Qt::WindowDoesNotAcceptFocus |
                            Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                            Qt::WindowCloseButtonHint) {
     const QString text = u"May Orvane's keys act while you type in other programs? "

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QWidget>
+#include <QDialog>
 
 #include <functional>
 
@@ -10,7 +10,7 @@ namespace orvane {
 /// Asks whether shortcuts may act while the user types in other programs. A small window above all
 /// others that takes no keyboard focus, as the user may be typing. Owned by the application
 /// controller; main thread.
-class GhostKeysQuestion final : public QWidget {
+class GhostKeysQuestion final : public QDialog {
     Q_OBJECT
 
 public:

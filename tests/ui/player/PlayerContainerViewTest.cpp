@@ -6,10 +6,13 @@
 #include "support/RecordingActions.h"
 #include "support/RecordingPlayer.h"
 #include "support/StateFixture.h"
+#include "ui/DisplayText.h"
+#include "ui/player/CloseButton.h"
 #include "ui/player/ControlBar.h"
 #include "ui/player/VolumeSlider.h"
 
 #include <QAbstractButton>
+#include <QAccessible>
 #include <QLabel>
 #include <QTest>
 
@@ -45,8 +48,8 @@ protected:
         QEvent event(QEvent::Leave);
         QCoreApplication::sendEvent(&view, &event);
     }
-    void move() {
-        const QPoint position(100, 290);
+    void move(int x = 100) {
+        const QPoint position(x, 290);
         QWidget* receiver = view.childAt(position);
         const QPointF global = view.mapToGlobal(QPointF(position));
         QMouseEvent event(QEvent::MouseMove, receiver->mapFromGlobal(global), global, global,
@@ -65,39 +68,110 @@ protected:
 TEST_F(PlayerContainerViewTest, OverlayFollowsTheStream) {
     const auto* overlay = view.findChild<OverlayView*>();
     const auto* spinner = part<QWidget>(u"overlaySpinner"_s);
+    const auto* loading = part<QLabel>(u"overlayLoading"_s);
     const auto* message = part<QLabel>(u"overlayMessage"_s);
     auto* retry = button(u"overlayRetry"_s);
     EXPECT_FALSE(overlay->isVisible());
     state.setLoading(channel);
     EXPECT_TRUE(overlay->isVisible() && spinner->isVisible() && !retry->isVisible());
-    EXPECT_EQ(message->text(), u"Loading "_s + channel.displayName() + u"..."_s);
+    EXPECT_EQ(loading->text(), u"Loading "_s + singleLineName(channel.displayName()) + u"..."_s);
     state.setError(channel, u"<b>404</b> & more"_s);
     EXPECT_TRUE(overlay->isVisible() && !spinner->isVisible() && retry->isVisible());
+    EXPECT_FALSE(loading->isVisible());
     EXPECT_EQ(message->text(), u"<b>404</b> & more"_s);
     EXPECT_EQ(message->textFormat(), Qt::PlainText);
     notifications.post(AppNotification::retryCountdown, 119s);
     const auto* countdown = part<QLabel>(u"overlayCountdown"_s);
     EXPECT_EQ(countdown->text(), u"Trying again in 1 min 59 s"_s);
-    view.resize(320, 180);
-    EXPECT_LT(message->geometry().bottom(), retry->y());
-    EXPECT_LT(retry->geometry().bottom(), countdown->y());
-    EXPECT_LT(countdown->geometry().bottom(), bar->y());
     notifications.post(AppNotification::retryCountdown, std::nullopt);
-    EXPECT_TRUE(countdown->text().isEmpty());
+    EXPECT_FALSE(countdown->isVisible());
     QTest::mouseClick(retry, Qt::LeftButton);
-    EXPECT_EQ(player.takeCalls(), QStringList{u"retry"_s});
+    QTest::keyClick(retry, Qt::Key_Return);
+    QTest::keyClick(retry, Qt::Key_Space);
+    EXPECT_EQ(player.takeCalls(), QStringList(3, u"retry"_s));
+    // Screen readers announce each error.
+    QAccessibleInterface* alert =
+        QAccessible::queryAccessibleInterface(part<QWidget>(u"overlayAlert"_s));
+    EXPECT_EQ(alert->role(), QAccessible::AlertMessage);
+    EXPECT_EQ(alert->text(QAccessible::Name), u"<b>404</b> & more"_s);
+    EXPECT_EQ(view.window()->focusWidget(), retry);
     state.setPlaying(channel);
     EXPECT_FALSE(overlay->isVisible() || spinner->isVisible());
+    EXPECT_NE(view.window()->focusWidget(), retry);
+}
+
+TEST_F(PlayerContainerViewTest, PartsOfTheOverlayDoNotMeet) {
+    const QString name = u"وكالة الأنباء والقناة الإخبارية العالمية "_s;
+    const QString text = u"The site wants to be sure that you are not a bot. "_s;
+    auto* retry = button(u"overlayRetry"_s);
+    const int pointSize = retry->font().pointSize();
+    for (const QSize size : {QSize(320, 180), QSize(320, 227), QSize(480, 314), QSize(1280, 720)}) {
+        for (const int repetitions : {1, 2, 20}) {
+            for (const int points : {pointSize, 16}) {
+                QFont font = retry->font();
+                font.setPointSize(points);
+                retry->setFont(font);
+                view.resize(size);
+                state.setLoading(Channel::custom(u"x"_s, name.repeated(repetitions)));
+                const auto* loading = part<QLabel>(u"overlayLoading"_s);
+                const auto textOf = [](const QLabel* label) {
+                    QRect area(QPoint(), label->sizeHint());
+                    area.moveCenter(label->geometry().center());
+                    return area;
+                };
+                EXPECT_FALSE(
+                    part<QWidget>(u"overlaySpinner"_s)->geometry().intersects(textOf(loading)));
+                EXPECT_LT(textOf(loading).bottom(), bar->y());
+                state.setError(channel, text.repeated(repetitions));
+                const QRect message = textOf(part<QLabel>(u"overlayMessage"_s));
+                const auto* countdown = part<QLabel>(u"overlayCountdown"_s);
+                EXPECT_GE(message.top(), 0);
+                EXPECT_LT(message.bottom(), retry->y());
+                EXPECT_LT(retry->geometry().bottom(), countdown->y());
+                EXPECT_LT(countdown->geometry().bottom(), bar->y()) << size.height() << points;
+                EXPECT_GE(retry->height(), retry->sizeHint().height());
+            }
+        }
+    }
+}
+
+TEST_F(PlayerContainerViewTest, EveryControlCanBePressedInTheSmallestWindow) {
+    view.resize(320, 180);
+    const std::vector<std::function<void()>> states{
+        [] {},
+        [this] { state.setLoading(Channel::custom(u"x"_s, u"Name "_s.repeated(40))); },
+        [this] {
+            state.setError(channel, u"Something went wrong. "_s.repeated(20));
+            notifications.post(AppNotification::retryCountdown, 119s);
+        },
+        [this] { view.setInstalling(true); },
+        [this] { state.setPlaying(channel); },
+        [this] { state.setGhostMode(true); },
+    };
+    for (size_t i = 0; i < states.size(); ++i) {
+        states[i]();
+        int count = 0;
+        for (const auto* each : view.findChildren<QAbstractButton*>()) {
+            if (!each->isVisible())
+                continue;
+            const QRect area(each->mapTo(&view, QPoint()), each->size());
+            for (const QPoint& place :
+                 {area.center(), area.topLeft() + QPoint(2, 2), area.bottomRight() - QPoint(2, 2)})
+                EXPECT_EQ(view.childAt(place), each) << i << each->text().toStdString();
+            ++count;
+        }
+        EXPECT_EQ(count, i == 2 ? 7 : 6) << i;
+    }
 }
 
 TEST_F(PlayerContainerViewTest, AnInstallationHidesTheFailureThatItCauses) {
-    const auto* message = part<QLabel>(u"overlayMessage"_s);
+    const auto* message = part<QLabel>(u"overlayLoading"_s);
     view.setInstalling(true);
     EXPECT_FALSE(message->isVisible()) << "nothing is being opened";
     state.setError(channel, u"yt-dlp not found"_s);
     EXPECT_EQ(message->text(), u"Installing yt-dlp..."_s);
     view.setInstalling(false);
-    EXPECT_EQ(message->text(), u"yt-dlp not found"_s);
+    EXPECT_EQ(part<QLabel>(u"overlayMessage"_s)->text(), u"yt-dlp not found"_s);
 }
 
 TEST_F(PlayerContainerViewTest, PutsWhatTheMessageLeavesOutIntoATooltip) {
@@ -177,22 +251,37 @@ TEST_F(PlayerContainerViewTest, BarFollowsThePointer) {
     hideTimer->start(0);
     ASSERT_TRUE(runUntil([&] { return !bar->isVisible(); }));
 
-    // A second movement keeps it.
+    // A second movement keeps it, but not a second report of the first.
     hideTimer->setInterval(3000);
     move();
-    EXPECT_TRUE(bar->isVisible() && hideTimer->isActive());
     move();
+    EXPECT_TRUE(bar->isVisible() && hideTimer->isActive());
+    move(101);
     EXPECT_TRUE(bar->isVisible());
     EXPECT_FALSE(hideTimer->isActive());
 }
 
-TEST_F(PlayerContainerViewTest, FullScreenHidesThePointerWithTheBar) {
-    leave();
-    EXPECT_NE(view.cursor().shape(), Qt::BlankCursor);
+TEST_F(PlayerContainerViewTest, FullScreenHidesThePointerAndTheCloseButtonWithTheBar) {
+    const auto* close = view.findChild<CloseButton*>();
+    const auto isBare = [&] {
+        return !bar->isVisible() && !close->isVisible() && view.cursor().shape() == Qt::BlankCursor;
+    };
     view.showFullScreen();
-    view.updateCursor();
-    EXPECT_EQ(view.cursor().shape(), Qt::BlankCursor);
-    enter();
+    view.fullScreenChanged();
+    EXPECT_TRUE(hideTimer->isActive()) << "without any movement";
+    for (int movements : {0, 1, 3}) {
+        while (movements-- > 0)
+            move(100 + movements);
+        EXPECT_TRUE(close->isVisible());
+        EXPECT_EQ(hideTimer->interval(), 3000);
+        ASSERT_TRUE(hideTimer->isActive());
+        hideTimer->start(0);
+        ASSERT_TRUE(runUntil(isBare));
+        hideTimer->setInterval(3000);
+    }
+    view.showNormal();
+    view.fullScreenChanged();
+    EXPECT_TRUE(close->isVisible());
     EXPECT_NE(view.cursor().shape(), Qt::BlankCursor);
 }
 
