@@ -4,7 +4,7 @@
 #include "model/AppConstants.h"
 #include "ui/ApplicationIcon.h"
 #include "ui/FormPage.h"
-#include "ui/SystemColors.h"
+#include "ui/theme/SystemColors.h"
 #include "ui/theme/TextColor.h"
 
 #include <QDesktopServices>

@@ -5,8 +5,8 @@
 #include "state/AppNotification.h"
 #include "support/EventLoop.h"
 #include "support/StateFixture.h"
-#include "ui/SystemColors.h"
 #include "ui/player/BarColors.h"
+#include "ui/theme/SystemColors.h"
 #include "ui/theme/TextColor.h"
 #include "ui/theme/Theme.h"
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "ui/SystemColors.h"
 #include "ui/theme/Contrast.h"
+#include "ui/theme/SystemColors.h"
 
 namespace orvane {
 

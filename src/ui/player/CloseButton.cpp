@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/player/CloseButton.h"
 
-#include "ui/SystemColors.h"
+#include "ui/theme/SystemColors.h"
 
 #include <QPainter>
 

@@ -7,9 +7,9 @@
 #include "ui/ApplicationActions.h"
 #include "ui/CachedPixmap.h"
 #include "ui/DisplayText.h"
-#include "ui/SystemColors.h"
 #include "ui/player/GlyphButton.h"
 #include "ui/player/LiveIndicator.h"
+#include "ui/theme/SystemColors.h"
 #include "ui/window/WindowDrag.h"
 
 #include <QLabel>

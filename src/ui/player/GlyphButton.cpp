@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/player/GlyphButton.h"
 
-#include "ui/SystemColors.h"
 #include "ui/player/BarColors.h"
 #include "ui/theme/Contrast.h"
+#include "ui/theme/SystemColors.h"
 
 #include <QFontMetricsF>
 #include <QPainter>

@@ -7,8 +7,8 @@
 #include "ui/DisplayText.h"
 #include "ui/FittedText.h"
 #include "ui/Spinner.h"
-#include "ui/SystemColors.h"
 #include "ui/settings/RoundedBox.h"
+#include "ui/theme/SystemColors.h"
 #include "ui/theme/TextColor.h"
 
 #include <QHBoxLayout>

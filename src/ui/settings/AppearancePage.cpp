@@ -5,8 +5,8 @@
 #include "model/AppConstants.h"
 #include "settings/Preferences.h"
 #include "state/AppNotification.h"
-#include "ui/SystemColors.h"
 #include "ui/theme/Contrast.h"
+#include "ui/theme/SystemColors.h"
 
 #include <QEvent>
 #include <QPushButton>

@@ -5,9 +5,9 @@
 #include "state/ChannelRegistry.h"
 #include "ui/DisplayText.h"
 #include "ui/FavoriteKeys.h"
-#include "ui/SystemColors.h"
 #include "ui/settings/RoundedBox.h"
 #include "ui/settings/StarButton.h"
+#include "ui/theme/SystemColors.h"
 #include "ui/theme/TextColor.h"
 
 #include <QCheckBox>

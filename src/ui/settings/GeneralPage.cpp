@@ -4,8 +4,8 @@
 #include "settings/Preferences.h"
 #include "state/AppNotification.h"
 #include "state/AppState.h"
-#include "ui/SystemColors.h"
 #include "ui/settings/YtDlpSection.h"
+#include "ui/theme/SystemColors.h"
 #include "ui/theme/TextColor.h"
 
 #include <QCheckBox>

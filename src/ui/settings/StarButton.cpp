@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/settings/StarButton.h"
 
-#include "ui/SystemColors.h"
 #include "ui/theme/Contrast.h"
+#include "ui/theme/SystemColors.h"
 
 #include <QPainter>
 #include <QPainterPath>

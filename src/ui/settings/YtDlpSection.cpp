@@ -2,7 +2,7 @@
 #include "ui/settings/YtDlpSection.h"
 
 #include "base/TaskScope.h"
-#include "ui/SystemColors.h"
+#include "ui/theme/SystemColors.h"
 #include "ui/theme/TextColor.h"
 
 #include <QGridLayout>

@@ -8,10 +8,10 @@
 #include "support/RecordingActions.h"
 #include "support/RecordingPlayer.h"
 #include "support/StateFixture.h"
-#include "ui/SystemColors.h"
 #include "ui/player/PlayerWindow.h"
 #include "ui/settings/StarButton.h"
 #include "ui/settings/YtDlpSection.h"
+#include "ui/theme/SystemColors.h"
 
 #include <QAbstractItemView>
 #include <QCheckBox>
