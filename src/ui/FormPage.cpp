@@ -140,6 +140,8 @@ QScrollArea* makeListScroll(const QString& name) {
     auto* scroll = new QScrollArea;
     scroll->setObjectName(name);
     scroll->setFrameShape(QFrame::NoFrame);
+    // It scrolls to the control that has the focus, and has nothing else to do for a key.
+    scroll->setFocusPolicy(Qt::NoFocus);
     scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     scroll->viewport()->setAutoFillBackground(false);
     return scroll;

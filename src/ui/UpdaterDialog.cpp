@@ -21,7 +21,7 @@ constexpr int spacing = 12;
 /// The size of the headline relative to the desktop's text size.
 constexpr double headlineScale = 1.25;
 /// The maximum of the progress bar.
-constexpr int barMaximum = 1000;
+constexpr int barMaximum = 100;
 
 /// Plain text, because the texts come from a server and could contain markup.
 QLabel* plainLabel(const QString& text) {
@@ -57,7 +57,7 @@ void UpdaterDialog::close() {
 
 void UpdaterDialog::showSearch(const UpdaterMessage& message) {
     begin(message);
-    addBar();
+    addBar(message);
     m_bar->setRange(0, 0); // The duration is unknown.
     addButton(u"Cancel"_s, UpdaterAnswer::dismissed);
     open();
@@ -87,7 +87,7 @@ void UpdaterDialog::showOffer(const UpdaterMessage& message, const QString& note
 
 void UpdaterDialog::showProgress(const UpdaterMessage& message) {
     begin(message);
-    addBar();
+    addBar(message);
     m_bar->setRange(0, barMaximum);
     m_text = plainLabel({});
     m_content->layout()->addWidget(m_text);
@@ -141,8 +141,9 @@ void UpdaterDialog::begin(const UpdaterMessage& message) {
     m_buttons = new QDialogButtonBox(m_content);
 }
 
-void UpdaterDialog::addBar() {
+void UpdaterDialog::addBar(const UpdaterMessage& message) {
     m_bar = new QProgressBar;
+    m_bar->setAccessibleName(message.headline);
     m_bar->setTextVisible(false);
     m_content->layout()->addWidget(m_bar);
 }

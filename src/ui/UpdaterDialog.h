@@ -33,7 +33,7 @@ private:
     void makeDialog();
     /// Replaces the contents of the dialog.
     void begin(const UpdaterMessage& message);
-    void addBar();
+    void addBar(const UpdaterMessage& message);
     void addButton(const QString& text, UpdaterAnswer meaning);
     void open();
 

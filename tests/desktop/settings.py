@@ -2,7 +2,6 @@
 """The settings window with real pointer and keyboard: a custom channel from its address to the picture, and its
 removal."""
 
-import pathlib
 import subprocess
 import unittest
 
@@ -29,10 +28,7 @@ def is_near(pixel, colour) -> bool:
 class Settings(TrayCase):
     def setUp(self):
         super().setUp()
-        # The resolver checks certificates; the user's settings for yt-dlp apply.
-        settings = pathlib.Path(self.desktop.environment["XDG_CONFIG_HOME"]) / "yt-dlp"
-        settings.mkdir(parents=True)
-        (settings / "config").write_text("--no-check-certificates\n", encoding="ascii")
+        self.trust_the_site()
 
     def place(self, point) -> tuple[int, int]:
         x, y, width, height = self.desktop.frame(self.window)

@@ -5,6 +5,7 @@ import base64
 import pathlib
 import subprocess
 import tempfile
+import threading
 
 from case import DesktopCase
 from tools.certificates import certificate
@@ -27,7 +28,7 @@ def openssl(folder: pathlib.Path, command: str) -> None:
 
 class UpdateServer(LoopbackServer):
     """Announces version 2.3 over https on loopback, with a certificate and a signature of its own.
-    The second half of the archive is sent only after `allowed` is set."""
+    The second half of the archive is sent only after `allowed` is set, that of the feed after `feed_allowed`."""
 
     def __init__(self, folder: pathlib.Path):
         self.archive = b"a new version\n" * 200_000
@@ -36,6 +37,7 @@ class UpdateServer(LoopbackServer):
         openssl(folder, "pkey -in sign.key -pubout -outform DER -out sign.pub")
         openssl(folder, f"pkeyutl -sign -inkey sign.key -rawin -in {NAME} -out sig")
         self.key = base64.b64encode((folder / "sign.pub").read_bytes()[-32:]).decode()
+        self.feed_allowed = threading.Event()
         tls = certificate(folder)
         self.certificate = str(folder / "certificate.pem")
         self._signature = base64.b64encode((folder / "sig").read_bytes()).decode()
@@ -47,8 +49,7 @@ class UpdateServer(LoopbackServer):
         half = len(body) // 2
         self.begin(request, 200, len(body))
         request.wfile.write(body[:half])
-        if is_archive:
-            self.allowed.wait()
+        (self.allowed if is_archive else self.feed_allowed).wait()
         request.wfile.write(body[half:])
 
     def feed(self) -> bytes:
@@ -60,23 +61,20 @@ class UpdateServer(LoopbackServer):
             sparkle:edSignature="{self._signature}"/></item></channel></rss>""".encode()
 
 
-class Updates(DesktopCase):
-    def open(self):
+class UpdaterCase(DesktopCase):
+    def open(self, feed_is_held: bool = False):
         self.folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
         self.server = self.enterContext(UpdateServer(self.folder))
+        if not feed_is_held:
+            self.server.feed_allowed.set()
         self.desktop = self.enterContext(Desktop())
-        # Opens folders where no file manager is on the session bus.
-        tools = self.folder / "bin"
-        tools.mkdir()
-        self.opened = self.folder / "opened"
-        (tools / "xdg-open").write_text(f'#!/bin/sh\necho "$1" >> "{self.opened}"\n', encoding="utf-8")
-        (tools / "xdg-open").chmod(0o755)
+        # For folders, where no file manager is on the session bus.
+        self.opened, path = self.catch_opened()
         self.bus = self.folder / "bus"
         with open(self.bus, "w", encoding="utf-8") as log:
             self.desktop.background(["dbus-monitor", "interface=org.freedesktop.FileManager1"], stdout=log)
         wait_until(lambda: "NameAcquired" in self.bus.read_text(encoding="utf-8"), "the bus monitor")
         self.downloads = pathlib.Path(self.desktop.environment["HOME"]) / "Downloads"
-        path = f"{tools}:{self.desktop.environment['PATH']}"
         arguments = [f"{self.server.origin}/appcast.xml", self.server.key, self.server.certificate]
         return self.start("updater_probe", arguments=arguments, PATH=path)
 
@@ -120,6 +118,8 @@ class Updates(DesktopCase):
         self.program.process.stdin.write("check\n")
         self.program.process.stdin.flush()
 
+
+class Updates(UpdaterCase):
     def test_download(self):
         self.open()
         x, y = self.wait_for_offer()

@@ -27,6 +27,15 @@ class DesktopCase(unittest.TestCase):
         self.addCleanup(self.keep_evidence)
         return program
 
+    def catch_opened(self) -> tuple[pathlib.Path, str]:
+        """Returns a file that gets a line for each address that a program opens, and the PATH for that program."""
+        tools = self.desktop.folder / "bin"
+        tools.mkdir()
+        opened = self.desktop.folder / "opened"
+        (tools / "xdg-open").write_text(f'#!/bin/sh\necho "$1" >> "{opened}"\n', encoding="utf-8")
+        (tools / "xdg-open").chmod(0o755)
+        return opened, f"{tools}:{self.desktop.environment['PATH']}"
+
     def keep_evidence(self):
         """Keeps it only after a failure."""
         result = self._outcome.result
@@ -52,6 +61,12 @@ class SiteCase(DesktopCase):
 
     def start(self, binary: str = "orvane", site: str = "", **variables) -> Program:
         return super().start(binary, site=site or self.site.origin, **variables)
+
+    def trust_the_site(self):
+        """The resolver of channels checks certificates; the user's settings for yt-dlp apply."""
+        settings = pathlib.Path(self.desktop.environment["XDG_CONFIG_HOME"]) / "yt-dlp"
+        settings.mkdir(parents=True)
+        (settings / "config").write_text("--no-check-certificates\n", encoding="ascii")
 
     def wait_for_picture(self, handle: str):
         wait_for_motion(self.program, self.site.channels[handle])

@@ -4,6 +4,7 @@
 #include "base/TaskScope.h"
 #include "settings/Preferences.h"
 #include "state/AppNotification.h"
+#include "ui/AccessibleRole.h"
 #include "ui/DisplayText.h"
 #include "ui/FittedText.h"
 #include "ui/Spinner.h"
@@ -79,6 +80,7 @@ AddChannelPage::AddChannelPage(Preferences& preferences, NotificationCenter& not
     auto* separator = new QFrame;
     separator->setFrameStyle(QFrame::HLine | QFrame::Plain);
     separator->setForegroundRole(QPalette::PlaceholderText);
+    setAccessibleRole(*separator, QAccessible::Separator);
     place(separator, {20, 140, pageWidth, 1});
     addLabel(u"Your Custom Channels"_s, {20, 120, 300, lineHeight},
              {.size = 13, .weight = QFont::DemiBold});
