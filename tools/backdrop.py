@@ -29,7 +29,8 @@ class Backdrop:
         end(self._process)
 
     def raise_(self) -> None:
-        self._desktop.run("xdotool", "windowactivate", "--sync", self._window, "windowraise", self._window)
+        self._desktop.activate(self._window)
+        self._desktop.run("xdotool", "windowraise", self._window)
 
     def _events(self, kind: str) -> list[tuple[int, ...]]:
         lines = [line.split() for line in self._output.read_text(encoding="utf-8").splitlines()]

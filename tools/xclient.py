@@ -36,6 +36,8 @@ class XClient:
 
     def activate(self, window: str) -> None:
         self.run("xdotool", "windowactivate", "--sync", window)
+        # The window manager announces the active window before it gets the keys.
+        wait_until(lambda: self.run("xdotool", "getwindowfocus").strip() == window, f"the focus in {window}")
 
     def close(self, window: str) -> None:
         """Closes it as the button in its frame does."""

@@ -7,6 +7,7 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QShowEvent>
+#include <QWindow>
 
 #include <algorithm>
 
@@ -116,6 +117,8 @@ void FormPage::followFont() {
 FixedSize::FixedSize(QWidget& window, const QSizeF& points, std::function<void()> laidOut)
     : QObject(&window), m_window(window), m_points(points), m_laidOut(std::move(laidOut)) {
     window.installEventFilter(this);
+    for (const QScreen* screen : QGuiApplication::screens())
+        connect(screen, &QScreen::logicalDotsPerInchChanged, this, [this] { m_apply.schedule(); });
     apply();
 }
 
@@ -126,7 +129,12 @@ bool FixedSize::eventFilter(QObject*, QEvent* event) {
 }
 
 void FixedSize::apply() {
-    m_window.setFixedSize(FormPage::scaled(m_points));
+    const QSize size = FormPage::scaled(m_points);
+    m_window.setFixedSize(size);
+    // After a change of the screen's scale, Qt takes the size in points for the size that the
+    // window has already.
+    if (QWindow* window = m_window.windowHandle())
+        window->resize(size);
     m_laidOut();
 }
 

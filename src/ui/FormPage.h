@@ -86,8 +86,8 @@ private:
     DeferredCall m_followFont{[this] { followFont(); }};
 };
 
-/// Keeps a window of a fixed size in points, which grows with the desktop's font. A child of the
-/// window; main thread.
+/// Keeps a window of a fixed size in points, which grows with the desktop's font and scale. A child
+/// of the window; main thread.
 class FixedSize final : public QObject {
 public:
     /// Sets the size at once. `laidOut` is called after every change of the window's size.

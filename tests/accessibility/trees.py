@@ -95,6 +95,7 @@ class Updater(Comparison, Accessible, UpdaterCase):
         self.take("Orvane Update", "searching", "Checking for updates")
         self.server.feed_allowed.set()
         self.take("Orvane Update", "an offer", "What is new")
+        self.reader.wait_for_focus('"Download"')
         self.desktop.key("Return")
         self.take("Orvane Update", "downloading", "of 2.8 MB")
         self.server.allowed.set()

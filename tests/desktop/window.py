@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """The player window on a desktop: its place, dragging, resizing, full screen, and ghost mode."""
 
+import signal
 import time
 
 from case import BUILD, DesktopCase
@@ -258,6 +259,31 @@ class Window(WindowCase):
             self.wait_for_frame(frame, f"where it was at {scale}")
             self.assertEqual(self.program.quit(), 0)
             (self.desktop.folder / "home/.config/orvane/preferences.json").unlink()
+
+
+    def test_scale_changes(self):
+        """The desktop changes its scale while the program runs: windows keep their sizes in points."""
+        self.desktop = self.enterContext(Desktop("1600x1200", compositor=True))
+        settings_file = self.desktop.folder / "xsettings"
+
+        def set_scale(scale: float):
+            settings_file.write_text(f"Xft/DPI {round(scale * 96 * 1024)}\n", encoding="ascii")
+
+        set_scale(1)
+        daemon = self.desktop.background(["xsettingsd", "-c", str(settings_file)])
+        wait_until(lambda: "xsettings" in self.desktop.run("xwininfo", "-root", "-tree"), "the settings daemon")
+        program = self.open_here()
+        self.desktop.activate(program.window())
+        self.desktop.key("comma")
+        settings = self.desktop.window("Orvane Settings")
+        for scale in (1, 1.5, 1):
+            set_scale(scale)
+            daemon.send_signal(signal.SIGHUP)
+            for window, size in ((settings, (520, 440)), (program.window(), (480, 314))):
+                wanted = tuple(round(side * scale) for side in size)
+                wait_until(lambda w=window, s=wanted: self.desktop.frame(w)[2:] == s,
+                           lambda w=window, s=wanted: f"{s}; it is {self.desktop.frame(w)}")
+        self.wait_near((1600 - 480 - 20, 1200 - 314 - 20, 480, 314), 2)
 
 
 class Ghost(WindowCase):

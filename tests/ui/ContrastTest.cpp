@@ -90,6 +90,9 @@ TEST_F(ThemeTest, EveryPaletteCanBeReadAndTheDesktopsReturns) {
                   std::pair(Link, Base)})
                 EXPECT_GE(contrast(palette.color(text), palette.color(background)), textContrast)
                     << rawValue(choice).toStdString() << text;
+            for (const QPalette::ColorRole text : {WindowText, Text, ButtonText})
+                EXPECT_GE(contrast(palette.color(QPalette::Disabled, text), palette.color(Window)),
+                          textContrast);
         }
         for (const QPalette& palette : {lightPalette(), darkPalette()})
             EXPECT_GE(contrast(palette.color(HighlightedText), palette.color(Highlight)),

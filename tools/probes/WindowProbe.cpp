@@ -9,6 +9,7 @@
 #include "platform/system/TerminationSignals.h"
 #include "state/AppNotification.h"
 #include "ui/player/PlayerWindow.h"
+#include "ui/theme/Theme.h"
 
 #include <QApplication>
 #include <QSocketNotifier>
@@ -60,7 +61,12 @@ QString execute(Services& services, AppDelegate& delegate, const QStringList& wo
         services.sleepTimer.schedule(argument.toInt());
     else if (command == u"focus"_s)
         return QGuiApplication::focusWindow() != nullptr ? u"ours"_s : u"elsewhere"_s;
-    else if (command == u"about"_s)
+    else if (command == u"font"_s) {
+        // As a desktop does.
+        QFont font = QApplication::font();
+        font.setPointSizeF(argument.toDouble());
+        QApplication::setFont(font);
+    } else if (command == u"about"_s)
         delegate.menuShowAbout();
     else if (command == u"close"_s)
         player().hide();
@@ -84,6 +90,7 @@ int main(int argc, char** argv) {
                       QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
                           u"/orvane/preferences.json"_s,
                       chooseVideoOutput(environment.videoOutput));
+    const Theme theme(services.preferences, services.notifications);
     AppDelegate delegate(appDelegateCollaborators(services));
     const TerminationSignals signals;
     QObject::connect(&signals, &TerminationSignals::received, &delegate, &AppDelegate::terminate);

@@ -24,6 +24,7 @@
 #include <QMouseEvent>
 #include <QScreen>
 #include <QShowEvent>
+#include <QWindow>
 
 #include <algorithm>
 #include <cstdlib>
@@ -149,12 +150,28 @@ void PlayerWindow::followScreens() {
     const auto watch = [this](const QScreen* screen) {
         connect(screen, &QScreen::geometryChanged, this, &PlayerWindow::ensureOnScreen,
                 Qt::QueuedConnection);
+        connect(screen, &QScreen::logicalDotsPerInchChanged, this, &PlayerWindow::keepSizeInPoints,
+                Qt::QueuedConnection);
     };
     for (const QScreen* screen : QGuiApplication::screens())
         watch(screen);
     connect(qGuiApp, &QGuiApplication::screenAdded, this, watch);
     connect(qGuiApp, &QGuiApplication::screenRemoved, this, &PlayerWindow::ensureOnScreen,
             Qt::QueuedConnection);
+}
+
+void PlayerWindow::keepSizeInPoints() {
+    // Qt leaves the window at its size in pixels when the scale of the screen changes.
+    m_scale = devicePixelRatioF();
+    if (isFullScreen())
+        return;
+    setFrame(resizedPlayerFrame(m_floating->frame(), m_size, usableAreas()));
+    m_isScaling = true;
+    m_floating->flush();
+}
+
+void PlayerWindow::screenChanged() {
+    m_scale = devicePixelRatioF();
 }
 
 void PlayerWindow::ensureOnScreen() {
@@ -229,10 +246,17 @@ void PlayerWindow::contextMenuEvent(QContextMenuEvent* event) {
 
 void PlayerWindow::resizeEvent(QResizeEvent*) {
     m_containerView->setGeometry(rect());
-    if (!m_programmaticSize || isFullScreen())
+    // A new scale of the screen shows itself as another size in points first.
+    if (isFullScreen() || devicePixelRatioF() != m_scale)
         return;
-    const QSize change = size() - *m_programmaticSize;
-    if (std::max(std::abs(change.width()), std::abs(change.height())) > sizeTolerance) {
+    const QSize change = size() - m_programmaticSize.value_or(size());
+    const bool isAsChosen =
+        std::max(std::abs(change.width()), std::abs(change.height())) <= sizeTolerance;
+    m_isScaling = m_isScaling && !isAsChosen;
+    if (m_isScaling)
+        return;
+    m_size = size();
+    if (!isAsChosen) {
         m_programmaticSize.reset();
         updateSizeHints();
     }
@@ -247,6 +271,9 @@ void PlayerWindow::setVisible(bool visible) {
 void PlayerWindow::showEvent(QShowEvent* event) {
     if (event->spontaneous())
         return; // The window manager restores a window that it had hidden.
+    connect(windowHandle(), &QWindow::screenChanged, this, &PlayerWindow::screenChanged,
+            Qt::UniqueConnection);
+    screenChanged();
     m_floating->aboutToShow();
     QMetaObject::invokeMethod(this, [this] { m_floating->shown(); }, Qt::QueuedConnection);
     m_with.state.setPlayerShown(true);

@@ -75,6 +75,8 @@ private:
     void setFrame(const QRectF& frame);
     void followScreens();
     void ensureOnScreen();
+    void keepSizeInPoints();
+    void screenChanged();
     void updateSizeHints();
     void setOpacity(double opacity);
     void fadeTo(double opacity);
@@ -91,6 +93,11 @@ private:
     PlayerContainerView* m_containerView;
     /// The size that the program has set, until the user resizes the window.
     std::optional<QSize> m_programmaticSize;
+    /// Its last size outside full screen, in points, and the pixels per point at that time.
+    QSize m_size;
+    double m_scale = 1;
+    /// From a change of scale until the window has its size in points again.
+    bool m_isScaling = false;
     std::optional<QRectF> m_frameBeforeFullScreen;
     QVariantAnimation m_fade;
     GhostMode m_ghostMode;

@@ -38,11 +38,14 @@ constexpr double rowTextWidth = 360;
 
 /// Returns the name and the handle, each shortened so that both fit into `width` pixels.
 QString rowText(const Channel& channel, const QFontMetrics& metrics, int width) {
+    const QString name = singleLineName(channel.nameEn());
     const QString handle = u"  (@%1)"_s.arg(singleLineName(channel.handle()));
-    const int nameWidth = std::max(width - metrics.horizontalAdvance(handle), width / 2);
-    const QString name =
-        metrics.elidedText(singleLineName(channel.nameEn()), Qt::ElideRight, nameWidth);
-    return metrics.elidedText(name + handle, Qt::ElideRight, width);
+    QString text = name + handle;
+    // A shortened name can be a little wider than it was asked to be.
+    for (int nameWidth = width - metrics.horizontalAdvance(handle);
+         metrics.horizontalAdvance(text) > width && nameWidth >= width / 2; nameWidth -= 4)
+        text = metrics.elidedText(name, Qt::ElideRight, nameWidth) + handle;
+    return metrics.elidedText(text, Qt::ElideRight, width);
 }
 
 QPushButton* makeButton(const QString& name, const QString& title) {

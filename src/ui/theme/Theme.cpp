@@ -23,7 +23,6 @@ struct Shades {
     QColor base;
     QColor button;
     QColor text;
-    QColor disabledText;
     QColor link;
 };
 
@@ -35,6 +34,14 @@ QColor secondaryText(const QPalette& palette) {
     const QColor window = palette.color(QPalette::Active, QPalette::Window);
     return readableShade(blended(half, window), windowBackgrounds(palette) << base,
                          secondaryContrast);
+}
+
+/// The titles in the menus are disabled entries, and are read like any other text.
+void setSecondary(QPalette& palette, const QColor& color) {
+    using enum QPalette::ColorRole;
+    palette.setColor(PlaceholderText, color);
+    for (const QPalette::ColorRole role : {WindowText, Text, ButtonText})
+        palette.setColor(QPalette::Disabled, role, color);
 }
 
 QPalette makePalette(const Shades& shades) {
@@ -50,10 +57,10 @@ QPalette makePalette(const Shades& shades) {
     set({BrightText, HighlightedText}, Qt::white);
     set({Highlight}, QColor(0, 100, 210));
     set({Link, LinkVisited}, shades.link);
-    set({PlaceholderText}, secondaryText(palette));
-    for (const QPalette::ColorRole role : {WindowText, Text, ButtonText, HighlightedText})
-        palette.setColor(QPalette::Disabled, role, shades.disabledText);
-    palette.setColor(QPalette::Disabled, Highlight, shades.disabledText.darker(130));
+    const QColor secondary = secondaryText(palette);
+    setSecondary(palette, secondary);
+    palette.setColor(QPalette::Disabled, HighlightedText, Qt::white);
+    palette.setColor(QPalette::Disabled, Highlight, secondary);
     return palette;
 }
 
@@ -69,7 +76,6 @@ QPalette lightPalette() {
                         .base = Qt::white,
                         .button = QColor(239, 239, 239),
                         .text = Qt::black,
-                        .disabledText = QColor(150, 150, 150),
                         .link = QColor(0, 90, 190)});
 }
 
@@ -78,7 +84,6 @@ QPalette darkPalette() {
                         .base = QColor(30, 30, 30),
                         .button = QColor(50, 50, 50),
                         .text = QColor(240, 240, 240),
-                        .disabledText = QColor(125, 125, 125),
                         .link = QColor(100, 175, 255)});
 }
 
@@ -118,9 +123,9 @@ void Theme::mendDesktopPalette() {
     const QColor readable = secondaryText(QApplication::palette());
     if (QApplication::palette().color(QPalette::PlaceholderText) == readable)
         return;
-    // Only this colour is set, so the others go on following the desktop.
+    // Only these colours are set, so the others go on following the desktop.
     QPalette palette;
-    palette.setColor(QPalette::PlaceholderText, readable);
+    setSecondary(palette, readable);
     QApplication::setPalette(palette);
 }
 
