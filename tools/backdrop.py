@@ -19,7 +19,8 @@ class Backdrop:
         with open(self._output, "w", encoding="utf-8") as output:
             probe = pathlib.Path(os.environ["ORVANE_BUILD"]) / "backdrop_probe"
             command = [str(probe), "#%02x%02x%02x" % colour]
-            self._process = desktop.background(command, stdout=output)
+            environment = {"QT_QPA_PLATFORM": "xcb"} | desktop.environment
+            self._process = desktop.background(command, stdout=output, env=environment)
         self._window = desktop.window("Backdrop")
 
     def __enter__(self) -> "Backdrop":

@@ -16,6 +16,18 @@ from tools.processes import end
 from tools.waiting import wait_until
 from tools.xclient import XClient
 
+BUS = """<busconfig>
+  <type>session</type>
+  <listen>{address}</listen>
+  <servicedir>{services}</servicedir>
+  <policy context="default">
+    <allow send_destination="*" eavesdrop="true"/>
+    <allow eavesdrop="true"/>
+    <allow own="*"/>
+  </policy>
+</busconfig>
+"""
+STARTED_BY_THE_BUS = ("org.a11y.Bus.service", "org.xfce.Xfconf.service")
 FIRST_DISPLAY, LAST_DISPLAY = 90, 589
 
 
@@ -116,12 +128,23 @@ class Desktop(XClient):
         return process
 
     def start_bus(self) -> None:
-        address = self.environment["DBUS_SESSION_BUS_ADDRESS"]
-        command = ["dbus-daemon", "--session", "--nofork", f"--address={address}", "--print-address=1"]
+        settings = self.folder / "bus.conf"
+        if not settings.exists():
+            self._configure_bus(settings)
+        command = ["dbus-daemon", f"--config-file={settings}", "--nofork", "--print-address=1"]
         self._bus = self.background(command, stdout=subprocess.PIPE, text=True)
         # It prints its address when it listens.
         if not self._bus.stdout.readline():
             raise RuntimeError("dbus-daemon did not start")
+
+    def _configure_bus(self, settings: pathlib.Path) -> None:
+        """Starts no service of this machine's own desktop, such as a file manager or a portal."""
+        services = self.folder / "services"
+        services.mkdir()
+        for name in STARTED_BY_THE_BUS:
+            (services / name).symlink_to(pathlib.Path("/usr/share/dbus-1/services") / name)
+        address = self.environment["DBUS_SESSION_BUS_ADDRESS"]
+        settings.write_text(BUS.format(address=address, services=services), encoding="ascii")
 
     def kill_bus(self) -> None:
         self._bus.kill()
