@@ -6,6 +6,7 @@
 #include <mpv/render.h>
 
 #include <array>
+#include <span>
 #include <utility>
 
 namespace orvane {
@@ -59,8 +60,22 @@ void SoftwareVideoView::drawFrame() {
         mpv_render_param{MPV_RENDER_PARAM_SW_POINTER, m_image.bits()},
         mpv_render_param{MPV_RENDER_PARAM_BLOCK_FOR_TARGET_TIME, &blockForTargetTime},
         mpv_render_param{MPV_RENDER_PARAM_INVALID, nullptr}};
-    if (m_source->draw(parameters.data()))
-        update();
+    if (!m_source->draw(parameters.data()))
+        return;
+    if (window()->testAttribute(Qt::WA_TranslucentBackground))
+        fillPadding();
+    update();
+}
+
+void SoftwareVideoView::fillPadding() {
+    // mpv leaves the fourth byte of a pixel 0 beside the video, where a window with an alpha
+    // channel would be transparent.
+    constexpr QRgb opaque = 0xFF000000;
+    for (int y = 0; y < m_image.height(); ++y) {
+        auto* line = reinterpret_cast<QRgb*>(m_image.scanLine(y));
+        for (QRgb& pixel : std::span(line, static_cast<size_t>(m_image.width())))
+            pixel |= opaque;
+    }
 }
 
 void SoftwareVideoView::paintEvent(QPaintEvent*) {

@@ -26,6 +26,7 @@ protected:
 
 private:
     void drawFrame();
+    void fillPadding();
 
     VideoSource* m_source = nullptr;
     QImage m_image;

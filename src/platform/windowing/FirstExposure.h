@@ -9,8 +9,8 @@
 
 namespace orvane {
 
-/// Calls back once, when a window is exposed for the first time. Owned by the window; deletes
-/// itself after the call. Main thread.
+/// Calls back once, when a window is exposed next. Owned by the window; deletes itself after the
+/// call. Main thread.
 class FirstExposure final : public QObject {
 public:
     FirstExposure(QWindow* window, std::function<void()> callback)
@@ -19,7 +19,7 @@ public:
     }
 
     bool eventFilter(QObject* watched, QEvent* event) override {
-        if (event->type() == QEvent::Expose) {
+        if (event->type() == QEvent::Expose && static_cast<QWindow*>(watched)->isExposed()) {
             watched->removeEventFilter(this);
             deleteLater();
             m_callback();

@@ -35,9 +35,12 @@ public:
     /// To be called each time before the window is hidden. Keeps its frame, which window managers
     /// change while they let go of a window.
     virtual void aboutToHide() = 0;
-    /// To be called each time after the window was shown. Restores the size hints and the frame,
-    /// which Qt has overwritten.
+    /// To be called each time after the window was shown. Restores the size hints, which Qt has
+    /// overwritten.
     virtual void shown() = 0;
+    /// To be called each time the window has appeared on the screen after it was shown. Restores
+    /// the frame if the window manager has placed the window elsewhere.
+    virtual void appeared() = 0;
 
     /// Sets the limits for resizing by the user: the smallest size in points, and the narrowest and
     /// widest aspect ratio. Many window managers resize a window at once that is outside them.

@@ -19,6 +19,7 @@ public:
     void aboutToShow() override {}
     void aboutToHide() override {}
     void shown() override {}
+    void appeared() override {}
     void setSizeHints(QSize, QSize, QSize) override {}
     [[nodiscard]] QRectF frame() const override { return m_window.geometry(); }
     void setFrame(const QRectF& frame) override { m_window.setGeometry(frame.toRect()); }
@@ -39,10 +40,10 @@ std::unique_ptr<FloatingWindow> makeFloatingWindow(QWidget& window) {
     return std::make_unique<X11FloatingWindow>(window);
 }
 
-void startWindowMove(QWidget& window, QPointF distance) {
+bool startWindowMove(QWidget& window, QPointF distance) {
     if (X11::connection() != nullptr)
         X11FloatingWindow::moveBy(window, distance);
-    window.windowHandle()->startSystemMove();
+    return window.windowHandle()->startSystemMove();
 }
 
 } // namespace orvane

@@ -16,7 +16,8 @@ namespace orvane {
 [[nodiscard]] std::unique_ptr<FloatingWindow> makeFloatingWindow(QWidget& window);
 
 /// Lets the window manager move `window` with the pointer, which has already moved by `distance`
-/// points since the button was pressed. Main thread.
-void startWindowMove(QWidget& window, QPointF distance);
+/// points since the button was pressed. Returns false where there is none that does it; then the
+/// window has moved by `distance`, and the caller has to go on. Main thread.
+[[nodiscard]] bool startWindowMove(QWidget& window, QPointF distance);
 
 } // namespace orvane

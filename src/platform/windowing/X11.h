@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <memory>
 #include <string_view>
+#include <vector>
 
 /// Qt's connection to the X server, for requests that Qt has no functions for. Main thread. Replies
 /// are waited for; the server normally runs on the same machine.
@@ -24,6 +25,12 @@ namespace orvane::X11 {
 
 /// Requires a connection. Atoms are cached.
 [[nodiscard]] xcb_atom_t atom(std::string_view name);
+
+/// Returns the atoms in a property of a window; empty if it has none. Requires a connection.
+[[nodiscard]] std::vector<xcb_atom_t> atoms(xcb_window_t window, xcb_atom_t property);
+
+/// Whether the window manager announces this part of EWMH. Requires a connection.
+[[nodiscard]] bool windowManagerSupports(std::string_view name);
 
 /// Sends the window manager a request about a window, as EWMH defines them. Requires a connection.
 void ask(xcb_window_t window, std::string_view request, std::array<uint32_t, 5> data);

@@ -23,7 +23,6 @@ namespace orvane {
 namespace {
 
 constexpr uint32_t allDesktops = 0xFFFFFFFF;
-constexpr uint32_t longestStateList = 64;
 /// The states besides being above others, which Qt sets.
 constexpr std::array states{"_NET_WM_STATE_STICKY", "_NET_WM_STATE_SKIP_TASKBAR",
                             "_NET_WM_STATE_SKIP_PAGER"};
@@ -139,6 +138,10 @@ xcb_window_t X11FloatingWindow::id() const {
 }
 
 void X11FloatingWindow::aboutToShow() {
+    // Some window managers give the focus to every window that appears, unless it takes none. Those
+    // that know no task bars do not, or let rules say so; one of them reads this only once.
+    if (X11::windowManagerSupports("_NET_WM_STATE_SKIP_TASKBAR"))
+        setAcceptsFocus(false);
     addStates();
     setKind();
     xcb_change_property(X11::connection(), XCB_PROP_MODE_REPLACE, id(),
@@ -170,16 +173,7 @@ void X11FloatingWindow::setKind() {
 
 void X11FloatingWindow::addStates() {
     // Window managers remove the states of a hidden window, and Qt adds its own to those it finds.
-    const X11::Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
-        X11::connection(),
-        xcb_get_property(X11::connection(), 0, id(), X11::atom("_NET_WM_STATE"), XCB_ATOM_ATOM, 0,
-                         longestStateList),
-        nullptr));
-    std::vector<xcb_atom_t> atoms;
-    if (reply && reply->format == 32) {
-        const auto* first = static_cast<const xcb_atom_t*>(xcb_get_property_value(reply.get()));
-        atoms.assign(first, first + reply->value_len);
-    }
+    std::vector<xcb_atom_t> atoms = X11::atoms(id(), X11::atom("_NET_WM_STATE"));
     for (const auto* name : states) {
         if (std::ranges::find(atoms, X11::atom(name)) == atoms.end())
             atoms.push_back(X11::atom(name));
@@ -202,14 +196,34 @@ void X11FloatingWindow::requestStates() {
 void X11FloatingWindow::shown() {
     requestStates();
     applySizeHints();
-    const auto frame = std::exchange(m_frameToShow, std::nullopt);
-    if (!frame)
-        return;
+}
+
+void X11FloatingWindow::setAcceptsFocus(bool accepts) {
+    xcb_icccm_wm_hints_t hints{};
+    xcb_icccm_get_wm_hints_reply(X11::connection(), xcb_icccm_get_wm_hints(X11::connection(), id()),
+                                 &hints, nullptr);
+    xcb_icccm_wm_hints_set_input(&hints, accepts ? 1 : 0);
+    xcb_icccm_set_wm_hints(X11::connection(), id(), &hints);
+
+    const xcb_atom_t protocols = X11::atom("WM_PROTOCOLS");
+    const xcb_atom_t takeFocus = X11::atom("WM_TAKE_FOCUS");
+    std::vector<xcb_atom_t> atoms = X11::atoms(id(), protocols);
+    std::erase(atoms, takeFocus);
+    if (accepts)
+        atoms.push_back(takeFocus);
+    xcb_change_property(X11::connection(), XCB_PROP_MODE_REPLACE, id(), protocols, XCB_ATOM_ATOM,
+                        32, static_cast<uint32_t>(atoms.size()), atoms.data());
+}
+
+void X11FloatingWindow::appeared() {
+    setAcceptsFocus(true);
     // Only where needed, because some window managers then forget the position of the window: where
-    // Qt has set size increments or rounded the frame to whole points.
-    const double scale = m_window.devicePixelRatioF();
-    if (scale != std::floor(scale) || *frame != pixelsOf(m_window.geometry()))
+    // Qt has set size increments or rounded the frame to whole points, and where the window manager
+    // adds a frame of its own.
+    const auto frame = std::exchange(m_frameToShow, std::nullopt);
+    if (frame && *frame != nativeFrame())
         configure(id(), frame->topLeft(), frame->size());
+    flush();
 }
 
 void X11FloatingWindow::setSizeHints(QSize smallest, QSize narrowest, QSize widest) {

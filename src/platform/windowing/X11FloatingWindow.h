@@ -27,6 +27,7 @@ public:
     void aboutToShow() override;
     void aboutToHide() override;
     void shown() override;
+    void appeared() override;
     void setSizeHints(QSize smallest, QSize narrowest, QSize widest) override;
     [[nodiscard]] QRectF frame() const override;
     void setFrame(const QRectF& frame) override;
@@ -43,13 +44,14 @@ private:
     void addStates();
     void requestStates();
     void setKind();
+    void setAcceptsFocus(bool accepts);
     void applySizeHints();
 
     QWidget& m_window;
     QSize m_smallest;
     QSize m_narrowest;
     QSize m_widest;
-    /// Pixels. Set while the window is hidden or being shown.
+    /// Pixels. Set while the window is hidden, until it appears.
     std::optional<QRect> m_frameToShow;
 };
 

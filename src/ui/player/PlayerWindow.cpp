@@ -3,6 +3,7 @@
 
 #include "model/AppConstants.h"
 #include "platform/windowing/EventMonitor.h"
+#include "platform/windowing/FirstExposure.h"
 #include "platform/windowing/FloatingWindowFactory.h"
 #include "settings/Preferences.h"
 #include "state/AppNotification.h"
@@ -27,6 +28,7 @@
 #include <QWindow>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdlib>
 
 namespace orvane {
@@ -36,6 +38,8 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr QSize aspectRatio(16, 9);
+/// After a change of the screen's scale, until sizes are what the window manager or the user chose.
+constexpr std::chrono::seconds windowManagerTime{1};
 /// Points by which the actual size may differ from the one requested of the window manager.
 constexpr int sizeTolerance = 2;
 
@@ -91,6 +95,7 @@ PlayerWindow::PlayerWindow(const Collaborators& collaborators)
     setWindowOpacity(m_with.preferences.usableWindowOpacity());
     setFrame(initialPlayerFrame(m_with.preferences.windowFrame(), usableAreas()));
 
+    m_scaling.setSingleShot(true);
     m_fade.setDuration(GhostMode::ghostFadeDuration);
     connect(&m_fade, &QVariantAnimation::valueChanged, this,
             [this](const QVariant& value) { setOpacity(value.toDouble()); });
@@ -150,7 +155,10 @@ void PlayerWindow::followScreens() {
     const auto watch = [this](const QScreen* screen) {
         connect(screen, &QScreen::geometryChanged, this, &PlayerWindow::ensureOnScreen,
                 Qt::QueuedConnection);
-        connect(screen, &QScreen::logicalDotsPerInchChanged, this, &PlayerWindow::keepSizeInPoints,
+        // A panel that comes later would cover the control bar.
+        connect(screen, &QScreen::availableGeometryChanged, this, &PlayerWindow::ensureOnScreen,
+                Qt::QueuedConnection);
+        connect(screen, &QScreen::logicalDotsPerInchChanged, this, &PlayerWindow::ensureOnScreen,
                 Qt::QueuedConnection);
     };
     for (const QScreen* screen : QGuiApplication::screens())
@@ -160,26 +168,25 @@ void PlayerWindow::followScreens() {
             Qt::QueuedConnection);
 }
 
-void PlayerWindow::keepSizeInPoints() {
-    // Qt leaves the window at its size in pixels when the scale of the screen changes.
-    m_scale = devicePixelRatioF();
-    if (isFullScreen())
-        return;
-    setFrame(resizedPlayerFrame(m_floating->frame(), m_size, usableAreas()));
-    m_isScaling = true;
-    m_floating->flush();
-}
-
 void PlayerWindow::screenChanged() {
     m_scale = devicePixelRatioF();
 }
 
 void PlayerWindow::ensureOnScreen() {
-    // Not every window manager does this, and some leave only a strip of the window visible.
     if (isFullScreen())
         return;
+    // Qt leaves the window at its size in pixels when the scale of the screen changes.
     const QRectF now = m_floating->frame();
-    const QRectF whole = playerFrameInView(now, usableAreas());
+    if (devicePixelRatioF() != m_scale) {
+        m_frameBeforeScaling = now;
+        m_scaling.start(windowManagerTime);
+    }
+    m_scale = devicePixelRatioF();
+    // From the same frame each time, as the usable areas may follow the scale later.
+    // Not every window manager brings a window into view, and some leave only a strip visible.
+    const QRectF whole = m_scaling.isActive()
+                             ? resizedPlayerFrame(m_frameBeforeScaling, m_size, usableAreas())
+                             : playerFrameInView(now, usableAreas());
     if (whole == now)
         return;
     setFrame(whole);
@@ -205,8 +212,7 @@ void PlayerWindow::present() {
         hide();
         setWindowState(windowState() & ~Qt::WindowMinimized);
     }
-    show();
-    raise();
+    show(); // Not raised: some window managers give the focus to a window that is.
 }
 
 void PlayerWindow::toggleFullScreen() {
@@ -247,16 +253,11 @@ void PlayerWindow::contextMenuEvent(QContextMenuEvent* event) {
 void PlayerWindow::resizeEvent(QResizeEvent*) {
     m_containerView->setGeometry(rect());
     // A new scale of the screen shows itself as another size in points first.
-    if (isFullScreen() || devicePixelRatioF() != m_scale)
-        return;
-    const QSize change = size() - m_programmaticSize.value_or(size());
-    const bool isAsChosen =
-        std::max(std::abs(change.width()), std::abs(change.height())) <= sizeTolerance;
-    m_isScaling = m_isScaling && !isAsChosen;
-    if (m_isScaling)
+    if (isFullScreen() || devicePixelRatioF() != m_scale || m_scaling.isActive())
         return;
     m_size = size();
-    if (!isAsChosen) {
+    const QSize change = size() - m_programmaticSize.value_or(size());
+    if (std::max(std::abs(change.width()), std::abs(change.height())) > sizeTolerance) {
         m_programmaticSize.reset();
         updateSizeHints();
     }
@@ -276,6 +277,7 @@ void PlayerWindow::showEvent(QShowEvent* event) {
     screenChanged();
     m_floating->aboutToShow();
     QMetaObject::invokeMethod(this, [this] { m_floating->shown(); }, Qt::QueuedConnection);
+    new FirstExposure(windowHandle(), [this] { m_floating->appeared(); });
     m_with.state.setPlayerShown(true);
 }
 

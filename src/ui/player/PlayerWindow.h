@@ -7,6 +7,7 @@
 #include "ui/window/GhostMode.h"
 
 #include <QRectF>
+#include <QTimer>
 #include <QVariantAnimation>
 #include <QWidget>
 
@@ -75,7 +76,6 @@ private:
     void setFrame(const QRectF& frame);
     void followScreens();
     void ensureOnScreen();
-    void keepSizeInPoints();
     void screenChanged();
     void updateSizeHints();
     void setOpacity(double opacity);
@@ -96,8 +96,10 @@ private:
     /// Its last size outside full screen, in points, and the pixels per point at that time.
     QSize m_size;
     double m_scale = 1;
-    /// From a change of scale until the window has its size in points again.
-    bool m_isScaling = false;
+    /// Runs from a change of scale until the window should have its size in points again.
+    QTimer m_scaling{this};
+    /// In points of the new scale.
+    QRectF m_frameBeforeScaling;
     std::optional<QRectF> m_frameBeforeFullScreen;
     QVariantAnimation m_fade;
     GhostMode m_ghostMode;

@@ -7,9 +7,14 @@
 #include <QWidget>
 #include <QWindow>
 
+#include <cmath>
+
 namespace orvane {
 
 namespace {
+
+/// Points by which window managers may miss the aspect ratio.
+constexpr double tolerance = 2;
 
 Qt::CursorShape cursorFor(Qt::Edges edges) {
     switch (edges) {
@@ -54,22 +59,63 @@ void EdgeResizer::showCursor(Qt::Edges edges) {
 }
 
 bool EdgeResizer::eventFilter(QObject*, QEvent* event) {
-    if (event->type() == QEvent::MouseMove) {
+    switch (event->type()) {
+    case QEvent::MouseMove: {
         const auto& move = static_cast<const QMouseEvent&>(*event);
-        if (move.buttons() == Qt::NoButton)
+        if (move.buttons() == Qt::NoButton) {
+            finish(); // A window manager may keep the release to itself.
             showCursor(edgesUnder(move));
+        } else if (m_start) {
+            setFrame(playerFrameDragged(m_start->frame, m_edges,
+                                        move.globalPosition() - m_start->pointer));
+        }
+        return m_start.has_value();
+    }
+    case QEvent::MouseButtonRelease: {
+        const bool isOurs = static_cast<bool>(m_edges);
+        finish();
+        return isOurs;
+    }
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick: {
+        const auto& pressed = static_cast<const QMouseEvent&>(*event);
+        const Qt::Edges edges = edgesUnder(pressed);
+        if (!edges || pressed.button() != Qt::LeftButton)
+            return false;
+        press(edges, pressed.globalPosition());
+        return true;
+    }
+    default:
         return false;
     }
-    if (event->type() != QEvent::MouseButtonPress && event->type() != QEvent::MouseButtonDblClick)
-        return false;
-    const auto& press = static_cast<const QMouseEvent&>(*event);
-    const Qt::Edges edges = edgesUnder(press);
-    if (!edges || press.button() != Qt::LeftButton)
-        return false;
+}
+
+void EdgeResizer::press(Qt::Edges edges, const QPointF& position) {
     if (m_onResize)
         m_onResize();
-    m_window->windowHandle()->startSystemResize(edges);
-    return true;
+    m_edges = edges;
+    if (!m_window->windowHandle()->startSystemResize(edges))
+        m_start = Start{.pointer = position, .frame = m_window->geometry()};
+}
+
+void EdgeResizer::finish() {
+    if (!m_edges)
+        return;
+    // Not every window manager keeps to the aspect ratio that the window's hints ask for.
+    const QRectF now = m_window->geometry();
+    const QRectF wanted = playerFrameDragged(now, m_edges, {});
+    const bool isClose = std::abs(now.width() - wanted.width()) <= tolerance &&
+                         std::abs(now.height() - wanted.height()) <= tolerance;
+    if (!isClose && !m_window->isFullScreen())
+        setFrame(wanted);
+    m_edges = {};
+    m_start.reset();
+}
+
+void EdgeResizer::setFrame(const QRectF& frame) {
+    m_window->setGeometry(frame.toRect());
+    if (m_onResize)
+        m_onResize();
 }
 
 } // namespace orvane

@@ -3,24 +3,28 @@
 
 #include <QObject>
 #include <QPointF>
+#include <QRectF>
 
 #include <functional>
+#include <optional>
 
 class QMouseEvent;
 class QWidget;
 
 namespace orvane {
 
-/// Lets the window manager resize a frameless window by its edges and corners. Owned by the window;
-/// main thread. Create it after all child widgets: it filters their events, and they never receive
-/// presses on the edges.
+/// Lets the user resize the frameless player window by its edges and corners. The window manager
+/// does it, or this class where that offers none; either way the window is 16:9 in the end. Owned
+/// by the window; main thread. Create it after all child widgets: it filters their events, and they
+/// never receive presses on the edges.
 class EdgeResizer final : public QObject {
     Q_OBJECT
 
 public:
     explicit EdgeResizer(QWidget* window);
 
-    /// Sets the callback for when the user starts to resize the window.
+    /// Sets the callback for when the user starts to resize the window, and when this class has
+    /// resized it.
     void onResize(std::function<void()> callback) { m_onResize = std::move(callback); }
 
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -28,9 +32,20 @@ public:
 private:
     [[nodiscard]] Qt::Edges edgesUnder(const QMouseEvent& event) const;
     void showCursor(Qt::Edges edges);
+    void press(Qt::Edges edges, const QPointF& position);
+    void finish();
+    void setFrame(const QRectF& frame);
 
     QWidget* m_window;
     Qt::Edges m_cursorEdges;
+    /// The edges that are being dragged.
+    Qt::Edges m_edges;
+    /// Where the pointer and the window were at the press, while this class resizes the window.
+    struct Start {
+        QPointF pointer;
+        QRectF frame;
+    };
+    std::optional<Start> m_start;
     std::function<void()> m_onResize;
 };
 

@@ -29,6 +29,7 @@ bool WindowDrag::eventFilter(QObject*, QEvent* event) {
         return true;
     case QEvent::MouseButtonRelease:
         m_pressedAt.reset();
+        m_offset.reset();
         return true;
     default:
         return false;
@@ -37,23 +38,28 @@ bool WindowDrag::eventFilter(QObject*, QEvent* event) {
 
 void WindowDrag::press(const QMouseEvent& event) {
     m_pressedAt.reset();
+    m_offset.reset();
     if (event.button() == Qt::LeftButton)
         m_pressedAt = event.globalPosition();
 }
 
 void WindowDrag::move(const QMouseEvent& event) {
-    if (!m_pressedAt || !event.buttons().testFlag(Qt::LeftButton))
+    if (!event.buttons().testFlag(Qt::LeftButton))
+        return;
+    QWidget* window = m_handle->window();
+    if (m_offset)
+        window->move((event.globalPosition() + *m_offset).toPoint());
+    if (!m_pressedAt)
         return;
     // Not on the press itself: a window manager that moves a window consumes the release, and a
     // double click would no longer be recognised.
     const QPointF distance = event.globalPosition() - *m_pressedAt;
     if (distance.manhattanLength() < QGuiApplication::styleHints()->startDragDistance())
         return;
+    const QPointF offset = window->pos() - *m_pressedAt;
     m_pressedAt.reset();
-    QWidget* window = m_handle->window();
-    if (window->isFullScreen())
-        return;
-    startWindowMove(*window, distance);
+    if (!window->isFullScreen() && !startWindowMove(*window, distance))
+        m_offset = offset;
 }
 
 } // namespace orvane

@@ -12,8 +12,9 @@ class QWidget;
 
 namespace orvane {
 
-/// Lets the user move the window by dragging one of its widgets; the window manager does the move.
-/// Owned by the widget; main thread. Children that handle mouse events themselves are not affected.
+/// Lets the user move the window by dragging one of its widgets. The window manager does the move,
+/// or this class where that offers none. Owned by the widget; main thread. Children that handle
+/// mouse events themselves are not affected.
 class WindowDrag final : public QObject {
     Q_OBJECT
 
@@ -31,6 +32,8 @@ private:
 
     QWidget* m_handle;
     std::optional<QPointF> m_pressedAt;
+    /// The place of the window less that of the pointer, while this class moves it.
+    std::optional<QPointF> m_offset;
     std::function<void()> m_onDoubleClick;
 };
 

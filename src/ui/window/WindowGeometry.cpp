@@ -80,6 +80,29 @@ QRectF playerFrameInView(const QRectF& frame, const QList<QRectF>& usableAreas) 
     return hidden.isEmpty() ? frame : movedInto(nearestArea(usableAreas, frame.center()), frame);
 }
 
+QRectF playerFrameDragged(const QRectF& frame, Qt::Edges edges, const QPointF& distance) {
+    double width = frame.width();
+    double height = 0;
+    if (edges.testFlag(Qt::LeftEdge))
+        width -= distance.x();
+    else if (edges.testFlag(Qt::RightEdge))
+        width += distance.x();
+    else
+        width = 0;
+    if (edges.testFlag(Qt::TopEdge))
+        height = frame.height() - distance.y();
+    else if (edges.testFlag(Qt::BottomEdge))
+        height = frame.height() + distance.y();
+    width =
+        std::max({width, height * AppConstants::aspectRatio, double(smallestPlayerSize.width())});
+    QRectF dragged(frame.topLeft(), QSizeF(width, width / AppConstants::aspectRatio));
+    if (edges.testFlag(Qt::LeftEdge))
+        dragged.moveRight(frame.right());
+    if (edges.testFlag(Qt::TopEdge))
+        dragged.moveBottom(frame.bottom());
+    return dragged;
+}
+
 Qt::Edges edgesAt(const QPointF& position, const QSizeF& size) {
     const double right = size.width() - position.x();
     const double bottom = size.height() - position.y();

@@ -32,6 +32,11 @@ inline constexpr QSize smallestPlayerSize(320, 180);
 /// into the nearest usable area and shrunk to it if necessary.
 [[nodiscard]] QRectF playerFrameInView(const QRectF& frame, const QList<QRectF>& usableAreas);
 
+/// Returns the frame after its `edges` were dragged by `distance`: 16:9, at least the smallest
+/// size, and with the opposite edges where they were.
+[[nodiscard]] QRectF playerFrameDragged(const QRectF& frame, Qt::Edges edges,
+                                        const QPointF& distance);
+
 /// Returns the edges that a press at `position` resizes: those of a band of 6 points along the
 /// inside of a window of this size, two at its corners. None elsewhere.
 [[nodiscard]] Qt::Edges edgesAt(const QPointF& position, const QSizeF& size);

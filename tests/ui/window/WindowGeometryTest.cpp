@@ -79,5 +79,17 @@ TEST(FittedText, NeverExceedsItsLineLimit) {
     }
 }
 
+TEST(WindowGeometry, DraggedEdgesKeepTheShapeTheSmallestSizeAndTheOppositeCorner) {
+    const QRectF frame(100, 100, 480, 314);
+    const Qt::Edges upperLeft = Qt::TopEdge | Qt::LeftEdge;
+    const Qt::Edges lowerRight = Qt::BottomEdge | Qt::RightEdge;
+    EXPECT_EQ(playerFrameDragged(frame, lowerRight, {160, 0}), QRectF(100, 100, 640, 360));
+    EXPECT_EQ(playerFrameDragged(frame, lowerRight, {0, 46}), QRectF(100, 100, 640, 360));
+    EXPECT_EQ(playerFrameDragged(frame, upperLeft, {-160, 0}), QRectF(-60, 54, 640, 360));
+    EXPECT_EQ(playerFrameDragged(frame, Qt::RightEdge, {160, 500}), QRectF(100, 100, 640, 360));
+    EXPECT_EQ(playerFrameDragged(frame, Qt::TopEdge, {500, -46}), QRectF(100, 54, 640, 360));
+    EXPECT_EQ(playerFrameDragged(frame, upperLeft, {900, 900}), QRectF(260, 234, 320, 180));
+}
+
 } // namespace
 } // namespace orvane
