@@ -5,6 +5,7 @@
 
 #include <QGuiApplication>
 #include <QScreen>
+#include <QTimer>
 #include <QWidget>
 #include <QWindow>
 
@@ -13,6 +14,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cmath>
 #include <optional>
 #include <utility>
@@ -23,6 +25,8 @@ namespace orvane {
 namespace {
 
 constexpr uint32_t allDesktops = 0xFFFFFFFF;
+/// Wayland compositors decide about the focus with the first picture, of which X11 does not tell.
+constexpr std::chrono::milliseconds waylandFocusDelay{500};
 /// The states besides being above others, which Qt sets.
 constexpr std::array states{"_NET_WM_STATE_STICKY", "_NET_WM_STATE_SKIP_TASKBAR",
                             "_NET_WM_STATE_SKIP_PAGER"};
@@ -130,6 +134,8 @@ void setInputShape(xcb_window_t window, QPoint corner,
 X11FloatingWindow::X11FloatingWindow(QWidget& window) : m_window(window) {
     if (X11::isXWayland())
         m_window.setAttribute(Qt::WA_TranslucentBackground);
+    if (SwayPlacement::isAvailable())
+        m_sway.emplace();
     X11::logDesktop();
 }
 
@@ -139,8 +145,8 @@ xcb_window_t X11FloatingWindow::id() const {
 
 void X11FloatingWindow::aboutToShow() {
     // Some window managers give the focus to every window that appears, unless it takes none. Those
-    // that know no task bars do not, or let rules say so; one of them reads this only once.
-    if (X11::windowManagerSupports("_NET_WM_STATE_SKIP_TASKBAR"))
+    // on X11 that know no task bars do not, or let rules say so; one of them reads this only once.
+    if (X11::isXWayland() || X11::windowManagerSupports("_NET_WM_STATE_SKIP_TASKBAR"))
         setAcceptsFocus(false);
     addStates();
     setKind();
@@ -216,14 +222,29 @@ void X11FloatingWindow::setAcceptsFocus(bool accepts) {
 }
 
 void X11FloatingWindow::appeared() {
-    setAcceptsFocus(true);
+    const auto acceptFocus = [this] {
+        setAcceptsFocus(true);
+        flush();
+    };
+    if (X11::isXWayland())
+        QTimer::singleShot(waylandFocusDelay, &m_window, acceptFocus);
+    else
+        acceptFocus();
     // Only where needed, because some window managers then forget the position of the window: where
     // Qt has set size increments or rounded the frame to whole points, and where the window manager
     // adds a frame of its own.
     const auto frame = std::exchange(m_frameToShow, std::nullopt);
-    if (frame && *frame != nativeFrame())
-        configure(id(), frame->topLeft(), frame->size());
+    if (frame && (m_sway || *frame != nativeFrame()))
+        place(*frame);
     flush();
+}
+
+void X11FloatingWindow::place(const QRect& frame) {
+    // A request to the X server would have sway centre the window.
+    if (m_sway && m_window.isVisible())
+        m_sway->place(id(), frame);
+    else
+        configure(id(), frame.topLeft(), frame.size());
 }
 
 void X11FloatingWindow::setSizeHints(QSize smallest, QSize narrowest, QSize widest) {
@@ -267,8 +288,10 @@ QRectF X11FloatingWindow::frame() const {
 }
 
 void X11FloatingWindow::setFrame(const QRectF& frame) {
-    m_window.setGeometry(frame.toRect());
     const QRect pixels = pixelsOf(frame);
+    if (m_sway && m_window.isVisible())
+        return place(pixels);
+    m_window.setGeometry(frame.toRect());
     // The server's geometry lags behind: the window manager handles the request, also for a hidden
     // window, in its own time.
     if (!m_window.isVisible())
@@ -276,10 +299,12 @@ void X11FloatingWindow::setFrame(const QRectF& frame) {
     if (m_window.internalWinId() == 0)
         return;
     applySizeHints();
-    configure(id(), pixels.topLeft(), pixels.size());
+    place(pixels);
 }
 
 void X11FloatingWindow::moveBy(QWidget& window, QPointF distance) {
+    if (SwayPlacement::isAvailable())
+        return; // It would centre the window.
     const auto id = static_cast<xcb_window_t>(window.winId());
     const QPointF pixels = distance * window.devicePixelRatioF();
     configure(id, cornerIn(X11::root(), id) + pixels.toPoint());

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/windowing/FloatingWindow.h"
+#include "platform/windowing/SwayPlacement.h"
 
 #include <QRect>
 #include <QSize>
@@ -47,7 +48,11 @@ private:
     void setAcceptsFocus(bool accepts);
     void applySizeHints();
 
+    /// Pixels.
+    void place(const QRect& frame);
+
     QWidget& m_window;
+    std::optional<SwayPlacement> m_sway;
     QSize m_smallest;
     QSize m_narrowest;
     QSize m_widest;

@@ -101,7 +101,10 @@ PlayerWindow::PlayerWindow(const Collaborators& collaborators)
             [this](const QVariant& value) { setOpacity(value.toDouble()); });
     connect(&m_fade, &QAbstractAnimation::finished, this, &PlayerWindow::conceal);
     new DialogLevel(*this);
-    auto* resizer = new EdgeResizer(this);
+    auto* resizer = new EdgeResizer(this, [this](const QRectF& frame) {
+        m_floating->setFrame(frame);
+        m_floating->flush();
+    });
     resizer->onResize([this] {
         m_programmaticSize.reset();
         updateSizeHints();

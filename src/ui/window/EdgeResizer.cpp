@@ -7,12 +7,14 @@
 #include <QWidget>
 #include <QWindow>
 
+#include <chrono>
 #include <cmath>
 
 namespace orvane {
 
 namespace {
 
+constexpr std::chrono::milliseconds pauseTime{300};
 /// Points by which window managers may miss the aspect ratio.
 constexpr double tolerance = 2;
 
@@ -34,7 +36,12 @@ Qt::CursorShape cursorFor(Qt::Edges edges) {
 
 } // namespace
 
-EdgeResizer::EdgeResizer(QWidget* window) : QObject(window), m_window(window) {
+EdgeResizer::EdgeResizer(QWidget* window, std::function<void(QRectF)> setFrame)
+    : QObject(window), m_window(window), m_setFrame(std::move(setFrame)) {
+    m_pause.setSingleShot(true);
+    m_pause.setInterval(pauseTime);
+    connect(&m_pause, &QTimer::timeout, this, &EdgeResizer::correctShape);
+    window->installEventFilter(this);
     for (QWidget* widget : window->findChildren<QWidget*>()) {
         widget->setMouseTracking(true);
         widget->installEventFilter(this);
@@ -58,16 +65,21 @@ void EdgeResizer::showCursor(Qt::Edges edges) {
         m_window->unsetCursor();
 }
 
-bool EdgeResizer::eventFilter(QObject*, QEvent* event) {
+bool EdgeResizer::eventFilter(QObject* watched, QEvent* event) {
     switch (event->type()) {
+    case QEvent::Resize:
+        // Some window managers tell of the end of a resize only when the pointer moves again.
+        if (watched == m_window && m_edges && !m_start)
+            m_pause.start();
+        return false;
     case QEvent::MouseMove: {
         const auto& move = static_cast<const QMouseEvent&>(*event);
         if (move.buttons() == Qt::NoButton) {
             finish(); // A window manager may keep the release to itself.
             showCursor(edgesUnder(move));
         } else if (m_start) {
-            setFrame(playerFrameDragged(m_start->frame, m_edges,
-                                        move.globalPosition() - m_start->pointer));
+            m_setFrame(playerFrameDragged(m_start->frame, m_edges,
+                                          move.globalPosition() - m_start->pointer));
         }
         return m_start.has_value();
     }
@@ -101,21 +113,20 @@ void EdgeResizer::press(Qt::Edges edges, const QPointF& position) {
 void EdgeResizer::finish() {
     if (!m_edges)
         return;
+    correctShape();
+    m_pause.stop();
+    m_edges = {};
+    m_start.reset();
+}
+
+void EdgeResizer::correctShape() {
     // Not every window manager keeps to the aspect ratio that the window's hints ask for.
     const QRectF now = m_window->geometry();
     const QRectF wanted = playerFrameDragged(now, m_edges, {});
     const bool isClose = std::abs(now.width() - wanted.width()) <= tolerance &&
                          std::abs(now.height() - wanted.height()) <= tolerance;
     if (!isClose && !m_window->isFullScreen())
-        setFrame(wanted);
-    m_edges = {};
-    m_start.reset();
-}
-
-void EdgeResizer::setFrame(const QRectF& frame) {
-    m_window->setGeometry(frame.toRect());
-    if (m_onResize)
-        m_onResize();
+        m_setFrame(wanted);
 }
 
 } // namespace orvane

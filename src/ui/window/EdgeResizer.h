@@ -4,6 +4,7 @@
 #include <QObject>
 #include <QPointF>
 #include <QRectF>
+#include <QTimer>
 
 #include <functional>
 #include <optional>
@@ -21,10 +22,10 @@ class EdgeResizer final : public QObject {
     Q_OBJECT
 
 public:
-    explicit EdgeResizer(QWidget* window);
+    /// `setFrame` gives the window another frame, in points.
+    EdgeResizer(QWidget* window, std::function<void(QRectF)> setFrame);
 
-    /// Sets the callback for when the user starts to resize the window, and when this class has
-    /// resized it.
+    /// Sets the callback for when the user starts to resize the window.
     void onResize(std::function<void()> callback) { m_onResize = std::move(callback); }
 
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -34,7 +35,7 @@ private:
     void showCursor(Qt::Edges edges);
     void press(Qt::Edges edges, const QPointF& position);
     void finish();
-    void setFrame(const QRectF& frame);
+    void correctShape();
 
     QWidget* m_window;
     Qt::Edges m_cursorEdges;
@@ -46,6 +47,9 @@ private:
         QRectF frame;
     };
     std::optional<Start> m_start;
+    /// Runs while the window manager resizes the window.
+    QTimer m_pause;
+    std::function<void(QRectF)> m_setFrame;
     std::function<void()> m_onResize;
 };
 
