@@ -338,9 +338,9 @@ void PlayerWindow::conceal() {
     if (!m_ghostMode.isHiddenByGhost())
         return;
     // An invisible window needs no painting, and without support for opacity it must not be
-    // painted.
+    // painted. Its shadow goes with its shape.
     m_containerView->hide();
-    if (m_floating->concealment() == FloatingWindow::Concealment::emptyShape)
+    if (m_floating->concealment() != FloatingWindow::Concealment::noContent)
         m_floating->setShapeEmpty(true);
 }
 
