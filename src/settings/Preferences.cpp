@@ -35,6 +35,7 @@ constexpr QLatin1StringView ghostModeEnabled{"ghostModeEnabled"};
 constexpr QLatin1StringView customChannels{"customChannels"};
 constexpr QLatin1StringView shortcutsInTextFields{"shortcutsInTextFields"};
 constexpr QLatin1StringView shortcutsInGhostMode{"shortcutsInGhostMode"};
+constexpr QLatin1StringView staysAboveFullScreen{"staysAboveFullScreen"};
 constexpr QLatin1StringView onboardingCompleted{"onboardingCompleted"};
 } // namespace Key
 
@@ -242,6 +243,14 @@ bool Preferences::shortcutsInTextFields() const {
 
 void Preferences::setShortcutsInTextFields(bool on) {
     m_defaults.set(Key::shortcutsInTextFields, on);
+}
+
+bool Preferences::staysAboveFullScreen() const {
+    return m_defaults.boolean(Key::staysAboveFullScreen).value_or(true);
+}
+
+void Preferences::setStaysAboveFullScreen(bool on) {
+    m_defaults.set(Key::staysAboveFullScreen, on);
 }
 
 std::optional<bool> Preferences::shortcutsInGhostMode() const {

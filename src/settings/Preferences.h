@@ -94,6 +94,10 @@ public:
     [[nodiscard]] std::optional<bool> shortcutsInGhostMode() const;
     void setShortcutsInGhostMode(bool on);
 
+    /// Whether the player window stays above other programs' full-screen windows. Absent: yes.
+    [[nodiscard]] bool staysAboveFullScreen() const;
+    void setStaysAboveFullScreen(bool on);
+
     /// Default false.
     [[nodiscard]] bool onboardingCompleted() const;
     void setOnboardingCompleted(bool completed);

@@ -49,6 +49,9 @@ inline constexpr Topic<bool> ghostModeChanged{"lumenfold.orvane.ghostModeChanged
 /// Whether shortcuts may act in ghost mode while the user types in other programs.
 inline constexpr Topic<bool> shortcutsInGhostModeChanged{
     "lumenfold.orvane.shortcutsInGhostModeChanged"};
+/// Whether the player window stays above other programs' full-screen windows.
+inline constexpr Topic<bool> staysAboveFullScreenChanged{
+    "lumenfold.orvane.staysAboveFullScreenChanged"};
 /// A shortcut has consumed a key that was pressed in a text field.
 inline constexpr Topic<> textFieldLostKey{"lumenfold.orvane.textFieldLostKey"};
 /// Whether the session is locked.

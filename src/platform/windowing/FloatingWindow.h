@@ -42,6 +42,12 @@ public:
     /// the frame if the window manager has placed the window elsewhere.
     virtual void appeared() = 0;
 
+    /// Whether the window stays above other programs' full-screen windows too, where the window
+    /// manager can be brought to it. Off at first.
+    virtual void setAboveFullScreen(bool isAbove) = 0;
+    /// Whether a full-screen window takes this one along when it is minimised.
+    [[nodiscard]] virtual bool followsFullScreen() const = 0;
+
     /// Sets the limits for resizing by the user: the smallest size in points, and the narrowest and
     /// widest aspect ratio. Many window managers resize a window at once that is outside them.
     virtual void setSizeHints(QSize smallest, QSize narrowest, QSize widest) = 0;

@@ -20,6 +20,8 @@ public:
     void aboutToHide() override {}
     void shown() override {}
     void appeared() override {}
+    void setAboveFullScreen(bool) override {}
+    [[nodiscard]] bool followsFullScreen() const override { return false; }
     void setSizeHints(QSize, QSize, QSize) override {}
     [[nodiscard]] QRectF frame() const override { return m_window.geometry(); }
     void setFrame(const QRectF& frame) override { m_window.setGeometry(frame.toRect()); }

@@ -79,19 +79,19 @@ xcb_atom_t atom(std::string_view name) {
     return atom;
 }
 
-std::vector<xcb_atom_t> atoms(xcb_window_t window, xcb_atom_t property) {
+std::vector<uint32_t> values(xcb_window_t window, xcb_atom_t property, xcb_atom_t type) {
     constexpr uint32_t longest = 1024;
     const Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
-        connection(),
-        xcb_get_property(connection(), 0, window, property, XCB_ATOM_ATOM, 0, longest), nullptr));
+        connection(), xcb_get_property(connection(), 0, window, property, type, 0, longest),
+        nullptr));
     if (!reply || reply->format != 32)
         return {};
-    const auto* first = static_cast<const xcb_atom_t*>(xcb_get_property_value(reply.get()));
+    const auto* first = static_cast<const uint32_t*>(xcb_get_property_value(reply.get()));
     return {first, first + reply->value_len};
 }
 
 bool windowManagerSupports(std::string_view name) {
-    const std::vector<xcb_atom_t> supported = atoms(root(), atom("_NET_SUPPORTED"));
+    const std::vector<xcb_atom_t> supported = values(root(), atom("_NET_SUPPORTED"), XCB_ATOM_ATOM);
     return std::ranges::find(supported, atom(name)) != supported.end();
 }
 

@@ -26,8 +26,10 @@ namespace orvane::X11 {
 /// Requires a connection. Atoms are cached.
 [[nodiscard]] xcb_atom_t atom(std::string_view name);
 
-/// Returns the atoms in a property of a window; empty if it has none. Requires a connection.
-[[nodiscard]] std::vector<xcb_atom_t> atoms(xcb_window_t window, xcb_atom_t property);
+/// Returns the atoms, windows or numbers in a property of a window; empty if it has none of this
+/// type. Requires a connection.
+[[nodiscard]] std::vector<uint32_t> values(xcb_window_t window, xcb_atom_t property,
+                                           xcb_atom_t type);
 
 /// Whether the window manager announces this part of EWMH. Requires a connection.
 [[nodiscard]] bool windowManagerSupports(std::string_view name);

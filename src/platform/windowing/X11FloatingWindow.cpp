@@ -179,7 +179,7 @@ void X11FloatingWindow::setKind() {
 
 void X11FloatingWindow::addStates() {
     // Window managers remove the states of a hidden window, and Qt adds its own to those it finds.
-    std::vector<xcb_atom_t> atoms = X11::atoms(id(), X11::atom("_NET_WM_STATE"));
+    std::vector<xcb_atom_t> atoms = X11::values(id(), X11::atom("_NET_WM_STATE"), XCB_ATOM_ATOM);
     for (const auto* name : states) {
         if (std::ranges::find(atoms, X11::atom(name)) == atoms.end())
             atoms.push_back(X11::atom(name));
@@ -213,7 +213,7 @@ void X11FloatingWindow::setAcceptsFocus(bool accepts) {
 
     const xcb_atom_t protocols = X11::atom("WM_PROTOCOLS");
     const xcb_atom_t takeFocus = X11::atom("WM_TAKE_FOCUS");
-    std::vector<xcb_atom_t> atoms = X11::atoms(id(), protocols);
+    std::vector<xcb_atom_t> atoms = X11::values(id(), protocols, XCB_ATOM_ATOM);
     std::erase(atoms, takeFocus);
     if (accepts)
         atoms.push_back(takeFocus);

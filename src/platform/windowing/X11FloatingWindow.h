@@ -3,6 +3,7 @@
 
 #include "platform/windowing/FloatingWindow.h"
 #include "platform/windowing/SwayPlacement.h"
+#include "platform/windowing/X11FullScreenOwner.h"
 
 #include <QRect>
 #include <QSize>
@@ -29,6 +30,8 @@ public:
     void aboutToHide() override;
     void shown() override;
     void appeared() override;
+    void setAboveFullScreen(bool isAbove) override { m_fullScreenOwner.setEnabled(isAbove); }
+    [[nodiscard]] bool followsFullScreen() const override { return m_fullScreenOwner.hasOwner(); }
     void setSizeHints(QSize smallest, QSize narrowest, QSize widest) override;
     [[nodiscard]] QRectF frame() const override;
     void setFrame(const QRectF& frame) override;
@@ -53,6 +56,7 @@ private:
 
     QWidget& m_window;
     std::optional<SwayPlacement> m_sway;
+    X11FullScreenOwner m_fullScreenOwner{m_window};
     QSize m_smallest;
     QSize m_narrowest;
     QSize m_widest;

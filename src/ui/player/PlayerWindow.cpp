@@ -125,6 +125,13 @@ void PlayerWindow::registerObservers() {
                                                                m_fade.stop();
                                                                setOpacity(opacity);
                                                            }));
+    m_observers.push_back(m_with.notifications.addObserver(
+        AppNotification::staysAboveFullScreenChanged, [this] { updateLevel(); }));
+    m_observers.push_back(m_with.notifications.addObserver(AppNotification::sessionLockChanged,
+                                                           [this](bool isLocked) {
+                                                               m_isSessionLocked = isLocked;
+                                                               updateLevel();
+                                                           }));
     m_observers.push_back(
         m_with.notifications.addObserver(AppNotification::ghostModeChanged, [this](bool isOn) {
             if (isOn)
@@ -132,6 +139,11 @@ void PlayerWindow::registerObservers() {
             else
                 m_ghostMode.stop();
         }));
+}
+
+void PlayerWindow::updateLevel() {
+    // A lock screen may be an ordinary full-screen window.
+    m_floating->setAboveFullScreen(!m_isSessionLocked && m_with.preferences.staysAboveFullScreen());
 }
 
 QRectF PlayerWindow::frame() const {
@@ -231,6 +243,8 @@ void PlayerWindow::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
     if (event->type() != QEvent::WindowStateChange)
         return;
+    if (isMinimized() && m_floating->followsFullScreen())
+        QMetaObject::invokeMethod(this, &PlayerWindow::present, Qt::QueuedConnection);
     m_with.state.setFullscreen(isFullScreen());
     m_containerView->fullScreenChanged();
     if (!isFullScreen())
@@ -281,6 +295,7 @@ void PlayerWindow::showEvent(QShowEvent* event) {
     m_floating->aboutToShow();
     QMetaObject::invokeMethod(this, [this] { m_floating->shown(); }, Qt::QueuedConnection);
     new FirstExposure(windowHandle(), [this] { m_floating->appeared(); });
+    updateLevel();
     m_with.state.setPlayerShown(true);
 }
 

@@ -78,6 +78,7 @@ private:
     void ensureOnScreen();
     void screenChanged();
     void updateSizeHints();
+    void updateLevel();
     void setOpacity(double opacity);
     void fadeTo(double opacity);
     void conceal();
@@ -101,6 +102,7 @@ private:
     /// In points of the new scale.
     QRectF m_frameBeforeScaling;
     std::optional<QRectF> m_frameBeforeFullScreen;
+    bool m_isSessionLocked = false;
     QVariantAnimation m_fade;
     GhostMode m_ghostMode;
     std::vector<NotificationCenter::Token> m_observers;

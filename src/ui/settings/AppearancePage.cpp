@@ -8,6 +8,7 @@
 #include "ui/theme/Contrast.h"
 #include "ui/theme/SystemColors.h"
 
+#include <QCheckBox>
 #include <QEvent>
 #include <QPushButton>
 #include <QSlider>
@@ -44,6 +45,18 @@ AppearancePage::AppearancePage(Preferences& preferences, NotificationCenter& not
       m_resizePlayer(std::move(resizePlayer)) {
     addOpacitySlider();
     addPresets();
+    addLevel();
+}
+
+void AppearancePage::addLevel() {
+    auto* box = new QCheckBox(u"Stay above full-screen windows"_s);
+    box->setObjectName(u"staysAboveFullScreen"_s);
+    box->setChecked(m_preferences.staysAboveFullScreen());
+    connect(box, &QCheckBox::clicked, this, [this](bool isOn) {
+        m_preferences.setStaysAboveFullScreen(isOn);
+        m_notifications.post(AppNotification::staysAboveFullScreenChanged, isOn);
+    });
+    place(box, {160, 240, 320, 22}, Width::grows);
 }
 
 void AppearancePage::addOpacitySlider() {

@@ -30,6 +30,7 @@ protected:
 private:
     void addOpacitySlider();
     void addPresets();
+    void addLevel();
     void opacityChanged(double opacity);
     /// `width` is the content width in points.
     void sizePresetTapped(int width);
