@@ -11,6 +11,8 @@ public:
     std::optional<QPointF> location;
     Handler global;
     Handler local;
+    Handler departure;
+    QRectF departureArea;
     KeyHandler globalKeys;
     KeyHandler localKeys;
 
@@ -27,6 +29,11 @@ public:
     }
     [[nodiscard]] std::unique_ptr<QObject> addLocalPointerMonitor(Handler handler) override {
         return add(local, std::move(handler));
+    }
+    [[nodiscard]] std::unique_ptr<QObject> addDepartureMonitor(const QRectF& area,
+                                                               Handler handler) override {
+        departureArea = area;
+        return add(departure, std::move(handler));
     }
     [[nodiscard]] std::unique_ptr<QObject> addGlobalKeyDownMonitor(KeyHandler handler) override {
         return add(globalKeys, std::move(handler));

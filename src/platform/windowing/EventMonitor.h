@@ -5,6 +5,7 @@
 
 #include <QObject>
 #include <QPointF>
+#include <QRectF>
 
 #include <functional>
 #include <memory>
@@ -33,6 +34,13 @@ public:
     [[nodiscard]] virtual std::unique_ptr<QObject> addGlobalPointerMonitor(Handler handler) = 0;
     /// Calls the handler before the window gets the event.
     [[nodiscard]] virtual std::unique_ptr<QObject> addLocalPointerMonitor(Handler handler) = 0;
+
+    /// Calls the handler once, soon after the pointer is outside the area, in a Wayland session,
+    /// where no other monitor may tell so. It need not have been inside. Until then nothing but the
+    /// area receives the pointer. Elsewhere it never calls the handler. Points in desktop
+    /// coordinates, y downwards.
+    [[nodiscard]] virtual std::unique_ptr<QObject> addDepartureMonitor(const QRectF& area,
+                                                                       Handler handler) = 0;
 
     /// Calls the handler for keys that are pressed while no window of this program has the focus
     /// and none of its menus is open, except while another program has grabbed the keyboard. The

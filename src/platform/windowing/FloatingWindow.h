@@ -10,23 +10,6 @@ namespace orvane {
 /// class of that window; main thread. Never fails: desktops ignore what they do not support.
 class FloatingWindow {
 public:
-    /// The part of the window that receives pointer events.
-    enum class InputArea {
-        everywhere,
-        nowhere,
-        /// Only along its edges, `ringWidth` wide, so that a pointer that leaves is noticed.
-        ring
-    };
-    /// How to make the window invisible.
-    enum class Concealment {
-        /// By opacity 0.
-        opacity,
-        /// By an empty shape, because opacity has no effect.
-        emptyShape,
-        /// By drawing nothing, because neither may have an effect.
-        noContent
-    };
-
     virtual ~FloatingWindow() = default;
 
     /// To be called each time before the window is shown; it has a native window by then. Puts it
@@ -56,12 +39,12 @@ public:
     [[nodiscard]] virtual QRectF frame() const = 0;
     virtual void setFrame(const QRectF& frame) = 0;
 
-    /// `ringWidth` in points.
-    virtual void setInputArea(InputArea area, double ringWidth) = 0;
-
-    /// May change at any time, as compositors start and stop.
-    [[nodiscard]] virtual Concealment concealment() const = 0;
-    virtual void setShapeEmpty(bool isEmpty) = 0;
+    /// A window that does not accept the pointer lets clicks through.
+    virtual void setAcceptsPointer(bool accepts) = 0;
+    /// For a window that accepts no pointer, whose opacity is 0 and which draws nothing: does what
+    /// else the desktop needs to show and click what is behind it. To be called repeatedly while it
+    /// has vanished, as compositors start and stop. Does not take the keyboard on its return.
+    virtual void setVanished(bool vanished) = 0;
 
     /// Sends the requests that Qt has buffered; to be called after calls to Qt that change the
     /// window, since otherwise they may wait for the next event.

@@ -25,9 +25,8 @@ public:
     void setSizeHints(QSize, QSize, QSize) override {}
     [[nodiscard]] QRectF frame() const override { return m_window.geometry(); }
     void setFrame(const QRectF& frame) override { m_window.setGeometry(frame.toRect()); }
-    void setInputArea(InputArea, double) override {}
-    [[nodiscard]] Concealment concealment() const override { return Concealment::opacity; }
-    void setShapeEmpty(bool) override {}
+    void setAcceptsPointer(bool) override {}
+    void setVanished(bool) override {}
     void flush() override {}
 
 private:

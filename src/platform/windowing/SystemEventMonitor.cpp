@@ -3,6 +3,7 @@
 
 #include "platform/windowing/X11.h"
 #include "platform/windowing/X11Keyboard.h"
+#include "platform/windowing/X11PointerFence.h"
 #include "platform/windowing/X11RawInput.h"
 #include "platform/windowing/X11RawKeys.h"
 
@@ -83,11 +84,15 @@ private:
 };
 
 /// While the pointer is over a native Wayland window, XWayland reports its last known position and
-/// no window below it.
+/// no window below it, or an invisible one with which the compositor guards the desktop.
 bool isPointerOverX11Window() {
     const X11::Reply<xcb_query_pointer_reply_t> reply(xcb_query_pointer_reply(
         X11::connection(), xcb_query_pointer(X11::connection(), X11::root()), nullptr));
-    return reply && reply->child != XCB_WINDOW_NONE;
+    if (!reply || reply->child == XCB_WINDOW_NONE)
+        return false;
+    const X11::Reply<xcb_get_window_attributes_reply_t> attributes(xcb_get_window_attributes_reply(
+        X11::connection(), xcb_get_window_attributes(X11::connection(), reply->child), nullptr));
+    return attributes && attributes->_class == XCB_WINDOW_CLASS_INPUT_OUTPUT;
 }
 
 } // namespace
@@ -108,6 +113,15 @@ std::unique_ptr<QObject> SystemEventMonitor::addGlobalPointerMonitor(Handler han
 
 std::unique_ptr<QObject> SystemEventMonitor::addLocalPointerMonitor(Handler handler) {
     return std::make_unique<LocalPointerMonitor>(std::move(handler));
+}
+
+std::unique_ptr<QObject> SystemEventMonitor::addDepartureMonitor(const QRectF& area,
+                                                                 Handler handler) {
+    if (!X11::isXWayland())
+        return std::make_unique<QObject>();
+    auto fence = std::make_unique<X11PointerFence>(area);
+    QObject::connect(fence.get(), &X11PointerFence::entered, fence.get(), std::move(handler));
+    return fence;
 }
 
 std::unique_ptr<QObject> SystemEventMonitor::addGlobalKeyDownMonitor(KeyHandler handler) {

@@ -18,6 +18,8 @@ public:
 
     [[nodiscard]] std::unique_ptr<QObject> addGlobalPointerMonitor(Handler handler) override;
     [[nodiscard]] std::unique_ptr<QObject> addLocalPointerMonitor(Handler handler) override;
+    [[nodiscard]] std::unique_ptr<QObject> addDepartureMonitor(const QRectF& area,
+                                                               Handler handler) override;
     [[nodiscard]] std::unique_ptr<QObject> addGlobalKeyDownMonitor(KeyHandler handler) override;
     [[nodiscard]] std::unique_ptr<QObject> addLocalKeyDownMonitor(KeyHandler handler) override;
     [[nodiscard]] std::optional<QPointF> pointerLocation() const override;

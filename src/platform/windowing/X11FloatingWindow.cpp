@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/windowing/X11FloatingWindow.h"
 
+#include "platform/windowing/FirstExposure.h"
 #include "platform/windowing/X11.h"
 
 #include <QGuiApplication>
@@ -27,6 +28,8 @@ namespace {
 constexpr uint32_t allDesktops = 0xFFFFFFFF;
 /// Wayland compositors decide about the focus with the first picture, of which X11 does not tell.
 constexpr std::chrono::milliseconds waylandFocusDelay{500};
+/// Pixels; window coordinates have 16 bits.
+constexpr int beyondTheDesktop = 16384;
 /// The states besides being above others, which Qt sets.
 constexpr std::array states{"_NET_WM_STATE_STICKY", "_NET_WM_STATE_SKIP_TASKBAR",
                             "_NET_WM_STATE_SKIP_PAGER"};
@@ -99,34 +102,20 @@ bool hasShapes() {
     return xcb_get_extension_data(X11::connection(), &xcb_shape_id)->present != 0;
 }
 
-xcb_rectangle_t rectangle(int x, int y, int width, int height) {
-    return {.x = static_cast<int16_t>(x),
-            .y = static_cast<int16_t>(y),
-            .width = static_cast<uint16_t>(std::max(width, 0)),
-            .height = static_cast<uint16_t>(std::max(height, 0))};
+void emptyShape(xcb_window_t window, xcb_shape_sk_t kind) {
+    xcb_shape_rectangles(X11::connection(), XCB_SHAPE_SO_SET, kind, XCB_CLIP_ORDERING_UNSORTED,
+                         window, 0, 0, 0, nullptr);
 }
 
-/// Returns the edges of a window; pixels.
-std::vector<xcb_rectangle_t> ring(QSize size, int width) {
-    const int inner = size.height() - 2 * width;
-    return {rectangle(0, 0, size.width(), width),
-            rectangle(0, size.height() - width, size.width(), width),
-            rectangle(0, width, width, inner),
-            rectangle(size.width() - width, width, width, inner)};
+void resetShape(xcb_window_t window, xcb_shape_sk_t kind) {
+    xcb_shape_mask(X11::connection(), XCB_SHAPE_SO_SET, kind, window, 0, 0, XCB_PIXMAP_NONE);
 }
 
-void resetInputShape(xcb_window_t window) {
-    xcb_shape_mask(X11::connection(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, window, 0, 0,
-                   XCB_PIXMAP_NONE);
-}
-
-/// The rectangles are relative to `corner`.
-void setInputShape(xcb_window_t window, QPoint corner,
-                   const std::vector<xcb_rectangle_t>& rectangles) {
-    xcb_shape_rectangles(X11::connection(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT,
-                         XCB_CLIP_ORDERING_UNSORTED, window, static_cast<int16_t>(corner.x()),
-                         static_cast<int16_t>(corner.y()), static_cast<uint32_t>(rectangles.size()),
-                         rectangles.data());
+/// Whether a window that is unmapped is gone at once, and returns where it was. In a Wayland
+/// session not every window manager knows hidden windows; one that does not fades their last
+/// picture out, and moves them by the width of its shadows.
+bool canWithdraw() {
+    return X11::windowManagerSupports("_NET_WM_STATE_HIDDEN");
 }
 
 } // namespace
@@ -136,6 +125,11 @@ X11FloatingWindow::X11FloatingWindow(QWidget& window) : m_window(window) {
         m_window.setAttribute(Qt::WA_TranslucentBackground);
     if (SwayPlacement::isAvailable())
         m_sway.emplace();
+    m_focusDelay.setSingleShot(true);
+    QObject::connect(&m_focusDelay, &QTimer::timeout, &m_window, [this] {
+        setAcceptsFocus(true);
+        flush();
+    });
     X11::logDesktop();
 }
 
@@ -154,10 +148,13 @@ void X11FloatingWindow::aboutToShow() {
                         X11::atom("_NET_WM_DESKTOP"), XCB_ATOM_CARDINAL, 32, 1, &allDesktops);
     if (!m_frameToShow)
         m_frameToShow = nativeFrame();
+    m_isWithdrawn = false;
+    m_focusDelay.stop();
 }
 
 void X11FloatingWindow::aboutToHide() {
-    m_frameToShow = nativeFrame();
+    if (!m_isWithdrawn)
+        m_frameToShow = nativeFrame();
 }
 
 void X11FloatingWindow::setKind() {
@@ -222,14 +219,10 @@ void X11FloatingWindow::setAcceptsFocus(bool accepts) {
 }
 
 void X11FloatingWindow::appeared() {
-    const auto acceptFocus = [this] {
-        setAcceptsFocus(true);
-        flush();
-    };
     if (X11::isXWayland())
-        QTimer::singleShot(waylandFocusDelay, &m_window, acceptFocus);
+        m_focusDelay.start(waylandFocusDelay);
     else
-        acceptFocus();
+        setAcceptsFocus(true);
     // Only where needed, because some window managers then forget the position of the window: where
     // Qt has set size increments or rounded the frame to whole points, and where the window manager
     // adds a frame of its own.
@@ -241,7 +234,7 @@ void X11FloatingWindow::appeared() {
 
 void X11FloatingWindow::place(const QRect& frame) {
     // A request to the X server would have sway centre the window.
-    if (m_sway && m_window.isVisible())
+    if (m_sway && m_window.isVisible() && !m_isWithdrawn)
         m_sway->place(id(), frame);
     else
         configure(id(), frame.topLeft(), frame.size());
@@ -289,13 +282,16 @@ QRectF X11FloatingWindow::frame() const {
 
 void X11FloatingWindow::setFrame(const QRectF& frame) {
     const QRect pixels = pixelsOf(frame);
-    if (m_sway && m_window.isVisible())
-        return place(pixels);
-    m_window.setGeometry(frame.toRect());
     // The server's geometry lags behind: the window manager handles the request, also for a hidden
     // window, in its own time.
-    if (!m_window.isVisible())
+    if (!m_window.isVisible() || m_isWithdrawn)
         m_frameToShow = pixels;
+    if (m_sway && m_window.isVisible()) {
+        if (!m_isWithdrawn)
+            place(pixels);
+        return;
+    }
+    m_window.setGeometry(frame.toRect());
     if (m_window.internalWinId() == 0)
         return;
     applySizeHints();
@@ -310,42 +306,72 @@ void X11FloatingWindow::moveBy(QWidget& window, QPointF distance) {
     configure(id, cornerIn(X11::root(), id) + pixels.toPoint());
 }
 
-void X11FloatingWindow::setInputArea(InputArea area, double ringWidth) {
+void X11FloatingWindow::setAcceptsPointer(bool accepts) {
     if (!hasShapes())
         return;
-    std::vector<xcb_rectangle_t> rectangles;
-    if (area == InputArea::ring)
-        rectangles = ring(nativeFrame().size(), qRound(ringWidth * m_window.devicePixelRatioF()));
     // XWayland tells the compositor about the outermost window only, and not every window manager
     // there applies the shape to its frame.
     std::vector<xcb_window_t> windows{id()};
     if (X11::isXWayland())
         windows = windowAndFrames(id());
     for (const xcb_window_t window : windows) {
-        if (area == InputArea::everywhere)
-            resetInputShape(window);
+        if (accepts)
+            resetShape(window, XCB_SHAPE_SK_INPUT);
         else
-            setInputShape(window, cornerIn(window, id()), rectangles);
+            emptyShape(window, XCB_SHAPE_SK_INPUT);
     }
     xcb_flush(X11::connection());
 }
 
-FloatingWindow::Concealment X11FloatingWindow::concealment() const {
-    if (X11::isXWayland())
-        return Concealment::noContent;
-    return X11::isComposited() ? Concealment::opacity : Concealment::emptyShape;
+void X11FloatingWindow::setVanished(bool vanished) {
+    if (!X11::isXWayland())
+        setShapeEmpty(vanished); // Its shadow goes with its shape.
+    else if (!vanished)
+        comeBack();
+    else if (canWithdraw() && !m_window.isFullScreen())
+        withdraw();
 }
 
 void X11FloatingWindow::setShapeEmpty(bool isEmpty) {
     if (!hasShapes())
         return;
     if (isEmpty)
-        xcb_shape_rectangles(X11::connection(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING,
-                             XCB_CLIP_ORDERING_UNSORTED, id(), 0, 0, 0, nullptr);
+        emptyShape(id(), XCB_SHAPE_SK_BOUNDING);
     else
-        xcb_shape_mask(X11::connection(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, id(), 0, 0,
-                       XCB_PIXMAP_NONE);
+        resetShape(id(), XCB_SHAPE_SK_BOUNDING);
     xcb_flush(X11::connection());
+}
+
+// In a Wayland session a click goes where the compositor sees a window, and not every one knows
+// where X11 windows accept the pointer. So the window goes altogether, behind Qt's back, for which
+// it stays open.
+
+void X11FloatingWindow::withdraw() {
+    if (m_isWithdrawn || !m_window.isVisible())
+        return;
+    aboutToHide();
+    m_isWithdrawn = true;
+    // It would be in the middle of the screen for a moment when it returns.
+    if (m_sway)
+        return m_sway->place(id(), m_frameToShow->translated(0, beyondTheDesktop));
+    xcb_unmap_window(X11::connection(), id());
+    xcb_flush(X11::connection());
+}
+
+void X11FloatingWindow::comeBack() {
+    if (!m_isWithdrawn)
+        return;
+    if (m_sway) {
+        m_isWithdrawn = false;
+        return place(*std::exchange(m_frameToShow, std::nullopt));
+    }
+    aboutToShow();
+    constexpr uint32_t never = 0;
+    xcb_change_property(X11::connection(), XCB_PROP_MODE_REPLACE, id(),
+                        X11::atom("_NET_WM_USER_TIME"), XCB_ATOM_CARDINAL, 32, 1, &never);
+    xcb_map_window(X11::connection(), id());
+    shown();
+    new FirstExposure(m_window.windowHandle(), [this] { appeared(); });
 }
 
 void X11FloatingWindow::flush() {

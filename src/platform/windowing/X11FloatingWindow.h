@@ -7,6 +7,7 @@
 
 #include <QRect>
 #include <QSize>
+#include <QTimer>
 
 #include <xcb/xcb.h>
 
@@ -35,9 +36,8 @@ public:
     void setSizeHints(QSize smallest, QSize narrowest, QSize widest) override;
     [[nodiscard]] QRectF frame() const override;
     void setFrame(const QRectF& frame) override;
-    void setInputArea(InputArea area, double ringWidth) override;
-    [[nodiscard]] Concealment concealment() const override;
-    void setShapeEmpty(bool isEmpty) override;
+    void setAcceptsPointer(bool accepts) override;
+    void setVanished(bool vanished) override;
     void flush() override;
 
 private:
@@ -50,6 +50,9 @@ private:
     void setKind();
     void setAcceptsFocus(bool accepts);
     void applySizeHints();
+    void setShapeEmpty(bool isEmpty);
+    void withdraw();
+    void comeBack();
 
     /// Pixels.
     void place(const QRect& frame);
@@ -62,6 +65,9 @@ private:
     QSize m_widest;
     /// Pixels. Set while the window is hidden, until it appears.
     std::optional<QRect> m_frameToShow;
+    bool m_isWithdrawn = false;
+    /// Runs from the appearance of the window until it accepts the focus.
+    QTimer m_focusDelay;
 };
 
 } // namespace orvane

@@ -314,17 +314,12 @@ void PlayerWindow::hideEvent(QHideEvent* event) {
 // Ghost mode
 
 QRectF PlayerWindow::frameOnScreen() const {
-    return geometry();
+    // Where it is to return to, as it may be elsewhere while it has vanished.
+    return m_ghostMode.isHiddenByGhost() ? m_floating->frame() : QRectF(geometry());
 }
 
 void PlayerWindow::setIgnoresMouseEvents(bool ignores) {
-    using enum FloatingWindow::InputArea;
-    if (!ignores)
-        m_floating->setInputArea(everywhere, 0);
-    else if (m_floating->concealment() == FloatingWindow::Concealment::noContent)
-        m_floating->setInputArea(ring, GhostMode::ghostPadding);
-    else
-        m_floating->setInputArea(nowhere, 0);
+    m_floating->setAcceptsPointer(!ignores);
 }
 
 void PlayerWindow::setOpacity(double opacity) {
@@ -344,7 +339,7 @@ void PlayerWindow::fadeOut() {
 }
 
 void PlayerWindow::fadeIn() {
-    m_floating->setShapeEmpty(false);
+    m_floating->setVanished(false);
     m_containerView->show();
     fadeTo(m_with.preferences.usableWindowOpacity());
 }
@@ -353,10 +348,9 @@ void PlayerWindow::conceal() {
     if (!m_ghostMode.isHiddenByGhost())
         return;
     // An invisible window needs no painting, and without support for opacity it must not be
-    // painted. Its shadow goes with its shape.
+    // painted.
     m_containerView->hide();
-    if (m_floating->concealment() != FloatingWindow::Concealment::noContent)
-        m_floating->setShapeEmpty(true);
+    m_floating->setVanished(true);
 }
 
 void PlayerWindow::keepHidden() {

@@ -9,20 +9,15 @@ namespace orvane {
 
 namespace {
 
-/// Together with `probeTime` and the fade it stays below a second, the longest time after which the
-/// window must be back.
+/// Together with the fade it stays below a second, the longest time after which the window must be
+/// back.
 constexpr std::chrono::milliseconds pollInterval{400};
-/// A compositor reports a pointer over a window within a frame or two.
-constexpr std::chrono::milliseconds probeTime{150};
 
 } // namespace
 
 GhostMode::GhostMode(Window& window, EventMonitor& events) : m_window(window), m_events(events) {
     m_pollTimer.setInterval(pollInterval);
     connect(&m_pollTimer, &QTimer::timeout, this, &GhostMode::poll);
-    m_probeTimer.setInterval(probeTime);
-    m_probeTimer.setSingleShot(true);
-    connect(&m_probeTimer, &QTimer::timeout, this, &GhostMode::reveal);
 }
 
 GhostMode::~GhostMode() = default;
@@ -44,22 +39,27 @@ void GhostMode::checkMousePosition() {
     const auto location = m_events.pointerLocation();
     if (!location)
         return;
-    const QRectF frame =
-        m_window.frameOnScreen().adjusted(-ghostPadding, -ghostPadding, ghostPadding, ghostPadding);
-    const bool isInside = frame.contains(*location);
-    if (isInside && !m_isHiddenByGhost) {
+    const bool isInside = paddedFrame().contains(*location);
+    if (isInside && !m_isHiddenByGhost)
         hide();
-    } else if (!isInside && m_isHiddenByGhost) {
+    else if (!isInside && m_isHiddenByGhost)
         reveal();
-    } else if (m_probeTimer.isActive()) {
-        // The pointer is still there: let clicks through again.
-        m_probeTimer.stop();
-        m_window.setIgnoresMouseEvents(true);
-    }
+}
+
+QRectF GhostMode::paddedFrame() const {
+    return m_window.frameOnScreen().adjusted(-ghostPadding, -ghostPadding, ghostPadding,
+                                             ghostPadding);
+}
+
+void GhostMode::awaitDeparture() {
+    m_departureArea = paddedFrame();
+    m_departureMonitor.reset();
+    m_departureMonitor = m_events.addDepartureMonitor(m_departureArea, [this] { reveal(); });
 }
 
 void GhostMode::hide() {
     m_isHiddenByGhost = true;
+    awaitDeparture();
     m_window.setIgnoresMouseEvents(true);
     m_window.fadeOut();
     m_pollTimer.start();
@@ -68,25 +68,17 @@ void GhostMode::hide() {
 void GhostMode::reveal() {
     m_isHiddenByGhost = false;
     m_pollTimer.stop();
-    m_probeTimer.stop();
+    m_departureMonitor.reset();
     m_window.setIgnoresMouseEvents(false);
     m_window.fadeIn();
 }
 
 void GhostMode::poll() {
     m_window.keepHidden();
+    if (paddedFrame() != m_departureArea)
+        awaitDeparture();
     // A pointer moved by a program causes no event.
-    if (m_events.pointerLocation())
-        checkMousePosition();
-    else
-        probePointer();
-}
-
-void GhostMode::probePointer() {
-    if (m_probeTimer.isActive())
-        return;
-    m_window.setIgnoresMouseEvents(false);
-    m_probeTimer.start();
+    checkMousePosition();
 }
 
 } // namespace orvane

@@ -13,7 +13,7 @@ class EventMonitor;
 
 /// Hides a window and lets clicks through while the pointer is over it. Owned by the window; main
 /// thread. In a Wayland session the position of the pointer is unknown over other programs'
-/// windows; there it probes from time to time by accepting mouse events for a moment.
+/// windows; there it waits for the pointer around the window.
 class GhostMode final : public QObject {
     Q_OBJECT
 
@@ -52,7 +52,8 @@ public:
 private:
     void checkMousePosition();
     void poll();
-    void probePointer();
+    [[nodiscard]] QRectF paddedFrame() const;
+    void awaitDeparture();
     void hide();
     void reveal();
 
@@ -63,8 +64,9 @@ private:
     bool m_isHiddenByGhost = false;
     /// Runs while the window is hidden.
     QTimer m_pollTimer;
-    /// Runs while the window accepts mouse events to find out whether the pointer is still there.
-    QTimer m_probeTimer;
+    /// While the window is hidden, with the area that the pointer has to leave.
+    std::unique_ptr<QObject> m_departureMonitor;
+    QRectF m_departureArea;
 };
 
 } // namespace orvane
