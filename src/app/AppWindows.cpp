@@ -19,7 +19,9 @@ namespace {
 /// Also restores a minimised window, and raises it above other programs' windows.
 void bringToFront(QWidget& window) {
     window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
-    window.show();
+    // Qt 6.8 moves a dialog that is shown already to the middle of the screen.
+    if (!window.isVisible())
+        window.show();
     window.raise();
     window.activateWindow();
 }

@@ -42,7 +42,9 @@ void UpdaterDialog::bringToFront() {
     if (!m_dialog)
         return;
     m_dialog->setWindowState(m_dialog->windowState() & ~Qt::WindowMinimized);
-    m_dialog->show();
+    // Qt 6.8 moves a dialog that is shown already to the middle of the screen.
+    if (!m_dialog->isVisible())
+        m_dialog->show();
     m_dialog->raise();
     m_dialog->activateWindow();
 }
