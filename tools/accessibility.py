@@ -91,7 +91,9 @@ def main() -> None:
         except NotImplementedError:
             pass
         held = thing.getState()
-        text += "".join(f" {name.lower()}" for name in SPOKEN_STATES if held.contains(getattr(pyatspi, "STATE_" + name)))
+        # Of tabs only newer versions of Qt tell it; the name of their list does in all.
+        states = [name for name in SPOKEN_STATES if (role, name) != ("page tab", "SELECTED")]
+        text += "".join(f" {name.lower()}" for name in states if held.contains(getattr(pyatspi, "STATE_" + name)))
         return text if held.contains(pyatspi.STATE_SENSITIVE) else text + " disabled"
 
     def application():

@@ -9,7 +9,8 @@ namespace orvane {
 
 /// Tells screen readers what a plain widget is, for which Qt has no role: a window, or an alert,
 /// which they announce with its accessible name when it appears. Main thread. To be called before
-/// the widget is shown.
+/// the widget has a title or is shown: newer versions of Qt tell both to screen readers at once,
+/// and keep the role that it has then.
 void setAccessibleRole(QWidget& widget, QAccessible::Role role);
 
 } // namespace orvane

@@ -84,8 +84,8 @@ PlayerWindow::PlayerWindow(const Collaborators& collaborators)
       m_containerView(new PlayerContainerView(m_with.state, m_with.player, m_with.actions,
                                               m_with.notifications, m_with.videoOutput, this)),
       m_ghostMode(*this, m_with.events) {
-    setWindowTitle(AppConstants::appName);
     setAccessibleRole(*this, QAccessible::Window);
+    setWindowTitle(AppConstants::appName);
     setProperty(EventMonitor::shortcutWindow, true);
     setMinimumSize(smallestPlayerSize);
     // It is rarely the active window, as it does not take the keyboard focus when it is shown.

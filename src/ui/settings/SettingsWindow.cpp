@@ -43,9 +43,9 @@ SettingsWindow::SettingsWindow(const Collaborators& with)
                                       with.resolve, with.siteHost)),
       m_openAddChannel(with.notifications.addObserver(AppNotification::openAddChannel,
                                                       [this] { showCustomChannelsTab(); })) {
+    setAccessibleRole(*this, QAccessible::Window);
     setWindowTitle(u"Orvane Settings"_s);
     setWindowRole(u"settings"_s);
-    setAccessibleRole(*this, QAccessible::Window);
     new FixedSize(*this, contentSize, [this] { m_tabView->setGeometry(rect()); });
     m_tabView->setObjectName(u"tabView"_s);
     m_tabView->addTab(new GeneralPage(with.preferences, with.state, with.notifications,
