@@ -11,17 +11,20 @@ from tools.processes import end
 
 
 class Backdrop:
-    """A window of another program, as large as the screen. Use as a context manager."""
+    """A window of another program, as large as the screen: maximised or full-screen, of X11 or Wayland. Use as a
+    context manager."""
 
-    def __init__(self, desktop: Desktop, colour: tuple[int, int, int]):
+    def __init__(self, desktop: Desktop, colour: tuple[int, int, int], full_screen: bool = False,
+                 wayland: bool = False):
         self._desktop = desktop
         self._output = desktop.folder / "backdrop"
+        environment = {"QT_QPA_PLATFORM": "wayland" if wayland else "xcb"} | desktop.environment
         with open(self._output, "w", encoding="utf-8") as output:
             probe = pathlib.Path(os.environ["ORVANE_BUILD"]) / "backdrop_probe"
-            command = [str(probe), "#%02x%02x%02x" % colour]
-            environment = {"QT_QPA_PLATFORM": "xcb"} | desktop.environment
-            self._process = desktop.background(command, stdout=output, env=environment)
-        self._window = desktop.window("Backdrop")
+            command = [str(probe), "#%02x%02x%02x" % colour, *(["fullscreen"] if full_screen else [])]
+            self._process = desktop.background(command, env=environment, stdout=output)
+        # Those of Wayland have no number that a client could ask for.
+        self.window = "" if wayland else desktop.window("Backdrop")
 
     def __enter__(self) -> "Backdrop":
         return self
@@ -30,8 +33,8 @@ class Backdrop:
         end(self._process)
 
     def raise_(self) -> None:
-        self._desktop.activate(self._window)
-        self._desktop.run("xdotool", "windowraise", self._window)
+        self._desktop.activate(self.window)
+        self._desktop.run("xdotool", "windowraise", self.window)
 
     def _events(self, kind: str) -> list[tuple[int, ...]]:
         lines = [line.split() for line in self._output.read_text(encoding="utf-8").splitlines()]

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""A tray along the upper edge of the screen, and the program's icon in it."""
+"""A panel with a tray, usually along the upper edge of the screen, and the program's icon in it."""
 
 from __future__ import annotations
 
@@ -8,17 +8,17 @@ import subprocess
 from tools.desktop import Desktop
 
 TRAY_HEIGHT = 32
-TINT2 = f"""panel_items = S
-panel_size = 100% {TRAY_HEIGHT}
-panel_position = top center horizontal
+TINT2 = """panel_items = S
+panel_size = 100% {height}
+panel_position = {edge} center horizontal
 systray_icon_size = 24
 """
 
 
-def start_tint2(desktop: Desktop) -> subprocess.Popen:
+def start_tint2(desktop: Desktop, edge: str = "top") -> subprocess.Popen:
     """Starts a panel whose tray embeds X windows."""
     settings = desktop.folder / "tint2rc"
-    settings.write_text(TINT2, encoding="ascii")
+    settings.write_text(TINT2.format(height=TRAY_HEIGHT, edge=edge), encoding="ascii")
     return desktop.background(["tint2", "-c", str(settings)])
 
 

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Another program: a maximized window of one colour, which prints the clicks and keys that it
-// receives. usage: backdrop_probe COLOUR
+// Another program: a maximized or full-screen window of one colour, which prints the clicks and
+// keys that it receives. usage: backdrop_probe COLOUR [fullscreen]
 #include <QApplication>
 #include <QMouseEvent>
+#include <QScreen>
 #include <QWidget>
 
 #include <cstdio>
@@ -32,6 +33,11 @@ int main(int argc, char** argv) {
     palette.setColor(QPalette::Window, QColor(QString::fromLatin1(argv[1])));
     backdrop.setPalette(palette);
     backdrop.setWindowTitle(QStringLiteral("Backdrop"));
-    backdrop.showMaximized();
+    // Without a window manager nothing makes it as large as that.
+    backdrop.setGeometry(QGuiApplication::primaryScreen()->geometry());
+    if (argc > 2)
+        backdrop.showFullScreen();
+    else
+        backdrop.showMaximized();
     return QApplication::exec();
 }

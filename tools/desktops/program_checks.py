@@ -1,0 +1,90 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""The program around its player window: dialogs, tray, ending."""
+
+from __future__ import annotations
+
+import pathlib
+from typing import Callable
+
+from tools.backdrop import Backdrop
+from tools.desktops.stand import LETTERS, OK, NoProtocol, Stand, settled
+from tools.processes import descendants, end
+from tools.tray import find_icon, start_tint2
+from tools.waiting import Timeout, wait_until
+
+
+def dialogs(stand: Stand) -> str:
+    """Settings and the about window come to the front, with the keyboard focus."""
+    backdrop = stand.backdrop()
+    if not stand.desktop.has_window_manager:
+        raise NoProtocol("_NET_ACTIVE_WINDOW")
+    probe = stand.start("window_probe")
+    shows_dialog(stand, backdrop, "About Orvane", lambda: probe.tell("about"))
+    stand.end(probe)
+    stand.start()
+    shows_dialog(stand, backdrop, "Orvane Settings", lambda: stand.command("--settings"))
+    return OK
+
+
+def shows_dialog(stand: Stand, backdrop: Backdrop, title: str, show: Callable[[], object]) -> None:
+    stand.focus(backdrop)
+    show()
+    window = stand.desktop.window(title)
+    seen = settled(lambda: stand.covered(stand.desktop.frame(window)))
+    assert seen == 0, f"{title}: behind"
+    keys = len(backdrop.keys())
+    stand.desktop.key(*LETTERS[:3])
+    settled(lambda: len(backdrop.keys()))
+    assert len(backdrop.keys()) == keys, f"{title}: without the focus"
+
+
+def quits(stand: Stand) -> str:
+    """Ends by its command with all that it has started, and its window is gone."""
+    program = stand.start()
+    children = descendants(program.process.pid)
+    stand.command("--quit")
+    code = program.wait_for_end()
+    assert code == 0, f"ended with {code}"
+    left = [command for pid, command in children if pathlib.Path(f"/proc/{pid}").exists()]
+    assert not left, f"left behind: {left}"
+    assert not program.is_shown(), "its window is still there"
+    return OK
+
+
+def tray(stand: Stand) -> str:
+    """An icon in a tray; either button opens the menu, near the icon."""
+    bar = start_tint2(stand.desktop)
+    try:
+        stand.desktop.window("tint2")
+        stand.start()
+        try:
+            icon = wait_until(lambda: find_icon(stand.desktop), "", 4)
+        except Timeout:
+            return "no icon"
+        for button in ("1", "3"):
+            before = stand.desktop.screenshot().crop(menu_area(icon))
+            stand.desktop.point(*icon)
+            stand.desktop.button("click", button)
+            try:
+                wait_until(lambda b=before: differs(b, stand.desktop.screenshot().crop(menu_area(icon))), "", 3)
+            except Timeout:
+                return f"button {button} opens no menu near the icon"
+            stand.desktop.key("Escape")
+            try:
+                wait_until(lambda b=before: not differs(b, stand.desktop.screenshot().crop(menu_area(icon))), "", 3)
+            except Timeout:
+                return "the menu stays open after Escape"
+    finally:
+        end(bar)
+    return OK
+
+
+def menu_area(icon: tuple[int, int]) -> tuple[int, int, int, int]:
+    """Returns a part of the screen that a menu of this icon covers; left, upper, right, lower."""
+    x, y = icon
+    return max(0, x - 60), y + 40, x + 60, y + 240
+
+
+def differs(one, other) -> bool:
+    pairs = list(zip(one.getdata(), other.getdata()))
+    return sum(1 for a, b in pairs if max(abs(p - q) for p, q in zip(a, b)) > 60) > len(pairs) // 3

@@ -1,0 +1,120 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""What the desktops of the table have in common: what they need, how one is started, what it can be asked."""
+
+from __future__ import annotations
+
+import pathlib
+import re
+import shutil
+
+from tools.desktop import Desktop
+from tools.waiting import wait_until
+
+# Seconds. The larger ones read many files at their start.
+STARTS_WITHIN = 30
+
+
+class Session(Desktop):
+    """One desktop of the table."""
+
+    name = ""
+    packages: tuple[str, ...] = ()
+    command: list[str] = []
+    variables: dict[str, str] = {}
+    is_wayland = False
+    # Whether windows have places of their own, so that "maximised" and the like mean something.
+    has_window_manager = True
+    # Whether it has a bus for the system, of which there is none here, and ends or complains without one.
+    needs_system_bus = False
+
+    @classmethod
+    def is_installed(cls) -> bool:
+        return not cls.command or shutil.which(cls.command[0]) is not None
+
+    def start_command(self, command: list[str], **more: str) -> None:
+        """Starts the desktop itself; its messages are kept in session.log."""
+        # No file of settings, which would outlive this.
+        self.environment |= {"GSETTINGS_BACKEND": "memory", "NO_AT_BRIDGE": "1"}
+        if self.needs_system_bus:
+            self.environment["DBUS_SYSTEM_BUS_ADDRESS"] = self.environment["DBUS_SESSION_BUS_ADDRESS"]
+        with open(self.log, "w", encoding="utf-8") as log:
+            self._window_manager = self.background(
+                command, env=self.environment | self.variables | more, stdout=log, stderr=log)
+
+    @property
+    def log(self) -> pathlib.Path:
+        return self.folder / "session.log"
+
+    def wait_for(self, condition, what: str):
+        def alive_and():
+            ended = self._window_manager.poll()
+            assert ended is None, f"{self.name} ended with {ended}: {self.log.read_text(errors='replace')[-300:]}"
+            return condition()
+
+        return wait_until(alive_and, what, STARTS_WITHIN)
+
+    def settings(self, path: str, text: str) -> pathlib.Path:
+        """Writes a file into the home folder."""
+        file = self.folder / "home" / path
+        file.parent.mkdir(parents=True, exist_ok=True)
+        file.write_text(text, encoding="utf-8")
+        file.chmod(0o755)
+        return file
+
+    @property
+    def size(self) -> tuple[int, int]:
+        width, height = self._size.split("x")
+        return int(width), int(height)
+
+    def usable_area(self) -> tuple[int, int, int, int]:
+        """Returns x, y, width and height of the screen without panels, as the desktop announces it."""
+        words = re.findall(r"\d+", self.run("xprop", "-root", "-notype", "_NET_WORKAREA"))
+        return tuple(int(word) for word in words[:4]) if len(words) >= 4 else (0, 0, *self.size)
+
+    def show_workspace(self, number: int) -> None:
+        """Counted from 0; there are two at least."""
+        self.run("wmctrl", "-n", "2")
+        self.run("wmctrl", "-s", str(number))
+
+
+class X11Session(Session):
+    def _start_window_manager(self) -> None:
+        self.start_command(self.command)
+        self.wait_for(self._has_window_manager, f"{self.name} as window manager")
+
+
+class WaylandSession(Session):
+    """Programs run through XWayland. Input and screenshots are those of the X server around it, in which the whole
+    session is one window as large as the screen."""
+
+    is_wayland = True
+
+    def _start_session(self) -> None:
+        self._start_window_manager()
+        self.environment |= self.wait_for(self.variables_inside, "the session's variables")
+        # XWayland starts with its first client.
+        self.wait_for(self._has_window_manager, "XWayland's window manager")
+        # The session adds up the pointer's movements from its own corner.
+        self.move_pointer(-self.size[0], -self.size[1])
+
+    def _start_window_manager(self) -> None:
+        arguments = self.arguments()
+        self.start_command([*self.command, *arguments])
+
+    def arguments(self) -> list[str]:
+        return []
+
+    def script(self) -> str:
+        """Returns a command for the session to run, which tells its variables and stays until the screen is gone."""
+        told = self.folder / "variables"
+        text = f'#!/bin/sh\nenv >"{told}.new"\nmv "{told}.new" "{told}"\n'
+        text += f"exec tail --pid={self.x_server} -f /dev/null\n"
+        return str(self.settings("tell-variables", text))
+
+    def variables_inside(self) -> dict[str, str] | None:
+        file = self.folder / "variables"
+        if not file.exists():
+            return None
+        told = dict(line.split("=", 1) for line in file.read_text(errors="replace").splitlines() if "=" in line)
+        wanted = ("DISPLAY", "WAYLAND_DISPLAY", "XAUTHORITY", "SWAYSOCK")
+        return {name: told[name] for name in wanted if name in told}

@@ -1,0 +1,89 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""Wayland sessions, each in a window of the X server."""
+
+from __future__ import annotations
+
+import json
+import re
+import shutil
+
+from tools.desktop import WaylandDesktop
+from tools.desktops.session import Session, WaylandSession
+from tools.desktops.x11 import leave_overview
+
+SWAY = """xwayland force
+output * resolution {width}x{height} position 0 0 background #305060 solid_color
+exec {script}
+"""
+
+
+class Sway(WaylandSession):
+    name = "sway"
+    packages = ("sway", "xwayland")
+    command = ["sway"]
+    variables = {"WLR_BACKENDS": "x11", "WLR_RENDERER": "pixman"}
+
+    def arguments(self) -> list[str]:
+        width, height = self.size
+        text = SWAY.format(width=width, height=height, script=self.script())
+        return ["-c", str(self.settings(".config/sway/config", text))]
+
+    def usable_area(self) -> tuple[int, int, int, int]:
+        workspaces = json.loads(self.run("swaymsg", "-t", "get_workspaces"))
+        area = next(w["rect"] for w in workspaces if w["focused"])
+        return area["x"], area["y"], area["width"], area["height"]
+
+    def show_workspace(self, number: int) -> None:
+        self.run("swaymsg", "workspace", "number", str(number + 1))
+
+
+class KWinWayland(WaylandSession):
+    name = "kwin_wayland"
+    packages = ("kwin-wayland", "xwayland")
+    command = ["kwin_wayland"]
+    variables = {"KWIN_COMPOSE": "Q"}
+
+    def arguments(self) -> list[str]:
+        # A container may not grant the capability of the installed file, which then does not start; a copy has none.
+        self.command = [shutil.copyfile(shutil.which("kwin_wayland"), self.folder / "kwin_wayland")]
+        self.command[0].chmod(0o755)
+        width, height = self.size
+        return ["--x11-display", self.display, "--width", str(width), "--height", str(height), "--no-lockscreen",
+                "--no-global-shortcuts", "--xwayland", "--socket", "session", "--exit-with-session", self.script()]
+
+
+class MutterWayland(WaylandSession):
+    name = "mutter-wayland"
+    packages = ("mutter", "xwayland")
+    command = ["mutter"]
+    needs_system_bus = True
+
+    def arguments(self) -> list[str]:
+        width, height = self.size
+        self.variables = {"MUTTER_DEBUG_DUMMY_MODE_SPECS": f"{width}x{height}"}
+        return ["--nested", "--wayland", "--sm-disable", "--wayland-display", "session"]
+
+    def variables_inside(self) -> dict[str, str] | None:
+        """It does not run a command, but tells the number of its X server."""
+        display = re.search(r"public X11 display (:\d+)", self.log.read_text(errors="replace"))
+        keys = list((self.folder / "runtime").glob(".mutter-Xwaylandauth.*"))
+        if not display or not keys:
+            return None
+        return {"DISPLAY": display.group(1), "WAYLAND_DISPLAY": "session", "XAUTHORITY": str(keys[0])}
+
+
+class GnomeShellWayland(MutterWayland):
+    name = "gnome-wayland"
+    packages = ("gnome-shell", "xwayland")
+    command = ["gnome-shell"]
+
+    def _start_session(self) -> None:
+        super()._start_session()
+        leave_overview(self)
+
+
+class Weston(WaylandDesktop, Session):
+    name = "weston"
+    packages = ("weston", "xwayland")
+    command = ["weston"]
+    is_wayland = True
