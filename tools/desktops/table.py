@@ -38,7 +38,12 @@ CHECKS: dict[str, Callable[[Stand], str]] = {
     "tray": program_checks.tray,
     "lock": window_checks.lock,
     "quit": program_checks.quits,
+    "monitors": window_checks.monitors,
 }
+
+SCREEN = "1280x720"
+# Those that need another screen.
+SCREENS = {"monitors": "2560x1440"}
 
 Row = dict[str, str]
 
@@ -51,6 +56,7 @@ class Runner:
         self._times = times
         self._results = results
         self._desktop: Session | None = None
+        self._screen = ""
 
     def row(self, checks: list[str]) -> Row:
         try:
@@ -74,7 +80,7 @@ class Runner:
 
     def _attempt(self, check: str) -> str:
         try:
-            desktop = self._running()
+            desktop = self._running(SCREENS.get(check, SCREEN))
             with Stand(desktop) as stand:
                 try:
                     seen = CHECKS[check](stand)
@@ -90,11 +96,12 @@ class Runner:
             self._stop()
         return seen
 
-    def _running(self) -> Session:
+    def _running(self, screen: str) -> Session:
+        if self._screen != screen:
+            self._stop()
         if not self._desktop:
-            desktop = self._kind()
-            desktop.__enter__()
-            self._desktop = desktop
+            self._desktop = self._kind(screen).__enter__()
+            self._screen = screen
         return self._desktop
 
     def _stop(self) -> None:

@@ -6,7 +6,7 @@ from __future__ import annotations
 
 from typing import Callable
 
-from tools.desktops.stand import OK, Frame, NoProtocol, Stand, corner, moved, settled
+from tools.desktops.stand import NOTHING, OK, Frame, NoProtocol, Stand, corner, moved, settled
 from tools.program import Program
 from tools.waiting import Timeout, stays, wait_until
 
@@ -161,6 +161,28 @@ def frame(stand: Stand) -> str:
             assert not seen, f"reopening {again + 1}: {seen}"
         stand.end(program)
     return OK
+
+
+def monitors(stand: Stand) -> str:
+    """Dragged to a second monitor of double scale, it keeps its size in points, and the next start finds it there."""
+    if stand.desktop.is_wayland:
+        # The sessions inside an X server have one output.
+        return NOTHING
+    width, height = stand.desktop.size
+    for name, left, output in (("left", 0, "screen"), ("right", width // 2, "none")):
+        stand.desktop.run("xrandr", "--setmonitor", name, f"{width // 2}/300x{height}/340+{left}+0", output)
+    scales = {"QT_SCREEN_SCALE_FACTORS": "1;2"}
+    stand.start_at(FRAME)
+    program = stand.start(**scales)
+    assert not moved(stand.frame(program), FRAME), f"start on the first: {moved(stand.frame(program), FRAME)}"
+    drag_until(stand, program, stand.middle(program), (width // 2, 100),
+               lambda now: now[0] > width // 2, "not dragged to the second")
+    now = stand.frame(program)
+    doubled = (2 * FRAME[2], 2 * FRAME[3])
+    assert near((0, 0, *now[2:]), (0, 0, *doubled)), f"{now[2]}x{now[3]} on the second, not {doubled[0]}x{doubled[1]}"
+    stand.end(program)
+    seen = moved(stand.frame(stand.start(**scales)), now)
+    return f"next start: {seen}" if seen else OK
 
 
 def lock(stand: Stand) -> str:
