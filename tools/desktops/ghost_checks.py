@@ -27,8 +27,8 @@ def ghost_wayland(stand: Stand) -> str:
 
 
 def come_and_go(stand: Stand, wayland: bool) -> str:
-    # Not at the edge of the screen, where the pointer could not leave it.
-    stand.start_at((400, 200, 480, 270))
+    # Not at the edge of the screen, where the pointer could not leave it; and without the question about keys.
+    stand.start_at((400, 200, 480, 270), shortcutsInGhostMode=False)
     backdrop = stand.backdrop(wayland=wayland)
     program = stand.start("window_probe")
     program.tell("playing")

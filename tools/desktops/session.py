@@ -6,8 +6,11 @@ from __future__ import annotations
 import pathlib
 import re
 import shutil
+import subprocess
 
 from tools.desktop import Desktop
+from tools.processes import end
+from tools.tray import start_tint2
 from tools.waiting import wait_until
 
 # Seconds. The larger ones read many files at their start.
@@ -26,6 +29,7 @@ class Session(Desktop):
     has_window_manager = True
     # Whether it has a bus for the system, of which there is none here, and ends or complains without one.
     needs_system_bus = False
+    _panel: subprocess.Popen | None = None
 
     @classmethod
     def is_installed(cls) -> bool:
@@ -70,6 +74,17 @@ class Session(Desktop):
         """Returns x, y, width and height of the screen without panels, as the desktop announces it."""
         words = re.findall(r"\d+", self.run("xprop", "-root", "-notype", "_NET_WORKAREA"))
         return tuple(int(word) for word in words[:4]) if len(words) >= 4 else (0, 0, *self.size)
+
+    def show_panel(self) -> int:
+        """Shows one along the lower edge; returns its upper edge."""
+        self._panel = start_tint2(self, "bottom")
+        return self.frame(self.window("tint2"))[1]
+
+    def hide_panel(self) -> None:
+        if self._panel:
+            end(self._panel)
+            wait_until(lambda: not self.windows("tint2"), "the end of the panel")
+            self._panel = None
 
     def show_workspace(self, number: int) -> None:
         """Counted from 0; there are two at least."""

@@ -4,6 +4,7 @@
 from __future__ import annotations
 
 import contextlib
+import json
 import os
 import pathlib
 import shutil
@@ -15,9 +16,7 @@ from PIL import Image
 
 from tools.backdrop import Backdrop
 from tools.desktops.session import Session
-from tools.processes import end
 from tools.program import Program
-from tools.tray import start_tint2
 from tools.waiting import DEADLINE, Timeout, wait_until
 
 OK = "ok"
@@ -59,6 +58,7 @@ class Stand:
     def __exit__(self, *_) -> None:
         self.desktop.button("mouseup", "1")
         self._stack.close()
+        self.desktop.hide_panel()
 
     def _settings(self) -> pathlib.Path:
         return pathlib.Path(self.desktop.environment["XDG_CONFIG_HOME"]) / "orvane"
@@ -71,18 +71,17 @@ class Stand:
         assert code == 0, f"ended with {code}"
 
     def start(self, binary: str = "orvane", *arguments: str, **variables: str) -> Program:
-        """Returns the program when its window shows that there is no site."""
+        """Returns the program when its window is shown. There is no site: it opens a channel in vain."""
         program = self._stack.enter_context(Program(self.desktop, str(self._build / binary), "", arguments, **variables))
         program.wait_for("window-shown")
-        program.wait_for("error")
         program.window()
         return program
 
-    def start_at(self, frame: Frame) -> None:
-        """Has the next start find this frame in its settings."""
+    def start_at(self, frame: Frame, **settings) -> None:
+        """Has the next start find this frame, and more, in its settings."""
         self._settings().mkdir(parents=True, exist_ok=True)
-        text = '{"windowFrame": "{{%d, %d}, {%d, %d}}"}' % frame
-        (self._settings() / "preferences.json").write_text(text, encoding="ascii")
+        settings["windowFrame"] = "{{%d, %d}, {%d, %d}}" % frame
+        (self._settings() / "preferences.json").write_text(json.dumps(settings), encoding="ascii")
 
     def command(self, *arguments: str) -> None:
         """Runs a second start, which sends a command to the program that `start` has started."""
@@ -96,17 +95,15 @@ class Stand:
         """Commands the player as a key of a keyboard for media does."""
         self.desktop.run("playerctl", "--player=orvane", method)
 
-    def panel(self) -> Frame:
-        """Starts a panel along the lower edge; returns its frame when the desktop knows it."""
+    def panel(self) -> int:
+        """Shows a panel along the lower edge; returns its upper edge when the desktop knows of it."""
         before = self.desktop.usable_area()
-        process = start_tint2(self.desktop, "bottom")
-        self._stack.callback(end, process)
-        window = self.desktop.window("tint2")
+        top = self.desktop.show_panel()
         try:
             wait_until(lambda: self.desktop.usable_area() != before, "the panel", 2)
         except Timeout:
             raise NoProtocol("_NET_WORKAREA") from None
-        return self.desktop.frame(window)
+        return top
 
     def backdrop(self, full_screen: bool = False, wayland: bool = False) -> Backdrop:
         """Returns another program's window, as large as the screen, that has the keyboard focus."""

@@ -5,6 +5,7 @@ to check, "missing" where packages are, or a number and below it the words that 
 from __future__ import annotations
 
 import argparse
+import concurrent.futures
 import os
 import pathlib
 import shlex
@@ -149,6 +150,7 @@ def main() -> int:
     parser.add_argument("desktops", nargs="*", metavar="NAME", help="desktops; all if none is given")
     parser.add_argument("--checks", default="", metavar="A,B", help="only these checks")
     parser.add_argument("--times", type=int, default=1, metavar="N", help="do each check N times")
+    parser.add_argument("--jobs", type=int, default=1, metavar="N", help="check N desktops at the same time")
     parser.add_argument("--binary-folder", metavar="DIR", help="the build under test; default ORVANE_BUILD or build/dev")
     parser.add_argument("--markdown", action="store_true", help="print the table as Markdown")
     parser.add_argument("--list", action="store_true", help="print the names of desktops and checks, and run none")
@@ -162,14 +164,16 @@ def main() -> int:
     if options.binary_folder:
         os.environ["ORVANE_BUILD"] = options.binary_folder
     results = os.environ.get("ORVANE_TEST_RESULTS")
-    rows: dict[str, Row] = {}
-    for name in names:
+
+    def row(name: str) -> Row:
         if kinds[name].is_installed():
-            rows[name] = Runner(kinds[name], options.times, pathlib.Path(results) if results else None).row(checks)
-        else:
-            packages = shlex.join(["apt-get", "install", "--no-install-recommends", *kinds[name].packages, *TOOLS])
-            print(f"desktops: {name} is missing: {packages}", file=sys.stderr)
-            rows[name] = {check: MISSING for check in checks}
+            return Runner(kinds[name], options.times, pathlib.Path(results) if results else None).row(checks)
+        packages = shlex.join(["apt-get", "install", "--no-install-recommends", *kinds[name].packages, *TOOLS])
+        print(f"desktops: {name} is missing: {packages}", file=sys.stderr)
+        return {check: MISSING for check in checks}
+
+    with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
+        rows = dict(zip(names, pool.map(row, names)))
     print(printed(rows, options.markdown))
     return 0 if all(words in (OK, NOTHING) for row in rows.values() for words in row.values()) else 1
 

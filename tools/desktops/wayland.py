@@ -13,6 +13,11 @@ from tools.desktops.x11 import leave_overview
 
 SWAY = """xwayland force
 output * resolution {width}x{height} position 0 0 background #305060 solid_color
+bar panel {{
+    position bottom
+    mode invisible
+    height 30
+}}
 exec {script}
 """
 
@@ -32,6 +37,14 @@ class Sway(WaylandSession):
         workspaces = json.loads(self.run("swaymsg", "-t", "get_workspaces"))
         area = next(w["rect"] for w in workspaces if w["focused"])
         return area["x"], area["y"], area["width"], area["height"]
+
+    def show_panel(self) -> int:
+        # It leaves no room for panels of X11.
+        self.run("swaymsg", "bar", "panel", "mode", "dock")
+        return self.size[1] - 30
+
+    def hide_panel(self) -> None:
+        self.run("swaymsg", "bar", "panel", "mode", "invisible")
 
     def show_workspace(self, number: int) -> None:
         self.run("swaymsg", "workspace", "number", str(number + 1))

@@ -10,8 +10,8 @@ from tools.desktops.stand import NOTHING, OK, Frame, NoProtocol, Stand, corner, 
 from tools.program import Program
 from tools.waiting import Timeout, stays, wait_until
 
-# Pixels; window managers round a size to its increments and a place to the pointer's steps.
-TOLERANCE = 3
+# Pixels. A drag begins only some pixels away from the press, and not every window manager makes up for them.
+TOLERANCE = 12
 SMALLEST = (320, 180)
 # In the middle of the screen, and 16:9.
 FRAME = (300, 200, 480, 270)
@@ -24,7 +24,7 @@ def place(stand: Stand) -> str:
 
 def panel(stand: Stand) -> str:
     """The same with a panel along the lower edge."""
-    top = stand.panel()[1]
+    top = stand.panel()
     area = stand.desktop.usable_area()
     assert area[1] + area[3] <= top, "the usable area reaches below the panel"
     return moved(stand.frame(stand.start()), corner(area)) or OK
@@ -34,7 +34,7 @@ def late_panel(stand: Stand) -> str:
     """A panel that comes later does not cover the control bar, nor the player the panel."""
     program = stand.start()
     stand.frame(program)
-    top = stand.panel()[1]
+    top = stand.panel()
     _, y, _, height = stand.frame(program)
     return OK if y + height <= top else f"{y + height - top} pixels over or under the panel"
 
@@ -88,7 +88,10 @@ def task_bar(stand: Stand) -> str:
         raise NoProtocol("_NET_WM_STATE")
     stand.frame(program)
     states = stand.desktop.run("xprop", "-id", program.window(), "_NET_WM_STATE")
+    supported = stand.desktop.run("xprop", "-root", "_NET_SUPPORTED")
     lacking = [name for name in ("SKIP_TASKBAR", "SKIP_PAGER") if f"_NET_WM_STATE_{name}" not in states]
+    if lacking and "_NET_WM_STATE_SKIP_TASKBAR" not in supported:
+        raise NoProtocol("_NET_WM_STATE_SKIP_TASKBAR")
     return "without " + ", ".join(lacking) if lacking else OK
 
 
