@@ -18,7 +18,9 @@ systray_icon_size = 24
 def start_tint2(desktop: Desktop, edge: str = "top") -> subprocess.Popen:
     """Starts a panel whose tray embeds X windows."""
     settings = desktop.folder / "tint2rc"
-    settings.write_text(TINT2.format(height=TRAY_HEIGHT, edge=edge), encoding="ascii")
+    # Along the lower edge higher than the panel that a desktop may have there itself.
+    height = TRAY_HEIGHT if edge == "top" else 2 * TRAY_HEIGHT
+    settings.write_text(TINT2.format(height=height, edge=edge), encoding="ascii")
     return desktop.background(["tint2", "-c", str(settings)])
 
 
@@ -28,11 +30,12 @@ def is_icon_colour(pixel) -> bool:
     return red > 180 and 70 < green < 180 and blue < 110
 
 
-def find_icon(desktop: Desktop) -> tuple[int, int] | None:
-    """Returns the middle of the icon, or None if the tray does not show it."""
+def find_icon(desktop: Desktop, top: int = 0, height: int = TRAY_HEIGHT) -> tuple[int, int] | None:
+    """Returns the middle of the icon, or None if the tray in this strip of the screen does not show it."""
     screen = desktop.screenshot()
-    bar = screen.crop((0, 0, screen.width, TRAY_HEIGHT))
+    bar = screen.crop((0, top, screen.width, top + height))
     places = [(i % bar.width, i // bar.width) for i, pixel in enumerate(bar.getdata()) if is_icon_colour(pixel)]
     if len(places) < 30:
         return None
-    return tuple(sum(place[axis] for place in places) // len(places) for axis in (0, 1))
+    x, y = (sum(place[axis] for place in places) // len(places) for axis in (0, 1))
+    return x, top + y

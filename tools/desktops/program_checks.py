@@ -7,9 +7,10 @@ import pathlib
 from typing import Callable
 
 from tools.backdrop import Backdrop
-from tools.desktops.stand import LETTERS, OK, NoProtocol, Stand, settled
-from tools.processes import descendants, end
-from tools.tray import find_icon, start_tint2
+from tools.desktops.session import NoProtocol, Session
+from tools.desktops.stand import LETTERS, OK, Stand, settled
+from tools.processes import descendants
+from tools.tray import TRAY_HEIGHT, find_icon
 from tools.waiting import Timeout, wait_until
 
 
@@ -53,36 +54,39 @@ def quits(stand: Stand) -> str:
 
 def tray(stand: Stand) -> str:
     """An icon in a tray; either button opens the menu, near the icon."""
-    bar = start_tint2(stand.desktop)
+    desktop = stand.desktop
+    if not desktop.has_tray:
+        raise NoProtocol("tray")
+    strip = (desktop.size[1] - desktop.own_tray, desktop.own_tray) if desktop.own_tray else (0, TRAY_HEIGHT)
+    if not desktop.own_tray:
+        desktop.start_panel("top")
+    stand.start()
     try:
-        stand.desktop.window("tint2")
-        stand.start()
+        icon = wait_until(lambda: find_icon(desktop, *strip), "", 4)
+    except Timeout:
+        return "no icon"
+    area = menu_area(desktop, icon)
+    for button in ("1", "3"):
+        before = desktop.screenshot().crop(area)
+        desktop.point(*icon)
+        desktop.button("click", button)
         try:
-            icon = wait_until(lambda: find_icon(stand.desktop), "", 4)
+            wait_until(lambda b=before: differs(b, desktop.screenshot().crop(area)), "", 3)
         except Timeout:
-            return "no icon"
-        for button in ("1", "3"):
-            before = stand.desktop.screenshot().crop(menu_area(icon))
-            stand.desktop.point(*icon)
-            stand.desktop.button("click", button)
-            try:
-                wait_until(lambda b=before: differs(b, stand.desktop.screenshot().crop(menu_area(icon))), "", 3)
-            except Timeout:
-                return f"button {button} opens no menu near the icon"
-            stand.desktop.key("Escape")
-            try:
-                wait_until(lambda b=before: not differs(b, stand.desktop.screenshot().crop(menu_area(icon))), "", 3)
-            except Timeout:
-                return "the menu stays open after Escape"
-    finally:
-        end(bar)
+            return f"button {button} opens no menu near the icon"
+        desktop.key("Escape")
+        try:
+            wait_until(lambda b=before: not differs(b, desktop.screenshot().crop(area)), "", 3)
+        except Timeout:
+            return "the menu stays open after Escape"
     return OK
 
 
-def menu_area(icon: tuple[int, int]) -> tuple[int, int, int, int]:
+def menu_area(desktop: Session, icon: tuple[int, int]) -> tuple[int, int, int, int]:
     """Returns a part of the screen that a menu of this icon covers; left, upper, right, lower."""
     x, y = icon
-    return max(0, x - 60), y + 40, x + 60, y + 240
+    top = y - 240 if desktop.own_tray else y + 40
+    return max(0, x - 60), top, min(desktop.size[0], x + 60), top + 200
 
 
 def differs(one, other) -> bool:

@@ -11,10 +11,14 @@ import subprocess
 from tools.desktop import Desktop
 from tools.processes import end
 from tools.tray import start_tint2
-from tools.waiting import wait_until
+from tools.waiting import Timeout, wait_until
 
 # Seconds. The larger ones read many files at their start.
 STARTS_WITHIN = 30
+
+
+class NoProtocol(Exception):
+    """The desktop lacks what a check is about; the text is the name of that."""
 
 
 class Session(Desktop):
@@ -29,6 +33,9 @@ class Session(Desktop):
     has_window_manager = True
     # Whether it has a bus for the system, of which there is none here, and ends or complains without one.
     needs_system_bus = False
+    # The height of the strip along the lower edge in which its own panel has a tray; 0: a panel brings one.
+    own_tray = 0
+    has_tray = True
     _panel: subprocess.Popen | None = None
 
     @classmethod
@@ -75,10 +82,21 @@ class Session(Desktop):
         words = re.findall(r"\d+", self.run("xprop", "-root", "-notype", "_NET_WORKAREA"))
         return tuple(int(word) for word in words[:4]) if len(words) >= 4 else (0, 0, *self.size)
 
+    def announces(self, what: str) -> bool:
+        """Whether the window manager says that it supports this."""
+        return what in self.run("xprop", "-root", "_NET_SUPPORTED")
+
     def show_panel(self) -> int:
         """Shows one along the lower edge; returns its upper edge."""
-        self._panel = start_tint2(self, "bottom")
-        return self.frame(self.window("tint2"))[1]
+        return self.frame(self.start_panel("bottom"))[1]
+
+    def start_panel(self, edge: str) -> str:
+        """Starts a panel with a tray; returns its window."""
+        self._panel = start_tint2(self, edge)
+        try:
+            return wait_until(lambda: self.windows("tint2"), "the panel", 4)[0]
+        except Timeout:
+            raise NoProtocol("_NET_WM_WINDOW_TYPE_DOCK") from None
 
     def hide_panel(self) -> None:
         if self._panel:

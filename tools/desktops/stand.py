@@ -15,7 +15,7 @@ from typing import Callable
 from PIL import Image
 
 from tools.backdrop import Backdrop
-from tools.desktops.session import Session
+from tools.desktops.session import NoProtocol, Session
 from tools.program import Program
 from tools.waiting import DEADLINE, Timeout, wait_until
 
@@ -31,10 +31,6 @@ LETTER = 0.04
 AT_REST = 0.4
 
 Frame = tuple[int, int, int, int]
-
-
-class NoProtocol(Exception):
-    """The desktop lacks what the check is about; its text is the name of that."""
 
 
 def is_green(pixel) -> bool:
@@ -102,13 +98,16 @@ class Stand:
         try:
             wait_until(lambda: self.desktop.usable_area() != before, "the panel", 2)
         except Timeout:
-            raise NoProtocol("_NET_WORKAREA") from None
+            if not self.desktop.announces("_NET_WORKAREA"):
+                raise NoProtocol("_NET_WORKAREA") from None
+            raise AssertionError("the panel takes no room") from None
         return top
 
     def backdrop(self, full_screen: bool = False, wayland: bool = False) -> Backdrop:
         """Returns another program's window, as large as the screen, that has the keyboard focus."""
         backdrop = self._stack.enter_context(Backdrop(self.desktop, GREEN, full_screen, wayland))
-        wait_until(lambda: is_green(self.desktop.pixel(60, self.desktop.size[1] // 2)), "the other program's window")
+        # Beside the pointer, which some sessions paint.
+        wait_until(lambda: self.covered((90, 100, 90, 200)) == 1, "the other program's window")
         self.focus(backdrop)
         return backdrop
 
@@ -138,6 +137,10 @@ class Stand:
         x, y, width, height = frame
         picture = self.desktop.screenshot().crop((x, y, x + width, y + height)).resize((32, 18), Image.NEAREST)
         return sum(1 for pixel in picture.getdata() if is_green(pixel)) / (32 * 18)
+
+    def is_vanished(self, frame: Frame) -> bool:
+        """Whether the other program is seen in the frame, save for the pointer, which some sessions paint."""
+        return self.covered(frame) > 0.97
 
     def middle(self, program: Program) -> tuple[int, int]:
         """Returns a place in the picture without text or buttons."""

@@ -15,8 +15,8 @@ from typing import Callable
 
 from tools.desktops import ghost_checks, program_checks, typist, window_checks
 from tools.desktops.catalogue import DESKTOPS, TOOLS
-from tools.desktops.session import Session
-from tools.desktops.stand import NOTHING, OK, NoProtocol, Stand
+from tools.desktops.session import NoProtocol, Session
+from tools.desktops.stand import NOTHING, OK, Stand
 
 MISSING = "missing"
 

@@ -8,7 +8,7 @@ import re
 import shutil
 
 from tools.desktop import WaylandDesktop
-from tools.desktops.session import Session, WaylandSession
+from tools.desktops.session import NoProtocol, Session, WaylandSession
 from tools.desktops.x11 import leave_overview
 
 SWAY = """xwayland force
@@ -87,6 +87,7 @@ class MutterWayland(WaylandSession):
 
 class GnomeShellWayland(MutterWayland):
     name = "gnome-wayland"
+    has_tray = False
     packages = ("gnome-shell", "xwayland")
     command = ["gnome-shell"]
 
@@ -100,3 +101,6 @@ class Weston(WaylandDesktop, Session):
     packages = ("weston", "xwayland")
     command = ["weston"]
     is_wayland = True
+
+    def show_workspace(self, number: int) -> None:
+        raise NoProtocol("workspaces")

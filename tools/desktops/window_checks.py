@@ -6,7 +6,8 @@ from __future__ import annotations
 
 from typing import Callable
 
-from tools.desktops.stand import NOTHING, OK, Frame, NoProtocol, Stand, corner, moved, settled
+from tools.desktops.session import NoProtocol
+from tools.desktops.stand import NOTHING, OK, Frame, Stand, corner, moved, settled
 from tools.program import Program
 from tools.waiting import Timeout, stays, wait_until
 
@@ -43,9 +44,9 @@ def is_above(stand: Stand, full_screen: bool) -> str:
     program = stand.start()
     stand.backdrop(full_screen)
     frame = stand.frame(program)
-    if not stand.desktop.has_window_manager:
-        raise NoProtocol("_NET_WM_STATE_ABOVE")
     share = settled(lambda: round(stand.covered(frame), 1))
+    if share and not stand.desktop.announces("_NET_WM_STATE_ABOVE"):
+        raise NoProtocol("_NET_WM_STATE_ABOVE")
     return OK if share == 0 else f"{share:.0%} covered"
 
 
@@ -88,9 +89,8 @@ def task_bar(stand: Stand) -> str:
         raise NoProtocol("_NET_WM_STATE")
     stand.frame(program)
     states = stand.desktop.run("xprop", "-id", program.window(), "_NET_WM_STATE")
-    supported = stand.desktop.run("xprop", "-root", "_NET_SUPPORTED")
     lacking = [name for name in ("SKIP_TASKBAR", "SKIP_PAGER") if f"_NET_WM_STATE_{name}" not in states]
-    if lacking and "_NET_WM_STATE_SKIP_TASKBAR" not in supported:
+    if lacking and not stand.desktop.announces("_NET_WM_STATE_SKIP_TASKBAR"):
         raise NoProtocol("_NET_WM_STATE_SKIP_TASKBAR")
     return "without " + ", ".join(lacking) if lacking else OK
 

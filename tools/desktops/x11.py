@@ -4,7 +4,13 @@
 from __future__ import annotations
 
 from tools.desktops.session import Session, X11Session
-from tools.waiting import wait_until
+
+
+# Tiles all windows that no rule excepts; the rule is the one of docs/desktops.md.
+BSPWM = """#!/bin/sh
+bspc monitor -d one two
+bspc rule -a '*:*:Orvane' state=floating sticky=on layer=above focus=off
+"""
 
 
 class Openbox(X11Session):
@@ -36,6 +42,7 @@ class GnomeShell(X11Session):
     packages = ("gnome-shell",)
     command = ["gnome-shell", "--x11", "--sm-disable"]
     needs_system_bus = True
+    has_tray = False
 
     def _start_window_manager(self) -> None:
         super()._start_window_manager()
@@ -52,8 +59,13 @@ def leave_overview(session: Session) -> None:
         return session.run(*call, f"{properties}.Get", "org.gnome.Shell", "OverviewActive")
 
     session.wait_for(lambda: "true" in is_in_overview(), "its overview")
-    session.run(*call, f"{properties}.Set", "org.gnome.Shell", "OverviewActive", "<false>")
-    wait_until(lambda: "false" in is_in_overview(), "the end of its overview")
+
+    def has_left() -> bool:
+        # While it is still being animated this has no effect.
+        session.run(*call, f"{properties}.Set", "org.gnome.Shell", "OverviewActive", "<false>")
+        return "false" in is_in_overview()
+
+    session.wait_for(has_left, "the end of its overview")
 
 
 class Xfwm(X11Session):
@@ -79,6 +91,11 @@ class Cinnamon(X11Session):
     packages = ("cinnamon",)
     command = ["cinnamon", "--replace"]
     needs_system_bus = True
+    own_tray = 40
+
+    def _start_window_manager(self) -> None:
+        super()._start_window_manager()
+        self.wait_for(lambda: self.usable_area() != (0, 0, *self.size), "its panel")
 
 
 class IceWM(X11Session):
@@ -119,7 +136,7 @@ class Bspwm(X11Session):
     command = ["bspwm"]
 
     def _start_window_manager(self) -> None:
-        settings = self.settings(".config/bspwm/bspwmrc", "#!/bin/sh\nbspc monitor -d one two\n")
+        settings = self.settings(".config/bspwm/bspwmrc", BSPWM)
         self.command = ["bspwm", "-c", str(settings)]
         super()._start_window_manager()
 
