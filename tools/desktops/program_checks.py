@@ -36,7 +36,8 @@ def shows_dialog(stand: Stand, backdrop: Backdrop, title: str, show: Callable[[]
     keys = len(backdrop.keys())
     stand.desktop.key(*LETTERS[:3])
     settled(lambda: len(backdrop.keys()))
-    assert len(backdrop.keys()) == keys, f"{title}: without the focus"
+    has_focus = stand.desktop.run("xdotool", "getwindowfocus").strip() == window
+    assert has_focus and len(backdrop.keys()) == keys, f"{title}: without the focus"
 
 
 def quits(stand: Stand) -> str:

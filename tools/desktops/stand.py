@@ -68,7 +68,8 @@ class Stand:
 
     def start(self, binary: str = "orvane", *arguments: str, **variables: str) -> Program:
         """Returns the program when its window is shown. There is no site: it opens a channel in vain."""
-        program = self._stack.enter_context(Program(self.desktop, str(self._build / binary), "", arguments, **variables))
+        command = str(self._build / binary)
+        program = self._stack.enter_context(Program(self.desktop, command, "", arguments, **variables))
         program.wait_for("window-shown")
         program.window()
         return program

@@ -151,7 +151,7 @@ def main() -> int:
     parser.add_argument("--checks", default="", metavar="A,B", help="only these checks")
     parser.add_argument("--times", type=int, default=1, metavar="N", help="do each check N times")
     parser.add_argument("--jobs", type=int, default=1, metavar="N", help="check N desktops at the same time")
-    parser.add_argument("--binary-folder", metavar="DIR", help="the build under test; default ORVANE_BUILD or build/dev")
+    parser.add_argument("--binary-folder", metavar="DIR", help="a build; default ORVANE_BUILD or build/dev")
     parser.add_argument("--markdown", action="store_true", help="print the table as Markdown")
     parser.add_argument("--list", action="store_true", help="print the names of desktops and checks, and run none")
     options = parser.parse_args()

@@ -41,9 +41,9 @@ def late_panel(stand: Stand) -> str:
 
 
 def is_above(stand: Stand, full_screen: bool) -> str:
-    program = stand.start()
+    # Some window managers take it off the screen meanwhile.
+    frame = stand.frame(stand.start())
     stand.backdrop(full_screen)
-    frame = stand.frame(program)
     share = settled(lambda: round(stand.covered(frame), 1))
     if share and not stand.desktop.announces("_NET_WM_STATE_ABOVE"):
         raise NoProtocol("_NET_WM_STATE_ABOVE")

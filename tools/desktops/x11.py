@@ -102,12 +102,14 @@ class IceWM(X11Session):
     name = "icewm"
     packages = ("icewm",)
     command = ["icewm"]
+    own_tray = 30
 
 
 class Fluxbox(X11Session):
     name = "fluxbox"
     packages = ("fluxbox",)
     command = ["fluxbox"]
+    own_tray = 24
 
 
 class I3(X11Session):
