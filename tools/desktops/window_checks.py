@@ -4,6 +4,7 @@ what was seen; it may also raise an AssertionError with them."""
 
 from __future__ import annotations
 
+import contextlib
 from typing import Callable
 
 from tools.desktops.session import NoProtocol
@@ -13,6 +14,8 @@ from tools.waiting import Timeout, stays, wait_until
 
 # Pixels. A drag begins only some pixels away from the press, and not every window manager makes up for them.
 TOLERANCE = 12
+# Seconds for which the button is held when the window does not move.
+OUTLINE = 2
 SMALLEST = (320, 180)
 # In the middle of the screen, and 16:9.
 FRAME = (300, 200, 480, 270)
@@ -101,8 +104,25 @@ def near(now: Frame, wanted: Frame) -> bool:
 
 def drag_until(stand: Stand, program: Program, start: tuple[int, int], by: tuple[int, int],
                arrived: Callable[[Frame], bool], what: str) -> None:
+    """Drags from a place by a distance, and waits for the frame: with the button held, or after its release where the
+    window manager shows an outline until then."""
+    desktop = stand.desktop
+    desktop.point(*start)
+    desktop.button("mousedown", "1")
+    for step in range(1, 21):
+        desktop.point(start[0] + by[0] * step // 20, start[1] + by[1] * step // 20)
+
+    def follows() -> bool:
+        # One that has taken over the drag only now has missed all movements so far.
+        desktop.move_pointer(-1, 0)
+        desktop.move_pointer(1, 0)
+        return arrived(program.frame())
+
+    with contextlib.suppress(Timeout):
+        wait_until(follows, "", OUTLINE)
+    desktop.button("mouseup", "1")
     try:
-        stand.desktop.drag(*start, *by, lambda: arrived(program.frame()), what)
+        wait_until(lambda: arrived(program.frame()), "")
     except Timeout:
         raise AssertionError(f"{what}: {program.frame()}") from None
 
