@@ -31,8 +31,10 @@ def shows_dialog(stand: Stand, backdrop: Backdrop, title: str, show: Callable[[]
     stand.focus(backdrop)
     show()
     window = stand.desktop.window(title)
-    seen = settled(lambda: stand.covered(stand.desktop.frame(window)))
-    assert seen == 0, f"{title}: behind"
+    try:
+        wait_until(lambda: stand.covered(stand.desktop.frame(window)) == 0, "")
+    except Timeout:
+        raise AssertionError(f"{title}: behind") from None
     keys = len(backdrop.keys())
     stand.desktop.key(*LETTERS[:3])
     settled(lambda: len(backdrop.keys()))
