@@ -9,7 +9,7 @@ import subprocess
 
 from PIL import Image, ImageGrab
 
-from tools.waiting import wait_until
+from tools.waiting import DEADLINE, Timeout, wait_until
 
 
 class XClient:
@@ -22,7 +22,11 @@ class XClient:
 
     def run(self, *command: str) -> str:
         """Runs a tool; returns what it prints, also when it fails."""
-        done = subprocess.run(command, env=self.environment, check=False, capture_output=True, text=True)
+        try:
+            done = subprocess.run(command, env=self.environment, check=False, capture_output=True, text=True,
+                                  timeout=DEADLINE)
+        except subprocess.TimeoutExpired:
+            raise Timeout(f"no answer to {' '.join(command)}") from None
         return done.stdout
 
     # Windows
