@@ -9,7 +9,7 @@
 #include "base/Logging.h"
 #include "model/AppConstants.h"
 #include "platform/windowing/DisplayChoice.h"
-#include "platform/windowing/X11.h"
+#include "platform/windowing/x11/X11.h"
 #include "settings/Preferences.h"
 #include "settings/UserDefaults.h"
 #include "state/ChannelRegistry.h"

@@ -2,7 +2,7 @@
 #include "platform/desktop/DesktopScreenSaver.h"
 
 #include "platform/desktop/MessageBus.h"
-#include "platform/windowing/X11.h"
+#include "platform/windowing/x11/X11.h"
 
 #include <QDBusObjectPath>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/windowing/FloatingWindowFactory.h"
 
-#include "platform/windowing/X11.h"
 #include "platform/windowing/X11FloatingWindow.h"
+#include "platform/windowing/x11/X11.h"
 
 #include <QWidget>
 #include <QWindow>

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/windowing/SystemEventMonitor.h"
 
-#include "platform/windowing/X11.h"
-#include "platform/windowing/X11Keyboard.h"
 #include "platform/windowing/X11PointerFence.h"
-#include "platform/windowing/X11RawInput.h"
-#include "platform/windowing/X11RawKeys.h"
+#include "platform/windowing/x11/X11.h"
+#include "platform/windowing/x11/X11Keyboard.h"
+#include "platform/windowing/x11/X11RawInput.h"
+#include "platform/windowing/x11/X11RawKeys.h"
 
 #include <QAbstractButton>
 #include <QApplication>

@@ -2,7 +2,7 @@
 #include "platform/windowing/X11FloatingWindow.h"
 
 #include "platform/windowing/FirstExposure.h"
-#include "platform/windowing/X11.h"
+#include "platform/windowing/x11/X11.h"
 
 #include <QGuiApplication>
 #include <QScreen>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/windowing/X11PointerFence.h"
 
-#include "platform/windowing/X11.h"
+#include "platform/windowing/x11/X11.h"
 
 #include <QGuiApplication>
 #include <QScreen>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/windowing/X11RawInput.h"
+#include "platform/windowing/x11/X11RawInput.h"
 
 #include "base/Logging.h"
-#include "platform/windowing/X11.h"
+#include "platform/windowing/x11/X11.h"
 
 #include <QCoreApplication>
 #include <QMetaMethod>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/windowing/KeyEvent.h"
+#include "platform/windowing/x11/KeyEvent.h"
 
 #include <xkbcommon/xkbcommon.h>
 

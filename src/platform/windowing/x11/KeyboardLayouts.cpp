@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/windowing/KeyboardLayouts.h"
+#include "platform/windowing/x11/KeyboardLayouts.h"
 
 #include <algorithm>
 #include <array>

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/windowing/X11RawKeys.h"
+#include "platform/windowing/x11/X11RawKeys.h"
 
 #include "base/Logging.h"
-#include "platform/windowing/X11.h"
-#include "platform/windowing/X11Keyboard.h"
-#include "platform/windowing/XkbProtocol.h"
+#include "platform/windowing/x11/X11.h"
+#include "platform/windowing/x11/X11Keyboard.h"
+#include "platform/windowing/x11/XkbProtocol.h"
 
 #include <QMetaMethod>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/windowing/X11.h"
+#include "platform/windowing/x11/X11.h"
 
 #include "base/Logging.h"
 

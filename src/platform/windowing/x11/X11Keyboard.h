@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/windowing/KeyboardLayouts.h"
+#include "platform/windowing/x11/KeyboardLayouts.h"
 
 #include <QAbstractNativeEventFilter>
 
