@@ -349,11 +349,12 @@ void X11FloatingWindow::setShapeEmpty(bool isEmpty) {
 void X11FloatingWindow::withdraw() {
     if (m_isWithdrawn || !m_window.isVisible())
         return;
-    aboutToHide();
+    const QRect frame = nativeFrame();
+    m_frameToShow = frame;
     m_isWithdrawn = true;
     // It would be in the middle of the screen for a moment when it returns.
     if (m_sway)
-        return m_sway->place(id(), m_frameToShow->translated(0, beyondTheDesktop));
+        return m_sway->place(id(), frame.translated(0, beyondTheDesktop));
     xcb_unmap_window(X11::connection(), id());
     xcb_flush(X11::connection());
 }
@@ -363,7 +364,9 @@ void X11FloatingWindow::comeBack() {
         return;
     if (m_sway) {
         m_isWithdrawn = false;
-        return place(*std::exchange(m_frameToShow, std::nullopt));
+        if (const auto frame = std::exchange(m_frameToShow, std::nullopt))
+            place(*frame);
+        return;
     }
     aboutToShow();
     constexpr uint32_t never = 0;

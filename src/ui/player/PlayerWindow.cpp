@@ -183,14 +183,10 @@ void PlayerWindow::followScreens() {
             Qt::QueuedConnection);
 }
 
-void PlayerWindow::screenChanged() {
-    m_scale = devicePixelRatioF();
-}
-
 void PlayerWindow::ensureOnScreen() {
     if (isFullScreen())
         return;
-    // Qt leaves the window at its size in pixels when the scale of the screen changes.
+    // Qt leaves the window at its size in pixels when the scale of its screen changes.
     const QRectF now = m_floating->frame();
     if (devicePixelRatioF() != m_scale) {
         m_frameBeforeScaling = now;
@@ -289,9 +285,10 @@ void PlayerWindow::setVisible(bool visible) {
 void PlayerWindow::showEvent(QShowEvent* event) {
     if (event->spontaneous())
         return; // The window manager restores a window that it had hidden.
-    connect(windowHandle(), &QWindow::screenChanged, this, &PlayerWindow::screenChanged,
-            Qt::UniqueConnection);
-    screenChanged();
+    // The user may drag it to a screen of another scale.
+    connect(windowHandle(), &QWindow::screenChanged, this, &PlayerWindow::ensureOnScreen,
+            Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection));
+    m_scale = devicePixelRatioF();
     m_floating->aboutToShow();
     QMetaObject::invokeMethod(this, [this] { m_floating->shown(); }, Qt::QueuedConnection);
     new FirstExposure(windowHandle(), [this] { m_floating->appeared(); });

@@ -76,7 +76,6 @@ private:
     void setFrame(const QRectF& frame);
     void followScreens();
     void ensureOnScreen();
-    void screenChanged();
     void updateSizeHints();
     void updateLevel();
     void setOpacity(double opacity);
