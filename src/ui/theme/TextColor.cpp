@@ -5,11 +5,32 @@
 #include "ui/theme/Contrast.h"
 
 #include <QEvent>
+#include <QHash>
 #include <QPushButton>
 
 namespace orvane {
 
 namespace {
+
+/// Returns the shade for a text of this widget. To find it takes longer than all else that a label
+/// in a long list needs, and most of them have the same, so it is remembered.
+QColor shadeFor(const QWidget& widget, const QColor& hue, const QColor& tint) {
+    static QHash<QList<QRgb>, QColor> found;
+    constexpr qsizetype palettesAndHues = 64;
+    const QPalette& palette = widget.palette();
+    const bool isButton = qobject_cast<const QPushButton*>(&widget) != nullptr;
+    const QList<QColor> backgrounds =
+        tinted(isButton ? buttonBackgrounds(palette) : windowBackgrounds(palette), tint);
+    QList<QRgb> key{hue.rgba()};
+    for (const QColor& background : backgrounds)
+        key += background.rgba();
+    const auto known = found.constFind(key);
+    if (known != found.constEnd())
+        return *known;
+    if (found.size() >= palettesAndHues)
+        found.clear();
+    return *found.insert(key, readableShade(hue, backgrounds, textContrast));
+}
 
 /// Owned by the widget whose text it colours.
 class TextColor final : public QObject {
@@ -32,10 +53,7 @@ public:
 private:
     void apply() {
         QPalette palette = m_widget.palette();
-        const bool isButton = qobject_cast<QPushButton*>(&m_widget) != nullptr;
-        const QList<QColor> backgrounds =
-            isButton ? buttonBackgrounds(palette) : windowBackgrounds(palette);
-        const QColor shade = readableShade(m_hue, tinted(backgrounds, m_tint), textContrast);
+        const QColor shade = shadeFor(m_widget, m_hue, m_tint);
         // Setting a palette sends another event.
         if (palette.color(QPalette::Active, QPalette::WindowText) == shade)
             return;
