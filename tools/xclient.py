@@ -39,6 +39,9 @@ class XClient:
         return wait_until(lambda: self.windows(title), f"the window {title}")[0]
 
     def activate(self, window: str) -> None:
+        # A window that has just appeared may take no input yet, and then this changes nothing.
+        wait_until(lambda: "accepts input or input focus: False" not in self.run("xprop", "-id", window, "WM_HINTS"),
+                   f"a window {window} that takes input")
         self.run("xdotool", "windowactivate", "--sync", window)
         # The window manager announces the active window before it gets the keys.
         wait_until(lambda: self.run("xdotool", "getwindowfocus").strip() == window, f"the focus in {window}")

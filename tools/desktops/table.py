@@ -175,7 +175,10 @@ def main() -> int:
     with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
         rows = dict(zip(names, pool.map(row, names)))
     print(printed(rows, options.markdown))
-    return 0 if all(words in (OK, NOTHING) for row in rows.values() for words in row.values()) else 1
+    good = {OK, NOTHING}
+    if os.environ.get("ORVANE_NO_INSTALL") == "1":
+        good.add(MISSING)
+    return 0 if all(words in good for row in rows.values() for words in row.values()) else 1
 
 
 if __name__ == "__main__":
