@@ -77,8 +77,11 @@ QStringList errorLines(const QString& text) {
     QStringList errors;
     for (const QString& line : text.sliced(isOnFirstLine ? described + 2 : 0).split(u'\n')) {
         const QString trimmed = line.trimmed();
-        if (trimmed.startsWith(errorPrefix))
-            errors.append(trimmed.sliced(errorPrefix.size()).trimmed());
+        if (!trimmed.startsWith(errorPrefix))
+            continue;
+        // Without its text a line tells less than the whole.
+        if (const QString error = trimmed.sliced(errorPrefix.size()).trimmed(); !error.isEmpty())
+            errors.append(error);
     }
     return errors;
 }

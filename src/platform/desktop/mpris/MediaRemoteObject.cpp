@@ -14,7 +14,8 @@ namespace {
 
 /// Returns a valid object path that is unique for each `id`.
 QDBusObjectPath trackPath(const QString& name, const QString& id) {
-    QString escaped;
+    // No element of a path is empty.
+    QString escaped = id.isEmpty() ? u"_"_s : QString();
     for (const char byte : id.toUtf8()) {
         const bool isPlain = (byte >= '0' && byte <= '9') || (byte >= 'a' && byte <= 'z') ||
                              (byte >= 'A' && byte <= 'Z');
