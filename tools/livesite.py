@@ -232,7 +232,9 @@ class _Handler(http.server.BaseHTTPRequestHandler):
                 body = site.live_list(channel, parts[2])
             elif channel:
                 resource, kind = "segment", "video/mp2t"
-                body = site.segment(channel, parts[2], int(parts[3].removesuffix(".ts")))
+                number = parts[3].removesuffix(".ts")
+                # A player that takes a page for a list asks for its lines.
+                body = site.segment(channel, parts[2], int(number)) if number.isdigit() else None
         fault = site.take_fault(channel, resource) if channel else None
         if fault == "hang":
             site.stopping.wait()
