@@ -59,6 +59,8 @@ constexpr std::array options{
 
 constexpr std::array softwareOptions{
     Option{"hwdec", "no"},
+    // The software renderer cannot turn a picture, and aborts when it should: the view does it.
+    Option{"vf", "format=rotate=0"},
     // zimg ignores the two options below and takes twice as long.
     Option{"sws-allow-zimg", "no"},
     Option{"sws-scaler", "bilinear"},

@@ -68,6 +68,8 @@ public:
     void onEvent(std::function<void(const mpv_event&)> handler);
     /// Called on the main thread when there is something new to draw.
     void onRenderUpdate(std::function<void()> handler);
+    /// Has that called soon, without a new frame.
+    void requestRenderUpdate() { m_renderUpdateArrived.schedule(); }
 
 private:
     friend class MpvTeardownQueue;

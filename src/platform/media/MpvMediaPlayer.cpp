@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
 namespace orvane {
 
@@ -72,6 +73,7 @@ MpvMediaPlayer::MpvMediaPlayer(StreamAddress address, std::unique_ptr<MpvInstanc
     mpv_observe_property(m_instance->handle(), 0, "core-idle", MPV_FORMAT_FLAG);
     mpv_observe_property(m_instance->handle(), 0, "vid", MPV_FORMAT_STRING);
     mpv_observe_property(m_instance->handle(), 0, "current-ao", MPV_FORMAT_STRING);
+    mpv_observe_property(m_instance->handle(), 0, "video-params/rotate", MPV_FORMAT_INT64);
 }
 
 MpvMediaPlayer::~MpvMediaPlayer() {
@@ -129,6 +131,11 @@ void MpvMediaPlayer::createRenderer(mpv_render_param* parameters, ContextScope c
         m_instance->onRenderUpdate(std::move(onUpdate));
     if (m_lifecycle.rendererSettled())
         enterPhase();
+}
+
+bool MpvMediaPlayer::hasNewFrame() {
+    const bool isNew = m_instance->hasNewFrame();
+    return std::exchange(m_hasTurned, false) || isNew;
 }
 
 bool MpvMediaPlayer::draw(mpv_render_param* parameters) {
@@ -238,6 +245,8 @@ void MpvMediaPlayer::handleProperty(const mpv_event_property& property) {
             m_monitor.starved(on, now());
         else if (name == "core-idle")
             m_isCoreIdle = on;
+    } else if (property.format == MPV_FORMAT_INT64) {
+        turn(*static_cast<const std::int64_t*>(property.data));
     } else if (property.format == MPV_FORMAT_STRING) {
         const std::string_view text = *static_cast<char* const*>(property.data);
         if (name == "vid") {
@@ -251,6 +260,17 @@ void MpvMediaPlayer::handleProperty(const mpv_event_property& property) {
             handleAudioOutput(text);
         }
     }
+}
+
+void MpvMediaPlayer::turn(std::int64_t degrees) {
+    constexpr int quarter = 90;
+    constexpr int turnQuarters = 4;
+    const auto quarters = static_cast<int>((degrees + quarter / 2) / quarter);
+    const int rotation = quarters % turnQuarters * quarter;
+    if (rotation == std::exchange(m_rotation, rotation))
+        return;
+    m_hasTurned = true;
+    m_instance->requestRenderUpdate();
 }
 
 void MpvMediaPlayer::handleReply(const mpv_event& reply) {

@@ -52,7 +52,8 @@ private:
                         std::function<void()> onUpdate) override;
     [[nodiscard]] bool hasRenderer() const override { return m_instance->hasRenderContext(); }
     void stopUpdates() override { m_instance->onRenderUpdate({}); }
-    [[nodiscard]] bool hasNewFrame() override { return m_instance->hasNewFrame(); }
+    [[nodiscard]] bool hasNewFrame() override;
+    [[nodiscard]] int rotation() const override { return m_rotation; }
     bool draw(mpv_render_param* parameters) override;
     void frameShown() override;
 
@@ -71,6 +72,8 @@ private:
     void checkMonitor();
     /// Polls the position while it should advance.
     void pollPosition();
+    /// `degrees` is what the stream says.
+    void turn(std::int64_t degrees);
     /// Retries an audio output that has been lost; `output` is mpv's name of the current one.
     void handleAudioOutput(std::string_view output);
 
@@ -83,6 +86,10 @@ private:
     LiveStreamMonitor m_monitor;
     /// The answers to the current poll so far.
     LiveStreamMonitor::Position m_position;
+    /// In degrees, see `VideoSource`.
+    int m_rotation = 0;
+    /// Whether the view has not asked since the rotation has changed.
+    bool m_hasTurned = false;
     /// How often a later beginning of the sound was looked for.
     int m_soundSearches = 0;
     QTimer m_monitorTimer;

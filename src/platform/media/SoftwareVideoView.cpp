@@ -43,10 +43,13 @@ void SoftwareVideoView::detach() {
 }
 
 void SoftwareVideoView::drawFrame() {
-    const QSize pixels = (QSizeF(size()) * devicePixelRatioF()).toSize();
+    QSize pixels = (QSizeF(size()) * devicePixelRatioF()).toSize();
     if (m_source == nullptr || !m_source->hasRenderer() || pixels.isEmpty())
         return;
 
+    m_rotation = m_source->rotation();
+    if (isOnItsSide())
+        pixels.transpose();
     if (m_image.size() != pixels)
         m_image = QImage(pixels, QImage::Format_RGB32);
     m_image.setDevicePixelRatio(devicePixelRatioF());
@@ -82,10 +85,17 @@ void SoftwareVideoView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     if (m_image.isNull()) {
         painter.fillRect(rect(), Qt::black);
-    } else {
-        // The image has the widget's size except for a moment after a resize.
-        painter.drawImage(rect(), m_image);
+        return;
     }
+    // The image has the widget's size except for a moment after a resize.
+    QRectF target(rect());
+    if (m_rotation != 0) {
+        painter.translate(target.center());
+        painter.rotate(m_rotation);
+        const QSizeF size = isOnItsSide() ? target.size().transposed() : target.size();
+        target = QRectF(QPointF(-size.width() / 2, -size.height() / 2), size);
+    }
+    painter.drawImage(target, m_image);
 }
 
 void SoftwareVideoView::resizeEvent(QResizeEvent*) {

@@ -27,9 +27,13 @@ protected:
 private:
     void drawFrame();
     void fillPadding();
+    /// Whether frames lie on their side in the image.
+    [[nodiscard]] bool isOnItsSide() const { return m_rotation % 180 != 0; }
 
     VideoSource* m_source = nullptr;
     QImage m_image;
+    /// By how many degrees clockwise the image is turned when it is painted.
+    int m_rotation = 0;
 };
 
 } // namespace orvane

@@ -27,8 +27,12 @@ public:
     /// Ends the calls of `onUpdate`.
     virtual void stopUpdates() = 0;
 
-    /// Returns whether the last update has brought a new frame. Call it once for each update.
+    /// Returns whether the last update has brought a new frame, or has turned the current one. Call
+    /// it once for each update.
     [[nodiscard]] virtual bool hasNewFrame() = 0;
+    /// Returns by how many degrees clockwise the stream wants its frames to be turned: 0, 90, 180
+    /// or 270. mpv's OpenGL renderer turns them, its software renderer does not.
+    [[nodiscard]] virtual int rotation() const = 0;
     /// Draws the current frame, or black before the first. Returns false if nothing was drawn.
     virtual bool draw(mpv_render_param* parameters) = 0;
     /// Counts a new frame as shown. `draw` does so itself; a hidden view, which does not draw,

@@ -1,0 +1,90 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""Streams that are unusual, or made to do harm."""
+
+import subprocess
+
+from fixture import Fixture
+from rows import Row
+from site_rows import AlteringSite
+from tools.channels import Channel
+from tools.images import is_near
+from tools.waiting import wait_until
+
+
+class HostileSite(AlteringSite):
+    """`answers` maps the beginning of a path to what answers instead: a function of the handler."""
+
+    def __init__(self, folder):
+        super().__init__(folder)
+        self.answers = {}
+
+    def answer_otherwise(self, handler) -> bool:
+        answer = next((answer for path, answer in self.answers.items() if handler.path.startswith(path)), None)
+        if answer is None:
+            return False
+        answer(handler)
+        return True
+
+
+def text(body: str):
+    return lambda handler: handler.answer(200, "text/plain", body.encode())
+
+
+# Rotated pictures
+
+def lying(degrees: int):
+    """Turns the coded picture, and has the stream say that it must be turned back by so many degrees clockwise."""
+    turns = {90: "transpose=cclock", 180: "hflip,vflip", 270: "transpose=clock"}
+    made = {}
+
+    def alter(plain: bytes, _channel: Channel, number: int) -> bytes:
+        if number not in made:
+            # The bit stream counts anticlockwise. Only key frames are marked, so all frames are.
+            made[number] = subprocess.run(
+                ["ffmpeg", "-loglevel", "error", "-nostdin", "-copyts", "-i", "-", "-muxdelay", "0", "-vf", turns[degrees],
+                 "-c:v", "libx264", "-preset", "ultrafast", "-g", "1", "-c:a", "copy", "-bsf:v",
+                 f"h264_metadata=display_orientation=insert:rotate={360 - degrees}", "-f", "mpegts", "-"],
+                input=plain, check=True, capture_output=True).stdout
+        return made[number]
+    return alter
+
+
+def is_upright(picture, channel: Channel) -> bool:
+    """Whether the picture fills the width of the window, with the white bar upright above the texts."""
+    width, height = picture.size
+    colour = bytes.fromhex(channel.colour.removeprefix("0x"))
+    corners = [(x, y) for x in (4, width - 5) for y in (height // 8, height - 5)]
+    if not all(is_near(picture.getpixel(corner), colour, 40) for corner in corners):
+        return False
+    white = picture.convert("L").point(lambda value: 255 * (value > 200)).crop((0, 0, width, height * 4 // 9))
+    frame = white.getbbox()
+    return frame is not None and frame[3] - frame[1] > 2 * (frame[2] - frame[0])
+
+
+def rotated(**variables: str):
+    """Each turn begins in mid-play."""
+    def check(fixture: Fixture) -> str:
+        program = fixture.start(**variables)
+        fixture.plays()
+        for degrees in (90, 180, 270, None):
+            alter = lying(degrees) if degrees else None
+            first = []
+
+            def note(plain, channel, number, alter=alter, first=first):
+                first.append(number)
+                return alter(plain, channel, number) if alter else plain
+
+            fixture.site.alter = note
+            wait_until(lambda: len(first) >= 3, "three segments")
+            wait_until(lambda: program.is_running() and is_upright(program.video(), fixture.channel),
+                       f"an upright picture of {degrees} degrees")
+        fixture.plays()
+        return "upright in mid-play with 90, 180, 270 and 0 degrees"
+    return check
+
+
+ODD = {"site_class": HostileSite}
+ROWS = [
+    Row("media.rotated", "the picture is turned by 90, 180 and 270 degrees", rotated(), fixture=ODD),
+    Row("media.rotated-opengl", "the same, drawn by OpenGL", rotated(ORVANE_VIDEO_OUTPUT="opengl"), fixture=ODD),
+]
