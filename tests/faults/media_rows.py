@@ -1,14 +1,18 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Streams that are unusual, or made to do harm."""
 
+import pathlib
 import subprocess
 
 from fixture import Fixture
 from rows import Row
 from site_rows import AlteringSite
-from tools.channels import Channel
+from tools.channels import STANDARD_CHANNELS, Channel
 from tools.images import is_near
+from tools.segments import cached, encoded
 from tools.waiting import wait_until
+
+LIST = "/hls/AlArabiya/480/list.m3u8"
 
 
 class HostileSite(AlteringSite):
@@ -83,8 +87,58 @@ def rotated(**variables: str):
     return check
 
 
+# Lists that lead elsewhere
+
+def follows_nothing(body):
+    """`body` makes the list from the site's origin. What it names may not be asked for."""
+    def check(fixture: Fixture) -> str:
+        fixture.site.answers[LIST] = text(body(fixture.site.origin))
+        fixture.start()
+        said = fixture.error_then_retry(repair=fixture.site.answers.clear)
+        requests = fixture.site.count(LIST) + fixture.site.count("/elsewhere")
+        # The retry asks for a few lists while it plays.
+        assert requests < 20, f"{requests} requests"
+        return f"{said}; {requests} requests in all"
+    return check
+
+
+def edit_list(origin: str) -> str:
+    address = f"{origin}{LIST}"
+    return f"# mpv EDL v0\n%{len(address)}%{address},0,10\n"
+
+
+def plain_list(origin: str) -> str:
+    return "".join(f"{origin}/elsewhere/{number}\n" for number in range(3000))
+
+
+def files() -> pathlib.Path:
+    """Returns a folder with the channel's first seconds as files."""
+    def recipe(folder: str) -> list[list[str]]:
+        plain = "concat:" + "|".join(f"{encoded(Channel(*STANDARD_CHANNELS[0]))}/480/{i}.ts" for i in range(5))
+        make = ["ffmpeg", "-loglevel", "error", "-nostdin", "-i", plain]
+        return [["mkdir", folder], [*make, "-c", "copy", "-movflags", "+faststart", f"{folder}/x.mp4"],
+                [*make, "-c:v", "libvpx", "-deadline", "realtime", "-cpu-used", "8", "-c:a", "libopus", f"{folder}/x.webm"]]
+    return cached(recipe)
+
+
+def plain_files(fixture: Fixture) -> str:
+    def serve(kind: str) -> None:
+        body = (files() / f"x.{kind}").read_bytes()
+        fixture.site.answers[LIST] = lambda handler: handler.answer(200, f"video/{kind}", body)
+
+    serve("mp4")
+    fixture.start()
+    fixture.plays()
+    fixture.error_then_retry("Stream ended", repair=lambda: serve("webm"))
+    fixture.error("Stream ended", count=2)
+    return "MP4 and WebM play to their ends"
+
+
 ODD = {"site_class": HostileSite}
 ROWS = [
     Row("media.rotated", "the picture is turned by 90, 180 and 270 degrees", rotated(), fixture=ODD),
     Row("media.rotated-opengl", "the same, drawn by OpenGL", rotated(ORVANE_VIDEO_OUTPUT="opengl"), fixture=ODD),
+    Row("media.edit-list", "the stream is an edit list that names itself", follows_nothing(edit_list), fixture=ODD),
+    Row("media.plain-list", "the stream is a plain list of 3000 addresses", follows_nothing(plain_list), fixture=ODD),
+    Row("media.files", "the stream is an MP4 file, then a WebM file", plain_files, fixture=ODD),
 ]

@@ -53,6 +53,10 @@ constexpr std::array options{
     Option{"demuxer-max-back-bytes", "0"},
     // The addresses come from yt-dlp, which does not check certificates either.
     Option{"tls-verify", "no"},
+    // mpv's own demuxers follow edit lists, cue sheets and plain playlists wherever they lead, also
+    // back to themselves.
+    Option{"demuxer", "lavf"},
+    Option{"audio-demuxer", "lavf"},
     // A playlist from the web must not refer to local files.
     Option{"demuxer-lavf-o", "protocol_whitelist=[http,https,tcp,tls,crypto,httpproxy]"},
 };
