@@ -2,6 +2,7 @@
 """Streams that are unusual, or made to do harm."""
 
 import pathlib
+import socket
 import subprocess
 
 from fixture import Fixture
@@ -134,6 +135,25 @@ def plain_files(fixture: Fixture) -> str:
     return "MP4 and WebM play to their ends"
 
 
+def odd_port(fixture: Fixture) -> str:
+    """The list is on a port that refuses connections, and whose number has the digits of a refusal."""
+    for port in (14031, 24031, 34031, 40301, 44031):
+        try:
+            closed = fixture.enter(socket.create_server(("127.0.0.1", port), backlog=0))
+        except OSError:
+            continue
+        break
+    closed.close()
+    master = fixture.site.master_list(fixture.channel).decode()
+    moved = master.replace("/hls/", f"https://127.0.0.1:{port}/hls/")
+    fixture.site.answers["/hls/AlArabiya/master.m3u8"] = text(moved)
+    program = fixture.start()
+    said = fixture.error_then_retry("Connection", "refused", repair=fixture.site.answers.clear)
+    loads = program.count("loading")
+    assert loads == 2, f"{loads} openings"
+    return f"{said}; {loads} openings"
+
+
 ODD = {"site_class": HostileSite}
 ROWS = [
     Row("media.rotated", "the picture is turned by 90, 180 and 270 degrees", rotated(), fixture=ODD),
@@ -141,4 +161,5 @@ ROWS = [
     Row("media.edit-list", "the stream is an edit list that names itself", follows_nothing(edit_list), fixture=ODD),
     Row("media.plain-list", "the stream is a plain list of 3000 addresses", follows_nothing(plain_list), fixture=ODD),
     Row("media.files", "the stream is an MP4 file, then a WebM file", plain_files, fixture=ODD),
+    Row("media.odd-port", "the list is on a closed port with 403 in its number", odd_port, fixture=ODD),
 ]

@@ -136,7 +136,7 @@ def prints_a_file(fixture: Fixture) -> str:
     tool = Tool(fixture)
     tool.install(printed("file:///etc/passwd"))
     tool.start()
-    return fixture.error_then_retry("Not a web address: file:///etc/passwd", repair=tool.repair)
+    return fixture.error_then_retry("The stream has no web address", repair=tool.repair)
 
 
 def replaced(fixture: Fixture) -> str:

@@ -97,13 +97,24 @@ bool isRefusal(const QString& warning) {
     return warning.startsWith(u"HTTP error"_s);
 }
 
+QString withoutAddresses(const QString& text) {
+    static const QRegularExpression address(
+        uR"([\w+.-]+://\S*[^\s.,:;)'"]|(?<=hostname )\S*[^\s:])"_s);
+    static const QRegularExpression longNumber(uR"(\d{3,})"_s);
+    QString rest = text;
+    rest.replace(address, u"…"_s);
+    if (!isRefusal(rest))
+        rest.replace(longNumber, u"…"_s);
+    return rest;
+}
+
 std::optional<QString> networkWarning(const QString& line) {
     static const QRegularExpression pattern(
         uR"((?:^|\s)(?:https?|tls|tcp|crypto): (.+)|(HTTP error .+))"_s);
     const QRegularExpressionMatch match = pattern.match(line.trimmed());
     if (!match.hasMatch())
         return std::nullopt;
-    return match.hasCaptured(2) ? match.captured(2) : match.captured(1);
+    return withoutAddresses(match.hasCaptured(2) ? match.captured(2) : match.captured(1));
 }
 
 } // namespace orvane

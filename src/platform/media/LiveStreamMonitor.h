@@ -87,7 +87,8 @@ private:
 [[nodiscard]] bool isRefusal(const QString& warning);
 
 /// Returns the part of a log line that describes a network error, without the name of the
-/// protocol; nullopt for any other line.
+/// protocol, and without addresses and long numbers, whose digits could be taken for those of a
+/// status; nullopt for any other line.
 [[nodiscard]] std::optional<QString> networkWarning(const QString& line);
 
 } // namespace orvane

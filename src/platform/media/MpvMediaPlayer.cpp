@@ -40,9 +40,10 @@ LiveStreamMonitor::TimePoint now() {
 std::optional<QString> refusalToOpen(const StreamAddress& address) {
     for (const QUrl& url : {address.picture, address.sound.value_or(address.picture)}) {
         const bool isWeb = url.scheme() == u"http" || url.scheme() == u"https";
-        constexpr qsizetype shownLength = 80;
-        if (!isWeb || url.host().isEmpty())
-            return u"Not a web address: "_s + url.toString().left(shownLength);
+        if (!isWeb || url.host().isEmpty()) {
+            qCWarning(logPlayer, "Not opened: %s", qUtf8Printable(withoutSecrets(url.toString())));
+            return u"The stream has no web address"_s;
+        }
     }
     return std::nullopt;
 }
