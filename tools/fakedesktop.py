@@ -4,7 +4,8 @@
 usage: fakedesktop.py NAME...     Takes the names on the session bus and prints "ready", then a line for each
 call: "inhibit" with the texts that it was given, and "release", also when the caller has left the bus. On its
 standard input "slow" makes it hold its answers back (and print "asked") until "answer", and "wake" announces
-the end of a sleep; "lock" and "unlock" tell of the session, "blank" and "unblank" of the screen saver."""
+the end of a sleep; "lock" and "unlock" tell of the session, "blank" and "unblank" of the screen saver, "metered" and
+"unmetered" of the network."""
 
 import sys
 
@@ -118,6 +119,22 @@ class Session(dbus.service.Object):
         self.PropertiesChanged("org.freedesktop.login1.Session", {"LockedHint": is_locked}, [])
 
 
+class NetworkManager(dbus.service.Object):
+    _metered = dbus.UInt32(0)
+
+    @dbus.service.method(dbus.PROPERTIES_IFACE, "ss", "v")
+    def Get(self, _interface, _name):
+        return self._metered
+
+    @dbus.service.signal(dbus.PROPERTIES_IFACE, "sa{sv}as")
+    def PropertiesChanged(self, interface, changed, invalidated):
+        pass
+
+    def change(self, is_metered: bool) -> None:
+        self._metered = dbus.UInt32(1 if is_metered else 2)
+        self.PropertiesChanged("org.freedesktop.NetworkManager", {"Metered": self._metered}, [])
+
+
 def main() -> None:
     dbus.mainloop.glib.DBusGMainLoop(set_as_default=True)
     bus = dbus.SessionBus()
@@ -125,6 +142,7 @@ def main() -> None:
     Portal(bus, "/org/freedesktop/portal/desktop")
     logind = Logind(bus, "/org/freedesktop/login1")
     session = Session(bus, SESSION)
+    network = NetworkManager(bus, "/org/freedesktop/NetworkManager")
 
     def handle_order(*_) -> bool:
         order = sys.stdin.readline().strip()
@@ -138,6 +156,8 @@ def main() -> None:
             logind.PrepareForSleep(False)
         elif order in ("lock", "unlock"):
             session.lock(order == "lock")
+        elif order in ("metered", "unmetered"):
+            network.change(order == "metered")
         elif order in ("blank", "unblank"):
             service.ActiveChanged(order == "blank")
         return bool(order)

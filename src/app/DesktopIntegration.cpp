@@ -24,7 +24,16 @@ DesktopIntegration::DesktopIntegration(const Collaborators& with, ApplicationAct
       m_sleep(m_systemBus),
       m_lock(m_sessionBus, m_systemBus),
       m_recovery(with.state, with.player, with.notifications, with.clock, with.tasks),
-      m_healing(with.state, with.player, with.notifications, with.clock, with.tasks) {
+      m_healing(with.state, with.player, with.notifications, with.clock, with.tasks),
+      m_preparation({.state = with.state,
+                     .registry = with.registry,
+                     .preferences = with.preferences,
+                     .history = with.watchHistory,
+                     .resolver = with.resolver,
+                     .notifications = with.notifications,
+                     .clock = with.clock,
+                     .tasks = with.tasks}),
+      m_saving(m_sessionBus, m_systemBus) {
     const auto returned = [this] {
         m_recovery.returned();
         m_healing.returned();
@@ -34,6 +43,8 @@ DesktopIntegration::DesktopIntegration(const Collaborators& with, ApplicationAct
                      [&notifications = with.notifications](bool isLocked) {
                          notifications.post(AppNotification::sessionLockChanged, isLocked);
                      });
+    QObject::connect(&m_saving, &SavingMode::changed, &m_saving,
+                     [this](bool isOn) { m_preparation.setSaving(isOn); });
     QObject::connect(&m_network, &NetworkWatcher::addressGained, &m_network, returned);
     QObject::connect(&m_network, &NetworkWatcher::lastAddressLost, &m_network,
                      [this] { m_recovery.stop(); });

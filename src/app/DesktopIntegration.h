@@ -5,9 +5,11 @@
 #include "platform/desktop/DesktopScreenSaver.h"
 #include "platform/desktop/MessageBus.h"
 #include "platform/desktop/NetworkWatcher.h"
+#include "platform/desktop/SavingMode.h"
 #include "platform/desktop/SessionLock.h"
 #include "platform/desktop/SleepWatcher.h"
 #include "playback/ChannelHealing.h"
+#include "playback/ChannelPreparation.h"
 #include "playback/ChannelRecovery.h"
 #include "playback/IdleInhibition.h"
 
@@ -27,6 +29,9 @@ public:
     struct Collaborators {
         AppState& state;
         const ChannelRegistry& registry;
+        const Preferences& preferences;
+        WatchHistory& watchHistory;
+        StreamResolver& resolver;
         PlayerManager& player;
         NotificationCenter& notifications;
         Clock& clock;
@@ -54,6 +59,8 @@ private:
     NetworkWatcher m_network;
     ChannelRecovery m_recovery;
     ChannelHealing m_healing;
+    ChannelPreparation m_preparation;
+    SavingMode m_saving;
 };
 
 } // namespace orvane

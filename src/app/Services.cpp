@@ -24,6 +24,9 @@ Services::Services(const Environment& environment, const QString& preferencesPat
       timeline(environment.timelinePath),
       defaults(preferencesPath),
       preferences(defaults),
+      watchedDays(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+                  u"/orvane/watched.json"_s),
+      watchHistory(watchedDays),
       registry(preferences),
       state(preferences, notifications),
       http(AppConstants::appName),

@@ -16,6 +16,7 @@
 #include "playback/SleepTimer.h"
 #include "settings/Preferences.h"
 #include "settings/UserDefaults.h"
+#include "settings/WatchHistory.h"
 #include "state/AppState.h"
 #include "state/ChannelRegistry.h"
 #include "streaming/ChannelResolver.h"
@@ -45,6 +46,8 @@ struct Services {
     NotificationCenter notifications;
     UserDefaults defaults;
     Preferences preferences;
+    UserDefaults watchedDays;
+    WatchHistory watchHistory;
     ChannelRegistry registry;
     AppState state;
     SystemEventMonitor events;

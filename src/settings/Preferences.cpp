@@ -36,6 +36,7 @@ constexpr QLatin1StringView customChannels{"customChannels"};
 constexpr QLatin1StringView shortcutsInTextFields{"shortcutsInTextFields"};
 constexpr QLatin1StringView shortcutsInGhostMode{"shortcutsInGhostMode"};
 constexpr QLatin1StringView staysAboveFullScreen{"staysAboveFullScreen"};
+constexpr QLatin1StringView preparesNextChannels{"preparesNextChannels"};
 constexpr QLatin1StringView onboardingCompleted{"onboardingCompleted"};
 } // namespace Key
 
@@ -259,6 +260,14 @@ std::optional<bool> Preferences::shortcutsInGhostMode() const {
 
 void Preferences::setShortcutsInGhostMode(bool on) {
     m_defaults.set(Key::shortcutsInGhostMode, on);
+}
+
+bool Preferences::preparesNextChannels() const {
+    return m_defaults.boolean(Key::preparesNextChannels).value_or(true);
+}
+
+void Preferences::setPreparesNextChannels(bool on) {
+    m_defaults.set(Key::preparesNextChannels, on);
 }
 
 bool Preferences::onboardingCompleted() const {

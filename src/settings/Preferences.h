@@ -98,6 +98,10 @@ public:
     [[nodiscard]] bool staysAboveFullScreen() const;
     void setStaysAboveFullScreen(bool on);
 
+    /// Whether the channels that may be asked for next are resolved ahead. Default true.
+    [[nodiscard]] bool preparesNextChannels() const;
+    void setPreparesNextChannels(bool on);
+
     /// Default false.
     [[nodiscard]] bool onboardingCompleted() const;
     void setOnboardingCompleted(bool completed);

@@ -52,6 +52,9 @@ inline constexpr Topic<bool> shortcutsInGhostModeChanged{
 /// Whether the player window stays above other programs' full-screen windows.
 inline constexpr Topic<bool> staysAboveFullScreenChanged{
     "lumenfold.orvane.staysAboveFullScreenChanged"};
+/// Whether the channels that may be asked for next are resolved ahead.
+inline constexpr Topic<bool> preparesNextChannelsChanged{
+    "lumenfold.orvane.preparesNextChannelsChanged"};
 /// A shortcut has consumed a key that was pressed in a text field.
 inline constexpr Topic<> textFieldLostKey{"lumenfold.orvane.textFieldLostKey"};
 /// Whether the session is locked.

@@ -5,7 +5,6 @@
 #include "base/TaskScope.h"
 #include "model/AppConstants.h"
 #include "streaming/ladder/StreamFailure.h"
-#include "streaming/ladder/StreamQuery.h"
 #include "streaming/tool/YtDlpTool.h"
 
 #include <utility>
@@ -155,10 +154,8 @@ QCoro::Task<StreamResolver::Result> StreamResolver::resolveOnRung(Request& reque
     std::optional<YtDlpCommand> command = tool.command;
     while (command) {
         tool.command = *command;
-        const ProcessRequest process{.program = command->program,
-                                     .arguments = command->argumentsFor(query.arguments()),
-                                     .environment = std::nullopt};
-        const ProcessOutcome outcome = co_await m_tool.runner().run(process, request.stop);
+        const ProcessOutcome outcome =
+            co_await callYtDlp(query, *command, ProcessRequest::Priority::normal, request.stop);
         result = readOutcome(query, outcome);
         const bool mayBeBroken = rung == Rung::usual && seemsNotToRun(outcome);
         if (result || request.stop.stop_requested() || !mayBeBroken)
@@ -170,6 +167,51 @@ QCoro::Task<StreamResolver::Result> StreamResolver::resolveOnRung(Request& reque
                           {.rung = rung, .command = tool.command, .version = tool.version});
     }
     co_return result;
+}
+
+QCoro::Task<ProcessOutcome> StreamResolver::callYtDlp(StreamQuery query, YtDlpCommand command,
+                                                      ProcessRequest::Priority priority,
+                                                      std::stop_token stop) {
+    const ProcessRequest process{.program = command.program,
+                                 .arguments = command.argumentsFor(query.arguments()),
+                                 .environment = std::nullopt,
+                                 .priority = priority};
+    ProcessOutcome outcome = co_await m_tool.runner().run(process, stop);
+    co_return outcome;
+}
+
+QCoro::Task<> StreamResolver::prepare(Channel channel, Resolution resolution,
+                                      std::stop_token stop) {
+    // What would have to be installed first is not for later.
+    if (!m_site || !m_tool.known(YtDlpSearch::of(YtDlpUser::streamResolver)))
+        co_return;
+    const Rung rung = m_ladder.order(channel.id()).first();
+    const std::optional<RungTool> tool = co_await toolFor(rung);
+    if (!tool || stop.stop_requested())
+        co_return;
+    const StreamQuery query{.rung = rung,
+                            .resolution = resolution,
+                            .page = pageAddress(*m_site, channel, Source::livePage),
+                            .runtimes = tool->runtimes};
+    const ProcessOutcome outcome =
+        co_await callYtDlp(query, tool->command, ProcessRequest::Priority::idle, stop);
+    const Result result = readOutcome(query, outcome);
+    const QString key = cacheKey(channel, resolution);
+    qCInfo(logStream).noquote() << "ahead:" << key << (result ? "is prepared" : "failed");
+    if (!result || stop.stop_requested())
+        co_return;
+    m_ladder.resolved(channel.id(),
+                      {.rung = rung, .command = tool->command, .version = tool->version});
+    m_cache.insert(key, {*result, m_clock.now()});
+}
+
+std::optional<Clock::TimePoint> StreamResolver::freshUntil(const Channel& channel,
+                                                           Resolution resolution) const {
+    const auto cached = m_cache.constFind(cacheKey(channel, resolution));
+    if (cached == m_cache.constEnd())
+        return std::nullopt;
+    const Clock::TimePoint end = cached->resolvedAt + AppConstants::streamCacheTTL;
+    return end > m_clock.now() ? std::optional(end) : std::nullopt;
 }
 
 QCoro::Task<std::optional<StreamResolver::RungTool>> StreamResolver::toolFor(Rung rung) {

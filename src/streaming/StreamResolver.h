@@ -6,8 +6,10 @@
 #include "base/StreamAddress.h"
 #include "model/Channel.h"
 #include "model/Resolution.h"
+#include "platform/system/ProcessRequest.h"
 #include "streaming/StreamError.h"
 #include "streaming/ladder/StreamLadder.h"
+#include "streaming/ladder/StreamQuery.h"
 
 #include <QCoroTask>
 #include <QHash>
@@ -44,6 +46,15 @@ public:
     /// nor as a failure.
     [[nodiscard]] QCoro::Task<Result> resolve(Channel channel, Resolution resolution,
                                               std::stop_token stop);
+
+    /// Puts the address of a channel that may be asked for next into the cache, by one call of the
+    /// yt-dlp that is known already, at idle priority. A failure changes and counts nothing. A stop
+    /// ends yt-dlp.
+    [[nodiscard]] QCoro::Task<> prepare(Channel channel, Resolution resolution,
+                                        std::stop_token stop);
+    /// Returns when the cached address of a channel expires, nullopt if there is none or it has.
+    [[nodiscard]] std::optional<Clock::TimePoint> freshUntil(const Channel& channel,
+                                                             Resolution resolution) const;
 
     /// Removes the addresses of a channel at every resolution from the cache.
     void invalidateCache(const Channel& channel);
@@ -83,6 +94,9 @@ private:
     [[nodiscard]] QCoro::Task<Result> resolveInRounds(Request& request);
     [[nodiscard]] QCoro::Task<Result> resolveWithYtDlp(Request& request, Source source);
     [[nodiscard]] QCoro::Task<Result> resolveOnRung(Request& request, QString page, RungTool tool);
+    [[nodiscard]] QCoro::Task<ProcessOutcome> callYtDlp(StreamQuery query, YtDlpCommand command,
+                                                        ProcessRequest::Priority priority,
+                                                        std::stop_token stop);
     [[nodiscard]] QCoro::Task<std::optional<RungTool>> toolFor(Rung rung);
     [[nodiscard]] QCoro::Task<std::optional<RungTool>> newestTool(Rung rung);
     [[nodiscard]] QCoro::Task<QStringList> usableRuntimes(YtDlpCommand command, QString version);

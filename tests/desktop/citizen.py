@@ -14,6 +14,7 @@ import unittest
 from case import BUILD, SiteCase
 from tools import fakedesktop
 from tools.desktop import Desktop
+from tools.processes import descendants
 from tools.program import Program, wait_for_motion, wait_for_standstill
 from tools.waiting import wait_until
 
@@ -21,6 +22,7 @@ IS_INSIDE = "ORVANE_TEST_INSIDE" in os.environ
 FAKE_DESKTOP = pathlib.Path(fakedesktop.__file__)
 SCREEN_SAVER = "org.freedesktop.ScreenSaver"
 PORTAL = "org.freedesktop.portal.Desktop"
+NETWORK_MANAGER = "org.freedesktop.NetworkManager"
 PLAYER = "org.mpris.MediaPlayer2.orvane"
 
 
@@ -176,6 +178,35 @@ class Screen(RemoteCase):
         portal.wait_for("inhibit", "release", "inhibit", "release")
         saver.kill()
         portal.kill()
+        self.quit_cleanly()
+
+
+class Preparation(RemoteCase):
+    """What is asked of the site before the user asks for it."""
+
+    def prepared(self) -> int:
+        return self.site.count("/@AlHadath/live")
+
+    def test_next_channel(self):
+        network = FakeDesktop(self.desktop, NETWORK_MANAGER)
+        bus = self.desktop.environment["DBUS_SESSION_BUS_ADDRESS"]
+        program = self.start(DBUS_SYSTEM_BUS_ADDRESS=bus, QT_LOGGING_RULES="orvane.dbus.info=true")
+        network.tell("metered")
+        wait_until(lambda: "is to be saved" in program.log(), "a program that saves data")
+        program.wait_for("playing")
+        # For much longer than it would wait.
+        played = self.site.count("/hls/AlArabiya/480/")
+        wait_until(lambda: self.site.count("/hls/AlArabiya/480/") > played + 4, "more of the stream")
+        self.assertEqual(self.prepared(), 0, "nothing on a metered connection")
+        network.tell("unmetered")
+        child = wait_until(lambda: [pid for pid, command in descendants(program.process.pid)
+                                    if command.endswith("@AlHadath/live")], "yt-dlp")[0]
+        self.assertEqual(os.sched_getscheduler(child), os.SCHED_IDLE)
+        wait_until(lambda: not pathlib.Path(f"/proc/{child}").exists(), "the end of yt-dlp")
+        self.site.channels["AlHadath"].faults["page"] = "hang"
+        self.ask("next")
+        self.wait_for_picture("AlHadath")
+        self.assertEqual(self.prepared(), 1, "the address was known")
         self.quit_cleanly()
 
 

@@ -10,8 +10,11 @@
 #include <QPromise>
 #include <QTimer>
 
+#include <linux/ioprio.h>
+#include <sched.h>
 #include <signal.h>
 #include <sys/prctl.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -28,6 +31,14 @@ constexpr std::chrono::milliseconds terminationGrace{200};
 void becomeGroupLeader() {
     ::setpgid(0, 0);
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+}
+
+/// For what nobody waits for. A kernel that refuses either changes nothing else.
+void becomeIdle() {
+    becomeGroupLeader();
+    const sched_param noPriority{};
+    ::sched_setscheduler(0, SCHED_IDLE, &noPriority);
+    ::syscall(SYS_ioprio_set, IOPRIO_WHO_PROCESS, 0, IOPRIO_PRIO_VALUE(IOPRIO_CLASS_IDLE, 0));
 }
 
 } // namespace
@@ -73,7 +84,8 @@ ChildProcess::ChildProcess(const ProcessRequest& request)
         m_process.setStandardOutputFile(QProcess::nullDevice());
     if (!m_capturesError)
         m_process.setStandardErrorFile(QProcess::nullDevice());
-    m_process.setChildProcessModifier(becomeGroupLeader);
+    m_process.setChildProcessModifier(
+        request.priority == ProcessRequest::Priority::idle ? becomeIdle : becomeGroupLeader);
     m_graceTimer.setSingleShot(true);
     QObject::connect(&m_graceTimer, &QTimer::timeout, &m_process, [this] { signalGroup(SIGKILL); });
 }

@@ -17,6 +17,8 @@ struct ProcessRequest {
     /// Whether the child is ended with the program and by a stop, or by nothing: an installation
     /// that is cut off leaves a broken tool behind.
     enum class Lifetime { endsWithProgram, endsByItself };
+    /// An idle child gets the processor and the disks only when nobody else wants them.
+    enum class Priority { normal, idle };
 
     /// Absolute path.
     QString program;
@@ -27,6 +29,7 @@ struct ProcessRequest {
     Stream standardError = Stream::capture;
     /// Maximum number of bytes to keep of each stream.
     qsizetype outputLimit = defaultOutputLimit;
+    Priority priority = Priority::normal;
     /// A child that ends by itself has no output, and runs in a session of its own.
     Lifetime lifetime = Lifetime::endsWithProgram;
     /// For a child that ends by itself: a file whose lock it waits for and holds while it lives, so

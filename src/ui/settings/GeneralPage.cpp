@@ -50,8 +50,10 @@ GeneralPage::GeneralPage(Preferences& preferences, AppState& state,
       m_startAtLogin(
           addCheckBox(u"startAtLogin"_s, u"Start Orvane at login"_s, {20, 170, 320, 22})),
       m_autostartError(addLabel({}, {42, 148, 420, 20}, {.size = 12})),
+      m_preparesNextChannels(addCheckBox(u"preparesNextChannels"_s, u"Prepare the next channels"_s,
+                                         {20, 124, 320, 22})),
       m_ytDlp(new YtDlpSection(ytDlp, tasks)) {
-    place(m_ytDlp, {20, 40, 480, 90});
+    place(m_ytDlp, {20, 24, 480, 90});
     setTextColor(*m_autostartError, SystemColors::red);
     m_autostartError->setObjectName(u"autostartFault"_s);
     connect(m_resolution, &QComboBox::activated, this, &GeneralPage::resolutionChanged);
@@ -62,6 +64,8 @@ GeneralPage::GeneralPage(Preferences& preferences, AppState& state,
             [this](bool isOn) { m_preferences.setShortcutsInTextFields(isOn); });
     connect(m_shortcutsInGhostMode, &QCheckBox::clicked, this,
             &GeneralPage::shortcutsInGhostModeChanged);
+    connect(m_preparesNextChannels, &QCheckBox::clicked, this,
+            &GeneralPage::preparesNextChannelsChanged);
     connect(m_startAtLogin, &QCheckBox::clicked, this, &GeneralPage::autostartChanged);
 }
 
@@ -73,6 +77,7 @@ void GeneralPage::refresh() {
     m_shortcutsInGhostMode->setChecked(m_preferences.shortcutsInGhostMode().value_or(false));
     m_startAtLogin->setChecked(m_autostart.isEnabled());
     m_autostartError->clear();
+    m_preparesNextChannels->setChecked(m_preferences.preparesNextChannels());
     m_ytDlp->refresh();
 }
 
@@ -113,6 +118,11 @@ void GeneralPage::themeChanged() {
 void GeneralPage::shortcutsInGhostModeChanged(bool isOn) {
     m_preferences.setShortcutsInGhostMode(isOn);
     m_notifications.post(AppNotification::shortcutsInGhostModeChanged, isOn);
+}
+
+void GeneralPage::preparesNextChannelsChanged(bool isOn) {
+    m_preferences.setPreparesNextChannels(isOn);
+    m_notifications.post(AppNotification::preparesNextChannelsChanged, isOn);
 }
 
 void GeneralPage::autostartChanged(bool isOn) {

@@ -36,6 +36,7 @@ private:
     void resolutionChanged();
     void themeChanged();
     void shortcutsInGhostModeChanged(bool isOn);
+    void preparesNextChannelsChanged(bool isOn);
     void autostartChanged(bool isOn);
 
     Preferences& m_preferences;
@@ -49,6 +50,7 @@ private:
     Autostart m_autostart;
     QCheckBox* m_startAtLogin;
     QLabel* m_autostartError;
+    QCheckBox* m_preparesNextChannels;
     YtDlpSection* m_ytDlp;
 };
 
