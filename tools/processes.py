@@ -34,6 +34,16 @@ def own_memory_mib(pid: int) -> float:
     return _number(f"/proc/{pid}/smaps_rollup", "Pss_Anon:") / 1024
 
 
+def resident_mib(pid: int) -> float:
+    """Returns the memory that it has in use, shared or not."""
+    return _number(f"/proc/{pid}/status", "VmRSS:") / 1024
+
+
+def peak_mib(pid: int) -> float:
+    """Returns the most of that it has had so far."""
+    return _number(f"/proc/{pid}/status", "VmHWM:") / 1024
+
+
 def threads(pid: int) -> int:
     return _number(f"/proc/{pid}/status", "Threads:")
 

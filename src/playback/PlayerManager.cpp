@@ -97,6 +97,9 @@ void PlayerManager::handleStatus(Channel channel) {
 
 void PlayerManager::handleFailure(Channel channel) {
     const QString message = m_player->error().value_or(u"Playback failed"_s);
+    // A failed player may hold much memory, and may go on taking more.
+    m_playerItemObserver.reset();
+    m_player.reset();
     if (isRefusedAddress(message) && !m_didAutoRetry) {
         // Deliberately without a limit: play() clears the flag again, so a channel that is refused
         // repeatedly is retried each time, with a fresh address.

@@ -76,6 +76,7 @@ private:
     TaskScope& m_tasks;
 
     VideoSurface* m_playerView = nullptr;
+    /// Destroyed when it fails.
     std::unique_ptr<MediaPlayer> m_player;
     /// Context of the connection to the player's status; destroying it ends the observation.
     std::unique_ptr<QObject> m_playerItemObserver;

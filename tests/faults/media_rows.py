@@ -1,18 +1,26 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Streams that are unusual, or made to do harm."""
 
+import contextlib
+import itertools
 import pathlib
 import socket
 import subprocess
+import time
+import zlib
 
 from fixture import Fixture
+from outcome import BUILD
 from rows import Row
 from site_rows import AlteringSite
 from tools.channels import STANDARD_CHANNELS, Channel
 from tools.images import is_near
+from tools.processes import cpu_share, peak_mib, resident_mib
 from tools.segments import cached, encoded
 from tools.waiting import wait_until
 
+# MiB, above what the program held before: at the peak, and soon after the failure. The sanitizers keep what was freed.
+PEAK, HELD = (900, 80) if "asan" not in BUILD else (3000, 600)
 LIST = "/hls/AlArabiya/480/list.m3u8"
 
 
@@ -154,6 +162,71 @@ def odd_port(fixture: Fixture) -> str:
     return f"{said}; {loads} openings"
 
 
+# Lists that take memory
+
+SEGMENT_LINES = b"#EXTINF:2,\n/hls/AlHadath/480/0.ts\n" * 2000
+LIST_HEAD = b"#EXTM3U\n#EXT-X-TARGETDURATION:2\n"
+
+
+def send(handler, *headers: tuple[str, str], parts) -> None:
+    """Answers with the parts, which need not end, until the program hangs up."""
+    handler.close_connection = True
+    handler.send_response(200)
+    for name, value in headers:
+        handler.send_header(name, value)
+    handler.end_headers()
+    with contextlib.suppress(OSError):
+        for part in parts:
+            handler.wfile.write(part)
+
+
+def endless(handler) -> None:
+    send(handler, parts=itertools.chain([LIST_HEAD], itertools.repeat(SEGMENT_LINES)))
+
+
+def deflated(handler) -> None:
+    """6 MB of gzip."""
+    deflate = zlib.compressobj(9, wbits=31)
+    body = deflate.compress(LIST_HEAD) + deflate.flush(zlib.Z_FULL_FLUSH)
+    # What follows a full flush is the same bytes for the same text.
+    block = deflate.compress(SEGMENT_LINES * 20) + deflate.flush(zlib.Z_FULL_FLUSH)
+    send(handler, ("Content-Encoding", "gzip"), parts=[body, *[block] * (6_000_000 // len(block))])
+
+
+def names_itself(handler) -> None:
+    variants = [f"#EXT-X-STREAM-INF:BANDWIDTH=900000\nlist.m3u8?{number}\n" for number in range(1000)]
+    handler.answer(200, "application/vnd.apple.mpegurl", ("#EXTM3U\n" + "".join(variants)).encode())
+
+
+def greedy(answer, later: bool = False):
+    """The list comes while another channel plays, or in mid-play."""
+    def check(fixture: Fixture) -> str:
+        program = fixture.start()
+        fixture.plays()
+        pid = program.process.pid
+        path = "/hls/AlHadath/480/list.m3u8"
+        if later:
+            fixture.other_channel_plays()
+        before = resident_mib(pid)
+        began = time.monotonic()
+        fixture.site.answers[path] = answer
+        if not later:
+            fixture.order("next")
+        said = fixture.error()
+        took = time.monotonic() - began
+        peak = peak_mib(pid)
+        # Also while the error is shown.
+        wait_until(lambda: resident_mib(pid) < before + HELD, lambda: f"{resident_mib(pid):.0f} MiB, not {before:.0f}")
+        busy = cpu_share(pid, 2)
+        assert peak < before + PEAK, f"{peak:.0f} MiB at the peak, {before:.0f} before"
+        assert busy < 50, f"{busy:.0f} % of a core"
+        fixture.order("previous")
+        fixture.plays()
+        wait_until(lambda: resident_mib(pid) < before + HELD, lambda: f"{resident_mib(pid):.0f} MiB, not {before:.0f}")
+        return f'"{said}" after {took:.0f} s; {before:.0f} MiB before, {peak:.0f} at the peak'
+    return check
+
+
 ODD = {"site_class": HostileSite}
 ROWS = [
     Row("media.rotated", "the picture is turned by 90, 180 and 270 degrees", rotated(), fixture=ODD),
@@ -161,5 +234,9 @@ ROWS = [
     Row("media.edit-list", "the stream is an edit list that names itself", follows_nothing(edit_list), fixture=ODD),
     Row("media.plain-list", "the stream is a plain list of 3000 addresses", follows_nothing(plain_list), fixture=ODD),
     Row("media.files", "the stream is an MP4 file, then a WebM file", plain_files, fixture=ODD),
+    Row("media.endless-list", "the list has no end", greedy(endless), fixture=ODD),
+    Row("media.endless-list-later", "the list has no end in mid-play", greedy(endless, later=True), fixture=ODD),
+    Row("media.deflated-list", "the list is 6 MB of gzip, and 6 GB of text", greedy(deflated), fixture=ODD),
+    Row("media.list-of-itself", "the list names itself a thousand times", greedy(names_itself), fixture=ODD),
     Row("media.odd-port", "the list is on a closed port with 403 in its number", odd_port, fixture=ODD),
 ]

@@ -23,6 +23,15 @@ constexpr double fullVolumePercent = 100;
 /// How often a lost audio output is tried again.
 constexpr std::chrono::milliseconds audioRetryTime{5000};
 
+/// How often the memory is looked at. A list that does not end takes some 10 MiB meanwhile.
+constexpr std::chrono::milliseconds memoryCheckTime{200};
+constexpr std::int64_t mebibyte = 1 << 20;
+/// What a stream may take until its list and its first packets are read, then until its first frame
+/// is shown, for which the decoders of a large picture take much, and from then on.
+constexpr std::int64_t listLimit = 400 * mebibyte;
+constexpr std::int64_t decoderLimit = 1000 * mebibyte;
+constexpr std::int64_t playingLimit = 400 * mebibyte;
+
 /// The ids of the properties that a poll requests, in the order of the requests.
 enum PositionReply : std::uint64_t { timeReply = 1, audioReply, startReply };
 
@@ -63,6 +72,8 @@ MpvMediaPlayer::MpvMediaPlayer(StreamAddress address, std::unique_ptr<MpvInstanc
         m_instance->requestNumber(m_address.sound ? "demuxer-cache-time" : "time-pos", timeReply);
         m_instance->requestNumber("audio-pts", audioReply);
     });
+    m_memoryTimer.setInterval(memoryCheckTime);
+    connect(&m_memoryTimer, &QTimer::timeout, this, &MpvMediaPlayer::checkMemory);
     m_audioTimer.setInterval(audioRetryTime);
     connect(&m_audioTimer, &QTimer::timeout, this, [this] { m_instance->command({"ao-reload"}); });
     connect(&m_log, &MpvLog::line, this, [this](const QString& line) {
@@ -161,6 +172,7 @@ void MpvMediaPlayer::enterPhase() {
     case Phase::playing:
         qCInfo(logPlayer, "Playing");
         m_monitor.started();
+        watchMemory(playingLimit);
         pollPosition();
         checkMonitor();
         Q_EMIT statusChanged();
@@ -169,6 +181,7 @@ void MpvMediaPlayer::enterPhase() {
         qCWarning(logPlayer, "Failed: %s",
                   qUtf8Printable(withoutSecrets(error().value_or(u"unknown reason"_s))));
         pollPosition();
+        m_memoryTimer.stop();
         m_audioTimer.stop();
         Q_EMIT statusChanged();
         break;
@@ -188,6 +201,7 @@ void MpvMediaPlayer::open() {
         addSound(*m_address.sound);
     m_instance->command({"loadfile", picture.constData()});
     m_monitor.opened(now());
+    watchMemory(listLimit);
 }
 
 void MpvMediaPlayer::addSound(const QUrl& sound) {
@@ -203,6 +217,9 @@ void MpvMediaPlayer::addSound(const QUrl& sound) {
 
 void MpvMediaPlayer::handle(const mpv_event& event) {
     switch (event.event_id) {
+    case MPV_EVENT_FILE_LOADED:
+        watchMemory(decoderLimit);
+        break;
     case MPV_EVENT_PLAYBACK_RESTART:
         if (m_lifecycle.playbackStarted())
             enterPhase();
@@ -290,6 +307,18 @@ void MpvMediaPlayer::handleReply(const mpv_event& reply) {
         ++m_soundSearches;
         m_instance->command({"seek", soundSearchStep, "relative+keyframes"});
     }
+}
+
+void MpvMediaPlayer::watchMemory(std::int64_t limit) {
+    m_memory = MemoryGrowth(usedMemory(), limit);
+    m_memoryTimer.start();
+}
+
+void MpvMediaPlayer::checkMemory() {
+    if (!m_memory.hasReachedLimit(usedMemory()))
+        return;
+    m_instance->command({"stop"});
+    fail(u"The stream takes too much memory"_s);
 }
 
 void MpvMediaPlayer::pollPosition() {

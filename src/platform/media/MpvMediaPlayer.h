@@ -8,6 +8,7 @@
 #include "platform/media/MpvTeardownQueue.h"
 #include "platform/media/PlayerLifecycle.h"
 #include "platform/media/VideoSource.h"
+#include "platform/system/Memory.h"
 
 #include <QThreadPool>
 #include <QTimer>
@@ -70,6 +71,9 @@ private:
     void endWith(LiveStreamMonitor::End end, const QString& reason);
     void fail(std::optional<QString> error);
     void checkMonitor();
+    /// Begins anew to watch how much memory the stream takes.
+    void watchMemory(std::int64_t limit);
+    void checkMemory();
     /// Polls the position while it should advance.
     void pollPosition();
     /// `degrees` is what the stream says.
@@ -94,6 +98,8 @@ private:
     int m_soundSearches = 0;
     QTimer m_monitorTimer;
     QTimer m_positionTimer;
+    QTimer m_memoryTimer;
+    MemoryGrowth m_memory{0, 0};
     /// Runs while the audio output is lost.
     QTimer m_audioTimer;
     /// The value of mpv's property `core-idle`: false while it plays.
