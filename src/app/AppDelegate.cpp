@@ -38,6 +38,7 @@ constexpr std::chrono::milliseconds drainLimit{400};
 
 AppDelegate::AppDelegate(const Collaborators& collaborators)
     : m_with(collaborators),
+      m_desktop(m_with.desktop, *this),
       m_menuSources{.registry = m_with.registry,
                     .preferences = m_with.preferences,
                     .state = m_with.state,
@@ -50,7 +51,6 @@ AppDelegate::AppDelegate(const Collaborators& collaborators)
                  .notifications = m_with.notifications,
                  .events = m_with.events,
                  .actions = *this}),
-      m_desktop(m_with.desktop, *this),
       m_windows(
           m_with.windows, *this,
           [this] { return ContextMenuBuilder::build(m_menuSources, m_menuBarManager.presence()); }),
@@ -69,7 +69,7 @@ AppDelegate::~AppDelegate() = default;
 
 void AppDelegate::applicationDidFinishLaunching(const QList<Verb::Value>& verbs) {
     followSession();
-    m_menuBarManager.setup();
+    m_menuBarManager.setup(m_desktop.sessionBus());
     m_hotkeys.start();
     m_menuBarManager.onShownChanged([this](bool isShown) {
         m_with.notifications.post(AppNotification::statusItemShownChanged, isShown);

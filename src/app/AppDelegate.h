@@ -108,10 +108,10 @@ private:
     void giveUpDraining();
 
     Collaborators m_with;
+    DesktopIntegration m_desktop;
     MenuSources m_menuSources;
     MenuBarManager m_menuBarManager;
     HotkeyManager m_hotkeys;
-    DesktopIntegration m_desktop;
     AppWindows m_windows;
     YtDlpPreparation m_ytDlpPreparation;
     std::unique_ptr<GhostKeysQuestion> m_ghostKeysQuestion;

@@ -47,6 +47,7 @@ public:
     void stop();
 
     [[nodiscard]] ChannelHealing& healing() { return m_healing; }
+    [[nodiscard]] MessageBus& sessionBus() { return m_sessionBus; }
 
 private:
     MessageBus m_sessionBus;

@@ -4,6 +4,8 @@
 #include "app/Launch.h"
 #include "app/Services.h"
 #include "model/AppConstants.h"
+#include "platform/desktop/BusProbe.h"
+#include "platform/desktop/MessageBus.h"
 #include "platform/media/MpvInstance.h"
 #include "platform/media/VideoView.h"
 #include "platform/system/Memory.h"
@@ -66,7 +68,9 @@ int main(int argc, char** argv) {
 
     prepareEnvironment(start.platform);
     prepareQt();
+    SilentBusDetour detour(MessageBus::addressOf(MessageBus::Kind::session));
     const QApplication application(argc, argv);
+    detour.end();
     QApplication::setWindowIcon(applicationIcon());
     useNumericCLocale();
 

@@ -14,7 +14,7 @@ from fixture import Fixture
 from outcome import keep_evidence, quit_cleanly
 from rows import Row
 
-MODULES = ("site_rows", "tool_rows", "file_rows", "desktop_rows", "input_rows", "media_rows")
+MODULES = ("site_rows", "tool_rows", "file_rows", "desktop_rows", "input_rows", "media_rows", "machine_rows")
 
 
 @dataclass(frozen=True)

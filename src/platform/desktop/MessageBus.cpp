@@ -4,6 +4,7 @@
 #include "base/Clock.h"
 #include "base/Logging.h"
 #include "base/TaskScope.h"
+#include "platform/desktop/BusProbe.h"
 
 #include <QCoroFuture>
 #include <QDBusError>
@@ -24,19 +25,8 @@ namespace {
 
 constexpr std::chrono::seconds firstPause{1};
 constexpr std::chrono::seconds longestPause{60};
-
-/// Returns an empty string when there is none. Without an address, libdbus would launch a session
-/// bus for this program alone, where there are no services.
-QString addressOf(MessageBus::Kind kind) {
-    if (kind == MessageBus::Kind::system)
-        return qEnvironmentVariable("DBUS_SYSTEM_BUS_ADDRESS",
-                                    u"unix:path=/run/dbus/system_bus_socket"_s);
-    QString given = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
-    const QString socket = qEnvironmentVariable("XDG_RUNTIME_DIR") + u"/bus"_s;
-    if (!given.isEmpty() || !QFile::exists(socket))
-        return given;
-    return u"unix:path="_s + socket;
-}
+/// Much longer than a bus on a busy machine takes.
+constexpr std::chrono::seconds answerTime{10};
 
 /// Each attempt needs a connection name of its own.
 QString nextName() {
@@ -45,10 +35,25 @@ QString nextName() {
 }
 
 bool connectTo(const QString& address, const QString& name) {
-    return !address.isEmpty() && QDBusConnection::connectToBus(address, name).isConnected();
+    // One connection that hangs would keep QtDBus from making any other.
+    return !address.isEmpty() && !BusProbe(address).isSilent(answerTime) &&
+           QDBusConnection::connectToBus(address, name).isConnected();
 }
 
 } // namespace
+
+// Without an address, libdbus would launch a session bus for this program alone, where there are no
+// services.
+QString MessageBus::addressOf(Kind kind) {
+    if (kind == Kind::system)
+        return qEnvironmentVariable("DBUS_SYSTEM_BUS_ADDRESS",
+                                    u"unix:path=/run/dbus/system_bus_socket"_s);
+    QString given = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
+    const QString socket = qEnvironmentVariable("XDG_RUNTIME_DIR") + u"/bus"_s;
+    if (!given.isEmpty() || !QFile::exists(socket))
+        return given;
+    return u"unix:path="_s + socket;
+}
 
 MessageBus::MessageBus(Kind kind, Clock& clock, TaskScope& tasks)
     : m_kind(kind), m_clock(clock), m_tasks(tasks) {}

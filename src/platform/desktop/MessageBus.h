@@ -27,6 +27,9 @@ class MessageBus final : public QObject {
 public:
     enum class Kind { session, system };
 
+    /// Returns the address of the bus, empty if there is none. Any thread.
+    [[nodiscard]] static QString addressOf(Kind kind);
+
     MessageBus(Kind kind, Clock& clock, TaskScope& tasks);
     ~MessageBus() override;
 

@@ -9,8 +9,12 @@
 
 namespace orvane {
 
-StatusItem::StatusItem(QIcon icon, QString toolTip, std::function<void(QMenu&)> fill)
-    : m_icon(std::move(icon)), m_toolTip(std::move(toolTip)), m_fill(std::move(fill)) {
+StatusItem::StatusItem(QIcon icon, QString toolTip, std::function<void(QMenu&)> fill,
+                       MessageBus& sessionBus)
+    : m_icon(std::move(icon)),
+      m_toolTip(std::move(toolTip)),
+      m_fill(std::move(fill)),
+      m_trays(sessionBus) {
     connect(&m_trays, &TrayWatcher::trayAppeared, this, &StatusItem::show);
     connect(&m_trays, &TrayWatcher::trayGone, this, [this] {
         if (m_onShownChanged)

@@ -23,7 +23,9 @@ class StatusItem final : public QObject {
 public:
     /// `fill` updates the given menu. It is called with an empty menu, and each time before the
     /// menu is shown.
-    StatusItem(QIcon icon, QString toolTip, std::function<void(QMenu&)> fill);
+    /// The bus outlives it.
+    StatusItem(QIcon icon, QString toolTip, std::function<void(QMenu&)> fill,
+               MessageBus& sessionBus);
     ~StatusItem() override;
 
     void rebuildMenu();

@@ -2,13 +2,12 @@
 #include "platform/desktop/TrayWatcher.h"
 
 #include "base/Logging.h"
+#include "platform/desktop/MessageBus.h"
 #include "platform/windowing/x11/X11.h"
 
 #include <QCoreApplication>
-#include <QDBusConnection>
 #include <QDBusConnectionInterface>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
+#include <QDBusMessage>
 #include <QDBusServiceWatcher>
 
 namespace orvane {
@@ -22,22 +21,29 @@ constexpr std::string_view selectionName = "_NET_SYSTEM_TRAY_S0";
 
 } // namespace
 
-TrayWatcher::TrayWatcher()
-    : m_findEmbedder([this] {
+TrayWatcher::TrayWatcher(MessageBus& sessionBus)
+    : m_sessionBus(sessionBus), m_findEmbedder([this] {
           if (hasEmbedder())
               appear("system tray of X11");
       }) {
     if (X11::connection() != nullptr)
         QCoreApplication::instance()->installNativeEventFilter(this);
-    if (QDBusConnection::sessionBus().isConnected())
-        watchBus();
+    // Only the first connection, as Qt's own, with which it shows the icon, does not return either.
+    connect(&sessionBus, &MessageBus::connected, this, &TrayWatcher::watch,
+            Qt::SingleShotConnection);
+    connect(&sessionBus, &MessageBus::disconnected, this, [this] {
+        m_isOnBus = false;
+        notice();
+    });
     m_findEmbedder.schedule();
 }
 
 TrayWatcher::~TrayWatcher() = default;
 
-void TrayWatcher::watchBus() {
-    const QDBusConnection bus = QDBusConnection::sessionBus();
+void TrayWatcher::watch(QDBusConnection bus) {
+    // Qt shows the icon on its own connection, which was made at the start or never will be.
+    if (!QDBusConnection::sessionBus().isConnected())
+        return;
     auto* names =
         new QDBusServiceWatcher(busName, bus, QDBusServiceWatcher::WatchForOwnerChange, this);
     connect(names, &QDBusServiceWatcher::serviceUnregistered, this, [this] {
@@ -48,12 +54,14 @@ void TrayWatcher::watchBus() {
         m_isOnBus = true;
         appear("StatusNotifierWatcher");
     });
-    auto* answer = new QDBusPendingCallWatcher(
-        bus.interface()->asyncCall(u"NameHasOwner"_s, QString(busName)), this);
-    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
-        answer->deleteLater();
-        const QDBusPendingReply<bool> isThere = *answer;
-        if (m_isOnBus || isThere.isError() || !isThere.value())
+    QDBusMessage question =
+        QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
+                                       u"org.freedesktop.DBus"_s, u"NameHasOwner"_s);
+    question.setArguments({QString(busName)});
+    m_sessionBus.call(question, this, [this](const QDBusMessage& answer) {
+        const bool isThere =
+            answer.type() == QDBusMessage::ReplyMessage && answer.arguments().value(0).toBool();
+        if (m_isOnBus || !isThere)
             return;
         m_isOnBus = true;
         appear("StatusNotifierWatcher");

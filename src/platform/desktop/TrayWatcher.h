@@ -4,9 +4,12 @@
 #include "base/DeferredCall.h"
 
 #include <QAbstractNativeEventFilter>
+#include <QDBusConnection>
 #include <QObject>
 
 namespace orvane {
+
+class MessageBus;
 
 /// Detects whether the desktop has a tray for status icons: StatusNotifierItem on the session bus,
 /// or the older system tray protocol, which embeds X11 windows. Owned by the status item; main
@@ -16,7 +19,8 @@ class TrayWatcher final : public QObject, QAbstractNativeEventFilter {
     Q_OBJECT
 
 public:
-    TrayWatcher();
+    /// `sessionBus` outlives it.
+    explicit TrayWatcher(MessageBus& sessionBus);
     ~TrayWatcher() override;
 
     [[nodiscard]] bool hasTray() const;
@@ -28,13 +32,14 @@ Q_SIGNALS:
     void trayGone();
 
 private:
-    void watchBus();
+    void watch(QDBusConnection bus);
     [[nodiscard]] static bool hasEmbedder();
     bool nativeEventFilter(const QByteArray& type, void* message, qintptr*) override;
 
     void appear(const char* kind);
     void notice();
 
+    MessageBus& m_sessionBus;
     bool m_isOnBus = false;
     /// Once this object is constructed, so that its owner can connect first.
     DeferredCall m_findEmbedder;

@@ -21,11 +21,13 @@ MenuBarManager::MenuBarManager(const MenuSources& sources, ApplicationActions& a
 
 MenuBarManager::~MenuBarManager() = default;
 
-void MenuBarManager::setup() {
+void MenuBarManager::setup(MessageBus& sessionBus) {
     m_statusItem = std::make_unique<StatusItem>(
-        applicationIcon(), AppConstants::appName, [this](QMenu& target) {
+        applicationIcon(), AppConstants::appName,
+        [this](QMenu& target) {
             renderMenu(StatusMenuBuilder::build(m_sources), m_actions, target);
-        });
+        },
+        sessionBus);
 }
 
 void MenuBarManager::onShownChanged(std::function<void(bool)> callback) {

@@ -8,6 +8,7 @@
 namespace orvane {
 
 class ApplicationActions;
+class MessageBus;
 class StatusItem;
 
 /// Owns the status item and its menu. Owned by the application controller; main thread.
@@ -17,8 +18,9 @@ public:
     MenuBarManager(const MenuSources& sources, ApplicationActions& actions);
     ~MenuBarManager();
 
-    /// Installs the status item. Call it once, before the functions below.
-    void setup();
+    /// Installs the status item. Call it once, before the functions below. The bus outlives the
+    /// manager.
+    void setup(MessageBus& sessionBus);
     /// Calls back when the icon has appeared in a tray, and when the last tray has gone. Requires
     /// `setup`.
     void onShownChanged(std::function<void(bool)> callback);
