@@ -29,9 +29,15 @@ QRectF nearestArea(const QList<QRectF>& areas, const QPointF& point) {
         areas, {}, [&](const QRectF& area) { return squaredDistance(area, point); });
 }
 
-/// Returns `frame` moved into the area by the shortest way, and shrunk to it if necessary.
+bool fits(const QRectF& frame, const QRectF& area) {
+    return frame.width() <= area.width() && frame.height() <= area.height();
+}
+
+/// Returns `frame` moved into the area by the shortest way, and shrunk to 16:9 if it is larger.
 QRectF movedInto(const QRectF& area, QRectF frame) {
-    frame.setSize(frame.size().boundedTo(area.size()));
+    if (!fits(frame, area))
+        frame.setSize(QSizeF(AppConstants::aspectRatio, 1)
+                          .scaled(frame.size().boundedTo(area.size()), Qt::KeepAspectRatio));
     frame.moveLeft(std::clamp(frame.x(), area.left(), area.right() - frame.width()));
     frame.moveTop(std::clamp(frame.y(), area.top(), area.bottom() - frame.height()));
     return frame;
@@ -56,10 +62,11 @@ QRectF initialPlayerFrame(const std::optional<QRectF>& saved, const QList<QRectF
         const QRectF shown = area & *saved;
         return shown.width() >= minimumVisible && shown.height() >= minimumVisible;
     });
-    if (isInReach && !isTooSmall)
+    const QRectF area = nearestArea(usableAreas, saved->center());
+    if (isInReach && !isTooSmall && fits(*saved, area))
         return *saved;
     const QRectF frame(saved->topLeft(), saved->size().expandedTo(smallestPlayerSize));
-    return movedInto(nearestArea(usableAreas, saved->center()), frame);
+    return movedInto(area, frame);
 }
 
 QRectF resizedPlayerFrame(const QRectF& frame, const QSizeF& size,
@@ -74,10 +81,11 @@ QRectF resizedPlayerFrame(const QRectF& frame, const QSizeF& size,
 }
 
 QRectF playerFrameInView(const QRectF& frame, const QList<QRectF>& usableAreas) {
+    const QRectF nearest = nearestArea(usableAreas, frame.center());
     QRegion hidden(frame.toRect());
     for (const QRectF& area : usableAreas)
         hidden -= area.toRect();
-    return hidden.isEmpty() ? frame : movedInto(nearestArea(usableAreas, frame.center()), frame);
+    return hidden.isEmpty() && fits(frame, nearest) ? frame : movedInto(nearest, frame);
 }
 
 QRectF playerFrameDragged(const QRectF& frame, Qt::Edges edges, const QPointF& distance) {

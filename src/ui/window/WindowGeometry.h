@@ -16,20 +16,21 @@ namespace orvane {
 /// Points.
 inline constexpr QSize smallestPlayerSize(320, 180);
 
-/// Returns the first frame of the player window: the saved frame if the user can reach it and it is
-/// large enough, else the same moved and grown as needed. Returns the default frame if `saved` is
-/// missing or empty. `usableAreas` has the usable area of every screen, primary first; not empty.
+/// Returns the first frame of the player window: the saved frame if the user can reach it, it is
+/// large enough, and its screen's usable area is as large, else the same moved and grown, or shrunk
+/// to 16:9, as needed. Returns the default frame if `saved` is missing or empty. `usableAreas` has
+/// the usable area of every screen, primary first; not empty.
 [[nodiscard]] QRectF initialPlayerFrame(const std::optional<QRectF>& saved,
                                         const QList<QRectF>& usableAreas);
 
 /// Returns `frame` with another size. The corner nearest to a corner of the screen stays in place,
-/// so that a window in a corner stays there; then the frame is moved to be completely on the
-/// screen.
+/// so that a window in a corner stays there; then the frame is moved, and shrunk to 16:9 if
+/// necessary, to be completely on the screen.
 [[nodiscard]] QRectF resizedPlayerFrame(const QRectF& frame, const QSizeF& size,
                                         const QList<QRectF>& usableAreas);
 
-/// Returns the frame after a change of screens: unchanged if it is completely visible, else moved
-/// into the nearest usable area and shrunk to it if necessary.
+/// Returns the frame after a change of screens: unchanged if it is completely visible and not
+/// larger than the nearest usable area, else moved into that and shrunk to 16:9 if necessary.
 [[nodiscard]] QRectF playerFrameInView(const QRectF& frame, const QList<QRectF>& usableAreas);
 
 /// Returns the frame after its `edges` were dragged by `distance`: 16:9, at least the smallest

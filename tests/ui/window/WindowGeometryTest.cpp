@@ -18,6 +18,7 @@ TEST(PlayerFrame, StaysWhereItWasIfTheUserCanReachIt) {
     const QRectF usable(0, 30, 1280, 690);
     EXPECT_EQ(defaultPlayerFrame(usable), QRectF(780, 386, 480, 314));
     const QRectF second(1280, 0, 1920, 1080);
+    const double wide = 690 * 16 / 9.0;
     struct Case {
         std::optional<QRectF> saved;
         QRectF expected;
@@ -35,6 +36,10 @@ TEST(PlayerFrame, StaysWhereItWasIfTheUserCanReachIt) {
              Case{QRectF(100, 100, 50, 20), {100, 100, 320, 180}},
              Case{QRectF(1200, 690, 10, 10), {960, 540, 320, 180}},
              Case{QRectF(9000, 9000, 4000, 3000), {1280, 0, 1920, 1080}},
+             // Larger than its screen, also after another, larger screen is gone.
+             Case{QRectF(0, 0, 30000, 20000), {1280, 0, 1920, 1080}},
+             Case{QRectF(40, 30, 1200, 800), {40, 30, 1200, 675}},
+             Case{QRectF(-200, -100, 1600, 900), {0, 30, wide, 690}},
          })
         EXPECT_EQ(initialPlayerFrame(saved, {usable, second}), expected);
 }
@@ -45,7 +50,8 @@ TEST(PlayerFrame, MovesIntoViewWhenItsScreenIsRemoved) {
     const QRectF across(1000, 100, 480, 270);
     EXPECT_EQ(playerFrameInView(across, {left, right}), across);
     EXPECT_EQ(playerFrameInView(across, {left}), QRectF(800, 100, 480, 270));
-    EXPECT_EQ(playerFrameInView({1280, 0, 1280, 720}, {left}), left);
+    const double wide = 690 * 16 / 9.0;
+    EXPECT_EQ(playerFrameInView({1280, 0, 1280, 720}, {left}), QRectF(1280 - wide, 30, wide, 690));
 }
 
 TEST(EdgesAt, AreABandOfSixPointsWhoseEndsAreCorners) {
