@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 
 namespace orvane {
 
@@ -88,7 +89,13 @@ void Preferences::setResolution(Resolution resolution) {
 }
 
 float Preferences::volume() const {
-    return static_cast<float>(m_defaults.number(Key::volume).value_or(1.0));
+    constexpr double most = std::numeric_limits<float>::max();
+    return static_cast<float>(
+        std::clamp(m_defaults.number(Key::volume).value_or(1.0), -most, most));
+}
+
+float Preferences::usableVolume() const {
+    return std::clamp(volume(), 0.0F, 1.0F);
 }
 
 void Preferences::setVolume(float volume) {

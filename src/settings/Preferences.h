@@ -29,8 +29,10 @@ public:
     [[nodiscard]] Resolution resolution() const;
     void setResolution(Resolution resolution);
 
-    /// From 0 to 1; default 1.
+    /// The stored value, which may be any number if the file was edited by hand; default 1.
     [[nodiscard]] float volume() const;
+    /// The same, limited to 0 ... 1.
+    [[nodiscard]] float usableVolume() const;
     void setVolume(float volume);
 
     /// Default false.

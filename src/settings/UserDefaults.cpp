@@ -33,6 +33,8 @@ namespace {
 /// only the writer thread, by this much.
 constexpr std::chrono::milliseconds lockTimeout{2000};
 constexpr std::chrono::milliseconds lockPollTime{2};
+/// Bytes; far more than the preferences take.
+constexpr qint64 longestFile = 64LL * 1024 * 1024;
 
 /// Excludes other writers while it lives. The kernel drops the lock when the process dies;
 /// QLockFile can leave a stale lock behind that blocks all copies for half a minute.
@@ -62,11 +64,18 @@ struct FileText {
     std::optional<QJsonObject> object;
 };
 
+/// Only a regular file of a reasonable size: a pipe would be waited for, and a device may not end.
 std::optional<FileText> readFile(const QString& path) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+    const FileDescriptor descriptor(
+        ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    struct stat status{};
+    if (!descriptor.isOpen() || ::fstat(descriptor.get(), &status) != 0 ||
+        !S_ISREG(status.st_mode) || status.st_size > longestFile)
         return std::nullopt;
-    FileText text{.bytes = file.readAll(), .object = std::nullopt};
+    QFile file;
+    if (!file.open(descriptor.get(), QIODevice::ReadOnly))
+        return std::nullopt;
+    FileText text{.bytes = file.read(status.st_size), .object = std::nullopt};
     const QJsonDocument document = QJsonDocument::fromJson(text.bytes);
     if (document.isObject())
         text.object = document.object();

@@ -19,8 +19,9 @@ namespace orvane {
 /// program. Used from one thread, normally the main one, which never waits for a write: a change is
 /// visible to this object at once and to others as soon as a background thread has merged it into
 /// the file. The file is replaced atomically, so it is never left half-written.
-/// A file that is not a JSON object reads as empty; the next write saves it as "<name>.bad". If the
-/// file cannot be written, the changes are kept in memory and tried again with the next write; one
+/// A file that is not a JSON object reads as empty; the next write saves it as "<name>.bad". So
+/// reads what is no regular file or is larger than 64 MB, but it is left as it is. If the file
+/// cannot be written, the changes are kept in memory and tried again with the next write; one
 /// warning goes to standard error. The destructor waits for pending writes.
 /// QSettings would access the file and wait for its lock on the main thread, and its QLockFile can
 /// outlive a killed process and then block all copies for half a minute.

@@ -9,7 +9,7 @@ namespace orvane {
 AppState::AppState(Preferences& preferences, NotificationCenter& notifications)
     : m_preferences(preferences),
       m_notifications(notifications),
-      m_volume(preferences.volume()),
+      m_volume(preferences.usableVolume()),
       m_isMuted(preferences.isMuted()),
       m_resolution(preferences.resolution()),
       m_isGhostMode(preferences.ghostModeEnabled()) {}

@@ -75,8 +75,7 @@ QCoro::Task<StreamResolver::Result> StreamResolver::resolve(Channel channel, Res
                                                             std::stop_token stop) {
     const QString key = cacheKey(channel, resolution);
     const auto cached = m_cache.constFind(key);
-    if (cached != m_cache.constEnd() &&
-        m_clock.now() - cached->resolvedAt < AppConstants::streamCacheTTL) {
+    if (cached != m_cache.constEnd() && isFresh(*cached)) {
         qCInfo(logStream).noquote() << key << "is in the cache";
         co_return Result(cached->address);
     }
@@ -97,6 +96,12 @@ QCoro::Task<StreamResolver::Result> StreamResolver::resolve(Channel channel, Res
         countFailure();
     }
     co_return result;
+}
+
+bool StreamResolver::isFresh(const CacheEntry& entry) const {
+    // Nothing is known about the age of an address from the future: the clock went back.
+    const auto age = m_clock.now() - entry.resolvedAt;
+    return age >= Clock::TimePoint::duration::zero() && age < AppConstants::streamCacheTTL;
 }
 
 QCoro::Task<StreamResolver::Result> StreamResolver::resolveInRounds(Request& request) {

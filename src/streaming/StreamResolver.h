@@ -91,6 +91,7 @@ private:
     };
 
     [[nodiscard]] static QString cacheKey(const Channel& channel, Resolution resolution);
+    [[nodiscard]] bool isFresh(const CacheEntry& entry) const;
     [[nodiscard]] QCoro::Task<Result> resolveInRounds(Request& request);
     [[nodiscard]] QCoro::Task<Result> resolveWithYtDlp(Request& request, Source source);
     [[nodiscard]] QCoro::Task<Result> resolveOnRung(Request& request, QString page, RungTool tool);

@@ -3,6 +3,7 @@
 
 import contextlib
 import json
+import os
 import pathlib
 import socket
 import threading
@@ -12,6 +13,15 @@ from outcome import quit_cleanly
 from rows import Row
 from tools.tray import find_icon, start_tint2
 from tools.waiting import wait_until
+
+# Kilobytes; a start with the sanitizers takes half of it.
+MOST_MEMORY = 1_500_000
+
+
+def peak_memory(fixture: Fixture) -> int:
+    """In kilobytes."""
+    status = pathlib.Path(f"/proc/{fixture.program.process.pid}/status").read_text(encoding="ascii")
+    return int(status.partition("VmHWM:")[2].split()[0])
 
 
 class SilentBus:
@@ -53,6 +63,43 @@ def silent_bus(fixture: Fixture) -> str:
     return f"the window after {took:.1f} s; plays, has its icon in a tray of X11, and quits"
 
 
+# The preferences
+
+def no_file(make):
+    """Something in the place of the preferences file that is no regular file is not read and left as it is."""
+    def check(fixture: Fixture) -> str:
+        fixture.preferences.unlink()
+        make(fixture.preferences)
+        before = fixture.preferences.lstat()
+        program = fixture.start()
+        took = fixture.plays()
+        fixture.order("volume", "0.25")
+        assert fixture.ask("volume") == "0.250000"
+        memory = peak_memory(fixture)
+        assert memory < MOST_MEMORY, f"{memory} kB"
+        quit_cleanly(program)
+        assert fixture.preferences.lstat().st_ino == before.st_ino, "it was replaced"
+        assert "preferences.json" in program.log(), program.log()
+        return f"plays after {took:.0f} s with at most {memory // 1000} MB; prints a message; it is left as it is"
+    return check
+
+
+def too_large(preferences: pathlib.Path) -> None:
+    with preferences.open("wb") as file:
+        file.truncate(3 << 30)
+
+
+def wild_values(fixture: Fixture) -> str:
+    fixture.preferences.write_text(json.dumps(UNKNOWN_KEY | {"volume": 1e308, "windowOpacity": 0}), encoding="ascii")
+    program = fixture.start()
+    fixture.order("volume")
+    assert fixture.ask("volume") == "1.000000", fixture.ask("volume")
+    opacity = int(fixture.desktop.run("xprop", "-id", program.window(), "_NET_WM_WINDOW_OPACITY").split()[-1])
+    assert opacity > 0.09 * 0xFFFFFFFF, opacity
+    fixture.plays()
+    return f"the volume is 1, the opacity {opacity / 0xFFFFFFFF:.1f}"
+
+
 # Windows
 
 def large_frame(fixture: Fixture) -> str:
@@ -73,5 +120,11 @@ def large_frame(fixture: Fixture) -> str:
 
 ROWS = [
     Row("machine.silent-bus", "a session bus that accepts and never answers", silent_bus),
+    Row("machine.pipe", "a pipe in place of the preferences file", no_file(os.mkfifo), quits=False,
+        keeps_settings=False),
+    Row("machine.device", "a link to /dev/zero in its place", no_file(lambda path: path.symlink_to("/dev/zero")),
+        quits=False, keeps_settings=False),
+    Row("machine.3-GB", "a preferences file of 3 GB", no_file(too_large), quits=False, keeps_settings=False),
+    Row("machine.wild-values", "a volume of 1e308, an opacity of 0", wild_values),
     Row("machine.large-frame", "a saved frame larger than the screen", large_frame, quits=False),
 ]

@@ -17,6 +17,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <cmath>
 #include <thread>
 
 namespace orvane {
@@ -87,6 +88,10 @@ TEST_F(PreferencesTest, ReadAsDefaultsIfAbsentOrOfTheWrongType) {
         SCOPED_TRACE(value);
         expectDefaults();
     }
+    write(R"({"volume": 1e308, "windowOpacity": -1e308})");
+    EXPECT_TRUE(std::isfinite(preferences.volume()));
+    EXPECT_EQ(preferences.usableVolume(), 1.0F);
+    EXPECT_EQ(preferences.usableWindowOpacity(), 0.1);
     write(R"({"volume": 0, "windowSizePreset": 1e300, "isMuted": 1})");
     EXPECT_EQ(preferences.volume(), 0.0F);
     EXPECT_EQ(preferences.windowSizePreset(), 420);

@@ -75,6 +75,11 @@ TEST_F(StreamResolverTest, CachesAnAddressFor900Seconds) {
     EXPECT_TRUE(resolve(builtIn));
     EXPECT_EQ(processes.requests.size(), 3);
 
+    clock.advance(-1s);
+    EXPECT_TRUE(resolve(builtIn));
+    EXPECT_EQ(processes.requests.size(), 4) << "the clock went back";
+    processes.requests.removeLast();
+
     resolver.invalidateCache(custom);
     EXPECT_TRUE(resolve(builtIn));
     EXPECT_EQ(processes.requests.size(), 3);

@@ -23,7 +23,7 @@ VolumeSlider::VolumeSlider(const Preferences& preferences, const AppState& state
     setRange(0, steps);
     setPageStep(steps / 10);
     setAccessibleName(u"Volume"_s);
-    setFloatValue(preferences.volume());
+    setFloatValue(preferences.usableVolume());
     connect(this, &QSlider::valueChanged, this, &VolumeSlider::sliderChanged);
 }
 
