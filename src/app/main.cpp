@@ -3,6 +3,7 @@
 #include "app/Environment.h"
 #include "app/Launch.h"
 #include "app/Services.h"
+#include "base/ProcessSettings.h"
 #include "model/AppConstants.h"
 #include "platform/desktop/BusProbe.h"
 #include "platform/desktop/MessageBus.h"
@@ -60,6 +61,7 @@ void prepareQt() {
 } // namespace
 
 int main(int argc, char** argv) {
+    ProcessSettings::apply();
     limitMemoryArenas();
     Launch::Outcome launch = Launch::prepare(argumentsOf(argc, argv), preferencesPath());
     if (const auto* exit = std::get_if<Launch::Exit>(&launch))

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/AboutWindow.h"
 
+#include "base/ProcessSettings.h"
 #include "model/AppConstants.h"
 #include "ui/ApplicationIcon.h"
 #include "ui/FormPage.h"
@@ -86,8 +87,10 @@ QPushButton* AboutWindow::makeButton() {
 
 void AboutWindow::openWebsite() const {
     const QUrl address = webAddress(m_website);
-    if (address.isValid())
-        QDesktopServices::openUrl(address);
+    if (!address.isValid())
+        return;
+    const ProcessSettings::UsersOwn forTheBrowser;
+    QDesktopServices::openUrl(address);
 }
 
 } // namespace orvane

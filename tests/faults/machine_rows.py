@@ -118,6 +118,32 @@ def large_frame(fixture: Fixture) -> str:
     return f"shows and plays {', '.join(seen)}"
 
 
+# Standard streams and signals
+
+def plays_and_quits(fixture: Fixture, commands: str, seen: str) -> str:
+    """`commands` of the shell prepare the process that becomes the program."""
+    fixture.start("--verbose", mounts=commands)
+    took = fixture.plays()
+    fixture.order("next")
+    fixture.plays("AlHadath")
+    quit_cleanly(fixture.program)
+    return f"plays after {took:.0f} s, the next channel too, and quits; {seen}"
+
+
+def gone_reader(fixture: Fixture) -> str:
+    pipe = fixture.folder / "pipe"
+    return plays_and_quits(fixture, f"mkfifo {pipe}\nexec 3<>{pipe} 1>{pipe} 2>&1 3<&-", "its messages are lost")
+
+
+def closed_streams(fixture: Fixture) -> str:
+    return plays_and_quits(fixture, "exec 0<&- 1>&- 2>&-", "its messages are lost")
+
+
+def size_limit(fixture: Fixture) -> str:
+    fixture.preferences.write_text(json.dumps(UNKNOWN_KEY | {"filler": "x" * 20_000}), encoding="ascii")
+    return plays_and_quits(fixture, "ulimit -f 16", "the preferences stay as they are")
+
+
 ROWS = [
     Row("machine.silent-bus", "a session bus that accepts and never answers", silent_bus),
     Row("machine.pipe", "a pipe in place of the preferences file", no_file(os.mkfifo), quits=False,
@@ -126,5 +152,8 @@ ROWS = [
         quits=False, keeps_settings=False),
     Row("machine.3-GB", "a preferences file of 3 GB", no_file(too_large), quits=False, keeps_settings=False),
     Row("machine.wild-values", "a volume of 1e308, an opacity of 0", wild_values),
+    Row("machine.gone-reader", "the reader of the standard error has gone", gone_reader, quits=False),
+    Row("machine.closed-streams", "the three standard streams are closed at the start", closed_streams, quits=False),
+    Row("machine.size-limit", "files may not grow beyond 8 kB", size_limit, quits=False),
     Row("machine.large-frame", "a saved frame larger than the screen", large_frame, quits=False),
 ]

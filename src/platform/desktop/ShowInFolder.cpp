@@ -2,6 +2,7 @@
 #include "platform/desktop/ShowInFolder.h"
 
 #include "base/Logging.h"
+#include "base/ProcessSettings.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -25,6 +26,7 @@ void showInFolder(const QString& path) {
     QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher, [watcher, folder] {
         if (watcher->isError()) {
             qCInfo(logDBus) << "FileManager1.ShowItems failed:" << watcher->error().message();
+            const ProcessSettings::UsersOwn forTheFileManager;
             QDesktopServices::openUrl(folder);
         }
         watcher->deleteLater();
