@@ -213,10 +213,9 @@ QCoro::Task<> StreamResolver::prepare(Channel channel, Resolution resolution,
 std::optional<Clock::TimePoint> StreamResolver::freshUntil(const Channel& channel,
                                                            Resolution resolution) const {
     const auto cached = m_cache.constFind(cacheKey(channel, resolution));
-    if (cached == m_cache.constEnd())
+    if (cached == m_cache.constEnd() || !isFresh(*cached))
         return std::nullopt;
-    const Clock::TimePoint end = cached->resolvedAt + AppConstants::streamCacheTTL;
-    return end > m_clock.now() ? std::optional(end) : std::nullopt;
+    return cached->resolvedAt + AppConstants::streamCacheTTL;
 }
 
 QCoro::Task<std::optional<StreamResolver::RungTool>> StreamResolver::toolFor(Rung rung) {
