@@ -56,16 +56,21 @@ QCoro::Task<> PlayerManager::load(Channel channel, std::stop_token stop) {
         co_return;
     }
     const StreamAddress address = *url;
+    co_await load(address, channel, stop);
+}
+
+QCoro::Task<> PlayerManager::load(StreamAddress address, Channel channel, std::stop_token stop) {
     std::unique_ptr<MediaPlayer> player = co_await m_players.make(address, stop);
     if (stop.stop_requested())
         co_return;
     if (player)
-        open(std::move(player), channel);
+        open(std::move(player), address, channel);
     else
         fail(channel, u"Playback failed"_s);
 }
 
-void PlayerManager::open(std::unique_ptr<MediaPlayer> player, const Channel& channel) {
+void PlayerManager::open(std::unique_ptr<MediaPlayer> player, const StreamAddress& address,
+                         const Channel& channel) {
     if (m_player)
         m_player->pause();
     player->setMuted(m_state.isMuted());
@@ -77,6 +82,14 @@ void PlayerManager::open(std::unique_ptr<MediaPlayer> player, const Channel& cha
     QObject::connect(
         m_player.get(), &MediaPlayer::statusChanged, m_playerItemObserver.get(),
         [this, channel] { handleStatus(channel); }, Qt::QueuedConnection);
+    QObject::connect(
+        m_player.get(), &MediaPlayer::soundLost, m_playerItemObserver.get(),
+        [this, address, channel] {
+            // The picture goes on, without an overlay, as soon as the next player has one.
+            qCInfo(logPlayer, "%s: opening without sound", qUtf8Printable(channel.id()));
+            m_tasks.spawn(load(address, channel, m_currentTask.restart()));
+        },
+        Qt::QueuedConnection);
     resume();
 }
 

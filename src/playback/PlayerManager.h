@@ -61,7 +61,10 @@ public:
 
 private:
     [[nodiscard]] QCoro::Task<> load(Channel channel, std::stop_token stop);
-    void open(std::unique_ptr<MediaPlayer> player, const Channel& channel);
+    /// Makes a player for the address and opens it.
+    [[nodiscard]] QCoro::Task<> load(StreamAddress address, Channel channel, std::stop_token stop);
+    void open(std::unique_ptr<MediaPlayer> player, const StreamAddress& address,
+              const Channel& channel);
     void retry(const Channel& channel);
     [[nodiscard]] bool hasFailed() const;
     // By value: retrying destroys the observer that holds the caller's channel.

@@ -235,6 +235,22 @@ TEST_F(PlayerManagerTest, ShowsEveryOtherFailureAndCanRetry) {
     EXPECT_EQ(takeLog(), QStringList{u"a: pause"_s});
 }
 
+TEST_F(PlayerManagerTest, GoesOnWithAnotherPlayerWhenTheSoundIsLost) {
+    processes.answer = byHandle;
+    player.play(first);
+    settle();
+    factory.last->become(MediaPlayer::Status::readyToPlay);
+    settle();
+    log.clear();
+    Q_EMIT factory.last->soundLost();
+    settle();
+    EXPECT_EQ(view.shown, factory.last);
+    EXPECT_EQ(takeLog(), (QStringList{u"a: pause"_s, u"a: unmuted"_s, u"a: volume 1"_s,
+                                      u"a: gone"_s, u"a: play"_s}))
+        << "nothing is announced";
+    EXPECT_EQ(processes.requests.size(), 1);
+}
+
 TEST_F(PlayerManagerTest, IgnoresTheFailureOfAFormerChannel) {
     processes.answer = byHandle;
     player.play(first);

@@ -50,6 +50,9 @@ public:
 
 Q_SIGNALS:
     void statusChanged();
+    /// The machine's sound server does not answer and holds the player up. Until it answers, what
+    /// the factory makes plays without sound; then the sound comes back by itself.
+    void soundLost();
     /// Emitted at the start of the destructor, while the player is still complete, so that a view
     /// can detach from it.
     void closing();

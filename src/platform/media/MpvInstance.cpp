@@ -2,7 +2,7 @@
 #include "platform/media/MpvInstance.h"
 
 #include "base/Logging.h"
-#include "platform/media/EmptyCaBundle.h"
+#include "platform/system/EmptyCaBundle.h"
 
 #include <mpv/client.h>
 #include <mpv/render.h>
@@ -40,8 +40,6 @@ constexpr std::array options{
     Option{"resume-playback", "no"},
     Option{"save-position-on-quit", "no"},
     Option{"audio-client-name", "Orvane"},
-    // mpv's further outputs, for games, take long to find out that there is no device.
-    Option{"ao", "pipewire,pulse,alsa,jack"},
     // Without a sound device the end of a stream would be reported as an audio error.
     Option{"audio-fallback-to-null", "yes"},
     Option{"vo", "libmpv"},
@@ -60,6 +58,9 @@ constexpr std::array options{
     // A playlist from the web must not refer to local files.
     Option{"demuxer-lavf-o", "protocol_whitelist=[http,https,tcp,tls,crypto,httpproxy]"},
 };
+
+// mpv's further outputs, for games, take long to find out that there is no device.
+constexpr const char* soundOutputs = "pipewire,pulse,alsa,jack";
 
 constexpr std::array softwareOptions{
     Option{"hwdec", "no"},
@@ -90,13 +91,14 @@ void useNumericCLocale() {
     std::setlocale(LC_NUMERIC, "C");
 }
 
-mpv_handle* MpvInstance::makeHandle(VideoOutput output) {
+mpv_handle* MpvInstance::makeHandle(VideoOutput output, Sound sound) {
     mpv_handle* handle = mpv_create();
     if (handle == nullptr) {
         qCWarning(logPlayer, "Cannot create an mpv handle");
         return nullptr;
     }
     apply(handle, options);
+    mpv_set_option_string(handle, "ao", sound == Sound::on ? soundOutputs : "null");
     mpv_set_option_string(handle, "tls-ca-file", emptyCaBundlePath().c_str());
     if (output == VideoOutput::openGL)
         apply(handle, openGLOptions);
@@ -173,6 +175,10 @@ void MpvInstance::dropPendingFrame() {
         m_contextScope(drop);
     else
         drop();
+}
+
+void MpvInstance::turnSoundOn() const {
+    command({"set", "ao", soundOutputs});
 }
 
 void MpvInstance::command(const std::vector<const char*>& words) const {

@@ -32,9 +32,12 @@ void useNumericCLocale();
 /// directly but given to a `MpvTeardownQueue`.
 class MpvInstance final {
 public:
+    enum class Sound { on, off };
     /// Returns null if mpv cannot be set up. Any thread; takes some milliseconds. Needs
-    /// `useNumericCLocale`.
-    [[nodiscard]] static mpv_handle* makeHandle(VideoOutput output);
+    /// `useNumericCLocale`. Without sound the stream's sound is played to nowhere.
+    [[nodiscard]] static mpv_handle* makeHandle(VideoOutput output, Sound sound);
+    /// Turns the sound of a handle on that was made without.
+    void turnSoundOn() const;
     /// Takes ownership of the handle.
     explicit MpvInstance(mpv_handle* handle);
     ~MpvInstance();

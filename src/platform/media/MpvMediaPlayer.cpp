@@ -33,7 +33,7 @@ constexpr std::int64_t decoderLimit = 1000 * mebibyte;
 constexpr std::int64_t playingLimit = 400 * mebibyte;
 
 /// The ids of the properties that a poll requests, in the order of the requests.
-enum PositionReply : std::uint64_t { timeReply = 1, audioReply, startReply };
+enum PositionReply : std::uint64_t { timeReply = 1, audioReply, startReply, soundReply };
 
 /// A sound that begins later than the picture is reached in steps, as its first timestamp is not
 /// known before.
@@ -58,12 +58,14 @@ std::optional<QString> refusalToOpen(const StreamAddress& address) {
 }
 
 MpvMediaPlayer::MpvMediaPlayer(StreamAddress address, std::unique_ptr<MpvInstance> instance,
-                               MpvLog& log, AudioStatus& audio, MpvTeardownQueue& teardown)
+                               MpvInstance::Sound sound, MpvLog& log, SoundServer& soundServer,
+                               MpvTeardownQueue& teardown)
     : m_address(std::move(address)),
       m_instance(std::move(instance)),
       m_log(log),
-      m_audio(audio),
-      m_teardown(teardown) {
+      m_soundServer(soundServer),
+      m_teardown(teardown),
+      m_sound(sound) {
     m_monitorTimer.setSingleShot(true);
     connect(&m_monitorTimer, &QTimer::timeout, this, &MpvMediaPlayer::checkMonitor);
     m_positionTimer.setInterval(LiveStreamMonitor::checkInterval);
@@ -72,6 +74,10 @@ MpvMediaPlayer::MpvMediaPlayer(StreamAddress address, std::unique_ptr<MpvInstanc
         m_instance->requestNumber(m_address.sound ? "demuxer-cache-time" : "time-pos", timeReply);
         m_instance->requestNumber("audio-pts", audioReply);
     });
+    m_soundTimer.setInterval(SoundWatch::checkInterval);
+    connect(&m_soundTimer, &QTimer::timeout, this, &MpvMediaPlayer::checkSound);
+    connect(&m_soundServer, &SoundServer::fellSilent, this, &MpvMediaPlayer::loseSound);
+    connect(&m_soundServer, &SoundServer::answersAgain, this, &MpvMediaPlayer::regainSound);
     m_memoryTimer.setInterval(memoryCheckTime);
     connect(&m_memoryTimer, &QTimer::timeout, this, &MpvMediaPlayer::checkMemory);
     m_audioTimer.setInterval(audioRetryTime);
@@ -90,7 +96,9 @@ MpvMediaPlayer::MpvMediaPlayer(StreamAddress address, std::unique_ptr<MpvInstanc
 
 MpvMediaPlayer::~MpvMediaPlayer() {
     Q_EMIT closing();
-    m_teardown.enqueue(std::move(m_instance));
+    using Share = MpvTeardownQueue::Share;
+    const bool mayHang = m_sound == MpvInstance::Sound::on && m_soundServer.isSilent();
+    m_teardown.enqueue(std::move(m_instance), mayHang ? Share::none : Share::place);
 }
 
 MediaPlayer::Status MpvMediaPlayer::status() const {
@@ -183,6 +191,7 @@ void MpvMediaPlayer::enterPhase() {
         pollPosition();
         m_memoryTimer.stop();
         m_audioTimer.stop();
+        m_soundTimer.stop();
         Q_EMIT statusChanged();
         break;
     }
@@ -202,6 +211,7 @@ void MpvMediaPlayer::open() {
     m_instance->command({"loadfile", picture.constData()});
     m_monitor.opened(now());
     watchMemory(listLimit);
+    m_soundTimer.start();
 }
 
 void MpvMediaPlayer::addSound(const QUrl& sound) {
@@ -301,6 +311,10 @@ void MpvMediaPlayer::handleReply(const mpv_event& reply) {
     } else if (reply.reply_userdata == audioReply) {
         m_position.audio = seconds;
         m_monitor.positioned(m_position);
+    } else if (reply.reply_userdata == soundReply) {
+        using Advance = SoundWatch::Advance;
+        m_soundWatch.answered(
+            seconds, m_isHeard && !m_isCoreIdle ? Advance::expected : Advance::unexpected, now());
     } else if (reply.reply_userdata == startReply && !seconds) {
         // mpv would show the picture in silence until the sound begins, stop it there, and
         // let the sound run ahead for seconds.
@@ -321,6 +335,31 @@ void MpvMediaPlayer::checkMemory() {
     fail(u"The stream takes too much memory"_s);
 }
 
+void MpvMediaPlayer::checkSound() {
+    if (m_sound == MpvInstance::Sound::off || !m_lifecycle.isWanted())
+        return;
+    if (!m_soundWatch.isSuspicious(now())) {
+        m_soundWatch.asked(now());
+        m_instance->requestNumber("audio-pts", soundReply);
+    } else if (m_soundServer.isSilent()) {
+        loseSound();
+    } else {
+        m_soundServer.suspect();
+    }
+}
+
+void MpvMediaPlayer::loseSound() {
+    if (m_sound == MpvInstance::Sound::off || !m_soundTimer.isActive())
+        return;
+    m_soundTimer.stop();
+    Q_EMIT soundLost();
+}
+
+void MpvMediaPlayer::regainSound() {
+    if (std::exchange(m_sound, MpvInstance::Sound::on) == MpvInstance::Sound::off)
+        m_instance->turnSoundOn();
+}
+
 void MpvMediaPlayer::pollPosition() {
     if (m_lifecycle.shouldAdvance())
         m_positionTimer.start();
@@ -331,10 +370,11 @@ void MpvMediaPlayer::pollPosition() {
 void MpvMediaPlayer::handleAudioOutput(std::string_view output) {
     // When the audio server ends, mpv falls back to the null output and stays there. A machine that
     // never had an output is left alone.
-    if (output != "null") {
-        m_audio.hasWorked = true;
+    m_isHeard = output != "null";
+    if (m_isHeard) {
+        m_soundServer.hasWorked = true;
         m_audioTimer.stop();
-    } else if (m_audio.hasWorked) {
+    } else if (m_soundServer.hasWorked && m_sound == MpvInstance::Sound::on) {
         qCWarning(logPlayer, "The audio output is lost");
         m_audioTimer.start();
     }
@@ -369,8 +409,10 @@ QCoro::Task<std::unique_ptr<MediaPlayer>> MpvMediaPlayerFactory::make(StreamAddr
     co_await m_teardown.room(stop);
     if (stop.stop_requested())
         co_return std::unique_ptr<MediaPlayer>();
+    using Sound = MpvInstance::Sound;
+    const Sound sound = m_soundServer.isSilent() ? Sound::off : Sound::on;
     const QFuture<mpv_handle*> making =
-        QtConcurrent::run(&m_makers, MpvInstance::makeHandle, m_output);
+        QtConcurrent::run(&m_makers, MpvInstance::makeHandle, m_output, sound);
     mpv_handle* handle = co_await making;
     if (handle == nullptr)
         co_return std::unique_ptr<MediaPlayer>();
@@ -379,8 +421,8 @@ QCoro::Task<std::unique_ptr<MediaPlayer>> MpvMediaPlayerFactory::make(StreamAddr
         m_teardown.enqueue(std::move(instance));
         co_return std::unique_ptr<MediaPlayer>();
     }
-    co_return std::make_unique<MpvMediaPlayer>(std::move(address), std::move(instance), m_log,
-                                               m_audio, m_teardown);
+    co_return std::make_unique<MpvMediaPlayer>(std::move(address), std::move(instance), sound,
+                                               m_log, m_soundServer, m_teardown);
 }
 
 } // namespace orvane

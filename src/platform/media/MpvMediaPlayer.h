@@ -7,6 +7,7 @@
 #include "platform/media/MpvLog.h"
 #include "platform/media/MpvTeardownQueue.h"
 #include "platform/media/PlayerLifecycle.h"
+#include "platform/media/SoundServer.h"
 #include "platform/media/VideoSource.h"
 #include "platform/system/Memory.h"
 
@@ -20,12 +21,6 @@ struct mpv_event_property;
 
 namespace orvane {
 
-/// What is known about the machine's audio output; shared by all players.
-struct AudioStatus {
-    /// Whether any player has had a working output.
-    bool hasWorked = false;
-};
-
 /// A `MediaPlayer` over libmpv: one handle for one stream. Made by `MpvMediaPlayerFactory`. The
 /// destructor hands the handle to the teardown queue, so it is quick even while a server does not
 /// answer. Main thread.
@@ -33,8 +28,10 @@ class MpvMediaPlayer final : public MediaPlayer, private VideoSource {
     Q_OBJECT
 
 public:
-    MpvMediaPlayer(StreamAddress address, std::unique_ptr<MpvInstance> instance, MpvLog& log,
-                   AudioStatus& audio, MpvTeardownQueue& teardown);
+    /// `sound` is what the instance was made with.
+    MpvMediaPlayer(StreamAddress address, std::unique_ptr<MpvInstance> instance,
+                   MpvInstance::Sound sound, MpvLog& log, SoundServer& soundServer,
+                   MpvTeardownQueue& teardown);
     ~MpvMediaPlayer() override;
 
     [[nodiscard]] Status status() const override;
@@ -71,6 +68,10 @@ private:
     void endWith(LiveStreamMonitor::End end, const QString& reason);
     void fail(std::optional<QString> error);
     void checkMonitor();
+    /// Asks mpv for the position of the sound, and reports that no answer comes.
+    void checkSound();
+    void loseSound();
+    void regainSound();
     /// Begins anew to watch how much memory the stream takes.
     void watchMemory(std::int64_t limit);
     void checkMemory();
@@ -84,8 +85,9 @@ private:
     StreamAddress m_address;
     std::unique_ptr<MpvInstance> m_instance;
     MpvLog& m_log;
-    AudioStatus& m_audio;
+    SoundServer& m_soundServer;
     MpvTeardownQueue& m_teardown;
+    MpvInstance::Sound m_sound;
     PlayerLifecycle m_lifecycle;
     LiveStreamMonitor m_monitor;
     /// The answers to the current poll so far.
@@ -98,6 +100,10 @@ private:
     int m_soundSearches = 0;
     QTimer m_monitorTimer;
     QTimer m_positionTimer;
+    QTimer m_soundTimer;
+    SoundWatch m_soundWatch;
+    /// Whether sound goes to an output of the machine.
+    bool m_isHeard = false;
     QTimer m_memoryTimer;
     MemoryGrowth m_memory{0, 0};
     /// Runs while the audio output is lost.
@@ -117,8 +123,8 @@ public:
 
 private:
     MpvLog m_log;
-    AudioStatus m_audio;
     MpvTeardownQueue& m_teardown;
+    SoundServer m_soundServer{m_teardown};
     VideoOutput m_output;
     /// Not the shared pool, whose threads may all be waiting for a bus that does not answer.
     QThreadPool m_makers;

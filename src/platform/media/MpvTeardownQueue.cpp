@@ -53,10 +53,12 @@ MpvTeardownQueue::~MpvTeardownQueue() {
     m_destroyers.waitForDone();
 }
 
-void MpvTeardownQueue::enqueue(std::unique_ptr<MpvInstance> instance) {
-    ++m_count;
+void MpvTeardownQueue::enqueue(std::unique_ptr<MpvInstance> instance, Share share,
+                               std::function<void()> whenDestroyed) {
     MpvInstance* stopping = instance.get();
-    m_stopping.push_back(std::move(instance));
+    m_entries.push_back({.instance = std::move(instance),
+                         .share = share,
+                         .whenDestroyed = std::move(whenDestroyed)});
 
     // Freeing a renderer while mpv still draws blocks until mpv is done, and OpenGL's is freed on
     // the main thread. mpv in turn waits 200 ms for each frame that is not fetched.
@@ -72,41 +74,54 @@ void MpvTeardownQueue::enqueue(std::unique_ptr<MpvInstance> instance) {
         mpv_observe_property(stopping->handle(), 0, property, MPV_FORMAT_FLAG);
 }
 
-void MpvTeardownQueue::destroyStopped(MpvInstance* instance) {
-    const auto found = std::ranges::find(m_stopping, instance, &std::unique_ptr<MpvInstance>::get);
-    if (found == m_stopping.end())
+void MpvTeardownQueue::setAside() {
+    for (Entry& entry : m_entries)
+        entry.share = Share::none;
+    Q_EMIT changed();
+}
+
+void MpvTeardownQueue::destroyStopped(const MpvInstance* instance) {
+    const auto entry = std::ranges::find_if(
+        m_entries, [&](const Entry& e) { return e.instance.get() == instance; });
+    if (entry == m_entries.end())
         return;
-    const MpvInstance::Parts parts = instance->release();
-    m_stopping.erase(found);
-    m_destroyers.start([this, parts] {
+    const MpvInstance::Parts parts = entry->instance->release();
+    entry->instance.reset();
+    m_destroyers.start([this, parts, entry] {
         MpvInstance::free(parts);
         returnFreeMemory();
-        QMetaObject::invokeMethod(
-            this,
-            [this] {
-                --m_count;
-                Q_EMIT changed();
-            },
-            Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, [this, entry] { destroyed(entry); }, Qt::QueuedConnection);
     });
 }
 
+void MpvTeardownQueue::destroyed(Entries::iterator entry) {
+    const std::function<void()> whenDestroyed = std::move(entry->whenDestroyed);
+    m_entries.erase(entry);
+    if (whenDestroyed)
+        whenDestroyed();
+    Q_EMIT changed();
+}
+
+bool MpvTeardownQueue::hasRoom() const {
+    return std::ranges::count(m_entries, Share::place, &Entry::share) < maximumCount;
+}
+
 QCoro::Task<> MpvTeardownQueue::room(std::stop_token stop) {
-    return fewerThan(maximumCount, std::move(stop));
+    return until([this] { return hasRoom(); }, std::move(stop));
 }
 
 QCoro::Task<> MpvTeardownQueue::empty() {
-    return fewerThan(1, std::stop_token());
+    return until([this] { return m_entries.empty(); }, std::stop_token());
 }
 
-QCoro::Task<> MpvTeardownQueue::fewerThan(int limit, std::stop_token stop) {
-    if (m_count < limit || stop.stop_requested())
+QCoro::Task<> MpvTeardownQueue::until(std::function<bool()> condition, std::stop_token stop) {
+    if (condition() || stop.stop_requested())
         co_return;
     QPromise<void> promise;
     promise.start();
     QObject context;
-    connect(this, &MpvTeardownQueue::changed, &context, [this, limit, &promise] {
-        if (m_count < limit)
+    connect(this, &MpvTeardownQueue::changed, &context, [&condition, &promise] {
+        if (condition())
             promise.finish();
     });
     const std::stop_callback onStop(stop, [&promise] { promise.finish(); });

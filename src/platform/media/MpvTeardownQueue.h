@@ -5,9 +5,10 @@
 #include <QObject>
 #include <QThreadPool>
 
+#include <functional>
+#include <list>
 #include <memory>
 #include <stop_token>
-#include <vector>
 
 namespace orvane {
 
@@ -27,12 +28,20 @@ public:
     MpvTeardownQueue();
     ~MpvTeardownQueue() override;
 
-    void enqueue(std::unique_ptr<MpvInstance> instance);
+    /// Whether an instance takes one of the places: those that wait for something else than a
+    /// stream's server, such as a silent sound server, must not keep others from being made.
+    enum class Share { place, none };
+    /// `whenDestroyed` is called on the main thread.
+    void enqueue(std::unique_ptr<MpvInstance> instance, Share share = Share::place,
+                 std::function<void()> whenDestroyed = {});
+    /// Takes the places back from all instances that are not destroyed yet.
+    void setAside();
 
     /// Returns the number of instances that are not destroyed yet.
-    [[nodiscard]] int count() const { return m_count; }
+    [[nodiscard]] int count() const { return static_cast<int>(m_entries.size()); }
 
-    /// Completes when there are fewer than `maximumCount`, or soon after `stop` was requested.
+    /// Completes when fewer than `maximumCount` places are taken, or soon after `stop` was
+    /// requested.
     [[nodiscard]] QCoro::Task<> room(std::stop_token stop);
     /// Completes when there are none.
     [[nodiscard]] QCoro::Task<> empty();
@@ -41,11 +50,20 @@ Q_SIGNALS:
     void changed();
 
 private:
-    void destroyStopped(MpvInstance* instance);
-    [[nodiscard]] QCoro::Task<> fewerThan(int limit, std::stop_token stop);
+    struct Entry {
+        /// Until it is being destroyed.
+        std::unique_ptr<MpvInstance> instance;
+        Share share;
+        std::function<void()> whenDestroyed;
+    };
+    using Entries = std::list<Entry>;
 
-    std::vector<std::unique_ptr<MpvInstance>> m_stopping;
-    int m_count = 0;
+    void destroyStopped(const MpvInstance* instance);
+    void destroyed(Entries::iterator entry);
+    [[nodiscard]] bool hasRoom() const;
+    [[nodiscard]] QCoro::Task<> until(std::function<bool()> condition, std::stop_token stop);
+
+    Entries m_entries;
     QThreadPool m_destroyers;
 };
 

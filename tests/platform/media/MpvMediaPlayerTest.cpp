@@ -158,7 +158,7 @@ TEST_P(SplitStreamTest, PlaysSoundFromAnotherAddressAtTheSameTimeAsThePicture) {
     const QString seen = folder.filePath(u"seen"_s);
     const QString heard = folder.filePath(u"heard"_s);
     const QString write = u"lavfi=[%1detect=d=0.1,%2=print:key=lavfi.%1_end:direct=1:file=%3]"_s;
-    mpv_handle* handle = MpvInstance::makeHandle(VideoOutput::software);
+    mpv_handle* handle = MpvInstance::makeHandle(VideoOutput::software, MpvInstance::Sound::on);
     ASSERT_NE(handle, nullptr);
     for (const auto& [name, value] :
          {std::pair("vo", u"null"_s), std::pair("ao", u"null"_s),
@@ -166,9 +166,9 @@ TEST_P(SplitStreamTest, PlaysSoundFromAnotherAddressAtTheSameTimeAsThePicture) {
           std::pair("af", write.arg(u"silence"_s, u"ametadata"_s, heard))})
         ASSERT_EQ(mpv_set_property_string(handle, name, qUtf8Printable(value)), 0) << name;
     MpvLog log;
-    AudioStatus audio;
-    MpvMediaPlayer player(stream.address(), std::make_unique<MpvInstance>(handle), log, audio,
-                          teardown);
+    SoundServer soundServer(teardown);
+    MpvMediaPlayer player(stream.address(), std::make_unique<MpvInstance>(handle),
+                          MpvInstance::Sound::on, log, soundServer, teardown);
     player.play();
     const auto foundIn = [](const QString& path) {
         QFile file(path);

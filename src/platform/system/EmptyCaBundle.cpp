@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/media/EmptyCaBundle.h"
+#include "platform/system/EmptyCaBundle.h"
 
 #include "base/FileDescriptor.h"
 
