@@ -5,12 +5,15 @@ import contextlib
 import json
 import os
 import pathlib
+import signal
 import socket
 import threading
 
 from fixture import UNKNOWN_KEY, Fixture
-from outcome import quit_cleanly
+from outcome import is_alive, quit_cleanly
 from rows import Row
+from tool_rows import OTHERS, Tool
+from tools.processes import descendants
 from tools.tray import find_icon, start_tint2
 from tools.waiting import wait_until
 
@@ -144,6 +147,55 @@ def size_limit(fixture: Fixture) -> str:
     return plays_and_quits(fixture, "ulimit -f 16", "the preferences stay as they are")
 
 
+# Children
+
+def left_by(fixture: Fixture) -> list[int]:
+    """Starts a yt-dlp that leaves processes in a group and a session of their own; returns all of them."""
+    commands = [f"sleep 8640{n}" for n in range(4)]
+    tool = Tool(fixture)
+    tool.install(f"setsid {commands[0]} &\nsetsid sh -c \"{commands[1]} & {commands[2]}\" &\nexec {commands[3]}")
+    program = tool.start()
+
+    def started() -> list[int]:
+        found = [(pid, command) for pid, command in descendants(program.process.pid) if command in commands]
+        return [pid for pid, _ in found] if {command for _, command in found} == set(commands) else []
+
+    return wait_until(started, "the processes of yt-dlp")
+
+
+def all_end(pids: list[int]) -> None:
+    wait_until(lambda: not any(is_alive(pid) for pid in pids), "the end of all children")
+
+
+def killed(fixture: Fixture) -> str:
+    pids = left_by(fixture)
+    fixture.program.process.kill()
+    all_end(pids)
+    return f"its {len(pids)} children and grandchildren end with it"
+
+
+def x_server_ends(fixture: Fixture) -> str:
+    pids = left_by(fixture)
+    os.kill(fixture.desktop.x_server, signal.SIGKILL)
+    fixture.program.wait_for_end()
+    all_end(pids)
+    return f"it ends, and its {len(pids)} children and grandchildren with it"
+
+
+def foreign_module(fixture: Fixture) -> str:
+    """yt-dlp is there as a module only."""
+    folder = fixture.folder / "started-in"
+    folder.mkdir()
+    mark = fixture.folder / "mark"
+    for module in ("yt_dlp", "pip"):
+        (folder / f"{module}.py").write_text(f"open({str(mark)!r}, 'w')\n", encoding="ascii")
+    hide = "".join(f"[ ! -e {other} ] || mount --bind /dev/null {other}\n" for other in OTHERS)
+    fixture.start(mounts=f"{hide}cd {folder}", PATH="/usr/bin:/bin")
+    took = fixture.plays()
+    assert not mark.exists(), "a module of that folder was run"
+    return f"the real yt-dlp plays after {took:.0f} s"
+
+
 ROWS = [
     Row("machine.silent-bus", "a session bus that accepts and never answers", silent_bus),
     Row("machine.pipe", "a pipe in place of the preferences file", no_file(os.mkfifo), quits=False,
@@ -155,5 +207,9 @@ ROWS = [
     Row("machine.gone-reader", "the reader of the standard error has gone", gone_reader, quits=False),
     Row("machine.closed-streams", "the three standard streams are closed at the start", closed_streams, quits=False),
     Row("machine.size-limit", "files may not grow beyond 8 kB", size_limit, quits=False),
+    Row("machine.killed", "the program is killed while yt-dlp has children in sessions of their own", killed,
+        quits=False),
+    Row("machine.x-server", "the X server ends meanwhile", x_server_ends, quits=False),
+    Row("machine.foreign-module", "a yt_dlp.py and a pip.py in the folder that it is started in", foreign_module),
     Row("machine.large-frame", "a saved frame larger than the screen", large_frame, quits=False),
 ]

@@ -2,6 +2,7 @@
 #include "platform/system/IndependentChild.h"
 
 #include "base/Logging.h"
+#include "base/ProcessSettings.h"
 
 #include <QDir>
 #include <QFile>
@@ -56,11 +57,12 @@ private:
 /// The streams of the child and its place in the system.
 class SpawnSettings {
 public:
-    explicit SpawnSettings(int inheritedDescriptor) {
+    SpawnSettings(int inheritedDescriptor, const char* folder) {
         ::posix_spawn_file_actions_init(&actions);
         ::posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
         ::posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
         ::posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+        ::posix_spawn_file_actions_addchdir_np(&actions, folder);
         // Everything else is closed: what stayed open would outlive the program too.
         constexpr int first = STDERR_FILENO + 1;
         if (inheritedDescriptor >= 0)
@@ -106,8 +108,10 @@ QFuture<ProcessOutcome> IndependentChild::start() {
 void IndependentChild::abandon() {
     m_lockTimer.stop();
     m_exited.reset();
-    if (m_pid > 0)
+    if (m_pid > 0 && !m_isFinished) {
         qCInfo(logProcess) << m_request.program << m_pid << "goes on by itself";
+        m_folder->setAutoRemove(false);
+    }
     finish(notStarted(u"the program is ending"_s));
 }
 
@@ -143,7 +147,11 @@ void IndependentChild::spawn() {
     const TextVector arguments(QStringList{m_request.program} + m_request.arguments);
     const TextVector variables(m_request.environment ? m_request.environment->toStringList()
                                                      : QStringList());
-    const SpawnSettings settings(m_lock.get());
+    m_folder = std::make_unique<QTemporaryDir>();
+    const QByteArray folder =
+        m_folder->isValid() ? QFile::encodeName(m_folder->path()) : QByteArray("/");
+    const SpawnSettings settings(m_lock.get(), folder.constData());
+    const ProcessSettings::UsersOwn untilStarted;
     const int error = ::posix_spawn(&m_pid, QFile::encodeName(m_request.program).constData(),
                                     &settings.actions, &settings.attributes, arguments.data(),
                                     m_request.environment ? variables.data() : ::environ);

@@ -7,6 +7,7 @@
 #include <QFuture>
 #include <QPromise>
 #include <QSocketNotifier>
+#include <QTemporaryDir>
 #include <QTimer>
 
 #include <sys/types.h>
@@ -40,6 +41,8 @@ private:
     FileDescriptor m_lock;
     QTimer m_lockTimer;
     int m_remainingPolls;
+    /// Python looks for modules in the folder that it is started in, so that is an empty one.
+    std::unique_ptr<QTemporaryDir> m_folder;
     pid_t m_pid = 0;
     /// Becomes readable when the child has exited.
     FileDescriptor m_exit;

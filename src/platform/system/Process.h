@@ -25,9 +25,10 @@ public:
 class ChildProcess;
 class IndependentChild;
 
-/// Runs each child as the leader of a process group of its own, so that what it has started can be
-/// terminated with it. The kernel kills a child when this program dies. A child that ends by itself
-/// is left alone by all of that.
+/// Runs each child in an empty folder and a process group of its own, under a guard that kills
+/// everything the child has started when it has ended, is stopped, or this program dies; the guard
+/// is the program `orvane-guard`. A child that ends by itself is left alone by all of that but the
+/// folder.
 class LocalProcessRunner final : public ProcessRunner {
 public:
     LocalProcessRunner();

@@ -4,6 +4,7 @@
 #include "support/EventLoop.h"
 
 #include <QCoroTask>
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 
@@ -62,6 +63,20 @@ TEST_F(ProcessTest, HasAnEmptyInputAndTheGivenEnvironment) {
     EXPECT_EQ(QCoro::waitFor(runner.run(request, {}))->standardOutput.bytes, "hello");
 }
 
+TEST_F(ProcessTest, HasAnEmptyFolderOfItsOwnAndNoSignalIgnored) {
+    ::signal(SIGXFSZ, SIG_IGN);
+    const ProcessOutcome outcome =
+        run(u"pwd; ls -A; grep -E 'Sig(Blk|Ign)' /proc/self/status | cut -f 2; touch left"_s);
+    ::signal(SIGXFSZ, SIG_DFL);
+    ASSERT_TRUE(outcome && outcome->succeeded());
+    const QByteArrayList lines = outcome->standardOutput.bytes.trimmed().split('\n');
+    ASSERT_EQ(lines.size(), 3) << "the folder has files";
+    EXPECT_NE(lines[0], QFile::encodeName(QDir::currentPath()));
+    EXPECT_FALSE(QFile::exists(QFile::decodeName(lines[0]))) << "it goes with the child";
+    for (const QByteArray& signalSet : lines.sliced(1))
+        EXPECT_EQ(signalSet, "0000000000000000");
+}
+
 TEST_F(ProcessTest, ReportsWhyItCannotStart) {
     QFile file(folder.filePath(u"no-program"_s));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
@@ -87,8 +102,9 @@ TEST_F(ProcessTest, KeepsAMebibyteOfOutputAndReadsTheRest) {
 }
 
 TEST_F(ProcessTest, TerminatesTheWholeGroupWhenStopped) {
+    // The grandchild in a session of its own.
     const QString script =
-        u"cd '%1'; sh -c 'trap \"\" TERM; echo $$ > grandchild; while :; do sleep 1; "
+        u"cd '%1'; setsid sh -c 'trap \"\" TERM; echo $$ > grandchild; while :; do sleep 1; "
         u"done' & trap '' TERM; echo $$ > child; while :; do echo busy; done"_s.arg(folder.path());
     std::stop_source stop;
     std::optional<ProcessOutcome> outcome;
@@ -103,12 +119,16 @@ TEST_F(ProcessTest, TerminatesTheWholeGroupWhenStopped) {
     EXPECT_TRUE(runUntil([&] { return !isAlive(grandchild); }));
 }
 
-TEST_F(ProcessTest, KillsTheGroupOfAChildThatHasFinished) {
-    const ProcessOutcome outcome = run(u"sleep 60 & echo $!"_s);
-    ASSERT_TRUE(outcome && outcome->succeeded());
-    const qint64 left = outcome->standardOutput.bytes.trimmed().toLongLong();
-    ASSERT_GT(left, 0);
-    EXPECT_TRUE(runUntil([&] { return !isAlive(left); }));
+TEST_F(ProcessTest, KillsWhatAChildHasLeftBehind) {
+    const ProcessOutcome outcome =
+        run(u"mkfifo gate; sleep 60 & echo $!; setsid sh -c 'sleep 60 & echo $!; echo $$; "
+            "echo > gate; exec sleep 60' & read line < gate; exit 3"_s);
+    ASSERT_TRUE(outcome);
+    EXPECT_EQ(outcome->exitCode, 3);
+    const QByteArrayList left = outcome->standardOutput.bytes.trimmed().split('\n');
+    ASSERT_EQ(left.size(), 3);
+    for (const QByteArray& pid : left)
+        EXPECT_FALSE(isAlive(pid.toLongLong()));
 }
 
 TEST_F(ProcessTest, StartsNothingAfterShutDown) {
@@ -122,7 +142,8 @@ TEST_F(ProcessTest, StartsNothingAfterShutDown) {
 
 TEST_F(ProcessTest, LetsAnInstallationEndByItselfWhileTheNextOneWaits) {
     const auto installation = [this](const QString& script) {
-        ProcessRequest request = shell(u"cd '%1'; "_s.arg(folder.path()) + script);
+        ProcessRequest request =
+            shell(u"(pwd; ls -A) > '%1/place'; cd '%1'; "_s.arg(folder.path()) + script);
         request.lifetime = ProcessRequest::Lifetime::endsByItself;
         request.lockFile = folder.filePath(u"cache/lock"_s);
         return request;
@@ -144,6 +165,11 @@ TEST_F(ProcessTest, LetsAnInstallationEndByItselfWhileTheNextOneWaits) {
     const auto pid = static_cast<pid_t>(pidFrom(u"pid"_s));
     EXPECT_FALSE(*first);
     EXPECT_EQ(::getsid(pid), pid) << "alive, and in a session of its own";
+    QFile place(folder.filePath(u"place"_s));
+    ASSERT_TRUE(place.open(QIODevice::ReadOnly));
+    const QByteArray workingFolder = place.readAll();
+    EXPECT_EQ(workingFolder.count('\n'), 1) << "empty";
+    EXPECT_NE(workingFolder.trimmed(), QFile::encodeName(QDir::currentPath()));
     for (const int stream : {0, 1, 2})
         EXPECT_EQ(QFile::symLinkTarget(u"/proc/%1/fd/%2"_s.arg(pid).arg(stream)), u"/dev/null"_s);
 
