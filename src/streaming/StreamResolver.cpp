@@ -4,9 +4,11 @@
 #include "base/Logging.h"
 #include "base/TaskScope.h"
 #include "model/AppConstants.h"
+#include "streaming/YtDlpConfiguration.h"
 #include "streaming/ladder/StreamFailure.h"
 #include "streaming/tool/YtDlpTool.h"
 
+#include <memory>
 #include <utility>
 
 namespace orvane {
@@ -17,6 +19,10 @@ namespace {
 
 /// After this many failed calls in a row, the cause may lie in yt-dlp's own cache.
 constexpr int failuresBeforeClearingCache = 2;
+
+/// For a call that a configuration of yt-dlp's own may have turned into a download without end. No
+/// other call has a limit.
+constexpr std::chrono::seconds configuredCallLimit{90};
 
 /// Reads the address from what yt-dlp printed, or the reason why there is none. Ignores the exit
 /// status: an address counts even after a failure.
@@ -31,6 +37,31 @@ StreamResolver::Result readOutcome(const StreamQuery& query, const ProcessOutcom
         return *std::move(address);
     const QString reason = outcome->standardError.text().value_or(u"Unknown error"_s);
     return std::unexpected(StreamError::ResolveFailed{reason.trimmed()});
+}
+
+/// Adds to the failure of a call that yt-dlp's own configuration turned into something else, which
+/// has an output but no address, or did not end.
+StreamResolver::Result withObstacle(StreamResolver::Result result, const ProcessOutcome& outcome,
+                                    const QString& configuration, bool wasEnded) {
+    const bool isSomethingElse =
+        wasEnded || (!result && outcome && !outcome->standardOutput.bytes.trimmed().isEmpty());
+    if (!isSomethingElse)
+        return result;
+    QString reason = u"yt-dlp's own configuration gets in the way: "_s + configuration;
+    const QString said =
+        outcome ? outcome->standardError.text().value_or(QString()).trimmed() : QString();
+    if (!said.isEmpty())
+        reason += u'\n' + said;
+    return std::unexpected(StreamError::ResolveFailed{reason});
+}
+
+QCoro::Task<> endAtLimit(Clock& clock, std::stop_token isOver, std::stop_source child,
+                         std::shared_ptr<bool> wasEnded) {
+    co_await clock.sleep(configuredCallLimit, isOver);
+    if (isOver.stop_requested() || child.stop_requested())
+        co_return;
+    *wasEnded = true;
+    child.request_stop();
 }
 
 bool isOutdated(const StreamResolver::Result& result) {
@@ -109,9 +140,10 @@ QCoro::Task<StreamResolver::Result> StreamResolver::resolveInRounds(Request& req
     Result result = std::unexpected(StreamError::NoOutput{});
     for (int attempt = 1; attempt <= AppConstants::streamResolveRetries; ++attempt) {
         result = co_await resolveWithYtDlp(request, Source::livePage);
-        if (!result && channel.videoId() && !request.stop.stop_requested())
+        const bool hasOther = channel.videoId() && !request.isHopeless;
+        if (!result && hasOther && !request.stop.stop_requested())
             result = co_await resolveWithYtDlp(request, Source::fixedVideo);
-        if (result || request.stop.stop_requested())
+        if (result || request.isHopeless || request.stop.stop_requested())
             break;
         if (attempt < AppConstants::streamResolveRetries) {
             qCInfo(logStream).noquote() << "round" << attempt << "of" << channel.id() << "failed";
@@ -138,7 +170,7 @@ QCoro::Task<StreamResolver::Result> StreamResolver::resolveWithYtDlp(Request& re
             result = co_await resolveOnRung(request, page, *tool);
         }
         const bool isOver = tool ? !isOutdated(result) : rung == Rung::usual;
-        if (isOver || request.stop.stop_requested())
+        if (isOver || request.isHopeless || request.stop.stop_requested())
             break;
         if (!request.climb.next()) {
             // All have been tried: the calls that are left repeat the last one.
@@ -159,11 +191,12 @@ QCoro::Task<StreamResolver::Result> StreamResolver::resolveOnRung(Request& reque
     std::optional<YtDlpCommand> command = tool.command;
     while (command) {
         tool.command = *command;
-        const ProcessOutcome outcome =
-            co_await callYtDlp(query, *command, ProcessRequest::Priority::normal, request.stop);
-        result = readOutcome(query, outcome);
+        const ProcessRequest process{.program = command->program,
+                                     .arguments = command->argumentsFor(query.arguments()),
+                                     .environment = std::nullopt};
+        const ProcessOutcome outcome = co_await call(request, process, query, result);
         const bool mayBeBroken = rung == Rung::usual && seemsNotToRun(outcome);
-        if (result || request.stop.stop_requested() || !mayBeBroken)
+        if (result || request.stop.stop_requested() || request.isHopeless || !mayBeBroken)
             break;
         command = co_await m_tool.replaceIfBroken(*command, plan);
     }
@@ -174,14 +207,24 @@ QCoro::Task<StreamResolver::Result> StreamResolver::resolveOnRung(Request& reque
     co_return result;
 }
 
-QCoro::Task<ProcessOutcome> StreamResolver::callYtDlp(StreamQuery query, YtDlpCommand command,
-                                                      ProcessRequest::Priority priority,
-                                                      std::stop_token stop) {
-    const ProcessRequest process{.program = command.program,
-                                 .arguments = command.argumentsFor(query.arguments()),
-                                 .environment = std::nullopt,
-                                 .priority = priority};
-    ProcessOutcome outcome = co_await m_tool.runner().run(process, stop);
+QCoro::Task<ProcessOutcome> StreamResolver::call(Request& request, ProcessRequest process,
+                                                 StreamQuery query, Result& result) {
+    const std::optional<QString> obstacle =
+        YtDlpConfiguration::obstacle(m_tool.runner().host(), process.program);
+    if (!obstacle) {
+        ProcessOutcome outcome = co_await m_tool.runner().run(process, request.stop);
+        result = readOutcome(query, outcome);
+        co_return outcome;
+    }
+    std::stop_source child;
+    std::stop_source over;
+    const auto wasEnded = std::make_shared<bool>(false);
+    const std::stop_callback forward(request.stop, [&child] { child.request_stop(); });
+    m_background.spawn(endAtLimit(m_clock, over.get_token(), child, wasEnded));
+    ProcessOutcome outcome = co_await m_tool.runner().run(process, child.get_token());
+    over.request_stop();
+    request.isHopeless = *wasEnded;
+    result = withObstacle(readOutcome(query, outcome), outcome, *obstacle, *wasEnded);
     co_return outcome;
 }
 
@@ -190,7 +233,12 @@ QCoro::Task<> StreamResolver::prepare(Channel channel, Resolution resolution,
     // What would have to be installed first is not for later.
     if (!m_site || !m_tool.known(YtDlpSearch::of(YtDlpUser::streamResolver)))
         co_return;
-    const Rung rung = m_ladder.order(channel.id()).first();
+    Request request{.channel = channel,
+                    .resolution = resolution,
+                    .climb = Climb(m_ladder.order(channel.id())),
+                    .stop = stop,
+                    .usable = std::nullopt};
+    const Rung rung = request.climb.rung();
     const std::optional<RungTool> tool = co_await toolFor(rung);
     if (!tool || stop.stop_requested())
         co_return;
@@ -198,9 +246,12 @@ QCoro::Task<> StreamResolver::prepare(Channel channel, Resolution resolution,
                             .resolution = resolution,
                             .page = pageAddress(*m_site, channel, Source::livePage),
                             .runtimes = tool->runtimes};
-    const ProcessOutcome outcome =
-        co_await callYtDlp(query, tool->command, ProcessRequest::Priority::idle, stop);
-    const Result result = readOutcome(query, outcome);
+    const ProcessRequest process{.program = tool->command.program,
+                                 .arguments = tool->command.argumentsFor(query.arguments()),
+                                 .environment = std::nullopt,
+                                 .priority = ProcessRequest::Priority::idle};
+    Result result = std::unexpected(StreamError::NoOutput{});
+    co_await call(request, process, query, result);
     const QString key = cacheKey(channel, resolution);
     qCInfo(logStream).noquote() << "ahead:" << key << (result ? "is prepared" : "failed");
     if (!result || stop.stop_requested())

@@ -82,6 +82,8 @@ private:
         std::stop_token stop;
         /// The last rung that yt-dlp could be run on.
         std::optional<Rung> usable;
+        /// Whether a call had to be ended, as the next one would have to be.
+        bool isHopeless = false;
     };
     /// What runs on a rung: yt-dlp, and its version if it is not the usual one.
     struct RungTool {
@@ -95,9 +97,9 @@ private:
     [[nodiscard]] QCoro::Task<Result> resolveInRounds(Request& request);
     [[nodiscard]] QCoro::Task<Result> resolveWithYtDlp(Request& request, Source source);
     [[nodiscard]] QCoro::Task<Result> resolveOnRung(Request& request, QString page, RungTool tool);
-    [[nodiscard]] QCoro::Task<ProcessOutcome> callYtDlp(StreamQuery query, YtDlpCommand command,
-                                                        ProcessRequest::Priority priority,
-                                                        std::stop_token stop);
+    /// Runs yt-dlp and reads its answer into `result`.
+    [[nodiscard]] QCoro::Task<ProcessOutcome> call(Request& request, ProcessRequest process,
+                                                   StreamQuery query, Result& result);
     [[nodiscard]] QCoro::Task<std::optional<RungTool>> toolFor(Rung rung);
     [[nodiscard]] QCoro::Task<std::optional<RungTool>> newestTool(Rung rung);
     [[nodiscard]] QCoro::Task<QStringList> usableRuntimes(YtDlpCommand command, QString version);

@@ -12,7 +12,7 @@ import threading
 from fixture import UNKNOWN_KEY, Fixture
 from outcome import is_alive, quit_cleanly
 from rows import Row
-from tool_rows import OTHERS, Tool
+from tool_rows import OTHERS, REAL, Tool
 from tools.processes import descendants
 from tools.tray import find_icon, start_tint2
 from tools.waiting import wait_until
@@ -196,6 +196,45 @@ def foreign_module(fixture: Fixture) -> str:
     return f"the real yt-dlp plays after {took:.0f} s"
 
 
+# yt-dlp's own configuration
+
+def configure(fixture: Fixture, *options: str) -> pathlib.Path:
+    path = pathlib.Path(fixture.desktop.environment["XDG_CONFIG_HOME"]) / "yt-dlp/config"
+    path.parent.mkdir()
+    path.write_text("\n".join(options), encoding="ascii")
+    return path
+
+
+def told_of(path: pathlib.Path, fixture: Fixture, repair) -> str:
+    program = fixture.program
+    program.wait_for("error", deadline=180)
+    took = program.milestones()[-1][1] / 1000
+    seen = fixture.error_then_retry(f"yt-dlp's own configuration gets in the way: {path}", repair=repair)
+    return f"after {took:.0f} s {seen}"
+
+
+def prints_more(*options: str):
+    def check(fixture: Fixture) -> str:
+        path = configure(fixture, *options)
+        fixture.start()
+        return told_of(path, fixture, repair=path.unlink)
+    return check
+
+
+def downloads(fixture: Fixture) -> str:
+    """The address comes first, then a download without end."""
+    path = configure(fixture, "--no-simulate", "-o stream")
+    tool = Tool(fixture)
+    tool.install(f"{REAL} \"$@\"; exec sleep 86400")
+    tool.start()
+
+    def repair() -> None:
+        path.unlink()
+        tool.repair()
+
+    return told_of(path, fixture, repair)
+
+
 ROWS = [
     Row("machine.silent-bus", "a session bus that accepts and never answers", silent_bus),
     Row("machine.pipe", "a pipe in place of the preferences file", no_file(os.mkfifo), quits=False,
@@ -211,5 +250,8 @@ ROWS = [
         quits=False),
     Row("machine.x-server", "the X server ends meanwhile", x_server_ends, quits=False),
     Row("machine.foreign-module", "a yt_dlp.py and a pip.py in the folder that it is started in", foreign_module),
+    Row("machine.configuration-json", "yt-dlp's own configuration has it print JSON", prints_more("-J")),
+    Row("machine.configuration-print", "the same, and print the title", prints_more("--print title")),
+    Row("machine.configuration-download", "the same, and download the stream", downloads),
     Row("machine.large-frame", "a saved frame larger than the screen", large_frame, quits=False),
 ]

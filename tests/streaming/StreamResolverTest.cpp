@@ -11,6 +11,8 @@
 #include "support/FakeProcessRunner.h"
 
 #include <QCoroTask>
+#include <QDir>
+#include <QFile>
 
 #include <gtest/gtest.h>
 
@@ -163,6 +165,73 @@ TEST_F(StreamResolverTest, ReportsWhyThereIsNoAddress) {
     // The output counts, not the exit status.
     processes.answer = [](const auto&) { return printed("https://a.example/x", "warning", 1); };
     EXPECT_TRUE(resolve(custom));
+}
+
+TEST_F(StreamResolverTest, NamesTheConfigurationThatGetsInTheWay) {
+    test::FakeClock slow(test::FakeClock::Sleep::waitsForTest);
+    StreamResolver waiting(Origin::parse(u"https://site.example"_s), tool, ladder, slow, tasks);
+    std::optional<StreamResolver::Result> result;
+    const auto resolveWaiting = [&]() -> QCoro::Task<> {
+        result = co_await waiting.resolve(custom, Resolution::r480, {});
+    };
+    const auto start = [&] {
+        result.reset();
+        processes.requests.clear();
+        tasks.spawn(resolveWaiting());
+    };
+    const auto configure = [&](const QByteArray& text) {
+        QDir().mkpath(machine.real(u"/home/.config/yt-dlp"_s));
+        QFile file(machine.real(u"/home/.config/yt-dlp/config"_s));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(text);
+    };
+    const QString words = u"Stream resolve failed: yt-dlp's own configuration gets in the way: "_s +
+                          machine.real(u"/home/.config/yt-dlp/config"_s);
+    const auto hasResult = [&] {
+        slow.advance(1s);
+        return result.has_value();
+    };
+
+    // It prints more.
+    configure("# my own\n--print title\n");
+    processes.answer = [](const auto&) { return printed("News\nhttps://a.example/x", "beware"); };
+    start();
+    ASSERT_TRUE(test::runUntil(hasResult));
+    EXPECT_EQ(errorDescription(result->error()), words + u"\nbeware"_s);
+    EXPECT_EQ(processes.requests.size(), 3);
+    // That is not why this fails.
+    processes.answer = [](const auto&) { return printed({}, "no such page"); };
+    start();
+    ASSERT_TRUE(test::runUntil(hasResult));
+    EXPECT_EQ(errorDescription(result->error()), u"Stream resolve failed: no such page"_s);
+
+    // It downloads, and does not end.
+    configure("--no-simulate -o '/tmp/a b'");
+    const auto clearing = u"--rm-cache-dir"_s;
+    processes.answer = [&](const ProcessRequest& request) {
+        return request.arguments.last() == clearing ? std::optional(printed({})) : std::nullopt;
+    };
+    start();
+    ASSERT_TRUE(test::runUntil([&] { return processes.openCount() == 1; }));
+    slow.advance(89s);
+    test::settle();
+    EXPECT_FALSE(result);
+    slow.advance(1s);
+    ASSERT_TRUE(test::runUntil(hasResult));
+    EXPECT_EQ(errorDescription(result->error()), words);
+    EXPECT_EQ(lastArguments(), (QStringList{u"https://site.example/@Mine/live"_s, clearing}))
+        << "the next call would last as long";
+
+    // No other call has a limit.
+    configure("--no-check-certificates # --no-simulate");
+    start();
+    ASSERT_TRUE(test::runUntil([&] { return processes.openCount() == 1; }));
+    slow.advance(1h);
+    test::settle();
+    EXPECT_FALSE(result);
+    processes.finishOldest(printed("https://a.example/x"));
+    ASSERT_TRUE(test::runUntil(hasResult));
+    EXPECT_TRUE(*result);
 }
 
 TEST_F(StreamResolverTest, RunsNothingWithoutASite) {

@@ -3,15 +3,20 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QStandardPaths>
 
 namespace orvane {
 
+using namespace Qt::StringLiterals;
+
 HostFileSystem HostFileSystem::real() {
-    return {QString(), QDir::homePath()};
+    HostFileSystem host(QString(), QDir::homePath());
+    host.m_configHome = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    return host;
 }
 
 HostFileSystem::HostFileSystem(QString root, QString home)
-    : m_root(std::move(root)), m_home(std::move(home)) {}
+    : m_root(std::move(root)), m_home(std::move(home)), m_configHome(m_home + u"/.config"_s) {}
 
 QString HostFileSystem::systemPath(const QString& path) const {
     return m_root + path;

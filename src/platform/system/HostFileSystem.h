@@ -13,10 +13,12 @@ public:
     /// The real machine.
     [[nodiscard]] static HostFileSystem real();
 
-    /// `root` has no slash at its end. `home` is a real path, not relative to `root`.
+    /// `root` has no slash at its end. `home` is a real path, not relative to `root`, and holds the
+    /// folder for configurations.
     HostFileSystem(QString root, QString home);
 
     [[nodiscard]] const QString& home() const { return m_home; }
+    [[nodiscard]] const QString& configHome() const { return m_configHome; }
 
     /// Returns the real path of `path` on the modelled machine.
     [[nodiscard]] QString systemPath(const QString& path) const;
@@ -28,6 +30,7 @@ public:
 private:
     QString m_root;
     QString m_home;
+    QString m_configHome;
 };
 
 } // namespace orvane
