@@ -8,6 +8,7 @@
 #include "app/commands/Versions.h"
 #include "base/Logging.h"
 #include "model/AppConstants.h"
+#include "platform/system/Resources.h"
 #include "platform/windowing/DisplayChoice.h"
 #include "platform/windowing/x11/X11.h"
 #include "settings/Preferences.h"
@@ -101,6 +102,8 @@ bool hasDisplay() {
 }
 
 Outcome start(std::unique_ptr<SingleInstance> instance, const QList<Verb::Value>& verbs) {
+    if (const std::optional<QString> missing = Resources::missing())
+        return printError(*missing, failed);
     const auto display = chooseDisplay(DisplaySession::read(), X11::canConnect);
     if (!display)
         return printError(display.error(), failed);

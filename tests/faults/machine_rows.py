@@ -5,18 +5,21 @@ import contextlib
 import json
 import os
 import pathlib
+import resource
 import signal
 import socket
 import threading
 
 from fixture import UNKNOWN_KEY, Fixture
-from outcome import is_alive, quit_cleanly
+from outcome import BUILD, is_alive, quit_cleanly
 from rows import Row
 from tool_rows import OTHERS, REAL, Tool
-from tools.processes import descendants
+from tools.processes import cpu_share, descendants
 from tools.tray import find_icon, start_tint2
-from tools.waiting import wait_until
+from tools.waiting import DEADLINE, wait_until
 
+# Nobody else's, so that only its threads count.
+USER = 54321
 # Kilobytes; a start with the sanitizers takes half of it.
 MOST_MEMORY = 1_500_000
 
@@ -235,6 +238,51 @@ def downloads(fixture: Fixture) -> str:
     return told_of(path, fixture, repair)
 
 
+# Limits
+
+def refuses(binary: str, *words: str):
+    """A start under a limit says what is missing, and ends."""
+    def check(fixture: Fixture) -> str:
+        program = fixture.run(launcher(fixture, binary))
+        code = program.wait_for_end()
+        said = program.log().strip()
+        assert code == 1, f"exit code {code}: {said}"
+        for word in words:
+            assert word in said, said
+        return f'prints "{said}" and ends'
+    return check
+
+
+def launcher(fixture: Fixture, prefix: str) -> str:
+    path = fixture.folder / "limited"
+    path.write_text(f"#!/bin/sh\n{prefix} {BUILD}/orvane \"$@\"\n", encoding="ascii")
+    path.chmod(0o755)
+    return str(path)
+
+
+def as_another_user(limit: str) -> str:
+    """The number of the superuser's threads has no limit."""
+    return f"exec {limit} setpriv --reuid={USER} --regid={USER} --clear-groups" if os.getuid() == 0 else f"exec {limit}"
+
+
+def no_files_left(fixture: Fixture) -> str:
+    program = fixture.start()
+    fixture.plays()
+    pid = program.process.pid
+    usual = cpu_share(pid, 5)
+    before = resource.prlimit(pid, resource.RLIMIT_NOFILE)
+    used = {int(path.name) for path in pathlib.Path(f"/proc/{pid}/fd").iterdir()}
+    resource.prlimit(pid, resource.RLIMIT_NOFILE, (min(set(range(len(used) + 1)) - used), before[1]))
+    starter = fixture.desktop.background([program.process.args[0], "--next"])
+    load = cpu_share(pid, 5)
+    assert program.is_running() and starter.poll() is None, "it got an answer"
+    resource.prlimit(pid, resource.RLIMIT_NOFILE, before)
+    assert starter.wait(DEADLINE) == 0, "another start got no answer"
+    assert load < usual + 40, f"{load:.0f} per cent of a processor, not {usual:.0f}"
+    return f"{load:.0f} % of a processor; another start waits, then the next channel plays after " \
+        f"{fixture.plays('AlHadath'):.0f} s"
+
+
 ROWS = [
     Row("machine.silent-bus", "a session bus that accepts and never answers", silent_bus),
     Row("machine.pipe", "a pipe in place of the preferences file", no_file(os.mkfifo), quits=False,
@@ -253,5 +301,9 @@ ROWS = [
     Row("machine.configuration-json", "yt-dlp's own configuration has it print JSON", prints_more("-J")),
     Row("machine.configuration-print", "the same, and print the title", prints_more("--print title")),
     Row("machine.configuration-download", "the same, and download the stream", downloads),
+    Row("machine.few-files", "only 16 files may be open", refuses("ulimit -n 16; exec", "16 files", "64"), quits=False),
+    Row("machine.few-threads", "only 9 threads are allowed",
+        refuses(as_another_user("prlimit --nproc=9"), "threads", "24"), quits=False),
+    Row("machine.no-files", "no file may be opened any more", no_files_left),
     Row("machine.large-frame", "a saved frame larger than the screen", large_frame, quits=False),
 ]

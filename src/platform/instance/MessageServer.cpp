@@ -4,7 +4,11 @@
 #include "base/Logging.h"
 
 #include <QLocalSocket>
-#include <QTimer>
+
+#include <sys/socket.h>
+
+#include <cerrno>
+#include <cstring>
 
 namespace orvane {
 
@@ -12,6 +16,8 @@ namespace {
 
 /// Further ones wait in the queues of the server and the kernel.
 constexpr std::size_t mostPeers = 32;
+/// Until another attempt to accept a peer that could not be.
+constexpr std::chrono::seconds retryTime{1};
 
 } // namespace
 
@@ -41,27 +47,48 @@ QByteArrayView MessageServer::line(Answer answer) {
 
 MessageServer::MessageServer(FileDescriptor listener, Handler handler,
                              std::chrono::milliseconds timeout)
-    : m_handler(std::move(handler)), m_timeout(timeout) {
-    QObject::connect(&m_server, &QLocalServer::newConnection, &m_server, [this] { accept(); });
-    if (!m_server.listen(listener.release()))
-        qCWarning(logInstance) << "cannot listen:" << m_server.errorString();
+    : m_handler(std::move(handler)),
+      m_timeout(timeout),
+      m_listener(std::move(listener)),
+      m_arrival(m_listener.get(), QSocketNotifier::Read) {
+    m_retry.setSingleShot(true);
+    QObject::connect(&m_arrival, &QSocketNotifier::activated, &m_arrival, [this] { accept(); });
+    QObject::connect(&m_retry, &QTimer::timeout, &m_retry, [this] { accept(); });
 }
 
 MessageServer::~MessageServer() = default;
 
 void MessageServer::accept() {
-    while (m_peers.size() < mostPeers && m_server.hasPendingConnections()) {
-        QLocalSocket* socket = m_server.nextPendingConnection();
-        // One byte more than needed, so that there is always room to notice the disconnection.
-        socket->setReadBufferSize(longestMessage + 2);
-        auto* peer = new Peer(socket);
-        m_peers[socket].reset(peer);
-        QObject::connect(socket, &QLocalSocket::readyRead, peer, [this, socket] { read(socket); });
-        QObject::connect(socket, &QLocalSocket::disconnected, peer,
-                         [this, socket] { drop(socket); });
-        QObject::connect(&peer->limit, &QTimer::timeout, peer, [this, socket] { drop(socket); });
-        peer->limit.start(m_timeout);
+    // QLocalServer would stop listening for good when no file may be opened.
+    int error = 0;
+    while (m_peers.size() < mostPeers && error == 0) {
+        const int descriptor =
+            ::accept4(m_listener.get(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
+        if (descriptor >= 0)
+            serve(descriptor);
+        else
+            error = errno;
     }
+    const bool isOutOfFiles = error == EMFILE || error == ENFILE || error == ENOMEM;
+    if (isOutOfFiles) {
+        qCWarning(logInstance, "another start has to wait: %s", std::strerror(error));
+        m_retry.start(retryTime);
+    }
+    // It would report those who wait again and again.
+    m_arrival.setEnabled(!isOutOfFiles && m_peers.size() < mostPeers);
+}
+
+void MessageServer::serve(int descriptor) {
+    auto* socket = new QLocalSocket;
+    // One byte more than needed, so that there is always room to notice the disconnection.
+    socket->setReadBufferSize(longestMessage + 2);
+    auto* peer = new Peer(socket);
+    m_peers[socket].reset(peer);
+    QObject::connect(socket, &QLocalSocket::readyRead, peer, [this, socket] { read(socket); });
+    QObject::connect(socket, &QLocalSocket::disconnected, peer, [this, socket] { drop(socket); });
+    QObject::connect(&peer->limit, &QTimer::timeout, peer, [this, socket] { drop(socket); });
+    peer->limit.start(m_timeout);
+    socket->setSocketDescriptor(descriptor);
 }
 
 void MessageServer::read(QLocalSocket* socket) {
@@ -79,6 +106,8 @@ void MessageServer::read(QLocalSocket* socket) {
 void MessageServer::act(QLocalSocket* socket) {
     // Taken out first: the handler may destroy this server, but this peer still gets its answer.
     const auto node = m_peers.extract(socket);
+    if (!m_retry.isActive())
+        m_arrival.setEnabled(true);
     const Handler handler = m_handler;
     QByteArray message = socket->readLine();
     message.chop(1);

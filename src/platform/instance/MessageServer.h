@@ -5,7 +5,8 @@
 
 #include <QByteArray>
 #include <QByteArrayView>
-#include <QLocalServer>
+#include <QSocketNotifier>
+#include <QTimer>
 
 #include <chrono>
 #include <functional>
@@ -18,7 +19,8 @@ namespace orvane {
 
 /// Serves other processes of this user on a local socket: reads one line from each and answers with
 /// one. Owned by the single instance; lives on the main thread and needs its event loop. Drops
-/// peers that send too much or nothing, or that disconnect before they are answered.
+/// peers that send too much or nothing, or that disconnect before they are answered. While no file
+/// may be opened they wait.
 class MessageServer {
 public:
     enum class Answer { done, refused };
@@ -43,13 +45,16 @@ private:
     };
 
     void accept();
+    void serve(int descriptor);
     void read(QLocalSocket* socket);
     void act(QLocalSocket* socket);
     void drop(QLocalSocket* socket);
 
     const Handler m_handler;
     const std::chrono::milliseconds m_timeout;
-    QLocalServer m_server;
+    FileDescriptor m_listener;
+    QSocketNotifier m_arrival;
+    QTimer m_retry;
     std::map<QLocalSocket*, std::unique_ptr<Peer, DropPeer>> m_peers;
 };
 
