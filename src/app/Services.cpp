@@ -48,7 +48,7 @@ Services::Services(const Environment& environment, const QString& preferencesPat
       ytDlp(ytDlpTool, ytDlpUpdater, tasks),
       resolver(environment.videoSite, ytDlpTool, ladder, clock, tasks),
       channelResolver(environment.videoSite, ytDlpTool),
-      player(state, registry, resolver, players, tasks),
+      player(state, registry, resolver, players, clock, tasks),
       sleepTimer(
           state, [this] { player.pause(); }, notifications, clock, tasks),
       updater(

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "playback/PlayerManager.h"
 
+#include "base/Clock.h"
 #include "base/Logging.h"
 #include "base/TaskScope.h"
 #include "state/AppState.h"
@@ -13,18 +14,27 @@ namespace orvane {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+/// What follows a command that was cut off waits for this long, so that a burst of commands does
+/// not start a yt-dlp for each of them.
+constexpr std::chrono::milliseconds settlingTime{200};
+
+} // namespace
+
 bool isRefusedAddress(const QString& message) {
     return message.contains(u"403"_s) || message.contains(u"forbidden"_s, Qt::CaseInsensitive) ||
            message.contains(u"permission"_s, Qt::CaseInsensitive);
 }
 
 PlayerManager::PlayerManager(AppState& state, const ChannelRegistry& registry,
-                             StreamResolver& resolver, MediaPlayerFactory& players,
+                             StreamResolver& resolver, MediaPlayerFactory& players, Clock& clock,
                              TaskScope& tasks)
     : m_state(state),
       m_registry(registry),
       m_resolver(resolver),
       m_players(players),
+      m_clock(clock),
       m_tasks(tasks) {}
 
 PlayerManager::~PlayerManager() = default;
@@ -35,7 +45,7 @@ void PlayerManager::setPlayerView(VideoSurface* view) {
 
 void PlayerManager::play(const Channel& channel) {
     qCInfo(logPlayer, "%s: opening", qUtf8Printable(channel.id()));
-    m_currentTask.cancel();
+    cutOff();
     // The old player goes on under the overlay until the new one is ready, but is no longer
     // observed: its failure must not take the user back to the channel they left.
     m_playerItemObserver.reset();
@@ -46,12 +56,30 @@ void PlayerManager::play(const Channel& channel) {
     m_tasks.spawn(load(channel, m_currentTask.restart()));
 }
 
+void PlayerManager::cutOff() {
+    if (m_currentTask.isActive())
+        m_lastCutOff = m_clock.sinceBoot();
+    m_currentTask.cancel();
+}
+
+QCoro::Task<> PlayerManager::settle(std::stop_token stop) {
+    if (!m_lastCutOff)
+        co_return;
+    const std::chrono::milliseconds rest = *m_lastCutOff + settlingTime - m_clock.sinceBoot();
+    if (rest > std::chrono::milliseconds::zero())
+        co_await m_clock.sleep(rest, stop);
+}
+
 QCoro::Task<> PlayerManager::load(Channel channel, std::stop_token stop) {
+    co_await settle(stop);
+    if (stop.stop_requested())
+        co_return;
     const Resolution resolution = m_state.resolution();
     const StreamResolver::Result url = co_await m_resolver.resolve(channel, resolution, stop);
     if (stop.stop_requested())
         co_return;
     if (!url) {
+        m_currentTask.finish();
         fail(channel, errorDescription(url.error()));
         co_return;
     }
@@ -63,6 +91,7 @@ QCoro::Task<> PlayerManager::load(StreamAddress address, Channel channel, std::s
     std::unique_ptr<MediaPlayer> player = co_await m_players.make(address, stop);
     if (stop.stop_requested())
         co_return;
+    m_currentTask.finish();
     if (player)
         open(std::move(player), address, channel);
     else
@@ -217,7 +246,7 @@ void PlayerManager::adjustVolume(float delta) {
 }
 
 void PlayerManager::stop() {
-    m_currentTask.cancel();
+    cutOff();
     m_playerItemObserver.reset();
     if (m_player)
         m_player->pause();

@@ -10,24 +10,28 @@
 #include <QObject>
 #include <QString>
 
+#include <chrono>
 #include <memory>
+#include <optional>
 #include <stop_token>
 
 namespace orvane {
 
 class AppState;
+class Clock;
 class StreamResolver;
 class TaskScope;
 
 /// The single owner of the media player: opens channels, carries out the transport and audio
 /// commands, retries refused addresses, and reports the outcome through `AppState`. Owned by the
 /// composition root; main thread, which it never blocks. Failures become the error state with a
-/// message for the user.
+/// message for the user. Of commands that follow each other faster than a channel opens, only the
+/// last one is carried out to the end.
 class PlayerManager final : public PlayerCommands {
 public:
     /// All references must outlive this object; `tasks` is joined before its destruction.
     PlayerManager(AppState& state, const ChannelRegistry& registry, StreamResolver& resolver,
-                  MediaPlayerFactory& players, TaskScope& tasks);
+                  MediaPlayerFactory& players, Clock& clock, TaskScope& tasks);
     ~PlayerManager() override;
     PlayerManager(const PlayerManager&) = delete;
     PlayerManager& operator=(const PlayerManager&) = delete;
@@ -60,6 +64,9 @@ public:
     void stop();
 
 private:
+    /// Cancels what is being opened.
+    void cutOff();
+    [[nodiscard]] QCoro::Task<> settle(std::stop_token stop);
     [[nodiscard]] QCoro::Task<> load(Channel channel, std::stop_token stop);
     /// Makes a player for the address and opens it.
     [[nodiscard]] QCoro::Task<> load(StreamAddress address, Channel channel, std::stop_token stop);
@@ -76,6 +83,7 @@ private:
     const ChannelRegistry& m_registry;
     StreamResolver& m_resolver;
     MediaPlayerFactory& m_players;
+    Clock& m_clock;
     TaskScope& m_tasks;
 
     VideoSurface* m_playerView = nullptr;
@@ -84,6 +92,8 @@ private:
     /// Context of the connection to the player's status; destroying it ends the observation.
     std::unique_ptr<QObject> m_playerItemObserver;
     Cancellation m_currentTask;
+    /// When the last opening was cancelled, in time since boot.
+    std::optional<std::chrono::milliseconds> m_lastCutOff;
     bool m_didAutoRetry = false;
 };
 

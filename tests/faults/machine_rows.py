@@ -10,6 +10,10 @@ import signal
 import socket
 import threading
 
+import dbus
+import dbus.bus
+import dbus.lowlevel
+
 from fixture import UNKNOWN_KEY, Fixture
 from outcome import BUILD, is_alive, quit_cleanly
 from rows import Row
@@ -18,8 +22,12 @@ from tools.processes import cpu_share, descendants
 from tools.tray import find_icon, start_tint2
 from tools.waiting import DEADLINE, wait_until
 
+PLAYER = ("org.mpris.MediaPlayer2.orvane", "/org/mpris/MediaPlayer2", "org.mpris.MediaPlayer2.Player")
+COMMANDS = 3000
 # Nobody else's, so that only its threads count.
 USER = 54321
+# A busy machine may take a pause between two of them for the end.
+MOST_CHILDREN = 30
 # Kilobytes; a start with the sanitizers takes half of it.
 MOST_MEMORY = 1_500_000
 
@@ -199,6 +207,33 @@ def foreign_module(fixture: Fixture) -> str:
     return f"the real yt-dlp plays after {took:.0f} s"
 
 
+def many_commands(fixture: Fixture) -> str:
+    calls = fixture.folder / "calls"
+    tool = Tool(fixture)
+    tool.install(f"echo >> {calls}; exec {REAL} \"$@\"")
+    program = tool.start()
+    fixture.plays()
+    wait_until(lambda: fixture.ask("status"), "the program on the bus")
+    before = calls.stat().st_size
+    loadings, pictures = program.count("loading"), program.count("playing")
+    connection = dbus.bus.BusConnection(fixture.desktop.environment["DBUS_SESSION_BUS_ADDRESS"])
+    for i in range(COMMANDS):
+        command = dbus.lowlevel.MethodCallMessage(*PLAYER, method="Previous" if i % 2 else "Next")
+        # The bus limits the number of answers that are awaited.
+        command.set_no_reply(True)
+        connection.send_message(command)
+    connection.flush()
+    connection.close()
+    wait_until(lambda: program.count("loading") >= loadings + COMMANDS,
+               lambda: f"the end of the commands: {program.count('loading')}; {calls.stat().st_size - before} times yt-dlp")
+    wait_until(lambda: program.count("playing") > pictures,
+               lambda: f"a picture; {calls.stat().st_size - before} times yt-dlp")
+    fixture.plays()
+    children = calls.stat().st_size - before
+    assert children <= MOST_CHILDREN, f"{children} times yt-dlp"
+    return f"{children} times yt-dlp for {COMMANDS} commands, then plays"
+
+
 # yt-dlp's own configuration
 
 def configure(fixture: Fixture, *options: str) -> pathlib.Path:
@@ -298,6 +333,7 @@ ROWS = [
         quits=False),
     Row("machine.x-server", "the X server ends meanwhile", x_server_ends, quits=False),
     Row("machine.foreign-module", "a yt_dlp.py and a pip.py in the folder that it is started in", foreign_module),
+    Row("machine.commands", f"{COMMANDS} commands from a panel at once", many_commands),
     Row("machine.configuration-json", "yt-dlp's own configuration has it print JSON", prints_more("-J")),
     Row("machine.configuration-print", "the same, and print the title", prints_more("--print title")),
     Row("machine.configuration-download", "the same, and download the stream", downloads),

@@ -131,7 +131,7 @@ protected:
     StreamResolver resolver{Origin::parse(u"https://site.example"_s), tool, ladder, clock, tasks};
     FakePlayerFactory factory{log};
     FakeView view;
-    PlayerManager player{state, registry, resolver, factory, tasks};
+    PlayerManager player{state, registry, resolver, factory, clock, tasks};
     std::vector<NotificationCenter::Token> tokens;
     const Channel first = Channel::custom(u"a"_s, u"A"_s);
     const Channel second = Channel::custom(u"b"_s, u"B"_s);
@@ -171,6 +171,26 @@ TEST_F(PlayerManagerTest, PlaysOnlyTheLastOfTwoChannelsOpenedInQuickSuccession) 
     EXPECT_EQ(error(), u"no error"_s);
 }
 
+TEST_F(PlayerManagerTest, OpensOnlyTheFirstAndTheLastChannelOfABurst) {
+    test::FakeClock slow(test::FakeClock::Sleep::waitsForTest);
+    PlayerManager bursts{state, registry, resolver, factory, slow, tasks};
+    for (int i = 0; i < 100; ++i) {
+        bursts.play(i % 2 == 0 ? first : second);
+        settle();
+        if (i % 10 == 9)
+            bursts.stop();
+    }
+    bursts.play(second);
+    settle();
+    EXPECT_EQ(processes.requests.size(), 1);
+    slow.advance(std::chrono::milliseconds(200));
+    settle();
+    ASSERT_EQ(processes.requests.size(), 2);
+    EXPECT_TRUE(processes.requests.last().arguments.last().contains(u"/@b/"));
+    bursts.stop();
+    slow.advance({});
+}
+
 TEST_F(PlayerManagerTest, ShowsWhyAChannelCannotBeResolvedUnlessCancelled) {
     processes.answer = [](const auto&) { return printed({}, "offline", 1); };
     player.play(first);
@@ -202,6 +222,7 @@ TEST_F(PlayerManagerTest, RetriesARefusedAddressWithoutLimit) {
     EXPECT_EQ(resolutions, 6) << "each time with a fresh address";
     EXPECT_EQ(log.count(u"streamLoading"_s), 6);
     EXPECT_FALSE(log.contains(u"streamResolved"_s));
+    EXPECT_TRUE(clock.sleeps.empty()) << "nor a delay";
 }
 
 TEST_F(PlayerManagerTest, ShowsEveryOtherFailureAndCanRetry) {
