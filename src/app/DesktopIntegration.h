@@ -2,8 +2,8 @@
 #pragma once
 
 #include "app/RemoteControl.h"
+#include "platform/bus/MessageBus.h"
 #include "platform/desktop/DesktopScreenSaver.h"
-#include "platform/desktop/MessageBus.h"
 #include "platform/desktop/NetworkWatcher.h"
 #include "platform/desktop/SavingMode.h"
 #include "platform/desktop/SessionLock.h"

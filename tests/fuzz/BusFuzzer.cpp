@@ -3,7 +3,7 @@
 
 #include "base/Clock.h"
 #include "base/TaskScope.h"
-#include "platform/desktop/MessageBus.h"
+#include "platform/bus/MessageBus.h"
 #include "platform/desktop/SessionLock.h"
 #include "platform/desktop/mpris/MediaRemoteObject.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/desktop/DesktopScreenSaver.h"
 
-#include "platform/desktop/MessageBus.h"
+#include "platform/bus/MessageBus.h"
 #include "platform/windowing/x11/X11.h"
 
 #include <QDBusObjectPath>

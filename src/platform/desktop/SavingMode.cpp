@@ -2,7 +2,7 @@
 #include "platform/desktop/SavingMode.h"
 
 #include "base/Logging.h"
-#include "platform/desktop/MessageBus.h"
+#include "platform/bus/MessageBus.h"
 
 #include <QDBusMessage>
 #include <QDBusServiceWatcher>

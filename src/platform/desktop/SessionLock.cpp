@@ -2,7 +2,7 @@
 #include "platform/desktop/SessionLock.h"
 
 #include "base/Logging.h"
-#include "platform/desktop/MessageBus.h"
+#include "platform/bus/MessageBus.h"
 
 #include <QDBusObjectPath>
 #include <QDBusServiceWatcher>

@@ -2,7 +2,7 @@
 #include "platform/desktop/SleepWatcher.h"
 
 #include "base/Logging.h"
-#include "platform/desktop/MessageBus.h"
+#include "platform/bus/MessageBus.h"
 
 namespace orvane {
 

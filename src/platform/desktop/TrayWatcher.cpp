@@ -2,7 +2,7 @@
 #include "platform/desktop/TrayWatcher.h"
 
 #include "base/Logging.h"
-#include "platform/desktop/MessageBus.h"
+#include "platform/bus/MessageBus.h"
 #include "platform/windowing/x11/X11.h"
 
 #include <QCoreApplication>

@@ -2,7 +2,7 @@
 #include "platform/desktop/mpris/MediaRemote.h"
 
 #include "base/Logging.h"
-#include "platform/desktop/MessageBus.h"
+#include "platform/bus/MessageBus.h"
 #include "platform/desktop/mpris/MediaRemoteAdaptors.h"
 
 #include <QCoreApplication>

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/desktop/MessageBus.h"
+#include "platform/bus/MessageBus.h"
 
 #include "base/Clock.h"
 #include "base/Logging.h"
 #include "base/TaskScope.h"
-#include "platform/desktop/BusProbe.h"
+#include "platform/bus/BusProbe.h"
 
 #include <QCoroFuture>
 #include <QDBusError>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/desktop/BusProbe.h"
+#include "platform/bus/BusProbe.h"
 
 #include <QDBusConnection>
 #include <QDeadlineTimer>
