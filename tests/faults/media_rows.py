@@ -20,7 +20,7 @@ from tools.images import is_near
 from tools.processes import cpu_share, peak_mib, resident_mib, threads
 from tools.program import wait_for_standstill
 from tools.segments import cached, encoded
-from tools.waiting import wait_until
+from tools.waiting import stays, wait_until
 
 # MiB, above what the program held before: at the peak, and soon after the failure. The sanitizers keep what was freed.
 PEAK, HELD = (900, 80) if "asan" not in BUILD else (3000, 900)
@@ -229,6 +229,40 @@ def greedy(answer, later: bool = False):
     return check
 
 
+def huge_picture(handler) -> None:
+    """A few hundred KB; each of its twelve frames has 384 MB of pixels."""
+    def recipe(folder: str) -> list[list[str]]:
+        source = ["-f", "lavfi", "-i", "color=blue:s=16000x16000", "-frames:v", "12"]
+        codec = ["-c:v", "libx264", "-preset", "ultrafast", "-tune", "zerolatency", "-threads", "2"]
+        return [["mkdir", folder], ["ffmpeg", "-loglevel", "error", "-nostdin", *source, *codec, f"{folder}/x.ts"]]
+    handler.answer(200, "video/mp2t", (cached(recipe) / "x.ts").read_bytes())
+
+
+# Lists that are asked for too often
+
+def no_duration(stands: bool):
+    """The list says that it changes after no time at all; `stands`: and does not change either."""
+    def check(fixture: Fixture) -> str:
+        site = fixture.site
+        frozen = time.monotonic()
+
+        def answer(handler) -> None:
+            if stands:
+                fixture.channel.frozen_at = frozen
+            plain = site.live_list(fixture.channel, "480").decode()
+            handler.answer(200, "application/vnd.apple.mpegurl", plain.replace("TARGETDURATION:2", "TARGETDURATION:0").encode())
+
+        site.answers[LIST] = answer
+        program = fixture.start()
+        program.wait_for("playing")
+        before, began = site.count(LIST), time.monotonic()
+        stays(lambda: program.process.poll() is None, "the program", 20)
+        rate = (site.count(LIST) - before) / (time.monotonic() - began)
+        assert rate < 12, f"{rate:.0f} lists a second"
+        return f"{rate:.1f} lists a second; {program.count('error')} errors"
+    return check
+
+
 # A sound server that accepts and never answers
 
 def start_sound(fixture: Fixture) -> subprocess.Popen:
@@ -302,5 +336,8 @@ ROWS = [
     Row("media.endless-list-later", "the list has no end in mid-play", greedy(endless, later=True), fixture=ODD),
     Row("media.deflated-list", "the list is 6 MB of gzip, and 6 GB of text", greedy(deflated), fixture=ODD),
     Row("media.list-of-itself", "the list names itself a thousand times", greedy(names_itself), fixture=ODD),
+    Row("media.huge-picture", "the stream is a picture of 16000 x 16000", greedy(huge_picture), fixture=ODD),
+    Row("media.no-duration", "a target duration of 0", no_duration(False), fixture=ODD),
+    Row("media.no-duration-stands", "a target duration of 0, and the list stands", no_duration(True), fixture=ODD),
     Row("media.odd-port", "the list is on a closed port with 403 in its number", odd_port, fixture=ODD),
 ]

@@ -55,8 +55,13 @@ constexpr std::array options{
     // back to themselves.
     Option{"demuxer", "lavf"},
     Option{"audio-demuxer", "lavf"},
-    // A playlist from the web must not refer to local files.
-    Option{"demuxer-lavf-o", "protocol_whitelist=[http,https,tcp,tls,crypto,httpproxy]"},
+    // A playlist from the web must not refer to local files. One whose target duration is 0 would
+    // be asked for without a pause while it stands: a list of a second is not asked for so often
+    // before it counts as stalled.
+    Option{"demuxer-lavf-o",
+           "protocol_whitelist=[http,https,tcp,tls,crypto,httpproxy],max_reload=30"},
+    // 8192 x 4320, which no channel exceeds: a small file may hold frames of any size.
+    Option{"vd-lavc-o", "max_pixels=35389440"},
 };
 
 // mpv's further outputs, for games, take long to find out that there is no device.
