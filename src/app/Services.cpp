@@ -3,6 +3,7 @@
 
 #include "model/AppConstants.h"
 #include "platform/desktop/ShowInFolder.h"
+#include "platform/system/LocalAddresses.h"
 #include "ui/UpdaterDialog.h"
 
 #include <QCoreApplication>
@@ -56,6 +57,10 @@ Services::Services(const Environment& environment, const QString& preferencesPat
            .publicKey = environment.appcastKey,
            .version = AppConstants::appVersion,
            .downloadFolder = QStandardPaths::writableLocation(QStandardPaths::DownloadLocation)},
-          http, tasks, std::make_unique<UpdaterDialog>(), showInFolder) {}
+          http, tasks, std::make_unique<UpdaterDialog>(), showInFolder) {
+    // A site on this machine, as in tests, has its streams here too.
+    if (videoSite && !isLocalHost(videoSite->host()))
+        keepStreamsFromLocalHosts();
+}
 
 } // namespace orvane

@@ -46,6 +46,34 @@ def text(body: str):
     return lambda handler: handler.answer(200, "text/plain", body.encode())
 
 
+# Lists of a public site that lead to this machine
+
+LOCAL_HOSTS = ("127.0.0.1", "localhost", "127.1", "2130706433", "0x7f.1", "[::1]", "[::ffff:127.0.0.1]", "LocalHost.",
+               "stream.localhost")
+
+
+def leads_here(fixture: Fixture) -> str:
+    """The site has a public name, which leads to this machine only by the program's hosts file."""
+    site = fixture.site
+    port = site.origin.rpartition(":")[2]
+    site.origin = f"https://live.example.org:{port}"
+    hosts = fixture.folder / "hosts"
+    hosts.write_text("127.0.0.1 localhost live.example.org\n::1 localhost\n", encoding="ascii")
+    secrets = [f"https://{host}:{port}/secret.ts" for host in LOCAL_HOSTS]
+    moved = [f"/moved/{number}.ts" for number in range(len(secrets))]
+    body = "#EXTM3U\n#EXT-X-TARGETDURATION:2\n" + "".join(f"#EXTINF:2,\n{x}\n" for x in [*moved, *secrets])
+    site.answers[LIST] = text(body + "#EXT-X-ENDLIST\n")
+    for path, secret in zip(moved, secrets):
+        site.answers[path] = lambda handler, secret=secret: handler.answer(302, "text/plain", b"", Location=secret)
+    fixture.start(mounts=f"mount --bind {hosts} /etc/hosts")
+    said = fixture.error()
+    asked = site.count("/secret")
+    assert site.count("/moved") >= len(moved)
+    assert not asked, f"{asked} requests to this machine"
+    site.answers.clear()
+    return f'"{said}"; no request; {fixture.retry()}'
+
+
 # Rotated pictures
 
 def lying(degrees: int):
@@ -339,5 +367,6 @@ ROWS = [
     Row("media.huge-picture", "the stream is a picture of 16000 x 16000", greedy(huge_picture), fixture=ODD),
     Row("media.no-duration", "a target duration of 0", no_duration(False), fixture=ODD),
     Row("media.no-duration-stands", "a target duration of 0, and the list stands", no_duration(True), fixture=ODD),
+    Row("media.leads-here", "a public site's list and redirects name this machine", leads_here, fixture=ODD),
     Row("media.odd-port", "the list is on a closed port with 403 in its number", odd_port, fixture=ODD),
 ]
