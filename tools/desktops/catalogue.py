@@ -9,7 +9,8 @@ from tools.desktops.session import Session
 DESKTOPS: list[type[Session]] = [
     x11.Openbox, x11.KWin, x11.Mutter, x11.GnomeShell, x11.Cinnamon, x11.Xfwm, x11.Marco, x11.Metacity, x11.IceWM,
     x11.Fluxbox, x11.I3, x11.Awesome, x11.Bspwm, x11.NoWindowManager,
-    wayland.KWinWayland, wayland.MutterWayland, wayland.GnomeShellWayland, wayland.Sway, wayland.Weston,
+    wayland.KWinWayland, wayland.MutterWayland, wayland.GnomeShellWayland, wayland.Sway, wayland.Labwc,
+    wayland.Weston,
 ]
 
 # What the checks need besides the desktops and what the other tests need.

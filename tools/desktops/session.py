@@ -64,6 +64,12 @@ class Session(Desktop):
 
         return wait_until(alive_and, what, STARTS_WITHIN)
 
+    def windows(self, title: str) -> list[str]:
+        # From mutter 44 on its frames are windows of another program, with the titles of those in them.
+        windows = super().windows(title)
+        frames = self.run("xdotool", "search", "--class", "^mutter-x11-frames$").split()
+        return [window for window in windows if window not in frames]
+
     def settings(self, path: str, text: str) -> pathlib.Path:
         """Writes a file into the home folder."""
         file = self.folder / "home" / path
@@ -137,10 +143,11 @@ class WaylandSession(Session):
     def arguments(self) -> list[str]:
         return []
 
-    def script(self) -> str:
-        """Returns a command for the session to run, which tells its variables and stays until the screen is gone."""
+    def script(self, first: str = "") -> str:
+        """Returns a command for the session to run, which runs another, tells the session's variables and stays until
+        the screen is gone."""
         told = self.folder / "variables"
-        text = f'#!/bin/sh\nenv >"{told}.new"\nmv "{told}.new" "{told}"\n'
+        text = f'#!/bin/sh\n{first}\nenv >"{told}.new"\nmv "{told}.new" "{told}"\n'
         text += f"exec tail --pid={self.x_server} -f /dev/null\n"
         return str(self.settings("tell-variables", text))
 

@@ -10,6 +10,7 @@ import shutil
 from tools.desktop import WaylandDesktop
 from tools.desktops.session import NoProtocol, Session, WaylandSession
 from tools.desktops.x11 import leave_overview
+from tools.processes import end
 
 SWAY = """xwayland force
 output * resolution {width}x{height} position 0 0 background #305060 solid_color
@@ -20,6 +21,23 @@ bar panel {{
 }}
 exec {script}
 """
+
+LABWC = """<labwc_config>
+    <desktops number="2"/>
+    <keyboard>
+        <default/>
+        <keybind key="W-1"><action name="GoToDesktop" to="1"/></keybind>
+        <keybind key="W-2"><action name="GoToDesktop" to="2"/></keybind>
+    </keyboard>
+    <windowRules>
+        <windowRule title="Orvane" skipTaskbar="yes" skipWindowSwitcher="yes">
+            <action name="ToggleAlwaysOnTop"/>
+        </windowRule>
+    </windowRules>
+</labwc_config>
+"""
+
+WAYBAR = '{"layer": "top", "position": "bottom", "height": 30}'
 
 
 class Sway(WaylandSession):
@@ -48,6 +66,41 @@ class Sway(WaylandSession):
 
     def show_workspace(self, number: int) -> None:
         self.run("swaymsg", "workspace", "number", str(number + 1))
+
+
+class Labwc(WaylandSession):
+    name = "labwc"
+    packages = ("labwc", "waybar", "wlr-randr", "xwayland")
+    command = ["labwc"]
+    variables = {"WLR_BACKENDS": "x11", "WLR_RENDERER": "pixman"}
+
+    def arguments(self) -> list[str]:
+        settings = self.settings(".config/labwc/rc.xml", LABWC)
+        # It has no setting for the size of its output, and tells XWayland only that of the beginning.
+        size = f"wlr-randr --output X11-1 --custom-mode {self._size}"
+        return ["-C", str(settings.parent), "-s", self.script(size)]
+
+    def show_panel(self) -> int:
+        # Panels of X11 do not start on it.
+        whole = self.usable_area()
+        settings = self.settings(".config/waybar/config", WAYBAR)
+        self._panel = self.background(["waybar", "-c", str(settings)])
+
+        def is_announced() -> bool:
+            # It tells X11 only when something else happens there.
+            self.run("xprop", "-root", "-f", "NEWS", "32c", "-set", "NEWS", "1")
+            return self.usable_area() != whole
+
+        self.wait_for(is_announced, "the panel")
+        return self.size[1] - 30
+
+    def hide_panel(self) -> None:
+        if self._panel:
+            end(self._panel)
+            self._panel = None
+
+    def show_workspace(self, number: int) -> None:
+        self.key(f"super+{number + 1}")
 
 
 class KWinWayland(WaylandSession):

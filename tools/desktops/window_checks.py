@@ -16,6 +16,7 @@ from tools.waiting import Timeout, stays, wait_until
 TOLERANCE = 12
 # Seconds for which the button is held when the window does not move.
 OUTLINE = 2
+CORRECTED_WITHIN = 2
 SMALLEST = (320, 180)
 # In the middle of the screen, and 16:9.
 FRAME = (300, 200, 480, 270)
@@ -145,13 +146,21 @@ def resize(stand: Stand) -> str:
     x, y, width, height = stand.frame(program)
     drag_until(stand, program, (x + width - 2, y + height - 2), (90, 60),
                lambda now: now[2] > width + 40, "not resized")
+    with contextlib.suppress(Timeout):
+        # Not every window manager keeps the shape; the player corrects it then.
+        wait_until(lambda: is_wide(program.frame()), "", CORRECTED_WITHIN)
     wide = stand.frame(program)
     assert wide[:2] == (x, y), f"resized, the other corner {moved(wide, (x, y, *wide[2:]))}"
-    assert abs(wide[2] * 9 - wide[3] * 16) <= 16, f"{wide[2]}x{wide[3]} is not 16:9"
+    assert is_wide(wide), f"{wide[2]}x{wide[3]} is not 16:9"
     drag_until(stand, program, (x + wide[2] - 2, y + wide[3] - 2), (-500, -400),
                lambda now: now[2] <= SMALLEST[0] + TOLERANCE, "not smaller")
     smallest = stand.frame(program)
     return OK if smallest[2:] == SMALLEST else f"smallest {smallest[2]}x{smallest[3]}"
+
+
+def is_wide(frame: Frame) -> bool:
+    """Whether it is 16:9."""
+    return abs(frame[2] * 9 - frame[3] * 16) <= 16
 
 
 def full_screen(stand: Stand) -> str:

@@ -118,6 +118,13 @@ bool canWithdraw() {
     return X11::windowManagerSupports("_NET_WM_STATE_HIDDEN");
 }
 
+/// Whether the window has to stay mapped and leaves the desktop instead: compositors built on
+/// wlroots, which all tell X11 this name, may give the keyboard to every window that appears, or
+/// lose the click that follows the unmapping of one.
+bool staysMapped() {
+    return X11::windowManager() == "wlroots wm";
+}
+
 } // namespace
 
 X11FloatingWindow::X11FloatingWindow(QWidget& window) : m_window(window) {
@@ -351,18 +358,19 @@ void X11FloatingWindow::withdraw() {
         return;
     const QRect frame = nativeFrame();
     m_frameToShow = frame;
+    if (staysMapped()) {
+        place(frame.translated(0, beyondTheDesktop));
+    } else {
+        xcb_unmap_window(X11::connection(), id());
+        flush();
+    }
     m_isWithdrawn = true;
-    // It would be in the middle of the screen for a moment when it returns.
-    if (m_sway)
-        return m_sway->place(id(), frame.translated(0, beyondTheDesktop));
-    xcb_unmap_window(X11::connection(), id());
-    xcb_flush(X11::connection());
 }
 
 void X11FloatingWindow::comeBack() {
     if (!m_isWithdrawn)
         return;
-    if (m_sway) {
+    if (staysMapped()) {
         m_isWithdrawn = false;
         if (const auto frame = std::exchange(m_frameToShow, std::nullopt))
             place(*frame);

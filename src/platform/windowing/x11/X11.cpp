@@ -38,16 +38,6 @@ QByteArray property(xcb_window_t window, std::string_view name) {
             xcb_get_property_value_length(reply.get())};
 }
 
-/// Returns an empty name where no window manager announces one.
-QByteArray windowManager() {
-    const QByteArray check = property(root(), "_NET_SUPPORTING_WM_CHECK");
-    xcb_window_t window = XCB_WINDOW_NONE;
-    if (check.size() != sizeof window)
-        return {};
-    std::memcpy(&window, check.constData(), sizeof window);
-    return property(window, "_NET_WM_NAME");
-}
-
 } // namespace
 
 bool canConnect() {
@@ -93,6 +83,15 @@ std::vector<uint32_t> values(xcb_window_t window, xcb_atom_t property, xcb_atom_
 bool windowManagerSupports(std::string_view name) {
     const std::vector<xcb_atom_t> supported = values(root(), atom("_NET_SUPPORTED"), XCB_ATOM_ATOM);
     return std::ranges::find(supported, atom(name)) != supported.end();
+}
+
+std::string windowManager() {
+    const QByteArray check = property(root(), "_NET_SUPPORTING_WM_CHECK");
+    xcb_window_t window = XCB_WINDOW_NONE;
+    if (check.size() != sizeof window)
+        return {};
+    std::memcpy(&window, check.constData(), sizeof window);
+    return property(window, "_NET_WM_NAME").toStdString();
 }
 
 void ask(xcb_window_t window, std::string_view request, std::array<uint32_t, 5> data) {
@@ -143,8 +142,8 @@ bool setScreenSaver(ScreenSaver state) {
 void logDesktop() {
     if (connection() == nullptr || !logX11().isInfoEnabled())
         return;
-    qCInfo(logX11) << "window manager:" << windowManager() << "compositor:" << isComposited()
-                   << "XWayland:" << isXWayland();
+    qCInfo(logX11) << "window manager:" << windowManager().c_str()
+                   << "compositor:" << isComposited() << "XWayland:" << isXWayland();
 }
 
 } // namespace orvane::X11

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -33,6 +34,10 @@ namespace orvane::X11 {
 
 /// Whether the window manager announces this part of EWMH. Requires a connection.
 [[nodiscard]] bool windowManagerSupports(std::string_view name);
+
+/// Returns the window manager's name for itself, in UTF-8; empty where none tells one. Requires a
+/// connection.
+[[nodiscard]] std::string windowManager();
 
 /// Sends the window manager a request about a window, as EWMH defines them. Requires a connection.
 void ask(xcb_window_t window, std::string_view request, std::array<uint32_t, 5> data);
