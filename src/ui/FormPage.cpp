@@ -117,8 +117,12 @@ void FormPage::followFont() {
 FixedSize::FixedSize(QWidget& window, const QSizeF& points, std::function<void()> laidOut)
     : QObject(&window), m_window(window), m_points(points), m_laidOut(std::move(laidOut)) {
     window.installEventFilter(this);
-    for (const QScreen* screen : QGuiApplication::screens())
+    for (const QScreen* screen : QGuiApplication::screens()) {
         connect(screen, &QScreen::logicalDotsPerInchChanged, this, [this] { m_apply.schedule(); });
+        // Qt 6.8 divides those by the scale, so that they stay the same; the size in points
+        // changes.
+        connect(screen, &QScreen::geometryChanged, this, [this] { m_apply.schedule(); });
+    }
     apply();
 }
 
