@@ -12,6 +12,7 @@
 #include "platform/system/Memory.h"
 #include "platform/system/SearchPath.h"
 #include "platform/system/TerminationSignals.h"
+#include "platform/windowing/BaseSizes.h"
 #include "ui/ApplicationIcon.h"
 #include "ui/theme/Theme.h"
 
@@ -73,6 +74,7 @@ int main(int argc, char** argv) {
     SilentBusDetour detour(MessageBus::addressOf(MessageBus::Kind::session));
     const QApplication application(argc, argv);
     detour.end();
+    const BaseSizes baseSizes;
     QApplication::setWindowIcon(applicationIcon());
     useNumericCLocale();
 
