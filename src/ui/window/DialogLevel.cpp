@@ -24,16 +24,18 @@ bool DialogLevel::eventFilter(QObject* watched, QEvent* event) {
     auto* window = qobject_cast<QWidget*>(watched);
     if (window == nullptr || !window->isWindow())
         return false;
-    if (window != &m_player) {
+    if (isDialog(*window))
+        apply(*window);
+    else if (window == &m_player)
+        applyToAll();
+    return false;
+}
+
+void DialogLevel::applyToAll() const {
+    for (QWidget* window : QApplication::topLevelWidgets()) {
         if (isDialog(*window))
             apply(*window);
-        return false;
     }
-    for (QWidget* other : QApplication::topLevelWidgets()) {
-        if (isDialog(*other))
-            apply(*other);
-    }
-    return false;
 }
 
 void DialogLevel::apply(QWidget& dialog) const {

@@ -18,6 +18,7 @@ public:
 
 private:
     [[nodiscard]] bool isDialog(const QWidget& window) const;
+    void applyToAll() const;
     void apply(QWidget& dialog) const;
 
     QWidget& m_player;
