@@ -150,7 +150,8 @@ void X11FloatingWindow::aboutToShow() {
     if (X11::isXWayland() || X11::windowManagerSupports("_NET_WM_STATE_SKIP_TASKBAR"))
         setAcceptsFocus(false);
     addStates();
-    setKind();
+    m_fullScreenOwner.announceKind();
+    forbidMinimizing();
     xcb_change_property(X11::connection(), XCB_PROP_MODE_REPLACE, id(),
                         X11::atom("_NET_WM_DESKTOP"), XCB_ATOM_CARDINAL, 32, 1, &allDesktops);
     if (!m_frameToShow)
@@ -164,14 +165,7 @@ void X11FloatingWindow::aboutToHide() {
         m_frameToShow = nativeFrame();
 }
 
-void X11FloatingWindow::setKind() {
-    // Tiling window managers let a window float that is a utility too. Qt's own list begins with a
-    // type that has openbox do nothing at all for a window with the hints below.
-    const std::array types{X11::atom("_NET_WM_WINDOW_TYPE_NORMAL"),
-                           X11::atom("_NET_WM_WINDOW_TYPE_UTILITY")};
-    xcb_change_property(X11::connection(), XCB_PROP_MODE_REPLACE, id(),
-                        X11::atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM, 32, types.size(),
-                        types.data());
+void X11FloatingWindow::forbidMinimizing() {
     // No minimising: the window is in no task bar from which the user could bring it back.
     using namespace MotifHints;
     const std::array<uint32_t, 5> hints{hasFunctions | hasDecorations,

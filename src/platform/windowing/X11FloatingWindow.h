@@ -47,7 +47,7 @@ private:
 
     void addStates();
     void requestStates();
-    void setKind();
+    void forbidMinimizing();
     void setAcceptsFocus(bool accepts);
     void applySizeHints();
     void setShapeEmpty(bool isEmpty);

@@ -7,6 +7,7 @@
 #include <QWindow>
 
 #include <algorithm>
+#include <array>
 
 namespace orvane {
 
@@ -83,12 +84,27 @@ void X11FullScreenOwner::update() {
     m_owner = owner;
     m_sinceOwner.start();
     const auto window = static_cast<xcb_window_t>(m_window.internalWinId());
+    // Before the owner, which window managers look at once.
+    announceKind();
     if (m_owner == XCB_WINDOW_NONE)
         xcb_delete_property(X11::connection(), window, XCB_ATOM_WM_TRANSIENT_FOR);
     else
         xcb_change_property(X11::connection(), XCB_PROP_MODE_REPLACE, window,
                             XCB_ATOM_WM_TRANSIENT_FOR, XCB_ATOM_WINDOW, 32, 1, &m_owner);
     xcb_flush(X11::connection());
+}
+
+void X11FullScreenOwner::announceKind() const {
+    // Some window managers keep only dialogs above their owners. Tiling ones let a window float
+    // that is a utility too. Qt's own list begins with a type that has openbox do nothing at all
+    // for a window without a frame.
+    const auto* first =
+        m_owner == XCB_WINDOW_NONE ? "_NET_WM_WINDOW_TYPE_NORMAL" : "_NET_WM_WINDOW_TYPE_DIALOG";
+    const std::array types{X11::atom(first), X11::atom("_NET_WM_WINDOW_TYPE_UTILITY")};
+    xcb_change_property(X11::connection(), XCB_PROP_MODE_REPLACE,
+                        static_cast<xcb_window_t>(m_window.internalWinId()),
+                        X11::atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM, 32, types.size(),
+                        types.data());
 }
 
 } // namespace orvane

@@ -22,6 +22,8 @@ public:
     X11FullScreenOwner& operator=(const X11FullScreenOwner&) = delete;
 
     void setEnabled(bool isEnabled);
+    /// To be called before the window is shown; tells of its type, which depends on the owner.
+    void announceKind() const;
     /// Whether the window has an owner, which takes it along when it is minimised, or had one just
     /// now: some window managers first activate another window.
     [[nodiscard]] bool hasOwner() const;
