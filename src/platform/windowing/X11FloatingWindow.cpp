@@ -130,7 +130,7 @@ bool staysMapped() {
 X11FloatingWindow::X11FloatingWindow(QWidget& window) : m_window(window) {
     if (X11::isXWayland())
         m_window.setAttribute(Qt::WA_TranslucentBackground);
-    if (SwayPlacement::isAvailable())
+    if (SwaySocket::isAvailable())
         m_sway.emplace();
     m_focusDelay.setSingleShot(true);
     QObject::connect(&m_focusDelay, &QTimer::timeout, &m_window, [this] {
@@ -300,7 +300,7 @@ void X11FloatingWindow::setFrame(const QRectF& frame) {
 }
 
 void X11FloatingWindow::moveBy(QWidget& window, QPointF distance) {
-    if (SwayPlacement::isAvailable())
+    if (SwaySocket::isAvailable())
         return; // It would centre the window.
     const auto id = static_cast<xcb_window_t>(window.winId());
     const QPointF pixels = distance * window.devicePixelRatioF();

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "platform/windowing/FloatingWindow.h"
-#include "platform/windowing/SwayPlacement.h"
 #include "platform/windowing/X11FullScreenOwner.h"
+#include "platform/windowing/sway/SwayPlacement.h"
 
 #include <QRect>
 #include <QSize>
