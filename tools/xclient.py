@@ -51,12 +51,14 @@ class XClient:
         self.run("wmctrl", "-i", "-c", window)
 
     def frame(self, window: str) -> tuple[int, int, int, int]:
-        """Returns x, y, width and height on the screen; raises AssertionError if the window is gone."""
+        """Returns x, y, width and height on the screen, without a border of the window's own; raises AssertionError
+        if the window is gone."""
         text = self.run("xwininfo", "-id", window)
-        labels = ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height")
+        labels = ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height", "Border width")
         found = [re.search(f"{label}: +(-?\\d+)", text) for label in labels]
         assert all(found), f"the window {window} is gone"
-        return tuple(int(number.group(1)) for number in found)
+        x, y, width, height, border = (int(number.group(1)) for number in found)
+        return x + border, y + border, width, height
 
     # The screen
 

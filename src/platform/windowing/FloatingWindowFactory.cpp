@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/windowing/FloatingWindowFactory.h"
 
+#include "platform/windowing/ScreenPixels.h"
 #include "platform/windowing/X11FloatingWindow.h"
+#include "platform/windowing/X11WindowMove.h"
 #include "platform/windowing/x11/X11.h"
 
+#include <QCursor>
 #include <QWidget>
 #include <QWindow>
 
@@ -33,6 +36,17 @@ private:
     QWidget& m_window;
 };
 
+class PlainMove final : public WindowMove {
+public:
+    explicit PlainMove(QWidget& window) : m_window(window) {}
+
+    void follow() override { m_window.move(QCursor::pos() + m_offset); }
+
+private:
+    QWidget& m_window;
+    QPoint m_offset = m_window.pos() - QCursor::pos();
+};
+
 } // namespace
 
 std::unique_ptr<FloatingWindow> makeFloatingWindow(QWidget& window) {
@@ -41,10 +55,15 @@ std::unique_ptr<FloatingWindow> makeFloatingWindow(QWidget& window) {
     return std::make_unique<X11FloatingWindow>(window);
 }
 
-bool startWindowMove(QWidget& window, QPointF distance) {
-    if (X11::connection() != nullptr)
-        X11FloatingWindow::moveBy(window, distance);
-    return window.windowHandle()->startSystemMove();
+std::unique_ptr<WindowMove> startWindowMove(QWidget& window, QPointF pressed, QPointF now) {
+    const bool isX11 = X11::connection() != nullptr;
+    if (isX11)
+        X11FloatingWindow::moveBy(window, pixelsOf(now) - pixelsOf(pressed));
+    if (window.windowHandle()->startSystemMove())
+        return nullptr;
+    if (!isX11)
+        return std::make_unique<PlainMove>(window);
+    return std::make_unique<X11WindowMove>(window);
 }
 
 } // namespace orvane

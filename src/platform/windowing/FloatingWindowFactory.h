@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/windowing/FloatingWindow.h"
+#include "platform/windowing/WindowMove.h"
 
 #include <QPointF>
 
@@ -15,9 +16,10 @@ namespace orvane {
 /// native window; it must outlive the result. Main thread.
 [[nodiscard]] std::unique_ptr<FloatingWindow> makeFloatingWindow(QWidget& window);
 
-/// Lets the window manager move `window` with the pointer, which has already moved by `distance`
-/// points since the button was pressed. Returns false where there is none that does it; then the
-/// window has moved by `distance`, and the caller has to go on. Main thread.
-[[nodiscard]] bool startWindowMove(QWidget& window, QPointF distance);
+/// Lets the window manager move `window` with the pointer, which was at `pressed` when the button
+/// was pressed and is at `now`, in points, perhaps on another screen. Returns null, or the move
+/// that the caller has to go on with where no window manager does it. Main thread.
+[[nodiscard]] std::unique_ptr<WindowMove> startWindowMove(QWidget& window, QPointF pressed,
+                                                          QPointF now);
 
 } // namespace orvane

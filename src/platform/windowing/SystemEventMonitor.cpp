@@ -3,6 +3,7 @@
 
 #include "platform/windowing/X11PointerFence.h"
 #include "platform/windowing/x11/X11.h"
+#include "platform/windowing/x11/X11Geometry.h"
 #include "platform/windowing/x11/X11Keyboard.h"
 #include "platform/windowing/x11/X11RawInput.h"
 #include "platform/windowing/x11/X11RawKeys.h"
@@ -83,18 +84,6 @@ private:
     EventMonitor::KeyHandler m_handler;
 };
 
-/// While the pointer is over a native Wayland window, XWayland reports its last known position and
-/// no window below it, or an invisible one with which the compositor guards the desktop.
-bool isPointerOverX11Window() {
-    const X11::Reply<xcb_query_pointer_reply_t> reply(xcb_query_pointer_reply(
-        X11::connection(), xcb_query_pointer(X11::connection(), X11::root()), nullptr));
-    if (!reply || reply->child == XCB_WINDOW_NONE)
-        return false;
-    const X11::Reply<xcb_get_window_attributes_reply_t> attributes(xcb_get_window_attributes_reply(
-        X11::connection(), xcb_get_window_attributes(X11::connection(), reply->child), nullptr));
-    return attributes && attributes->_class == XCB_WINDOW_CLASS_INPUT_OUTPUT;
-}
-
 } // namespace
 
 SystemEventMonitor::SystemEventMonitor()
@@ -143,7 +132,7 @@ std::unique_ptr<QObject> SystemEventMonitor::addLocalKeyDownMonitor(KeyHandler h
 }
 
 std::optional<QPointF> SystemEventMonitor::pointerLocation() const {
-    if (X11::isXWayland() && !isPointerOverX11Window())
+    if (!X11::isPointerKnown())
         return std::nullopt;
     return QCursor::pos();
 }

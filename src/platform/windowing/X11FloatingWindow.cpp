@@ -2,10 +2,10 @@
 #include "platform/windowing/X11FloatingWindow.h"
 
 #include "platform/windowing/FirstExposure.h"
+#include "platform/windowing/ScreenPixels.h"
 #include "platform/windowing/x11/X11.h"
+#include "platform/windowing/x11/X11Geometry.h"
 
-#include <QGuiApplication>
-#include <QScreen>
 #include <QTimer>
 #include <QWidget>
 #include <QWindow>
@@ -54,47 +54,6 @@ std::vector<xcb_window_t> windowAndFrames(xcb_window_t window) {
         window = reply ? reply->parent : xcb_window_t{XCB_WINDOW_NONE};
     }
     return chain;
-}
-
-/// Returns the upper left corner of `window` in the coordinates of `other`; pixels.
-QPoint cornerIn(xcb_window_t other, xcb_window_t window) {
-    const X11::Reply<xcb_translate_coordinates_reply_t> reply(xcb_translate_coordinates_reply(
-        X11::connection(), xcb_translate_coordinates(X11::connection(), window, other, 0, 0),
-        nullptr));
-    return reply ? QPoint(reply->dst_x, reply->dst_y) : QPoint();
-}
-
-/// In pixels.
-void configure(xcb_window_t window, QPoint corner, std::optional<QSize> size = std::nullopt) {
-    xcb_configure_window_value_list_t values{.x = corner.x(), .y = corner.y()};
-    uint16_t mask = XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y;
-    if (size) {
-        values.width = static_cast<uint32_t>(size->width());
-        values.height = static_cast<uint32_t>(size->height());
-        mask |= XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT;
-    }
-    xcb_configure_window_aux(X11::connection(), window, mask, &values);
-    xcb_flush(X11::connection());
-}
-
-/// Returns the screen that shows most of the frame, or else the first one.
-const QScreen& screenOf(const QRectF& frame) {
-    const auto shown = [&](const QScreen* screen) {
-        const QSizeF size = (QRectF(screen->geometry()) & frame).size();
-        return size.width() * size.height();
-    };
-    const QList<QScreen*> screens = QGuiApplication::screens();
-    return **std::ranges::max_element(screens, {}, shown);
-}
-
-/// Qt rounds to whole points, which is not exact at scale factors such as 1.5. The corner of a
-/// screen has the same coordinates in points and in pixels.
-QRect pixelsOf(const QRectF& frame) {
-    const QScreen& screen = screenOf(frame);
-    const double scale = screen.devicePixelRatio();
-    const QPointF corner = screen.geometry().topLeft();
-    return {((frame.topLeft() - corner) * scale + corner).toPoint(),
-            (frame.size() * scale).toSize()};
 }
 
 /// A request to a missing extension would close the connection.
@@ -238,7 +197,7 @@ void X11FloatingWindow::place(const QRect& frame) {
     if (m_sway && m_window.isVisible() && !m_isWithdrawn)
         m_sway->place(id(), frame);
     else
-        configure(id(), frame.topLeft(), frame.size());
+        X11::configure(id(), frame.topLeft(), frame.size());
 }
 
 void X11FloatingWindow::setSizeHints(QSize smallest, QSize narrowest, QSize widest) {
@@ -267,25 +226,20 @@ void X11FloatingWindow::applySizeHints() {
 }
 
 QRect X11FloatingWindow::nativeFrame() const {
-    const X11::Reply<xcb_get_geometry_reply_t> reply(xcb_get_geometry_reply(
-        X11::connection(), xcb_get_geometry(X11::connection(), id()), nullptr));
-    if (!reply)
-        return {};
-    return {cornerIn(X11::root(), id()), QSize(reply->width, reply->height)};
+    return X11::frameOf(id());
 }
 
 QRectF X11FloatingWindow::frame() const {
-    const QRectF pixels = m_frameToShow ? *m_frameToShow : nativeFrame();
-    const double scale = m_window.devicePixelRatioF();
-    const QPointF corner = m_window.screen()->geometry().topLeft();
-    return {(pixels.topLeft() - corner) / scale + corner, pixels.size() / scale};
+    // A window that has not appeared may be on another screen for now.
+    return m_frameToShow ? pointsOf(*m_frameToShow) : pointsOn(*m_window.screen(), nativeFrame());
 }
 
 void X11FloatingWindow::setFrame(const QRectF& frame) {
-    const QRect pixels = pixelsOf(frame);
+    const QRectF exact = pixelsOf(frame);
+    const QRect pixels(exact.topLeft().toPoint(), exact.size().toSize());
     // The server's geometry lags behind: the window manager handles the request, also for a hidden
     // window, in its own time.
-    if (!m_window.isVisible() || m_isWithdrawn)
+    if (!m_window.isVisible() || m_frameToShow)
         m_frameToShow = pixels;
     if (m_sway && m_window.isVisible()) {
         if (!m_isWithdrawn)
@@ -303,8 +257,7 @@ void X11FloatingWindow::moveBy(QWidget& window, QPointF distance) {
     if (SwaySocket::isAvailable())
         return; // It would centre the window.
     const auto id = static_cast<xcb_window_t>(window.winId());
-    const QPointF pixels = distance * window.devicePixelRatioF();
-    configure(id, cornerIn(X11::root(), id) + pixels.toPoint());
+    X11::configure(id, X11::frameOf(id).topLeft() + distance.toPoint());
 }
 
 void X11FloatingWindow::setAcceptsPointer(bool accepts) {

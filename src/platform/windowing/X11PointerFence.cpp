@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/windowing/X11PointerFence.h"
 
+#include "platform/windowing/ScreenPixels.h"
 #include "platform/windowing/x11/X11.h"
+#include "platform/windowing/x11/X11Geometry.h"
 
 #include <QGuiApplication>
 #include <QScreen>
@@ -10,7 +12,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstdint>
 
 namespace orvane {
@@ -33,23 +34,6 @@ xcb_visualid_t visualWithAlpha() {
     return 0;
 }
 
-/// The corner of a screen has the same coordinates in points and in pixels.
-QRect pixelsOf(const QRectF& area) {
-    const QScreen* screen = QGuiApplication::screenAt(area.center().toPoint());
-    if (screen == nullptr)
-        screen = QGuiApplication::primaryScreen();
-    const double scale = screen->devicePixelRatio();
-    const QPointF corner = screen->geometry().topLeft();
-    return QRectF((area.topLeft() - corner) * scale + corner, area.size() * scale).toAlignedRect();
-}
-
-/// Returns the whole desktop, whose size changes while the program runs; pixels.
-QRect desktop() {
-    const X11::Reply<xcb_get_geometry_reply_t> reply(xcb_get_geometry_reply(
-        X11::connection(), xcb_get_geometry(X11::connection(), X11::root()), nullptr));
-    return reply ? QRect(0, 0, reply->width, reply->height) : QRect();
-}
-
 } // namespace
 
 X11PointerFence::X11PointerFence(const QRectF& area) : m_area(area) {
@@ -66,8 +50,9 @@ X11PointerFence::~X11PointerFence() {
 }
 
 void X11PointerFence::build() {
-    const QRect whole = desktop();
-    const QRect hole = pixelsOf(m_area) & whole;
+    // The desktop's size changes while the program runs.
+    const QRect whole = X11::frameOf(X11::root());
+    const QRect hole = pixelsOf(m_area).toAlignedRect() & whole;
     m_colormap = xcb_generate_id(X11::connection());
     xcb_create_colormap(X11::connection(), XCB_COLORMAP_ALLOC_NONE, m_colormap, X11::root(),
                         visualWithAlpha());

@@ -8,6 +8,8 @@
 #include <QStyleHints>
 #include <QWidget>
 
+#include <utility>
+
 namespace orvane {
 
 WindowDrag::WindowDrag(QWidget* handle) : QObject(handle), m_handle(handle) {
@@ -29,7 +31,7 @@ bool WindowDrag::eventFilter(QObject*, QEvent* event) {
         return true;
     case QEvent::MouseButtonRelease:
         m_pressedAt.reset();
-        m_offset.reset();
+        m_move.reset();
         return true;
     default:
         return false;
@@ -38,7 +40,7 @@ bool WindowDrag::eventFilter(QObject*, QEvent* event) {
 
 void WindowDrag::press(const QMouseEvent& event) {
     m_pressedAt.reset();
-    m_offset.reset();
+    m_move.reset();
     if (event.button() == Qt::LeftButton)
         m_pressedAt = event.globalPosition();
 }
@@ -47,8 +49,8 @@ void WindowDrag::move(const QMouseEvent& event) {
     if (!event.buttons().testFlag(Qt::LeftButton))
         return;
     QWidget* window = m_handle->window();
-    if (m_offset)
-        window->move((event.globalPosition() + *m_offset).toPoint());
+    if (m_move)
+        m_move->follow();
     if (!m_pressedAt)
         return;
     // Not on the press itself: a window manager that moves a window consumes the release, and a
@@ -56,10 +58,9 @@ void WindowDrag::move(const QMouseEvent& event) {
     const QPointF distance = event.globalPosition() - *m_pressedAt;
     if (distance.manhattanLength() < QGuiApplication::styleHints()->startDragDistance())
         return;
-    const QPointF offset = window->pos() - *m_pressedAt;
-    m_pressedAt.reset();
-    if (!window->isFullScreen() && !startWindowMove(*window, distance))
-        m_offset = offset;
+    const QPointF pressedAt = *std::exchange(m_pressedAt, std::nullopt);
+    if (!window->isFullScreen())
+        m_move = startWindowMove(*window, pressedAt, event.globalPosition());
 }
 
 } // namespace orvane

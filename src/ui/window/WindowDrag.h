@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/windowing/WindowMove.h"
+
 #include <QObject>
 #include <QPointF>
 
 #include <functional>
+#include <memory>
 #include <optional>
 
 class QMouseEvent;
@@ -32,8 +35,8 @@ private:
 
     QWidget* m_handle;
     std::optional<QPointF> m_pressedAt;
-    /// The place of the window less that of the pointer, while this class moves it.
-    std::optional<QPointF> m_offset;
+    /// While no window manager moves the window.
+    std::unique_ptr<WindowMove> m_move;
     std::function<void()> m_onDoubleClick;
 };
 
