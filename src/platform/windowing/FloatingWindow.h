@@ -39,6 +39,10 @@ public:
     [[nodiscard]] virtual QRectF frame() const = 0;
     virtual void setFrame(const QRectF& frame) = 0;
 
+    /// Whether the user may be dragging the window just now: window managers ignore its requests
+    /// meanwhile, or place it wrongly.
+    [[nodiscard]] virtual bool mayBeDragged() const = 0;
+
     /// A window that does not accept the pointer lets clicks through.
     virtual void setAcceptsPointer(bool accepts) = 0;
     /// For a window that accepts no pointer, whose opacity is 0 and which draws nothing: does what

@@ -28,6 +28,7 @@ public:
     void setSizeHints(QSize, QSize, QSize) override {}
     [[nodiscard]] QRectF frame() const override { return m_window.geometry(); }
     void setFrame(const QRectF& frame) override { m_window.setGeometry(frame.toRect()); }
+    [[nodiscard]] bool mayBeDragged() const override { return false; }
     void setAcceptsPointer(bool) override {}
     void setVanished(bool) override {}
     void flush() override {}

@@ -253,6 +253,10 @@ void X11FloatingWindow::setFrame(const QRectF& frame) {
     place(pixels);
 }
 
+bool X11FloatingWindow::mayBeDragged() const {
+    return X11::isButtonHeld();
+}
+
 void X11FloatingWindow::moveBy(QWidget& window, QPointF distance) {
     if (SwaySocket::isAvailable())
         return; // It would centre the window.

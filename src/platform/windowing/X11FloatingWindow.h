@@ -36,6 +36,7 @@ public:
     void setSizeHints(QSize smallest, QSize narrowest, QSize widest) override;
     [[nodiscard]] QRectF frame() const override;
     void setFrame(const QRectF& frame) override;
+    [[nodiscard]] bool mayBeDragged() const override;
     void setAcceptsPointer(bool accepts) override;
     void setVanished(bool vanished) override;
     void flush() override;

@@ -38,16 +38,18 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr QSize aspectRatio(16, 9);
-/// After a change of the screen's scale, until sizes are what the window manager or the user chose.
-constexpr std::chrono::seconds windowManagerTime{1};
+/// After a change of the screen's scale or the showing of the window, until its size and place are
+/// what the window manager or the user chose.
+constexpr std::chrono::milliseconds windowManagerTime{1000};
 /// Points by which the actual size may differ from the one requested of the window manager.
 constexpr int sizeTolerance = 2;
 
-QList<QRectF> usableAreas() {
-    QList<QRectF> areas;
-    for (const QScreen* screen : QGuiApplication::screens())
-        areas.append(screen->availableGeometry());
-    return areas;
+/// Whether two frames are the same but for rounding to pixels.
+bool isSame(const QRectF& one, const QRectF& other) {
+    const QPointF corners = one.topLeft() - other.topLeft();
+    const QSizeF sizes = one.size() - other.size();
+    return std::max({std::abs(corners.x()), std::abs(corners.y()), std::abs(sizes.width()),
+                     std::abs(sizes.height())}) < 1;
 }
 
 /// Ignores the release of the click that opened a menu unless the pointer was dragged: a menu with
@@ -83,6 +85,7 @@ PlayerWindow::PlayerWindow(const Collaborators& collaborators)
       m_floating(makeFloatingWindow(*this)),
       m_containerView(new PlayerContainerView(m_with.state, m_with.player, m_with.actions,
                                               m_with.notifications, m_with.videoOutput, this)),
+      m_dragEnd(*m_floating),
       m_ghostMode(*this, m_with.events) {
     setAccessibleRole(*this, QAccessible::Window);
     setWindowTitle(AppConstants::appName);
@@ -93,9 +96,14 @@ PlayerWindow::PlayerWindow(const Collaborators& collaborators)
     setAttribute(Qt::WA_ShowWithoutActivating);
     setWindowRole(u"player"_s);
     setWindowOpacity(m_with.preferences.usableWindowOpacity());
-    setFrame(initialPlayerFrame(m_with.preferences.windowFrame(), usableAreas()));
+    placeFirst();
 
     m_scaling.setSingleShot(true);
+    connect(&m_dragEnd, &DragEnd::over, this, [this] {
+        m_scaling.start(windowManagerTime);
+        m_frameBeforeScaling.reset();
+        ensureOnScreen();
+    });
     m_fade.setDuration(GhostMode::ghostFadeDuration);
     connect(&m_fade, &QVariantAnimation::valueChanged, this,
             [this](const QVariant& value) { setOpacity(value.toDouble()); });
@@ -110,7 +118,7 @@ PlayerWindow::PlayerWindow(const Collaborators& collaborators)
         updateSizeHints();
     });
     registerObservers();
-    followScreens();
+    connect(&m_usableAreas, &UsableAreas::changed, this, &PlayerWindow::ensureOnScreen);
 }
 
 PlayerWindow::~PlayerWindow() = default;
@@ -152,56 +160,68 @@ QRectF PlayerWindow::frame() const {
     return m_floating->frame();
 }
 
+void PlayerWindow::placeFirst() {
+    const QList<QRectF> areas = m_usableAreas.read();
+    const QRectF frame = initialPlayerFrame(m_with.preferences.windowFrame(), areas);
+    // The panels may come later, or tell of themselves later.
+    if (frame == defaultPlayerFrame(areas.first()))
+        m_defaultFrame = frame;
+    setFrame(frame);
+}
+
 void PlayerWindow::setContentSize(const QSizeF& size) {
     if (isFullScreen())
         return;
-    setFrame(resizedPlayerFrame(m_floating->frame(), size, usableAreas()));
+    setFrame(resizedPlayerFrame(m_floating->frame(), size, m_usableAreas.read()));
     m_floating->flush();
 }
 
 void PlayerWindow::setFrame(const QRectF& frame) {
-    m_programmaticSize = frame.size().toSize();
+    m_size = frame.size().toSize();
+    m_programmaticSize = m_size;
     updateSizeHints();
     m_floating->setFrame(frame);
-}
-
-void PlayerWindow::followScreens() {
-    // Queued, as the list of screens may not be updated yet.
-    const auto watch = [this](const QScreen* screen) {
-        connect(screen, &QScreen::geometryChanged, this, &PlayerWindow::ensureOnScreen,
-                Qt::QueuedConnection);
-        // A panel that comes later would cover the control bar.
-        connect(screen, &QScreen::availableGeometryChanged, this, &PlayerWindow::ensureOnScreen,
-                Qt::QueuedConnection);
-        connect(screen, &QScreen::logicalDotsPerInchChanged, this, &PlayerWindow::ensureOnScreen,
-                Qt::QueuedConnection);
-    };
-    for (const QScreen* screen : QGuiApplication::screens())
-        watch(screen);
-    connect(qGuiApp, &QGuiApplication::screenAdded, this, watch);
-    connect(qGuiApp, &QGuiApplication::screenRemoved, this, &PlayerWindow::ensureOnScreen,
-            Qt::QueuedConnection);
 }
 
 void PlayerWindow::ensureOnScreen() {
     if (isFullScreen())
         return;
-    // Qt leaves the window at its size in pixels when the scale of its screen changes.
     const QRectF now = m_floating->frame();
-    if (devicePixelRatioF() != m_scale) {
-        m_frameBeforeScaling = now;
-        m_scaling.start(windowManagerTime);
-    }
-    m_scale = devicePixelRatioF();
-    // From the same frame each time, as the usable areas may follow the scale later.
-    // Not every window manager brings a window into view, and some leave only a strip visible.
-    const QRectF whole = m_scaling.isActive()
-                             ? resizedPlayerFrame(m_frameBeforeScaling, m_size, usableAreas())
-                             : playerFrameInView(now, usableAreas());
+    const QRectF whole = frameInView(now);
     if (whole == now)
         return;
     setFrame(whole);
     m_floating->flush();
+}
+
+QRectF PlayerWindow::frameInView(const QRectF& now) {
+    if (devicePixelRatioF() != m_scale) {
+        m_scale = devicePixelRatioF();
+        m_dragEnd.start();
+        m_scaling.start(windowManagerTime);
+        // Until a new window is in its place, the window manager may have put it on another screen.
+        if (m_sinceShown.hasExpired(windowManagerTime.count()))
+            m_frameBeforeScaling.reset();
+    }
+    // Requests during a drag are ignored, or move the window away from the pointer.
+    if (m_dragEnd.isWaiting())
+        return now;
+    const QList<QRectF> areas = m_usableAreas.read();
+    if (isScaling()) {
+        // Qt leaves the window at its size in pixels. From the same frame each time, as the usable
+        // areas may follow the scale later.
+        if (!m_frameBeforeScaling)
+            m_frameBeforeScaling = now;
+        return resizedPlayerFrame(*m_frameBeforeScaling, m_size, areas);
+    }
+    if (m_defaultFrame && isSame(now, *m_defaultFrame))
+        return *(m_defaultFrame = defaultPlayerFrame(areas.first()));
+    // Not every window manager brings a window into view, and some leave only a strip visible.
+    return playerFrameInView(now, areas);
+}
+
+bool PlayerWindow::isScaling() const {
+    return m_scaling.isActive() || m_dragEnd.isWaiting();
 }
 
 void PlayerWindow::updateSizeHints() {
@@ -266,7 +286,7 @@ void PlayerWindow::contextMenuEvent(QContextMenuEvent* event) {
 void PlayerWindow::resizeEvent(QResizeEvent*) {
     m_containerView->setGeometry(rect());
     // A new scale of the screen shows itself as another size in points first.
-    if (isFullScreen() || devicePixelRatioF() != m_scale || m_scaling.isActive())
+    if (isFullScreen() || devicePixelRatioF() != m_scale || isScaling())
         return;
     m_size = size();
     const QSize change = size() - m_programmaticSize.value_or(size());
@@ -289,7 +309,10 @@ void PlayerWindow::showEvent(QShowEvent* event) {
     connect(windowHandle(), &QWindow::screenChanged, this, &PlayerWindow::ensureOnScreen,
             Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection));
     m_scale = devicePixelRatioF();
+    m_usableAreas.setWatched(true);
     m_floating->aboutToShow();
+    m_frameBeforeScaling = m_floating->frame();
+    m_sinceShown.start();
     QMetaObject::invokeMethod(this, [this] { m_floating->shown(); }, Qt::QueuedConnection);
     new FirstExposure(windowHandle(), [this] { m_floating->appeared(); });
     updateLevel();
@@ -300,6 +323,7 @@ void PlayerWindow::hideEvent(QHideEvent* event) {
     // A window that the window manager hides, on another workspace for example, is still open.
     if (event->spontaneous())
         return;
+    m_usableAreas.setWatched(false);
     m_with.state.setPlayerShown(false);
     if (isFullScreen()) {
         const QRectF frameToOpenIn = frame();

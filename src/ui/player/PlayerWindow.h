@@ -3,9 +3,12 @@
 
 #include "base/NotificationCenter.h"
 #include "platform/media/VideoOutput.h"
+#include "platform/windowing/UsableAreas.h"
 #include "ui/menus/Menu.h"
+#include "ui/window/DragEnd.h"
 #include "ui/window/GhostMode.h"
 
+#include <QElapsedTimer>
 #include <QRectF>
 #include <QTimer>
 #include <QVariantAnimation>
@@ -73,9 +76,11 @@ protected:
 
 private:
     void registerObservers();
+    void placeFirst();
     void setFrame(const QRectF& frame);
-    void followScreens();
     void ensureOnScreen();
+    [[nodiscard]] QRectF frameInView(const QRectF& now);
+    [[nodiscard]] bool isScaling() const;
     void updateSizeHints();
     void updateLevel();
     void setOpacity(double opacity);
@@ -89,6 +94,7 @@ private:
     void keepHidden() override;
 
     Collaborators m_with;
+    UsableAreas m_usableAreas;
     std::unique_ptr<FloatingWindow> m_floating;
     PlayerContainerView* m_containerView;
     /// The size that the program has set, until the user resizes the window.
@@ -98,9 +104,13 @@ private:
     double m_scale = 1;
     /// Runs from a change of scale until the window should have its size in points again.
     QTimer m_scaling{this};
-    /// In points of the new scale.
-    QRectF m_frameBeforeScaling;
+    /// In points of the new scale; missing until it is known.
+    std::optional<QRectF> m_frameBeforeScaling;
+    DragEnd m_dragEnd;
+    QElapsedTimer m_sinceShown;
     std::optional<QRectF> m_frameBeforeFullScreen;
+    /// Where the first start has put the window, until it is elsewhere.
+    std::optional<QRectF> m_defaultFrame;
     bool m_isSessionLocked = false;
     QVariantAnimation m_fade;
     GhostMode m_ghostMode;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/window/WindowGeometry.h"
 
+#include "platform/windowing/x11/X11Panels.h"
 #include "ui/FittedText.h"
 
 #include <QFont>
@@ -52,6 +53,33 @@ TEST(PlayerFrame, MovesIntoViewWhenItsScreenIsRemoved) {
     EXPECT_EQ(playerFrameInView(across, {left}), QRectF(800, 100, 480, 270));
     const double wide = 690 * 16 / 9.0;
     EXPECT_EQ(playerFrameInView({1280, 0, 1280, 720}, {left}), QRectF(1280 - wide, 30, wide, 690));
+}
+
+TEST(UsableArea, IsWhatThePanelsLeaveOfTheirOwnScreen) {
+    const QSize desktop(3200, 1080);
+    const QRect left(0, 0, 1920, 1080);
+    const QRect right(1920, 0, 1280, 720);
+    const PanelRoom below{0, 0, 0, 40, 0, 0, 0, 0, 0, 0, 0, 1919};
+    const PanelRoom belowTheLowerScreen{0, 0, 0, 390, 0, 0, 0, 0, 0, 0, 1920, 3199};
+    const PanelRoom leftOfTheRight{1970, 0, 0, 0, 0, 719, 0, 0, 0, 0, 0, 0};
+    const PanelRoom above{0, 0, 25, 0, 0, 0, 0, 0, 0, 3199, 0, 0};
+    const PanelRoom rightmost{0, 60, 0, 0, 0, 0, 0, 719, 0, 0, 0, 0};
+    struct Case {
+        std::vector<PanelRoom> panels;
+        QRect left;
+        QRect right;
+    };
+    for (const auto& [panels, onLeft, onRight] : {
+             Case{{}, left, right},
+             Case{{below}, {0, 0, 1920, 1040}, right},
+             Case{{belowTheLowerScreen}, left, {1920, 0, 1280, 690}},
+             // It would have to claim the left screen too.
+             Case{{leftOfTheRight}, left, {1970, 0, 1230, 720}},
+             Case{{above, rightmost, below}, {0, 25, 1920, 1015}, {1920, 25, 1220, 695}},
+         }) {
+        EXPECT_EQ(usableArea(left, desktop, panels), onLeft);
+        EXPECT_EQ(usableArea(right, desktop, panels), onRight);
+    }
 }
 
 TEST(EdgesAt, AreABandOfSixPointsWhoseEndsAreCorners) {
