@@ -2,7 +2,7 @@
 #include "ui/menus/MenuBarManager.h"
 
 #include "model/AppConstants.h"
-#include "platform/desktop/StatusItem.h"
+#include "platform/desktop/tray/StatusItem.h"
 #include "state/AppState.h"
 #include "ui/ApplicationIcon.h"
 #include "ui/DisplayText.h"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/window/WindowGeometry.h"
 
+#include "platform/desktop/tray/PanelEnd.h"
 #include "platform/windowing/x11/X11Panels.h"
 #include "ui/FittedText.h"
 
@@ -80,6 +81,15 @@ TEST(UsableArea, IsWhatThePanelsLeaveOfTheirOwnScreen) {
         EXPECT_EQ(usableArea(left, desktop, panels), onLeft);
         EXPECT_EQ(usableArea(right, desktop, panels), onRight);
     }
+}
+
+TEST(PanelEnd, IsOnTheSideOfTheWidestPanel) {
+    const QRectF screen(1280, 0, 1280, 720);
+    EXPECT_EQ(panelEnd(screen, screen), std::nullopt);
+    EXPECT_EQ(panelEnd(screen, {1280, 30, 1280, 690}), QPoint(2560, 30));
+    EXPECT_EQ(panelEnd(screen, {1280, 24, 1280, 656}), QPoint(2560, 680));
+    EXPECT_EQ(panelEnd(screen, {1340, 24, 1220, 696}), QPoint(1340, 720));
+    EXPECT_EQ(panelEnd(screen, {1280, 0, 1220, 720}), QPoint(2500, 720));
 }
 
 TEST(EdgesAt, AreABandOfSixPointsWhoseEndsAreCorners) {

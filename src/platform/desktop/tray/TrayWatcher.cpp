@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/desktop/TrayWatcher.h"
+#include "platform/desktop/tray/TrayWatcher.h"
 
 #include "base/Logging.h"
 #include "platform/bus/MessageBus.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/desktop/TrayWatcher.h"
+#include "platform/desktop/tray/TrayWatcher.h"
 
 #include <QIcon>
 #include <QObject>
@@ -13,6 +13,9 @@ class QMenu;
 class QSystemTrayIcon;
 
 namespace orvane {
+
+class MenuFocus;
+class UsableAreas;
 
 /// The program's icon in the desktop's tray, with a menu that either mouse button opens. It appears
 /// as soon as there is a tray, and again with a new one. Owned by the menu bar manager; main
@@ -41,6 +44,7 @@ public:
 
 private:
     void show();
+    [[nodiscard]] QPoint menuPlace();
 
     QIcon m_icon;
     QString m_toolTip;
@@ -49,6 +53,9 @@ private:
     TrayWatcher m_trays;
     // Declared in this order so that the icon is destroyed before its menu.
     std::unique_ptr<QMenu> m_menu;
+    std::unique_ptr<MenuFocus> m_menuFocus;
+    /// Read anew for each tray, which is in a panel.
+    std::unique_ptr<UsableAreas> m_usableAreas;
     std::unique_ptr<QSystemTrayIcon> m_trayIcon;
 };
 

@@ -1,8 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/desktop/StatusItem.h"
+#include "platform/desktop/tray/StatusItem.h"
+
+#include "platform/desktop/tray/MenuFocus.h"
+#include "platform/desktop/tray/PanelEnd.h"
+#include "platform/windowing/UsableAreas.h"
+#include "platform/windowing/x11/X11Geometry.h"
 
 #include <QCursor>
+#include <QGuiApplication>
 #include <QMenu>
+#include <QScreen>
 #include <QSystemTrayIcon>
 
 #include <utility>
@@ -29,6 +36,7 @@ void StatusItem::show() {
     // may be created before there is one; and an icon that has lost its tray does not always find
     // the next one.
     m_trayIcon.reset();
+    m_menuFocus.reset();
     m_menu = std::make_unique<QMenu>();
     m_fill(*m_menu);
     connect(m_menu.get(), &QMenu::aboutToShow, this, &StatusItem::rebuildMenu);
@@ -39,11 +47,21 @@ void StatusItem::show() {
     connect(m_trayIcon.get(), &QSystemTrayIcon::activated, this,
             [this](QSystemTrayIcon::ActivationReason reason) {
                 if (reason == QSystemTrayIcon::Trigger)
-                    m_menu->popup(QCursor::pos());
+                    m_menu->popup(menuPlace());
             });
+    m_menuFocus = std::make_unique<MenuFocus>(*m_menu);
+    m_usableAreas = std::make_unique<UsableAreas>();
     m_trayIcon->show();
     if (m_onShownChanged)
         m_onShownChanged(true);
+}
+
+QPoint StatusItem::menuPlace() {
+    // Qt does not pass on where the panel says that the icon is.
+    if (X11::isPointerKnown())
+        return QCursor::pos();
+    const QRectF screen = QGuiApplication::primaryScreen()->geometry();
+    return panelEnd(screen, m_usableAreas->read().first()).value_or(QCursor::pos());
 }
 
 void StatusItem::rebuildMenu() {
