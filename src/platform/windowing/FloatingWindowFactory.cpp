@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/windowing/FloatingWindowFactory.h"
 
-#include "platform/windowing/ScreenPixels.h"
 #include "platform/windowing/X11FloatingWindow.h"
 #include "platform/windowing/X11WindowMove.h"
 #include "platform/windowing/x11/X11.h"
@@ -39,13 +38,13 @@ private:
 
 class PlainMove final : public WindowMove {
 public:
-    explicit PlainMove(QWidget& window) : m_window(window) {}
+    PlainMove(QWidget& window, QPointF pressed) : m_window(window), m_pressed(pressed.toPoint()) {}
 
-    void follow() override { m_window.move(QCursor::pos() + m_offset); }
+    void follow() override { m_window.move(QCursor::pos() - m_pressed); }
 
 private:
     QWidget& m_window;
-    QPoint m_offset = m_window.pos() - QCursor::pos();
+    QPoint m_pressed;
 };
 
 } // namespace
@@ -59,12 +58,12 @@ std::unique_ptr<FloatingWindow> makeFloatingWindow(QWidget& window) {
 std::unique_ptr<WindowMove> startWindowMove(QWidget& window, QPointF pressed, QPointF now) {
     const bool isX11 = X11::connection() != nullptr;
     if (isX11)
-        X11FloatingWindow::moveBy(window, pixelsOf(now) - pixelsOf(pressed));
+        X11FloatingWindow::moveBy(window, now - pressed);
     if (window.windowHandle()->startSystemMove())
         return nullptr;
     if (!isX11)
-        return std::make_unique<PlainMove>(window);
-    return std::make_unique<X11WindowMove>(window);
+        return std::make_unique<PlainMove>(window, pressed);
+    return std::make_unique<X11WindowMove>(window, pressed);
 }
 
 } // namespace orvane

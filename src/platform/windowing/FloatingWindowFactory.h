@@ -17,8 +17,9 @@ namespace orvane {
 [[nodiscard]] std::unique_ptr<FloatingWindow> makeFloatingWindow(QWidget& window);
 
 /// Lets the window manager move `window` with the pointer, which was at `pressed` when the button
-/// was pressed and is at `now`, in points, perhaps on another screen. Returns null, or the move
-/// that the caller has to go on with where no window manager does it. Main thread.
+/// was pressed and is at `now`, in points within the window: on another screen those of the desktop
+/// differ. Returns null, or the move that the caller has to go on with where no window manager does
+/// it. Main thread.
 [[nodiscard]] std::unique_ptr<WindowMove> startWindowMove(QWidget& window, QPointF pressed,
                                                           QPointF now);
 

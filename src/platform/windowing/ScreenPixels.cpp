@@ -36,10 +36,6 @@ QRectF pixelsOf(const QRectF& area) {
     return {(area.topLeft() - corner) * scale + corner, area.size() * scale};
 }
 
-QPointF pixelsOf(const QPointF& point) {
-    return pixelsOf(QRectF(point, QSizeF(1, 1))).topLeft();
-}
-
 QRectF pointsOn(const QScreen& screen, const QRectF& pixels) {
     const double scale = screen.devicePixelRatio();
     const QPointF corner = screen.geometry().topLeft();

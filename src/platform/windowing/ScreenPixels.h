@@ -12,8 +12,6 @@ namespace orvane {
 /// Returns an area in pixels, at the scale of the screen that shows most of it.
 [[nodiscard]] QRectF pixelsOf(const QRectF& area);
 
-[[nodiscard]] QPointF pixelsOf(const QPointF& point);
-
 /// Returns an area of this screen in points.
 [[nodiscard]] QRectF pointsOn(const QScreen& screen, const QRectF& pixels);
 

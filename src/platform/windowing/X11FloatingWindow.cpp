@@ -261,7 +261,8 @@ void X11FloatingWindow::moveBy(QWidget& window, QPointF distance) {
     if (SwaySocket::isAvailable())
         return; // It would centre the window.
     const auto id = static_cast<xcb_window_t>(window.winId());
-    X11::configure(id, X11::frameOf(id).topLeft() + distance.toPoint());
+    X11::configure(id,
+                   X11::frameOf(id).topLeft() + (distance * window.devicePixelRatioF()).toPoint());
 }
 
 void X11FloatingWindow::setAcceptsPointer(bool accepts) {

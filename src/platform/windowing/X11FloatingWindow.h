@@ -24,7 +24,7 @@ public:
     explicit X11FloatingWindow(QWidget& window);
 
     /// Moves the window behind Qt's back: Qt would otherwise tell the window manager a pointer
-    /// position that is off by `distance`; pixels.
+    /// position that is off by `distance`.
     static void moveBy(QWidget& window, QPointF distance);
 
     void aboutToShow() override;

@@ -7,12 +7,12 @@
 
 namespace orvane {
 
-X11WindowMove::X11WindowMove(const QWidget& window)
+X11WindowMove::X11WindowMove(const QWidget& window, QPointF pressed)
     : m_window(static_cast<xcb_window_t>(window.internalWinId())),
-      m_offset(X11::frameOf(m_window).topLeft() - X11::pointer()) {}
+      m_pressed((pressed * window.devicePixelRatioF()).toPoint()) {}
 
 void X11WindowMove::follow() {
-    X11::configure(m_window, X11::pointer() + m_offset);
+    X11::configure(m_window, X11::pointer() - m_pressed);
 }
 
 } // namespace orvane

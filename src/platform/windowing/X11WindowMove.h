@@ -4,6 +4,7 @@
 #include "platform/windowing/WindowMove.h"
 
 #include <QPoint>
+#include <QPointF>
 
 #include <xcb/xcb.h>
 
@@ -13,14 +14,14 @@ namespace orvane {
 /// forth that crosses to a screen of another scale.
 class X11WindowMove final : public WindowMove {
 public:
-    explicit X11WindowMove(const QWidget& window);
+    /// `pressed` is where the pointer is to stay, in points within the window.
+    X11WindowMove(const QWidget& window, QPointF pressed);
 
     void follow() override;
 
 private:
     xcb_window_t m_window;
-    /// From the pointer to the corner of the window.
-    QPoint m_offset;
+    QPoint m_pressed;
 };
 
 } // namespace orvane

@@ -42,7 +42,7 @@ void WindowDrag::press(const QMouseEvent& event) {
     m_pressedAt.reset();
     m_move.reset();
     if (event.button() == Qt::LeftButton)
-        m_pressedAt = event.globalPosition();
+        m_pressedAt = event.scenePosition();
 }
 
 void WindowDrag::move(const QMouseEvent& event) {
@@ -55,12 +55,13 @@ void WindowDrag::move(const QMouseEvent& event) {
         return;
     // Not on the press itself: a window manager that moves a window consumes the release, and a
     // double click would no longer be recognised.
-    const QPointF distance = event.globalPosition() - *m_pressedAt;
+    const QPointF now = event.scenePosition();
+    const QPointF distance = now - *m_pressedAt;
     if (distance.manhattanLength() < QGuiApplication::styleHints()->startDragDistance())
         return;
-    const QPointF pressedAt = *std::exchange(m_pressedAt, std::nullopt);
+    const QPointF pressed = *std::exchange(m_pressedAt, std::nullopt);
     if (!window->isFullScreen())
-        m_move = startWindowMove(*window, pressedAt, event.globalPosition());
+        m_move = startWindowMove(*window, pressed, now);
 }
 
 } // namespace orvane
