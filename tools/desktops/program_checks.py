@@ -59,7 +59,7 @@ def tray(stand: Stand) -> str:
     """An icon in a tray; either button opens the menu, near the icon."""
     desktop = stand.desktop
     if not desktop.has_tray:
-        raise NoProtocol("tray")
+        raise NoProtocol("StatusNotifierWatcher")
     strip = (desktop.size[1] - desktop.own_tray, desktop.own_tray) if desktop.own_tray else (0, TRAY_HEIGHT)
     if not desktop.own_tray:
         desktop.start_panel("top")
@@ -68,20 +68,31 @@ def tray(stand: Stand) -> str:
         icon = wait_until(lambda: find_icon(desktop, *strip), "", 4)
     except Timeout:
         return "no icon"
+    # Over the desktop alone, some compositors leave the focus where it is.
+    stand.backdrop(wayland=desktop.is_wayland)
     area = menu_area(desktop, icon)
-    for button in ("1", "3"):
+    # Neither on the menu nor on the player.
+    elsewhere = (desktop.size[0] - 60 if icon[0] < desktop.size[0] // 2 else 60, 150)
+    escape = (lambda: desktop.key("Escape"), "Escape")
+    click = (lambda: desktop.click(*elsewhere), "a click elsewhere")
+    for button, (end, how) in (
+            ("1", escape), ("3", click if desktop.panel_shows_menus else escape), ("1", click)):
         before = desktop.screenshot().crop(area)
+
+        def is_open() -> bool:
+            return differs(before, desktop.screenshot().crop(area))
+
         desktop.point(*icon)
         desktop.button("click", button)
         try:
-            wait_until(lambda b=before: differs(b, desktop.screenshot().crop(area)), "", 3)
+            wait_until(is_open, "", 3)
         except Timeout:
             return f"button {button} opens no menu near the icon"
-        desktop.key("Escape")
+        end()
         try:
-            wait_until(lambda b=before: not differs(b, desktop.screenshot().crop(area)), "", 3)
+            wait_until(lambda: not is_open(), "", 3)
         except Timeout:
-            return "the menu stays open after Escape"
+            return f"the menu of button {button} stays open after {how}"
     return OK
 
 

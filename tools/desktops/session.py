@@ -36,7 +36,13 @@ class Session(Desktop):
     # The height of the strip along the lower edge in which its own panel has a tray; 0: a panel brings one.
     own_tray = 0
     has_tray = True
+    # Whether its panel shows the menu of the right button itself, and without the keyboard.
+    panel_shows_menus = False
+    # By the name of the check: what of X11 it does not heed, where it announces nothing that tells so.
+    unheeded: dict[str, str] = {}
     _panel: subprocess.Popen | None = None
+    # The upper edge of the one along the lower edge of the screen; 0: there is none.
+    _panel_top = 0
 
     @classmethod
     def is_installed(cls) -> bool:
@@ -84,9 +90,12 @@ class Session(Desktop):
         return int(width), int(height)
 
     def usable_area(self) -> tuple[int, int, int, int]:
-        """Returns x, y, width and height of the screen without panels, as the desktop announces it."""
+        """Returns x, y, width and height of the screen without panels, as the desktop announces it, or else as seen."""
         words = re.findall(r"\d+", self.run("xprop", "-root", "-notype", "_NET_WORKAREA"))
-        return tuple(int(word) for word in words[:4]) if len(words) >= 4 else (0, 0, *self.size)
+        if len(words) >= 4:
+            return tuple(int(word) for word in words[:4])
+        width, height = self.size
+        return 0, 0, width, self._panel_top or height
 
     def announces(self, what: str) -> bool:
         """Whether the window manager says that it supports this."""
@@ -94,7 +103,8 @@ class Session(Desktop):
 
     def show_panel(self) -> int:
         """Shows one along the lower edge; returns its upper edge."""
-        return self.frame(self.start_panel("bottom"))[1]
+        self._panel_top = self.frame(self.start_panel("bottom"))[1]
+        return self._panel_top
 
     def start_panel(self, edge: str) -> str:
         """Starts a panel with a tray; returns its window."""
@@ -109,6 +119,7 @@ class Session(Desktop):
             end(self._panel)
             wait_until(lambda: not self.windows("tint2"), "the end of the panel")
             self._panel = None
+            self._panel_top = 0
 
     def show_workspace(self, number: int) -> None:
         """Counted from 0; there are two at least."""

@@ -15,7 +15,7 @@ from typing import Callable
 from PIL import Image
 
 from tools.backdrop import Backdrop
-from tools.desktops.session import NoProtocol, Session
+from tools.desktops.session import Session
 from tools.program import Program
 from tools.waiting import DEADLINE, Timeout, wait_until
 
@@ -96,12 +96,7 @@ class Stand:
         """Shows a panel along the lower edge; returns its upper edge when the desktop knows of it."""
         before = self.desktop.usable_area()
         top = self.desktop.show_panel()
-        try:
-            wait_until(lambda: self.desktop.usable_area() != before, "the panel", 2)
-        except Timeout:
-            if not self.desktop.announces("_NET_WORKAREA"):
-                raise NoProtocol("_NET_WORKAREA") from None
-            raise AssertionError("the panel takes no room") from None
+        wait_until(lambda: self.desktop.usable_area() != before, "the room of the panel", 2)
         return top
 
     def backdrop(self, full_screen: bool = False, wayland: bool = False) -> Backdrop:

@@ -89,6 +89,8 @@ class Runner:
                     return f"no {lack}"
                 except (AssertionError, OSError, RuntimeError) as problem:
                     seen = " ".join(str(problem).split()) or repr(problem)
+                if seen not in (OK, NOTHING) and check in desktop.unheeded:
+                    return f"no {desktop.unheeded[check]}"
                 if seen not in (OK, NOTHING):
                     self._keep_evidence(check)
         except (AssertionError, OSError, RuntimeError) as problem:

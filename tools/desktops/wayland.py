@@ -11,6 +11,7 @@ from tools.desktop import WaylandDesktop
 from tools.desktops.session import NoProtocol, Session, WaylandSession
 from tools.desktops.x11 import leave_overview
 from tools.processes import end
+from tools.waiting import wait_until
 
 SWAY = """xwayland force
 output * resolution {width}x{height} position 0 0 background #305060 solid_color
@@ -37,12 +38,27 @@ LABWC = """<labwc_config>
 </labwc_config>
 """
 
-WAYBAR = '{"layer": "top", "position": "bottom", "height": 30}'
+WAYBAR = {"layer": "top", "height": 30, "modules-right": ["tray"], "tray": {"icon-size": 24}}
 
 
-class Sway(WaylandSession):
+class WaybarSession(WaylandSession):
+    """Panels that are X11 programs do not start on it, or take no room."""
+
+    panel_shows_menus = True
+
+    def start_waybar(self, edge: str) -> None:
+        settings = self.settings(".config/waybar/config", json.dumps(WAYBAR | {"position": edge}))
+        self._panel = self.background(["waybar", "-c", str(settings)])
+
+    def hide_panel(self) -> None:
+        if self._panel:
+            end(self._panel)
+            self._panel = None
+
+
+class Sway(WaybarSession):
     name = "sway"
-    packages = ("sway", "xwayland")
+    packages = ("sway", "xwayland", "waybar")
     command = ["sway"]
     variables = {"WLR_BACKENDS": "x11", "WLR_RENDERER": "pixman"}
 
@@ -57,18 +73,25 @@ class Sway(WaylandSession):
         return area["x"], area["y"], area["width"], area["height"]
 
     def show_panel(self) -> int:
-        # It leaves no room for panels of X11.
         self.run("swaymsg", "bar", "panel", "mode", "dock")
         return self.size[1] - 30
 
+    def start_panel(self, edge: str) -> str:
+        """Its own has no menus. Returns "", as this has no window of X11."""
+        before = self.usable_area()
+        self.start_waybar(edge)
+        wait_until(lambda: self.usable_area() != before, "the panel", 4)
+        return ""
+
     def hide_panel(self) -> None:
+        super().hide_panel()
         self.run("swaymsg", "bar", "panel", "mode", "invisible")
 
     def show_workspace(self, number: int) -> None:
         self.run("swaymsg", "workspace", "number", str(number + 1))
 
 
-class Labwc(WaylandSession):
+class Labwc(WaybarSession):
     name = "labwc"
     packages = ("labwc", "waybar", "wlr-randr", "xwayland")
     command = ["labwc"]
@@ -81,10 +104,8 @@ class Labwc(WaylandSession):
         return ["-C", str(settings.parent), "-s", self.script(size)]
 
     def show_panel(self) -> int:
-        # Panels of X11 do not start on it.
         whole = self.usable_area()
-        settings = self.settings(".config/waybar/config", WAYBAR)
-        self._panel = self.background(["waybar", "-c", str(settings)])
+        self.start_waybar("bottom")
 
         def is_announced() -> bool:
             # It tells X11 only when something else happens there.
@@ -93,11 +114,6 @@ class Labwc(WaylandSession):
 
         self.wait_for(is_announced, "the panel")
         return self.size[1] - 30
-
-    def hide_panel(self) -> None:
-        if self._panel:
-            end(self._panel)
-            self._panel = None
 
     def show_workspace(self, number: int) -> None:
         self.key(f"super+{number + 1}")
@@ -154,6 +170,8 @@ class Weston(WaylandDesktop, Session):
     packages = ("weston", "xwayland")
     command = ["weston"]
     is_wayland = True
+    # It reads no input hint, and leaves a window that is shown or returns where it likes.
+    unheeded = {"typist": "WM_HINTS", "full": "ConfigureWindow", "frame": "ConfigureWindow"}
 
     def show_workspace(self, number: int) -> None:
-        raise NoProtocol("workspaces")
+        raise NoProtocol("_NET_WM_DESKTOP")

@@ -96,6 +96,10 @@ class Cinnamon(X11Session):
     def _start_window_manager(self) -> None:
         super()._start_window_manager()
         self.wait_for(lambda: self.usable_area() != (0, 0, *self.size), "its panel")
+        # Until the animation of its start is over it keeps all input for itself.
+        state = ["gdbus", "call", "--session", "--dest", "org.Cinnamon", "--object-path", "/org/Cinnamon",
+                 "--method", "org.Cinnamon.GetRunState"]
+        self.wait_for(lambda: "2" in self.run(*state), "the end of its animation")
 
 
 class IceWM(X11Session):
@@ -127,9 +131,24 @@ class I3(X11Session):
 
 
 class Awesome(X11Session):
+    """It places other programs' panels anywhere, so its own is moved."""
+
     name = "awesome"
     packages = ("awesome",)
     command = ["awesome"]
+
+    def show_panel(self) -> int:
+        return self._own_panel("bottom")
+
+    def hide_panel(self) -> None:
+        super().hide_panel()
+        self._own_panel("top")
+
+    def _own_panel(self, edge: str) -> int:
+        """Returns its upper edge where that bounds the usable area, else 0."""
+        told = self.run("awesome-client", f"local w = screen.primary.mywibox; w.position = '{edge}'; return w.y")
+        self._panel_top = round(float(told.split()[-1]))
+        return self._panel_top
 
 
 class Bspwm(X11Session):
