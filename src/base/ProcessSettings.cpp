@@ -38,9 +38,9 @@ void failInsteadOfEnding(int signalNumber) {
     ::sigaction(signalNumber, &action, nullptr);
 }
 
-void set(mode_t mask, rlim_t memoryImage) {
+void set(mode_t mask, rlim_t memoryImage, rlim_t atMost) {
     ::umask(mask);
-    const rlimit limit{.rlim_cur = memoryImage, .rlim_max = users->memoryImage.rlim_max};
+    const rlimit limit{.rlim_cur = memoryImage, .rlim_max = atMost};
     ::setrlimit(RLIMIT_CORE, &limit);
 }
 
@@ -50,10 +50,10 @@ void apply() {
     openStandardStreams();
     failInsteadOfEnding(SIGPIPE);
     failInsteadOfEnding(SIGXFSZ);
-    users.emplace();
-    ::getrlimit(RLIMIT_CORE, &users->memoryImage);
-    users->mask = ::umask(ownMask);
-    set(ownMask, 0);
+    Users& before = users.emplace();
+    ::getrlimit(RLIMIT_CORE, &before.memoryImage);
+    before.mask = ::umask(ownMask);
+    set(ownMask, 0, before.memoryImage.rlim_max);
 }
 
 mode_t usersMask() {
@@ -66,12 +66,12 @@ mode_t usersMask() {
 
 UsersOwn::UsersOwn() {
     if (users)
-        set(users->mask, users->memoryImage.rlim_cur);
+        set(users->mask, users->memoryImage.rlim_cur, users->memoryImage.rlim_max);
 }
 
 UsersOwn::~UsersOwn() {
     if (users)
-        set(ownMask, 0);
+        set(ownMask, 0, users->memoryImage.rlim_max);
 }
 
 } // namespace orvane::ProcessSettings

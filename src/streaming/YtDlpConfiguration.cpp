@@ -87,7 +87,8 @@ QStringList wordsOf(const QString& text) {
             word = word.value_or(QString());
         } else if (c.isSpace() || c == u'#') {
             if (word)
-                words += *std::exchange(word, std::nullopt);
+                words += *word;
+            word.reset();
             if (c == u'#')
                 i = std::max(i, text.indexOf(u'\n', i) < 0 ? text.size() : text.indexOf(u'\n', i));
         } else {

@@ -33,7 +33,7 @@ std::optional<QByteArray> socketPath(const QString& address) {
     if (!first.startsWith(u"unix:"_s))
         return std::nullopt;
     for (const QString& part : first.sliced(5).split(u',')) {
-        const QByteArray value = QByteArray::fromPercentEncoding(part.section(u'=', 1).toUtf8());
+        QByteArray value = QByteArray::fromPercentEncoding(part.section(u'=', 1).toUtf8());
         if (part.startsWith(u"path="_s))
             return value;
         if (part.startsWith(u"abstract="_s))

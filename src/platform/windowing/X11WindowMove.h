@@ -8,6 +8,8 @@
 
 #include <xcb/xcb.h>
 
+class QWidget;
+
 namespace orvane {
 
 /// `WindowMove` for X11, in pixels and behind Qt's back: Qt would move and resize a window back and

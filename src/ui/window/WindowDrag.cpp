@@ -59,7 +59,8 @@ void WindowDrag::move(const QMouseEvent& event) {
     const QPointF distance = now - *m_pressedAt;
     if (distance.manhattanLength() < QGuiApplication::styleHints()->startDragDistance())
         return;
-    const QPointF pressed = *std::exchange(m_pressedAt, std::nullopt);
+    const QPointF pressed = *m_pressedAt;
+    m_pressedAt.reset();
     if (!window->isFullScreen())
         m_move = startWindowMove(*window, pressed, now);
 }
