@@ -27,6 +27,14 @@ struct Option {
 constexpr std::array options{
     Option{"config", "no"},
     Option{"load-scripts", "no"},
+    // mpv's own scripts, each a thread, are for its window and keys.
+    Option{"load-stats-overlay", "no"},
+    Option{"load-console", "no"},
+    Option{"load-osd-console", "no"},
+    Option{"load-auto-profiles", "no"},
+    Option{"load-select", "no"},
+    Option{"load-positioning", "no"},
+    Option{"load-commands", "no"},
     Option{"ytdl", "no"},
     Option{"terminal", "no"},
     Option{"input-default-bindings", "no"},
@@ -77,7 +85,9 @@ constexpr std::array softwareOptions{
     Option{"sws-fast", "yes"},
 };
 
-constexpr std::array openGLOptions{Option{"hwdec", "auto-safe"}};
+// Versions from 0.37 on otherwise scale in several passes, which left the picture black where
+// frames were late.
+constexpr std::array openGLOptions{Option{"hwdec", "auto-safe"}, Option{"profile", "fast"}};
 
 template <typename Options>
 void apply(mpv_handle* handle, const Options& list) {
