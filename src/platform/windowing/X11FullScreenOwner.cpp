@@ -66,8 +66,9 @@ void X11FullScreenOwner::followActiveWindow() {
     const auto windows = X11::values(X11::root(), X11::atom("_NET_ACTIVE_WINDOW"), XCB_ATOM_WINDOW);
     const xcb_window_t active = windows.empty() ? xcb_window_t{XCB_WINDOW_NONE} : windows.front();
     // One's own windows leave things as they are: the full-screen window may still be behind them.
-    if (active == m_active || isOurs(active))
+    if (isOurs(active))
         return;
+    // Also for the same number, which the server may have given to a new window meanwhile.
     m_active = active;
     if (m_active != XCB_WINDOW_NONE) {
         const uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
