@@ -38,10 +38,10 @@ void failInsteadOfEnding(int signalNumber) {
     ::sigaction(signalNumber, &action, nullptr);
 }
 
-void set(mode_t mask, rlim_t memoryImage, rlim_t atMost) {
-    ::umask(mask);
-    const rlimit limit{.rlim_cur = memoryImage, .rlim_max = atMost};
-    ::setrlimit(RLIMIT_CORE, &limit);
+void useOwn(const Users& before) {
+    ::umask(ownMask);
+    const rlimit none{.rlim_cur = 0, .rlim_max = before.memoryImage.rlim_max};
+    ::setrlimit(RLIMIT_CORE, &none);
 }
 
 } // namespace
@@ -50,10 +50,10 @@ void apply() {
     openStandardStreams();
     failInsteadOfEnding(SIGPIPE);
     failInsteadOfEnding(SIGXFSZ);
-    Users& before = users.emplace();
+    Users before{.mask = ::umask(ownMask)};
     ::getrlimit(RLIMIT_CORE, &before.memoryImage);
-    before.mask = ::umask(ownMask);
-    set(ownMask, 0, before.memoryImage.rlim_max);
+    useOwn(before);
+    users = before;
 }
 
 mode_t usersMask() {
@@ -65,13 +65,15 @@ mode_t usersMask() {
 }
 
 UsersOwn::UsersOwn() {
-    if (users)
-        set(users->mask, users->memoryImage.rlim_cur, users->memoryImage.rlim_max);
+    if (!users)
+        return;
+    ::umask(users->mask);
+    ::setrlimit(RLIMIT_CORE, &users->memoryImage);
 }
 
 UsersOwn::~UsersOwn() {
     if (users)
-        set(ownMask, 0, users->memoryImage.rlim_max);
+        useOwn(*users);
 }
 
 } // namespace orvane::ProcessSettings

@@ -71,32 +71,33 @@ bool isObstacleWord(const QString& word) {
 /// Splits as a shell does, without its variables.
 QStringList wordsOf(const QString& text) {
     QStringList words;
-    std::optional<QString> word;
+    QString word;
+    bool isInWord = false;
     QChar quote;
+    const auto add = [&](QStringView more) {
+        word += more;
+        isInWord = true;
+    };
     for (qsizetype i = 0; i < text.size(); ++i) {
         const QChar c = text.at(i);
         if (c == u'\\' && quote != u'\'' && i + 1 < text.size()) {
-            word = word.value_or(QString()) + text.at(++i);
-        } else if (!quote.isNull()) {
-            if (c == quote)
-                quote = {};
-            else
-                word = word.value_or(QString()) + c;
-        } else if (c == u'"' || c == u'\'') {
+            add(QStringView(text).sliced(++i, 1));
+        } else if (!quote.isNull() && c == quote) {
+            quote = {};
+        } else if (quote.isNull() && (c == u'"' || c == u'\'')) {
             quote = c;
-            word = word.value_or(QString());
-        } else if (c.isSpace() || c == u'#') {
-            if (word)
-                words += *word;
-            word.reset();
+            add({});
+        } else if (quote.isNull() && (c.isSpace() || c == u'#')) {
+            if (std::exchange(isInWord, false))
+                words += std::exchange(word, {});
             if (c == u'#')
-                i = std::max(i, text.indexOf(u'\n', i) < 0 ? text.size() : text.indexOf(u'\n', i));
+                i = text.indexOf(u'\n', i) < 0 ? text.size() : text.indexOf(u'\n', i);
         } else {
-            word = word.value_or(QString()) + c;
+            add(QStringView(text).sliced(i, 1));
         }
     }
-    if (word)
-        words += *word;
+    if (isInWord)
+        words += word;
     return words;
 }
 
