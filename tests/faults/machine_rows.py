@@ -273,6 +273,25 @@ def downloads(fixture: Fixture) -> str:
     return told_of(path, fixture, repair)
 
 
+# Secrets
+
+def kept_private(fixture: Fixture) -> str:
+    fixture.preferences.unlink()
+    fixture.preferences.parent.rmdir()
+    seen_by_tool = fixture.folder / "mask"
+    tool = Tool(fixture)
+    tool.install(f"umask > {seen_by_tool}; exec {REAL} \"$@\"")
+    program = tool.start("umask 022; ulimit -c unlimited\n")
+    fixture.plays()
+    fixture.order("volume", "0.25")
+    program.wait_for_preferences(volume=0.25)
+    for path, wanted in ((fixture.preferences.parent, 0o700), (fixture.preferences, 0o600)):
+        assert path.stat().st_mode & 0o777 == wanted, f"{path}: {path.stat().st_mode:o}"
+    assert resource.prlimit(program.process.pid, resource.RLIMIT_CORE)[0] == 0
+    assert seen_by_tool.read_text(encoding="ascii").strip() == "0022", "yt-dlp does not have the user's own mask"
+    return "the preferences are for the user alone, a crash would leave no image of the memory"
+
+
 # Limits
 
 def refuses(binary: str, *words: str):
@@ -337,6 +356,8 @@ ROWS = [
     Row("machine.configuration-json", "yt-dlp's own configuration has it print JSON", prints_more("-J")),
     Row("machine.configuration-print", "the same, and print the title", prints_more("--print title")),
     Row("machine.configuration-download", "the same, and download the stream", downloads),
+    Row("machine.private", "new files are readable for all, and crashes leave images of memory", kept_private,
+        keeps_settings=False),
     Row("machine.few-files", "only 16 files may be open", refuses("ulimit -n 16; exec", "16 files", "64"), quits=False),
     Row("machine.few-threads", "only 9 threads are allowed",
         refuses(as_another_user("prlimit --nproc=9"), "threads", "24"), quits=False),
