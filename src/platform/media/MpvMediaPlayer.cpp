@@ -23,8 +23,10 @@ constexpr double fullVolumePercent = 100;
 /// How often a lost audio output is tried again.
 constexpr std::chrono::milliseconds audioRetryTime{5000};
 
-/// How often the memory is looked at. A list that does not end takes some 10 MiB meanwhile.
-constexpr std::chrono::milliseconds memoryCheckTime{200};
+/// How often the memory is looked at while a stream is opened, and while it plays. A list that does
+/// not end takes some 50 MiB a second.
+constexpr std::chrono::milliseconds openingMemoryCheckTime{200};
+constexpr std::chrono::milliseconds playingMemoryCheckTime{1000};
 constexpr std::int64_t mebibyte = 1 << 20;
 /// What a stream may take until its list and its first packets are read, then until its first frame
 /// is shown, for which the decoders of a large picture take much, and from then on.
@@ -78,7 +80,7 @@ MpvMediaPlayer::MpvMediaPlayer(StreamAddress address, std::unique_ptr<MpvInstanc
     connect(&m_soundTimer, &QTimer::timeout, this, &MpvMediaPlayer::checkSound);
     connect(&m_soundServer, &SoundServer::fellSilent, this, &MpvMediaPlayer::loseSound);
     connect(&m_soundServer, &SoundServer::answersAgain, this, &MpvMediaPlayer::regainSound);
-    m_memoryTimer.setInterval(memoryCheckTime);
+    m_memoryTimer.setInterval(openingMemoryCheckTime);
     connect(&m_memoryTimer, &QTimer::timeout, this, &MpvMediaPlayer::checkMemory);
     m_audioTimer.setInterval(audioRetryTime);
     connect(&m_audioTimer, &QTimer::timeout, this, [this] { m_instance->command({"ao-reload"}); });
@@ -180,6 +182,7 @@ void MpvMediaPlayer::enterPhase() {
     case Phase::playing:
         qCInfo(logPlayer, "Playing");
         m_monitor.started();
+        m_memoryTimer.setInterval(playingMemoryCheckTime);
         watchMemory(playingLimit);
         pollPosition();
         checkMonitor();
@@ -336,7 +339,10 @@ void MpvMediaPlayer::checkMemory() {
 }
 
 void MpvMediaPlayer::checkSound() {
-    if (m_sound == MpvInstance::Sound::off || !m_lifecycle.isWanted())
+    // Without an output nothing can hold it up, except while one is being opened.
+    const bool mayWait =
+        m_isHeard || m_audioTimer.isActive() || m_lifecycle.phase() == Phase::opening;
+    if (m_sound == MpvInstance::Sound::off || !m_lifecycle.isWanted() || !mayWait)
         return;
     if (!m_soundWatch.isSuspicious(now())) {
         m_soundWatch.asked(now());
