@@ -225,7 +225,7 @@ def many_commands(fixture: Fixture) -> str:
     connection.flush()
     connection.close()
     wait_until(lambda: program.count("loading") >= loadings + COMMANDS,
-               lambda: f"the end of the commands: {program.count('loading')}; {calls.stat().st_size - before} times yt-dlp")
+               lambda: f"the end of the commands; {calls.stat().st_size - before} times yt-dlp")
     wait_until(lambda: program.count("playing") > pictures,
                lambda: f"a picture; {calls.stat().st_size - before} times yt-dlp")
     fixture.plays()
@@ -322,6 +322,8 @@ def as_another_user(limit: str) -> str:
 def no_files_left(fixture: Fixture) -> str:
     program = fixture.start()
     fixture.plays()
+    if b"__ubsan_handle" in pathlib.Path(f"{BUILD}/orvane").read_bytes():
+        return "not tried with the sanitizers, which open a pipe to look at the type of an object"
     pid = program.process.pid
     usual = cpu_share(pid, 5)
     before = resource.prlimit(pid, resource.RLIMIT_NOFILE)
