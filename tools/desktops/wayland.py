@@ -24,6 +24,7 @@ exec {script}
 """
 
 LABWC = """<labwc_config>
+    <core xwaylandPersistence="yes"/>
     <desktops number="2"/>
     <keyboard>
         <default/>
@@ -96,24 +97,34 @@ class Labwc(WaybarSession):
     packages = ("labwc", "waybar", "wlr-randr", "xwayland")
     command = ["labwc"]
     variables = {"WLR_BACKENDS": "x11", "WLR_RENDERER": "pixman"}
+    # It gives every new window the keyboard.
+    unheeded = {"typist": "WM_HINTS"}
 
     def arguments(self) -> list[str]:
         settings = self.settings(".config/labwc/rc.xml", LABWC)
-        # It has no setting for the size of its output, and tells XWayland only that of the beginning.
+        # It has no setting for the size of its output.
         size = f"wlr-randr --output X11-1 --custom-mode {self._size}"
         return ["-C", str(settings.parent), "-s", self.script(size)]
 
+    def _start_session(self) -> None:
+        super()._start_session()
+        self.wait_for(lambda: self.usable_area() == (0, 0, *self.size), "its output's size")
+
     def show_panel(self) -> int:
-        whole = self.usable_area()
-        self.start_waybar("bottom")
-
-        def is_announced() -> bool:
-            # It tells X11 only when something else happens there.
-            self.run("xprop", "-root", "-f", "NEWS", "32c", "-set", "NEWS", "1")
-            return self.usable_area() != whole
-
-        self.wait_for(is_announced, "the panel")
+        self.start_panel("bottom")
         return self.size[1] - 30
+
+    def start_panel(self, edge: str) -> str:
+        """Returns "", as this has no window of X11."""
+        whole = self.usable_area()
+        self.start_waybar(edge)
+        self.wait_for(lambda: self.usable_area() != whole, "the panel")
+        return ""
+
+    def usable_area(self) -> tuple[int, int, int, int]:
+        # It tells X11 of a change only when something else happens there.
+        self.run("xprop", "-root", "-f", "NEWS", "32c", "-set", "NEWS", "1")
+        return super().usable_area()
 
     def show_workspace(self, number: int) -> None:
         self.key(f"super+{number + 1}")
