@@ -33,12 +33,14 @@ IDS = {"AlArabiya": "alarabiya", "AlHadath": "alhadath", "aljazeera": "aljazeera
 FORMAT = "best[height<=480]"
 
 
-def _children(pid: int) -> list[int]:
+def _descendants(pid: int) -> list[int]:
+    """Between the program and yt-dlp stands its guard."""
     found = []
-    for task in pathlib.Path(f"/proc/{pid}/task").iterdir():
-        with contextlib.suppress(OSError):
+    with contextlib.suppress(OSError):
+        for task in pathlib.Path(f"/proc/{pid}/task").iterdir():
             found += (task / "children").read_text(encoding="ascii").split()
-    return [int(child) for child in found]
+    children = [int(child) for child in found]
+    return children + [each for child in children for each in _descendants(child)]
 
 
 def wait_for_ytdlp(pid: int, page: str) -> float:
@@ -50,7 +52,7 @@ def wait_for_ytdlp(pid: int, page: str) -> float:
             return page.encode() in command
         return False
 
-    child = wait_until(lambda: next(filter(asks, _children(pid)), None), "yt-dlp")
+    child = wait_until(lambda: next(filter(asks, _descendants(pid)), None), "yt-dlp")
     handle = os.pidfd_open(child)
     try:
         if not select.select([handle], [], [], 60)[0]:
