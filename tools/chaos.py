@@ -18,8 +18,9 @@ from dataclasses import dataclass
 from tools.channels import Channel
 from tools.desktop import Desktop
 from tools.livesite import LiveSite
-from tools.processes import descendants, own_memory_mib, threads
+from tools.processes import descendants, own_memory_mib, threads, wait_for_ends
 from tools.program import Program
+from tools.waiting import Timeout
 
 RESOURCES = ("page", "watch", "master", "list", "segment")
 FAULTS = (403, 404, 410, 429, 500, 503, 204, "hang", "loop", "empty")
@@ -34,6 +35,8 @@ BODIES = {
 MEMORY_NOISE = 40 if "asan" not in os.environ["ORVANE_BUILD"] else 2048
 THREAD_NOISE = 12
 DESCRIPTOR_NOISE = 24
+# Seconds, for what the program has started, once it has ended.
+ENDS_WITHIN = 10
 
 
 class ChaosSite(LiveSite):
@@ -166,7 +169,11 @@ def run(minutes: int) -> int:
         children = descendants(program.process.pid)
         left_as_zombies = zombies(program.process.pid)
         code = program.quit()
-        left = [command for pid, command in children if pathlib.Path(f"/proc/{pid}").exists()]
+        left = ""
+        try:
+            wait_for_ends(children, ENDS_WITHIN)
+        except Timeout as problem:
+            left = str(problem)
         alarm = "Sanitizer" in program.log() or "runtime error:" in program.log()
     print(f"ended with {code}; left behind: {left or 'nothing'}; grown: {judged(held) or 'nothing'}")
     return int(bool(code or left or left_as_zombies or alarm or judged(held)))

@@ -8,6 +8,8 @@ import pathlib
 import subprocess
 import time
 
+from tools.waiting import wait_until
+
 _TICKS = os.sysconf("SC_CLK_TCK")
 
 
@@ -74,6 +76,17 @@ def descendants(pid: int) -> list[tuple[int, str]]:
         found += level
         parents = {child for child, _ in level}
     return found
+
+
+def is_alive(pid: int) -> bool:
+    return pathlib.Path(f"/proc/{pid}").exists()
+
+
+def wait_for_ends(children: list[tuple[int, str]], limit: float) -> None:
+    """Waits for the end of what `descendants` has returned before a program ended: what is cut off by that ends just
+    after it."""
+    for pid, command in children:
+        wait_until(lambda p=pid: not is_alive(p), f"the end of the child process {pid}: {command}", limit)
 
 
 def end(process: subprocess.Popen) -> None:

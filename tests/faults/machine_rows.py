@@ -15,10 +15,10 @@ import dbus.bus
 import dbus.lowlevel
 
 from fixture import UNKNOWN_KEY, Fixture
-from outcome import BUILD, is_alive, quit_cleanly
+from outcome import BUILD, quit_cleanly
 from rows import Row
 from tool_rows import OTHERS, REAL, Tool
-from tools.processes import cpu_share, descendants
+from tools.processes import cpu_share, descendants, is_alive
 from tools.tray import find_icon, start_tint2
 from tools.waiting import DEADLINE, wait_until
 

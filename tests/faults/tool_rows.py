@@ -8,10 +8,10 @@ import random
 import time
 
 from fixture import Fixture
-from outcome import is_alive, is_installation
+from outcome import is_installation
 from pip_index import PipIndex
 from rows import Row
-from tools.processes import descendants
+from tools.processes import descendants, is_alive
 from tools.waiting import wait_until
 
 FOLDER = "/usr/local/bin"

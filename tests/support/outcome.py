@@ -7,9 +7,9 @@ import shutil
 import time
 
 from tools.desktop import Desktop
-from tools.processes import descendants
+from tools.processes import descendants, wait_for_ends
 from tools.program import Program
-from tools.waiting import DEADLINE, wait_until
+from tools.waiting import DEADLINE
 
 BUILD = os.environ["ORVANE_BUILD"]
 RESULTS = pathlib.Path(os.environ.get("ORVANE_TEST_RESULTS", "results"))
@@ -36,10 +36,6 @@ def check_no_alarm(program: Program) -> None:
         assert alarm not in log, f"{alarm} in the log: {log[-3000:]}"
 
 
-def is_alive(pid: int) -> bool:
-    return pathlib.Path(f"/proc/{pid}").exists()
-
-
 def is_installation(command: str) -> bool:
     """Whether it may outlive the program."""
     return " install " in command and command.endswith("yt-dlp")
@@ -56,8 +52,6 @@ def quit_cleanly(program: Program) -> None:
     took = time.monotonic() - before
     assert code == 0, f"exit code {code}: {program.log()[-3000:]}"
     assert took < QUIT_LIMIT, f"the program took {took:.1f} s to end"
-    # What is cut off by the end of the program ends just after it.
-    for pid, command in children:
-        limit = DEADLINE if is_installation(command) else QUIT_LIMIT
-        wait_until(lambda p=pid: not is_alive(p), f"the end of the child process {pid}: {command}", limit)
+    wait_for_ends([child for child in children if is_installation(child[1])], DEADLINE)
+    wait_for_ends([child for child in children if not is_installation(child[1])], QUIT_LIMIT)
     check_no_alarm(program)

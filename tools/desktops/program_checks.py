@@ -3,13 +3,12 @@
 
 from __future__ import annotations
 
-import pathlib
 from typing import Callable
 
 from tools.backdrop import Backdrop
 from tools.desktops.session import NoProtocol, Session
 from tools.desktops.stand import LETTERS, OK, Stand, settled
-from tools.processes import descendants
+from tools.processes import descendants, wait_for_ends
 from tools.tray import TRAY_HEIGHT, find_icon
 from tools.waiting import Timeout, wait_until
 
@@ -49,9 +48,7 @@ def quits(stand: Stand) -> str:
     stand.command("--quit")
     code = program.wait_for_end()
     assert code == 0, f"ended with {code}"
-    # What is cut off by the end of the program ends just after it.
-    for pid, command in children:
-        wait_until(lambda p=pid: not pathlib.Path(f"/proc/{p}").exists(), f"the end of {command}", 2)
+    wait_for_ends(children, 2)
     assert not program.is_shown(), "its window is still there"
     return OK
 
