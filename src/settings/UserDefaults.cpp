@@ -84,9 +84,7 @@ std::optional<FileText> readFile(const QString& path) {
 
 } // namespace
 
-UserDefaults::UserDefaults(QString filePath) : m_filePath(std::move(filePath)) {
-    m_writer.setMaxThreadCount(1);
-}
+UserDefaults::UserDefaults(QString filePath) : m_filePath(std::move(filePath)) {}
 
 UserDefaults::~UserDefaults() {
     synchronize();

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/BackgroundThreads.h"
+
 #include <QHash>
 #include <QJsonObject>
 #include <QJsonValue>
@@ -8,7 +10,6 @@
 #include <QMutex>
 #include <QString>
 #include <QStringList>
-#include <QThreadPool>
 
 #include <cstdint>
 #include <optional>
@@ -83,7 +84,7 @@ private:
     bool m_writeScheduled = false;    ///< Guarded by m_mutex.
     bool m_hasWarned = false;         ///< Guarded by m_mutex.
 
-    QThreadPool m_writer; ///< One thread. Last, so that it ends before the members it uses.
+    BackgroundThreads m_writer{1}; ///< Last, so that it ends before the members it uses.
 };
 
 } // namespace orvane

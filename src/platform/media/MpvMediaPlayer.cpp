@@ -4,7 +4,6 @@
 #include "base/Logging.h"
 
 #include <QCoroFuture>
-#include <QtConcurrentRun>
 
 #include <mpv/client.h>
 
@@ -405,10 +404,7 @@ void MpvMediaPlayer::fail(std::optional<QString> error) {
 }
 
 MpvMediaPlayerFactory::MpvMediaPlayerFactory(MpvTeardownQueue& teardown, VideoOutput output)
-    : m_teardown(teardown), m_output(output) {
-    // The next player usually comes much later: an idle thread would only cost memory.
-    m_makers.setExpiryTimeout(0);
-}
+    : m_teardown(teardown), m_output(output) {}
 
 QCoro::Task<std::unique_ptr<MediaPlayer>> MpvMediaPlayerFactory::make(StreamAddress address,
                                                                       std::stop_token stop) {
@@ -418,7 +414,7 @@ QCoro::Task<std::unique_ptr<MediaPlayer>> MpvMediaPlayerFactory::make(StreamAddr
     using Sound = MpvInstance::Sound;
     const Sound sound = m_soundServer.isSilent() ? Sound::off : Sound::on;
     const QFuture<mpv_handle*> making =
-        QtConcurrent::run(&m_makers, MpvInstance::makeHandle, m_output, sound);
+        m_makers.run([this, sound] { return MpvInstance::makeHandle(m_output, sound); });
     mpv_handle* handle = co_await making;
     if (handle == nullptr)
         co_return std::unique_ptr<MediaPlayer>();

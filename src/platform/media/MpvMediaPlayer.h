@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/BackgroundThreads.h"
 #include "platform/media/LiveStreamMonitor.h"
 #include "platform/media/MediaPlayer.h"
 #include "platform/media/MpvInstance.h"
@@ -11,7 +12,6 @@
 #include "platform/media/VideoSource.h"
 #include "platform/system/Memory.h"
 
-#include <QThreadPool>
 #include <QTimer>
 
 #include <string_view>
@@ -126,8 +126,7 @@ private:
     MpvTeardownQueue& m_teardown;
     SoundServer m_soundServer{m_teardown};
     VideoOutput m_output;
-    /// Not the shared pool, whose threads may all be waiting for a bus that does not answer.
-    QThreadPool m_makers;
+    BackgroundThreads m_makers{2};
 };
 
 } // namespace orvane

@@ -43,11 +43,7 @@ private:
 
 } // namespace
 
-MpvTeardownQueue::MpvTeardownQueue() {
-    m_destroyers.setMaxThreadCount(maximumCount);
-    // The next player usually comes much later: an idle thread would only cost memory.
-    m_destroyers.setExpiryTimeout(0);
-}
+MpvTeardownQueue::MpvTeardownQueue() {}
 
 MpvTeardownQueue::~MpvTeardownQueue() {
     m_destroyers.waitForDone();

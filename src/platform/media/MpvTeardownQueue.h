@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/BackgroundThreads.h"
+
 #include <QCoroTask>
 #include <QObject>
-#include <QThreadPool>
 
 #include <functional>
 #include <list>
@@ -64,7 +65,7 @@ private:
     [[nodiscard]] QCoro::Task<> until(std::function<bool()> condition, std::stop_token stop);
 
     Entries m_entries;
-    QThreadPool m_destroyers;
+    BackgroundThreads m_destroyers{maximumCount};
 };
 
 } // namespace orvane

@@ -7,7 +7,6 @@
 
 #include <QFuture>
 #include <QPointer>
-#include <QtConcurrentRun>
 
 #include <mpv/client.h>
 
@@ -17,7 +16,6 @@
 namespace orvane {
 
 SoundServer::SoundServer(MpvTeardownQueue& teardown) : m_teardown(teardown) {
-    m_makers.setExpiryTimeout(0);
     m_limit.setSingleShot(true);
     m_limit.setInterval(answerLimit);
     connect(&m_limit, &QTimer::timeout, this, [this] { setSilent(true); });
@@ -28,8 +26,8 @@ SoundServer::~SoundServer() = default;
 void SoundServer::suspect() {
     if (std::exchange(m_isAsking, true))
         return;
-    QtConcurrent::run(&m_makers, MpvInstance::makeHandle, VideoOutput::software,
-                      MpvInstance::Sound::on)
+    m_makers
+        .run([] { return MpvInstance::makeHandle(VideoOutput::software, MpvInstance::Sound::on); })
         .then(this, [this](mpv_handle* handle) { ask(handle); });
 }
 

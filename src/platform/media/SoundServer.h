@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/BackgroundThreads.h"
+
 #include <QObject>
-#include <QThreadPool>
 #include <QTimer>
 
 #include <chrono>
@@ -51,7 +52,7 @@ private:
     bool m_isAsking = false;
     /// Runs while an answer is in time.
     QTimer m_limit;
-    QThreadPool m_makers;
+    BackgroundThreads m_makers{1};
 };
 
 /// Detects that a player waits for its sound: mpv's core, which the sound output can block, does

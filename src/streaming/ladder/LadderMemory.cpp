@@ -35,9 +35,7 @@ std::optional<LadderMemory::Entry> readFile(const QString& path) {
 
 } // namespace
 
-LadderMemory::LadderMemory(QString path) : m_path(std::move(path)) {
-    m_writer.setMaxThreadCount(1);
-}
+LadderMemory::LadderMemory(QString path) : m_path(std::move(path)) {}
 
 const std::optional<LadderMemory::Entry>& LadderMemory::entry() {
     if (!m_isRead) {

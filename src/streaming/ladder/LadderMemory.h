@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/BackgroundThreads.h"
 #include "streaming/ladder/Rung.h"
 #include "streaming/tool/YtDlpCommand.h"
 
 #include <QByteArray>
 #include <QString>
-#include <QThreadPool>
 
 #include <optional>
 
@@ -41,7 +41,7 @@ private:
     QString m_path;
     bool m_isRead = false;
     std::optional<Entry> m_entry;
-    QThreadPool m_writer; ///< One thread, so that the last write wins.
+    BackgroundThreads m_writer{1}; ///< One thread, so that the last write wins.
 };
 
 } // namespace orvane
