@@ -283,12 +283,17 @@ void X11FloatingWindow::setAcceptsPointer(bool accepts) {
 }
 
 void X11FloatingWindow::setVanished(bool vanished) {
-    if (!X11::isXWayland())
-        setShapeEmpty(vanished); // Its shadow goes with its shape.
-    else if (!vanished)
-        comeBack();
-    else if (canWithdraw() && !m_window.isFullScreen())
-        withdraw();
+    if (X11::isXWayland()) {
+        if (!vanished)
+            comeBack();
+        else if (canWithdraw() && !m_window.isFullScreen())
+            withdraw();
+        return;
+    }
+    setShapeEmpty(vanished); // Its shadow goes with its shape.
+    // mutter gives the keyboard to the window under the pointer, whatever its shape.
+    setAcceptsFocus(!vanished);
+    flush();
 }
 
 void X11FloatingWindow::setShapeEmpty(bool isEmpty) {
