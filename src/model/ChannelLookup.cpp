@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "model/ChannelLookup.h"
 
-#include "base/EditDistance.h"
+#include "model/EditDistance.h"
 
 #include <algorithm>
 #include <map>

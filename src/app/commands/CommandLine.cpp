@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/commands/CommandLine.h"
 
-#include "base/EditDistance.h"
+#include "model/EditDistance.h"
 
 #include <QCommandLineParser>
 #include <QHash>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "base/EditDistance.h"
+#include "model/EditDistance.h"
 
 #include <QList>
 
