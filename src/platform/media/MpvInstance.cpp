@@ -54,6 +54,9 @@ constexpr std::array options{
     // Frames are handed out when they are due, so that the main thread does not wait to draw them.
     Option{"video-timing-offset", "0"},
     Option{"network-timeout", "20"},
+    // Otherwise each new connection waits for an acknowledgement before its first request, on a
+    // server that delays those for 40 ms.
+    Option{"stream-lavf-o", "tcp_nodelay=1"},
     // There is no seeking in a live stream, so what was shown is not kept.
     Option{"demuxer-max-bytes", "32MiB"},
     Option{"demuxer-max-back-bytes", "0"},
@@ -65,9 +68,10 @@ constexpr std::array options{
     Option{"audio-demuxer", "lavf"},
     // A playlist from the web must not refer to local files. One whose target duration is 0 would
     // be asked for without a pause while it stands: a list of a second is not asked for so often
-    // before it counts as stalled.
-    Option{"demuxer-lavf-o",
-           "protocol_whitelist=[http,https,tcp,tls,crypto,httpproxy],max_reload=30"},
+    // before it counts as stalled. A second connection, for the second segment, would be opened
+    // before the first segment is read.
+    Option{"demuxer-lavf-o", "protocol_whitelist=[http,https,tcp,tls,crypto,httpproxy],max_reload="
+                             "30,http_multiple=0"},
     // 8192 x 4320, which no channel exceeds: a small file may hold frames of any size.
     Option{"vd-lavc-o", "max_pixels=35389440"},
 };
