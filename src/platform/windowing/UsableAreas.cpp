@@ -14,9 +14,11 @@ namespace orvane {
 
 namespace {
 
-/// For several screens there is only one announcement, which Qt does not read then.
+/// For several screens there is only one announcement, which Qt does not read then. Some
+/// compositors make it without naming it among what they support.
 bool isAnnounced() {
-    return QGuiApplication::screens().size() == 1 && X11::windowManagerSupports("_NET_WORKAREA");
+    return QGuiApplication::screens().size() == 1 &&
+           !X11::values(X11::root(), X11::atom("_NET_WORKAREA"), XCB_ATOM_CARDINAL).empty();
 }
 
 } // namespace
