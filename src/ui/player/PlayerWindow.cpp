@@ -195,8 +195,8 @@ void PlayerWindow::ensureOnScreen() {
 }
 
 QRectF PlayerWindow::frameInView(const QRectF& now) {
-    if (devicePixelRatioF() != m_scale) {
-        m_scale = devicePixelRatioF();
+    if (screen()->devicePixelRatio() != m_scale) {
+        m_scale = screen()->devicePixelRatio();
         m_dragEnd.start();
         m_scaling.start(windowManagerTime);
         // Until a new window is in its place, the window manager may have put it on another screen.
@@ -286,7 +286,7 @@ void PlayerWindow::contextMenuEvent(QContextMenuEvent* event) {
 void PlayerWindow::resizeEvent(QResizeEvent*) {
     m_containerView->setGeometry(rect());
     // A new scale of the screen shows itself as another size in points first.
-    if (isFullScreen() || devicePixelRatioF() != m_scale || isScaling())
+    if (isFullScreen() || screen()->devicePixelRatio() != m_scale || isScaling())
         return;
     m_size = size();
     const QSize change = size() - m_programmaticSize.value_or(size());
@@ -308,7 +308,7 @@ void PlayerWindow::showEvent(QShowEvent* event) {
     // The user may drag it to a screen of another scale.
     connect(windowHandle(), &QWindow::screenChanged, this, &PlayerWindow::ensureOnScreen,
             Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection));
-    m_scale = devicePixelRatioF();
+    m_scale = screen()->devicePixelRatio();
     m_usableAreas.setWatched(true);
     m_floating->aboutToShow();
     m_frameBeforeScaling = m_floating->frame();
