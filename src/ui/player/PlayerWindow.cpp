@@ -14,6 +14,7 @@
 #include "ui/player/PlayerContainerView.h"
 #include "ui/window/DialogLevel.h"
 #include "ui/window/EdgeResizer.h"
+#include "ui/window/WindowDrag.h"
 #include "ui/window/WindowGeometry.h"
 
 #include <QApplication>
@@ -104,6 +105,9 @@ PlayerWindow::PlayerWindow(const Collaborators& collaborators)
         m_frameBeforeScaling.reset();
         ensureOnScreen();
     });
+    // A quick drag is over before its new scale is noticed.
+    for (const WindowDrag* drag : findChildren<WindowDrag*>())
+        connect(drag, &WindowDrag::started, this, [this] { m_frameBeforeScaling.reset(); });
     m_fade.setDuration(GhostMode::ghostFadeDuration);
     connect(&m_fade, &QVariantAnimation::valueChanged, this,
             [this](const QVariant& value) { setOpacity(value.toDouble()); });

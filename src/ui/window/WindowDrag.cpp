@@ -61,8 +61,10 @@ void WindowDrag::move(const QMouseEvent& event) {
         return;
     const QPointF pressed = *m_pressedAt;
     m_pressedAt.reset();
-    if (!window->isFullScreen())
-        m_move = startWindowMove(*window, pressed, now);
+    if (window->isFullScreen())
+        return;
+    Q_EMIT started();
+    m_move = startWindowMove(*window, pressed, now);
 }
 
 } // namespace orvane

@@ -29,6 +29,9 @@ public:
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
+Q_SIGNALS:
+    void started();
+
 private:
     void press(const QMouseEvent& event);
     void move(const QMouseEvent& event);
