@@ -7,7 +7,7 @@
 #include "base/NotificationCenter.h"
 #include "base/TaskScope.h"
 #include "platform/desktop/Autostart.h"
-#include "platform/media/MpvMediaPlayer.h"
+#include "platform/media/MpvMediaPlayerFactory.h"
 #include "platform/media/MpvTeardownQueue.h"
 #include "platform/system/HttpClient.h"
 #include "platform/system/Process.h"

@@ -74,6 +74,7 @@ QCoro::Task<> PlayerManager::load(Channel channel, std::stop_token stop) {
     co_await settle(stop);
     if (stop.stop_requested())
         co_return;
+    std::unique_ptr<MediaPlayerFactory::Standby> standby = m_players.standBy();
     const Resolution resolution = m_state.resolution();
     const StreamResolver::Result url = co_await m_resolver.resolve(channel, resolution, stop);
     if (stop.stop_requested())
@@ -84,11 +85,14 @@ QCoro::Task<> PlayerManager::load(Channel channel, std::stop_token stop) {
         co_return;
     }
     const StreamAddress address = *url;
-    co_await load(address, channel, stop);
+    co_await load(address, channel, std::move(standby), stop);
 }
 
-QCoro::Task<> PlayerManager::load(StreamAddress address, Channel channel, std::stop_token stop) {
-    std::unique_ptr<MediaPlayer> player = co_await m_players.make(address, stop);
+QCoro::Task<> PlayerManager::load(StreamAddress address, Channel channel,
+                                  std::unique_ptr<MediaPlayerFactory::Standby> standby,
+                                  std::stop_token stop) {
+    std::unique_ptr<MediaPlayer> player =
+        co_await m_players.make(address, std::move(standby), stop);
     if (stop.stop_requested())
         co_return;
     m_currentTask.finish();
@@ -116,7 +120,7 @@ void PlayerManager::open(std::unique_ptr<MediaPlayer> player, const StreamAddres
         [this, address, channel] {
             // The picture goes on, without an overlay, as soon as the next player has one.
             qCInfo(logPlayer, "%s: opening without sound", qUtf8Printable(channel.id()));
-            m_tasks.spawn(load(address, channel, m_currentTask.restart()));
+            m_tasks.spawn(load(address, channel, m_players.standBy(), m_currentTask.restart()));
         },
         Qt::QueuedConnection);
     resume();

@@ -69,7 +69,9 @@ private:
     [[nodiscard]] QCoro::Task<> settle(std::stop_token stop);
     [[nodiscard]] QCoro::Task<> load(Channel channel, std::stop_token stop);
     /// Makes a player for the address and opens it.
-    [[nodiscard]] QCoro::Task<> load(StreamAddress address, Channel channel, std::stop_token stop);
+    [[nodiscard]] QCoro::Task<> load(StreamAddress address, Channel channel,
+                                     std::unique_ptr<MediaPlayerFactory::Standby> standby,
+                                     std::stop_token stop);
     void open(std::unique_ptr<MediaPlayer> player, const StreamAddress& address,
               const Channel& channel);
     void retry(const Channel& channel);

@@ -64,8 +64,8 @@ class FakePlayerFactory final : public MediaPlayerFactory {
 public:
     explicit FakePlayerFactory(QStringList& log) : m_log(log) {}
 
-    [[nodiscard]] QCoro::Task<std::unique_ptr<MediaPlayer>> make(StreamAddress address,
-                                                                 std::stop_token) override {
+    [[nodiscard]] QCoro::Task<std::unique_ptr<MediaPlayer>>
+    make(StreamAddress address, std::unique_ptr<Standby>, std::stop_token) override {
         auto player = std::make_unique<FakePlayer>(address.picture.fileName(), m_log);
         last = player.get();
         co_return player;

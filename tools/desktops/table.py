@@ -9,6 +9,7 @@ import concurrent.futures
 import os
 import pathlib
 import shlex
+import subprocess
 import sys
 import time
 from typing import Callable
@@ -87,13 +88,13 @@ class Runner:
                     seen = CHECKS[check](stand)
                 except NoProtocol as lack:
                     return f"no {lack}"
-                except (AssertionError, OSError, RuntimeError) as problem:
+                except (AssertionError, OSError, RuntimeError, subprocess.SubprocessError) as problem:
                     seen = " ".join(str(problem).split()) or repr(problem)
                 if seen not in (OK, NOTHING) and check in desktop.unheeded:
                     return f"no {desktop.unheeded[check]}"
                 if seen not in (OK, NOTHING):
                     self._keep_evidence(check)
-        except (AssertionError, OSError, RuntimeError) as problem:
+        except (AssertionError, OSError, RuntimeError, subprocess.SubprocessError) as problem:
             seen = " ".join(str(problem).split()) or repr(problem)
         if seen not in (OK, NOTHING):
             self._stop()

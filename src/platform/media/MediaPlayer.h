@@ -71,10 +71,19 @@ class MediaPlayerFactory {
 public:
     virtual ~MediaPlayerFactory() = default;
 
+    /// What of a player can be made before its address is known. Dropping it undoes that, in the
+    /// background.
+    class Standby {
+    public:
+        virtual ~Standby() = default;
+    };
+    /// Begins to make it, for a `make` that comes later. Null if it cannot be made ahead now.
+    [[nodiscard]] virtual std::unique_ptr<Standby> standBy() { return nullptr; }
+
     /// Waits while too many earlier players are still being destroyed. Returns null if `stop` was
-    /// requested meanwhile or the player cannot be created.
-    [[nodiscard]] virtual QCoro::Task<std::unique_ptr<MediaPlayer>> make(StreamAddress address,
-                                                                         std::stop_token stop) = 0;
+    /// requested meanwhile or the player cannot be created. `standby` may be null.
+    [[nodiscard]] virtual QCoro::Task<std::unique_ptr<MediaPlayer>>
+    make(StreamAddress address, std::unique_ptr<Standby> standby, std::stop_token stop) = 0;
 };
 
 /// Returns nullopt if `address` may be opened, else the reason to be shown to the user: only web

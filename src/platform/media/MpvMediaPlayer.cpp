@@ -3,8 +3,6 @@
 
 #include "base/Logging.h"
 
-#include <QCoroFuture>
-
 #include <mpv/client.h>
 
 #include <algorithm>
@@ -401,30 +399,6 @@ void MpvMediaPlayer::checkMonitor() {
 void MpvMediaPlayer::fail(std::optional<QString> error) {
     if (m_lifecycle.fail(std::move(error)))
         enterPhase();
-}
-
-MpvMediaPlayerFactory::MpvMediaPlayerFactory(MpvTeardownQueue& teardown, VideoOutput output)
-    : m_teardown(teardown), m_output(output) {}
-
-QCoro::Task<std::unique_ptr<MediaPlayer>> MpvMediaPlayerFactory::make(StreamAddress address,
-                                                                      std::stop_token stop) {
-    co_await m_teardown.room(stop);
-    if (stop.stop_requested())
-        co_return std::unique_ptr<MediaPlayer>();
-    using Sound = MpvInstance::Sound;
-    const Sound sound = m_soundServer.isSilent() ? Sound::off : Sound::on;
-    const QFuture<mpv_handle*> making =
-        m_makers.run([this, sound] { return MpvInstance::makeHandle(m_output, sound); });
-    mpv_handle* handle = co_await making;
-    if (handle == nullptr)
-        co_return std::unique_ptr<MediaPlayer>();
-    auto instance = std::make_unique<MpvInstance>(handle);
-    if (stop.stop_requested()) {
-        m_teardown.enqueue(std::move(instance));
-        co_return std::unique_ptr<MediaPlayer>();
-    }
-    co_return std::make_unique<MpvMediaPlayer>(std::move(address), std::move(instance), sound,
-                                               m_log, m_soundServer, m_teardown);
 }
 
 } // namespace orvane

@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "base/BackgroundThreads.h"
 #include "platform/media/LiveStreamMonitor.h"
 #include "platform/media/MediaPlayer.h"
 #include "platform/media/MpvInstance.h"
 #include "platform/media/MpvLog.h"
 #include "platform/media/MpvTeardownQueue.h"
-#include "platform/media/PlayerLifecycle.h"
 #include "platform/media/SoundServer.h"
 #include "platform/media/VideoSource.h"
+#include "platform/media/live/PlayerLifecycle.h"
 #include "platform/system/Memory.h"
 
 #include <QTimer>
@@ -110,23 +109,6 @@ private:
     QTimer m_audioTimer;
     /// The value of mpv's property `core-idle`: false while it plays.
     bool m_isCoreIdle = true;
-};
-
-/// Makes players, and waits while too many former ones are still being destroyed. Main thread;
-/// owned by the composition root.
-class MpvMediaPlayerFactory final : public MediaPlayerFactory {
-public:
-    MpvMediaPlayerFactory(MpvTeardownQueue& teardown, VideoOutput output);
-
-    [[nodiscard]] QCoro::Task<std::unique_ptr<MediaPlayer>> make(StreamAddress address,
-                                                                 std::stop_token stop) override;
-
-private:
-    MpvLog m_log;
-    MpvTeardownQueue& m_teardown;
-    SoundServer m_soundServer{m_teardown};
-    VideoOutput m_output;
-    BackgroundThreads m_makers{2};
 };
 
 } // namespace orvane

@@ -41,6 +41,8 @@ public:
     /// Returns the number of instances that are not destroyed yet.
     [[nodiscard]] int count() const { return static_cast<int>(m_entries.size()); }
 
+    /// Whether fewer than `maximumCount` places are taken.
+    [[nodiscard]] bool hasRoom() const;
     /// Completes when fewer than `maximumCount` places are taken, or soon after `stop` was
     /// requested.
     [[nodiscard]] QCoro::Task<> room(std::stop_token stop);
@@ -61,7 +63,6 @@ private:
 
     void destroyStopped(const MpvInstance* instance);
     void destroyed(Entries::iterator entry);
-    [[nodiscard]] bool hasRoom() const;
     [[nodiscard]] QCoro::Task<> until(std::function<bool()> condition, std::stop_token stop);
 
     Entries m_entries;

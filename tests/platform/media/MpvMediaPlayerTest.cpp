@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/media/MpvMediaPlayer.h"
 
+#include "platform/media/MpvMediaPlayerFactory.h"
+#include "platform/media/MpvTeardownQueue.h"
 #include "platform/media/VideoOutput.h"
 #include "support/EventLoop.h"
 #include "support/LoopbackServer.h"
@@ -78,7 +80,7 @@ protected:
     ~MpvMediaPlayerTest() override { QCoro::waitFor(teardown.empty()); }
 
     [[nodiscard]] std::unique_ptr<MediaPlayer> make(const StreamAddress& address) {
-        return QCoro::waitFor(factory.make(address, {}));
+        return QCoro::waitFor(factory.make(address, factory.standBy(), {}));
     }
 
     MpvTeardownQueue teardown;
@@ -142,8 +144,9 @@ TEST_F(MpvMediaPlayerTest, MakesNoPlayerIfStoppedWhileTooManyAreDestroyed) {
         make(QUrl(u"http://127.0.0.1:1/"_s)).reset();
     std::stop_source stop;
     stop.request_stop();
-    EXPECT_EQ(QCoro::waitFor(factory.make(QUrl(u"http://127.0.0.1:1/"_s), stop.get_token())),
-              nullptr);
+    EXPECT_EQ(
+        QCoro::waitFor(factory.make(QUrl(u"http://127.0.0.1:1/"_s), nullptr, stop.get_token())),
+        nullptr);
 }
 
 class SplitStreamTest : public MpvMediaPlayerTest,

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/media/PlayerLifecycle.h"
+#include "platform/media/live/PlayerLifecycle.h"
 
 #include <utility>
 
