@@ -3,7 +3,11 @@
 
 #include "support/ToolSetup.h"
 
+#include <QDir>
+#include <QFile>
 #include <QFileInfo>
+#include <QProcess>
+#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -17,6 +21,23 @@ using test::notInstalled;
 using test::ToolSetup;
 
 namespace {
+
+/// Returns an archive that Python runs, as yt-dlp is released.
+QByteArray pythonArchive(const QByteArray& program) {
+    const QTemporaryDir folder;
+    QDir().mkpath(folder.filePath(u"in"_s));
+    QFile main(folder.filePath(u"in/__main__.py"_s));
+    EXPECT_TRUE(main.open(QIODevice::WriteOnly));
+    main.write("#!/usr/bin/env python3\n" + program);
+    main.close();
+    EXPECT_EQ(QProcess::execute(u"python3"_s,
+                                {u"-m"_s, u"zipapp"_s, u"-p"_s, u"/usr/bin/env python3"_s, u"-o"_s,
+                                 folder.filePath(u"out"_s), folder.filePath(u"in"_s)}),
+              0);
+    QFile archive(folder.filePath(u"out"_s));
+    EXPECT_TRUE(archive.open(QIODevice::ReadOnly));
+    return archive.readAll();
+}
 
 TEST(YtDlpRelease, DownloadsTheBestFileForTheMachine) {
     using Error = YtDlpDownloadError;
@@ -103,6 +124,26 @@ TEST(YtDlpRelease, ReplacesAFileOnlyByOneThatIsCompleteVerifiedAndRuns) {
     EXPECT_EQ(setup.inLocalBin(), QStringList{u"yt-dlp"_s});
     EXPECT_TRUE(setup.machine.calls().last().startsWith(u"/bin/chmod [+x] ["_s));
     EXPECT_EQ(setup.server.requests.last(), setup.files + u"yt-dlp_linux Orvane"_s);
+}
+
+TEST(YtDlpRelease, UnpacksTheFileForPythonAndKeepsTheReleaseBefore) {
+    ToolSetup setup;
+    setup.machine.install(u"/usr/bin/python3"_s, "exec python3 \"$@\"\n");
+    const QDir folder(setup.machine.real(u"/new"_s));
+    const QString destination = folder.filePath(u"yt-dlp"_s);
+    for (const QByteArray& version : {"2024.01.01"_ba, "2024.02.02"_ba, "2024.03.03"_ba}) {
+        const QByteArray archive = pythonArchive("print('" + version + "')\n");
+        setup.server.answers[setup.files + u"yt-dlp"_s] = {.body = archive};
+        setup.publishChecksum(archive, "yt-dlp");
+        const YtDlpRelease::Downloaded downloaded =
+            QCoro::waitFor(setup.tool.release().download(destination));
+        ASSERT_TRUE(downloaded);
+        EXPECT_EQ(downloaded->version, QString::fromLatin1(version));
+        const QFileInfo start(QFileInfo(destination).canonicalFilePath());
+        EXPECT_EQ(start.fileName(), u"__main__.py");
+        EXPECT_FALSE(QDir(start.path() + u"/__pycache__"_s).isEmpty());
+    }
+    EXPECT_EQ(folder.entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).size(), 3);
 }
 
 TEST(YtDlpRelease, HasNoVersionFromAnUnusableAnswer) {

@@ -6,7 +6,6 @@
 
 #include <QCoroFuture>
 
-#include <optional>
 #include <utility>
 
 namespace orvane {
@@ -20,19 +19,23 @@ public:
     HandleStandby(QFuture<mpv_handle*> making, Sound sound, MpvTeardownQueue& teardown)
         : m_making(std::move(making)), m_sound(sound), m_teardown(teardown) {}
     ~HandleStandby() override {
-        if (!m_making)
+        if (m_isTaken)
             return;
-        m_making->then(&m_teardown, [&teardown = m_teardown](mpv_handle* handle) {
+        m_making.then(&m_teardown, [&teardown = m_teardown](mpv_handle* handle) {
             if (handle != nullptr)
                 teardown.enqueue(std::make_unique<MpvInstance>(handle));
         });
     }
 
     [[nodiscard]] Sound sound() const { return m_sound; }
-    [[nodiscard]] QFuture<mpv_handle*> take() { return *std::exchange(m_making, std::nullopt); }
+    [[nodiscard]] QFuture<mpv_handle*> take() {
+        m_isTaken = true;
+        return m_making;
+    }
 
 private:
-    std::optional<QFuture<mpv_handle*>> m_making;
+    QFuture<mpv_handle*> m_making;
+    bool m_isTaken = false;
     Sound m_sound;
     MpvTeardownQueue& m_teardown;
 };

@@ -23,10 +23,25 @@ namespace {
 
 constexpr std::chrono::milliseconds versionTimeout{10000};
 
+const QString fileForPython = u"yt-dlp"_s;
+
+/// What the folders of unpacked releases begin with, and what follows of the checksum.
+const QString unpackedPrefix = u"unpacked-"_s;
+constexpr qsizetype checksumDigits = 16;
+
 const QString latestRelease = u"/yt-dlp/yt-dlp/releases/latest/download/"_s;
 
 /// The first version of Python that runs the file for all machines.
 const QVersionNumber neededPython(3, 10);
+
+/// Removes all unpacked releases but this one and the one before, which may be running.
+void removeOthers(const QDir& folder, const QString& current) {
+    QStringList others =
+        folder.entryList({unpackedPrefix + u'*'}, QDir::Dirs | QDir::NoSymLinks, QDir::Time);
+    others.removeOne(current);
+    for (const QString& old : others.mid(1))
+        QDir(folder.filePath(old)).removeRecursively();
+}
 
 } // namespace
 
@@ -52,7 +67,7 @@ QStringList releaseFiles(const QString& architecture, const QString& python) {
     QStringList files;
     const QString number = python.trimmed().section(u' ', 1, 1);
     if (QVersionNumber::fromString(number) >= neededPython)
-        files += u"yt-dlp"_s;
+        files += fileForPython;
 #ifdef Q_OS_MACOS
     files += u"yt-dlp_macos"_s;
 #else
@@ -130,10 +145,47 @@ YtDlpRelease::downloadFile(QString address, QByteArray checksum, QString destina
     const std::optional<QString> version = co_await askVersion(m_tools, command, m_stop);
     if (!version)
         co_return std::unexpected(YtDlpDownloadError::doesNotRun);
+    if (address.endsWith(u'/' + fileForPython))
+        co_await unpack(command, incomplete.path(), QString::fromLatin1(checksum), *version);
     if (std::rename(QFile::encodeName(command.program).constData(),
                     QFile::encodeName(destination).constData()) != 0)
         co_return std::unexpected(YtDlpDownloadError::incomplete);
     co_return YtDlpCandidate{{YtDlpCommand::Kind::executable, destination}, *version};
+}
+
+QCoro::Task<> YtDlpRelease::unpack(YtDlpCommand packed, QString workFolder, QString checksum,
+                                   QString version) {
+    const QString python = systemPython(m_tools.host());
+    const auto runs = [this, python](QStringList arguments) {
+        return m_tools.succeeds(python, QStringList{u"-I"_s, u"-m"_s} + arguments,
+                                ToolEnvironment::extendedPath);
+    };
+    const QString fresh = workFolder + u"/unpacked"_s;
+    const QStringList extraction{u"zipfile"_s, u"-e"_s, packed.program, fresh};
+    const QStringList compilation{u"compileall"_s, u"-q"_s, fresh};
+    if (!HostFileSystem::isExecutableFile(python))
+        co_return;
+    const bool isExtracted = co_await runs(extraction);
+    if (!isExtracted)
+        co_return;
+    // Python compiles by itself what this does not, at the first start.
+    co_await runs(compilation);
+
+    QDir folder(QFileInfo(workFolder).path());
+    const QString name = unpackedPrefix + checksum.left(checksumDigits);
+    const QString start = folder.filePath(name + u"/__main__.py"_s);
+    // It is there if this release was unpacked before.
+    folder.rename(fresh, name);
+    QFile::setPermissions(start, QFile::permissions(start) | QFile::ExeOwner);
+    const YtDlpCommand unpacked{YtDlpCommand::Kind::executable, workFolder + u"/start"_s};
+    if (!QFile::link(start, unpacked.program))
+        co_return;
+    const std::optional<QString> printed = co_await askVersion(m_tools, unpacked, m_stop);
+    if (printed != version)
+        co_return;
+    removeOthers(folder, name);
+    std::rename(QFile::encodeName(unpacked.program).constData(),
+                QFile::encodeName(packed.program).constData());
 }
 
 QCoro::Task<std::optional<YtDlpRelease::Checksums>> YtDlpRelease::checksums(Origin releases) {
