@@ -3,8 +3,9 @@
 # which have the plugins of Qt, as releases of Debian divide them differently.
 execute_process(COMMAND qmake6 -query QT_INSTALL_PLUGINS
     OUTPUT_VARIABLE folder OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
-# The certificates of the sites, and the signs on the buttons, which are boxes without these fonts.
-set(packages ca-certificates fonts-noto-core fonts-noto-color-emoji)
+# The certificates of the sites; the signs on the buttons, which are boxes without these fonts; the toolkit's own texts in
+# the languages of the interface.
+set(packages ca-certificates fonts-noto-core fonts-noto-color-emoji qt6-translations-l10n)
 foreach(plugin
     # X11, alone and with each way to OpenGL; TLS; the icon in the tray and in windows
     platforms/libqxcb.so

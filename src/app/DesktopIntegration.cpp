@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/DesktopIntegration.h"
 
+#include "language/Translation.h"
+
 #include "model/AppConstants.h"
 #include "playback/PlayerManager.h"
 #include "state/AppNotification.h"
@@ -18,7 +20,8 @@ DesktopIntegration::DesktopIntegration(const Collaborators& with, ApplicationAct
                        .actions = actions,
                        .sessionBus = m_sessionBus,
                        .videoSite = with.videoSite}),
-      m_screenSaver(m_sessionBus, AppConstants::appName, u"A channel is playing"_s),
+      m_screenSaver(m_sessionBus, AppConstants::appName,
+                    translated("Player", "A channel is playing")),
       m_idleInhibition(with.state, with.notifications, m_screenSaver, with.clock, with.tasks),
       m_systemBus(MessageBus::Kind::system, with.clock, with.tasks),
       m_sleep(m_systemBus),

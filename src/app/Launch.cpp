@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Launch.h"
 
+#include "language/Translation.h"
+
 #include "app/AppDelegate.h"
 #include "app/commands/ChannelText.h"
 #include "app/commands/CommandLine.h"
@@ -119,20 +121,22 @@ bool onlyQuits(const QList<Verb::Value>& verbs) {
 Outcome handleFailure(SingleInstance::Failure failure, const QList<Verb::Value>& verbs) {
     switch (failure) {
     case SingleInstance::Failure::tooLong:
-        return printError(u"the options are too long"_s, usageError);
+        return printError(translated("CommandLine", "the options are too long"), usageError);
     case SingleInstance::Failure::refused:
-        return printError(
-            u"another version of Orvane is running and does not know these options; quit it first"_s,
-            failed);
+        return printError(translated("CommandLine", "another version of Orvane is running and does "
+                                                    "not know these options; quit it first"),
+                          failed);
     case SingleInstance::Failure::noAnswer:
-        return printError(u"Orvane is running but does not answer"_s, failed);
+        return printError(translated("CommandLine", "Orvane is running but does not answer"),
+                          failed);
     case SingleInstance::Failure::noLock:
     case SingleInstance::Failure::noSocket:
         break;
     }
-    printError(
-        u"neither XDG_RUNTIME_DIR nor the folder for temporary files is usable, so Orvane cannot "
-        "check whether it is already running"_s);
+    printError(translated(
+        "CommandLine",
+        "neither XDG_RUNTIME_DIR nor the folder for temporary files is usable, so Orvane cannot "
+        "check whether it is already running"));
     return onlyQuits(verbs) ? Outcome(Exit{failed}) : start(nullptr, verbs);
 }
 
@@ -140,7 +144,7 @@ Outcome run(QList<Verb::Value> verbs, const QString& preferencesPath) {
     if (const auto error = lookUpChannels(verbs, preferencesPath))
         return printError(*error, usageError);
     if (!hasDisplay())
-        return printError(noDisplay, failed);
+        return printError(noDisplay(), failed);
     SingleInstance::Claim result = claim(verbs, preferencesPath);
     if (const auto* failure = std::get_if<SingleInstance::Failure>(&result))
         return handleFailure(*failure, verbs);
@@ -178,7 +182,9 @@ struct Execute {
 Outcome prepare(const QStringList& arguments, const QString& preferencesPath) {
     const auto command = CommandLine::parse(arguments);
     if (!command)
-        return printError(command.error().message + u"\nTry orvane --help."_s, usageError);
+        return printError(command.error().message + u'\n' +
+                              translated("CommandLine", "Try orvane --help."),
+                          usageError);
     return std::visit(Execute{preferencesPath}, *command);
 }
 

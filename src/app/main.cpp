@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "language/Translation.h"
+
 #include "app/Collaborators.h"
 #include "app/Environment.h"
 #include "app/Launch.h"
@@ -13,6 +15,8 @@
 #include "platform/system/SearchPath.h"
 #include "platform/system/TerminationSignals.h"
 #include "platform/windowing/BaseSizes.h"
+#include "settings/Preferences.h"
+#include "settings/UserDefaults.h"
 #include "ui/ApplicationIcon.h"
 #include "ui/theme/Theme.h"
 
@@ -44,6 +48,12 @@ QString preferencesPath() {
            u"/orvane/preferences.json"_s;
 }
 
+Language chosenLanguage() {
+    UserDefaults defaults(preferencesPath());
+    return Preferences(defaults).language().value_or(
+        systemLanguage([](const char* name) { return qEnvironmentVariable(name); }));
+}
+
 /// Returns the arguments after the program's name.
 QStringList argumentsOf(int argc, char** argv) {
     QStringList arguments;
@@ -64,6 +74,7 @@ void prepareQt() {
 int main(int argc, char** argv) {
     ProcessSettings::apply();
     limitMemoryArenas();
+    Translation translation(chosenLanguage());
     Launch::Outcome launch = Launch::prepare(argumentsOf(argc, argv), preferencesPath());
     if (const auto* exit = std::get_if<Launch::Exit>(&launch))
         return exit->code;
@@ -74,6 +85,7 @@ int main(int argc, char** argv) {
     SilentBusDetour detour(MessageBus::addressOf(MessageBus::Kind::session));
     const QApplication application(argc, argv);
     detour.end();
+    translation.install();
     const BaseSizes baseSizes;
     QApplication::setWindowIcon(applicationIcon());
     useNumericCLocale();

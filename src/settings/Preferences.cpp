@@ -32,6 +32,7 @@ constexpr QLatin1StringView windowFrame{"windowFrame"};
 constexpr QLatin1StringView windowSizePreset{"windowSizePreset"};
 constexpr QLatin1StringView windowOpacity{"windowOpacity"};
 constexpr QLatin1StringView theme{"theme"};
+constexpr QLatin1StringView language{"language"};
 constexpr QLatin1StringView ghostModeEnabled{"ghostModeEnabled"};
 constexpr QLatin1StringView customChannels{"customChannels"};
 constexpr QLatin1StringView shortcutsInTextFields{"shortcutsInTextFields"};
@@ -196,6 +197,17 @@ AppTheme Preferences::theme() const {
 
 void Preferences::setTheme(AppTheme theme) {
     m_defaults.set(Key::theme, rawValue(theme));
+}
+
+std::optional<Language> Preferences::language() const {
+    return languageNamed(m_defaults.string(Key::language).value_or(QString()));
+}
+
+void Preferences::setLanguage(std::optional<Language> language) {
+    if (language)
+        m_defaults.set(Key::language, code(*language));
+    else
+        m_defaults.remove(Key::language);
 }
 
 bool Preferences::ghostModeEnabled() const {

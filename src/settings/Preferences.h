@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "language/Language.h"
+
 #include "model/Channel.h"
 #include "model/Resolution.h"
 #include "settings/AppTheme.h"
@@ -74,6 +76,10 @@ public:
     /// Default `system`.
     [[nodiscard]] AppTheme theme() const;
     void setTheme(AppTheme theme);
+
+    /// Of the interface, from the next start on; nullopt: the system's.
+    [[nodiscard]] std::optional<Language> language() const;
+    void setLanguage(std::optional<Language> language);
 
     /// Default false.
     [[nodiscard]] bool ghostModeEnabled() const;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "streaming/ChannelResolver.h"
 
+#include "language/Translation.h"
+
 #include "base/Logging.h"
 #include "streaming/tool/YtDlpTool.h"
 
@@ -85,7 +87,8 @@ QCoro::Task<ChannelResolver::Result> ChannelResolver::resolve(QString input, std
 
 QCoro::Task<ChannelResolver::Name> ChannelResolver::fetchChannelName(QString handle,
                                                                      std::stop_token stop) {
-    const ResolveError notFound{u"Channel not found. Check the handle or URL."_s};
+    const ResolveError notFound{
+        translated("Settings", "Channel not found. Check the handle or URL.")};
     if (!m_site)
         co_return std::unexpected(notFound);
     const YtDlpSearch search = YtDlpSearch::of(YtDlpUser::channelResolver);
@@ -104,7 +107,7 @@ QCoro::Task<ChannelResolver::Name> ChannelResolver::fetchChannelName(QString han
                                  .outputLimit = descriptionLimit};
     const ProcessOutcome outcome = co_await m_tool.runner().run(request, stop);
     if (!outcome)
-        co_return std::unexpected(ResolveError{u"Failed to run yt-dlp"_s});
+        co_return std::unexpected(ResolveError{translated("Settings", "Failed to run yt-dlp")});
     const std::optional<QString> name = channelName(outcome->standardOutput.bytes);
     if (!name) {
         qCInfo(logStream).noquote() << "no channel at" << withoutSecrets(page);

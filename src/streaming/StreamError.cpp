@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "streaming/StreamError.h"
 
-namespace orvane {
+#include "streaming/ladder/StreamFailure.h"
 
-using namespace Qt::StringLiterals;
+namespace orvane {
 
 QString errorDescription(const StreamError::Value& error) {
     if (const auto* failed = std::get_if<StreamError::ResolveFailed>(&error))
-        return u"Stream resolve failed: "_s + failed->reason;
-    return u"Stream resolver returned no output"_s;
+        return QLatin1StringView(FailurePrefix::notResolved) + failed->reason;
+    return QString::fromLatin1(QT_TRANSLATE_NOOP("Failure", "Stream resolver returned no output"));
 }
 
 } // namespace orvane

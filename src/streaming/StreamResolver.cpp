@@ -28,14 +28,15 @@ constexpr std::chrono::seconds configuredCallLimit{90};
 /// status: an address counts even after a failure.
 StreamResolver::Result readOutcome(const StreamQuery& query, const ProcessOutcome& outcome) {
     if (!outcome) {
-        return std::unexpected(
-            StreamError::ResolveFailed{u"Failed to run yt-dlp: "_s + outcome.error().reason});
+        return std::unexpected(StreamError::ResolveFailed{QLatin1StringView(FailurePrefix::notRun) +
+                                                          outcome.error().reason});
     }
     const CapturedOutput& output = outcome->standardOutput;
     std::optional<StreamAddress> address = query.read(output.text().value_or(QString()));
     if (address && !output.isTruncated)
         return *std::move(address);
-    const QString reason = outcome->standardError.text().value_or(u"Unknown error"_s);
+    const QString reason = outcome->standardError.text().value_or(
+        QString::fromLatin1(QT_TRANSLATE_NOOP("Failure", "Unknown error")));
     return std::unexpected(StreamError::ResolveFailed{reason.trimmed()});
 }
 
@@ -47,7 +48,7 @@ StreamResolver::Result withObstacle(StreamResolver::Result result, const Process
         wasEnded || (!result && outcome && !outcome->standardOutput.bytes.trimmed().isEmpty());
     if (!isSomethingElse)
         return result;
-    QString reason = u"yt-dlp's own configuration gets in the way: "_s + configuration;
+    QString reason = QLatin1StringView(FailurePrefix::configuration) + configuration;
     const QString said =
         outcome ? outcome->standardError.text().value_or(QString()).trimmed() : QString();
     if (!said.isEmpty())
@@ -158,10 +159,11 @@ QCoro::Task<StreamResolver::Result> StreamResolver::resolveInRounds(Request& req
 QCoro::Task<StreamResolver::Result> StreamResolver::resolveWithYtDlp(Request& request,
                                                                      Source source) {
     if (!m_site)
-        co_return std::unexpected(StreamError::ResolveFailed{u"no video site is set up"_s});
+        co_return std::unexpected(StreamError::ResolveFailed{
+            QString::fromLatin1(QT_TRANSLATE_NOOP("Failure", "no video site is set up"))});
     const QString page = pageAddress(*m_site, request.channel, source);
-    Result result =
-        std::unexpected(StreamError::ResolveFailed{u"yt-dlp not found and auto-install failed"_s});
+    Result result = std::unexpected(StreamError::ResolveFailed{QString::fromLatin1(
+        QT_TRANSLATE_NOOP("Failure", "yt-dlp not found and auto-install failed"))});
     while (true) {
         const Rung rung = request.climb.rung();
         const std::optional<RungTool> tool = co_await toolFor(rung);

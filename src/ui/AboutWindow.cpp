@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/AboutWindow.h"
 
+#include "language/Translation.h"
+
 #include "base/ProcessSettings.h"
 #include "model/AppConstants.h"
 #include "ui/ApplicationIcon.h"
@@ -45,10 +47,12 @@ void addTexts(FormPage& page) {
     icon->setPixmap(applicationIcon().pixmap(FormPage::scaled({64, 64}), page.devicePixelRatio()));
     page.addLabel(AppConstants::appName, {0, 172, 320, 28},
                   {.size = 20, .weight = QFont::Bold, .alignment = centred});
-    page.addLabel(u"Version %1 (%2)"_s.arg(AppConstants::appVersion, AppConstants::buildNumber),
+    page.addLabel(translated("About", "Version %1")
+                      .arg(leftToRight(
+                          u"%1 (%2)"_s.arg(AppConstants::appVersion, AppConstants::buildNumber))),
                   {0, 152, 320, 20}, {.size = 12, .color = PlaceholderText, .alignment = centred});
-    page.addLabel(u"Live Arabic & international news channels in your menu bar. "
-                  "Free, no account needed."_s,
+    page.addLabel(translated("About", "Live Arabic & international news channels in your menu bar. "
+                                      "Free, no account needed."),
                   {30, 100, 260, 46}, {.size = 12, .color = PlaceholderText, .alignment = centred})
         ->setWordWrap(true);
 }
@@ -61,7 +65,7 @@ AboutWindow::AboutWindow(const QString& website)
     : QDialog(nullptr, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                            Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint),
       m_website(website) {
-    setWindowTitle(u"About Orvane"_s);
+    setWindowTitle(translated("About", "About Orvane"));
     setWindowRole(u"about"_s);
     auto* page = new FormPage(this);
     addTexts(*page);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "language/Translation.h"
+
 #include <QString>
 
 namespace orvane {
@@ -11,9 +13,10 @@ inline constexpr QLatin1StringView favoriteKeys{"123465=97"};
 
 /// Returns the tool tip of the favourite at `index`, counted from 0.
 [[nodiscard]] inline QString favoriteToolTip(qsizetype index) {
-    using namespace Qt::StringLiterals;
-    const QString text = u"Favourite %1"_s.arg(index + 1);
-    return index < favoriteKeys.size() ? text + u" (key %1)"_s.arg(favoriteKeys[index]) : text;
+    const QString number = localNumber(index + 1);
+    return index < favoriteKeys.size() ? translated("Settings", "Favourite %1 (key %2)")
+                                             .arg(number, leftToRight(QString(favoriteKeys[index])))
+                                       : translated("Settings", "Favourite %1").arg(number);
 }
 
 } // namespace orvane

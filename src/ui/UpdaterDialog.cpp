@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/UpdaterDialog.h"
 
+#include "language/Translation.h"
+
 #include <QApplication>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -61,13 +63,13 @@ void UpdaterDialog::showSearch(const UpdaterMessage& message) {
     begin(message);
     addBar(message);
     m_bar->setRange(0, 0); // The duration is unknown.
-    addButton(u"Cancel"_s, UpdaterAnswer::dismissed);
+    addButton(translated("Update", "Cancel"), UpdaterAnswer::dismissed);
     open();
 }
 
 void UpdaterDialog::showMessage(const UpdaterMessage& message) {
     begin(message);
-    addButton(u"Close"_s, UpdaterAnswer::dismissed);
+    addButton(translated("Update", "Close"), UpdaterAnswer::dismissed);
     open();
 }
 
@@ -79,11 +81,11 @@ void UpdaterDialog::showOffer(const UpdaterMessage& message, const QString& note
         view->setFixedHeight(notesHeight);
         view->document()->setDocumentMargin(notesMargin);
         view->setTabChangesFocus(true);
-        view->setAccessibleName(u"What is new"_s);
+        view->setAccessibleName(translated("Update", "What is new"));
         m_content->layout()->addWidget(view);
     }
-    addButton(u"Later"_s, UpdaterAnswer::dismissed);
-    addButton(u"Download"_s, UpdaterAnswer::download);
+    addButton(translated("Update", "Later"), UpdaterAnswer::dismissed);
+    addButton(translated("Update", "Download"), UpdaterAnswer::download);
     open();
 }
 
@@ -93,7 +95,7 @@ void UpdaterDialog::showProgress(const UpdaterMessage& message) {
     m_bar->setRange(0, barMaximum);
     m_text = plainLabel({});
     m_content->layout()->addWidget(m_text);
-    addButton(u"Cancel"_s, UpdaterAnswer::dismissed);
+    addButton(translated("Update", "Cancel"), UpdaterAnswer::dismissed);
     open();
 }
 
@@ -106,7 +108,7 @@ void UpdaterDialog::setProgress(double fraction, const QString& text) {
 
 void UpdaterDialog::makeDialog() {
     m_dialog = std::make_unique<QDialog>();
-    m_dialog->setWindowTitle(u"Orvane Update"_s);
+    m_dialog->setWindowTitle(translated("Update", "Orvane Update"));
     auto* layout = new QVBoxLayout(m_dialog.get());
     layout->setContentsMargins(margin, margin, margin, margin);
     layout->setSizeConstraint(QLayout::SetFixedSize);

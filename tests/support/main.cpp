@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "language/Translation.h"
+
 #include "platform/media/MpvInstance.h"
 #include "settings/UserDefaults.h"
 
@@ -35,6 +37,7 @@ int main(int argc, char** argv) {
     // No test here draws video, so none needs a display.
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
+    const orvane::Translation english(orvane::Language::english);
     orvane::useNumericCLocale();
     return RUN_ALL_TESTS();
 }

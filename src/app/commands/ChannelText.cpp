@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/commands/ChannelText.h"
 
+#include "language/Translation.h"
+
 #include "base/PlainText.h"
 
 #include <QJsonArray>
@@ -57,14 +59,19 @@ QByteArray json(const QList<Channel>& channels) {
 }
 
 QString explain(const QString& text, const ChannelLookup::Ambiguous& ambiguous) {
-    return u"\"%1\" is the name of several channels; use one of these ids:\n"_s.arg(visible(text)) +
-           table(ambiguous.candidates);
+    return translated("CommandLine",
+                      "\"%1\" is the name of several channels; use one of these ids:")
+               .arg(isolated(visible(text))) +
+           u'\n' + table(ambiguous.candidates);
 }
 
 QString explain(const QString& text, const ChannelLookup::Unknown& unknown) {
-    const QString problem = u"there is no channel \"%1\"; "_s.arg(visible(text));
-    return unknown.nearest.isEmpty() ? problem + u"orvane --list prints all channels\n"_s
-                                     : problem + u"similar ones:\n"_s + table(unknown.nearest);
+    const QString problem =
+        unknown.nearest.isEmpty()
+            ? translated("CommandLine",
+                         "there is no channel \"%1\"; orvane --list prints all channels")
+            : translated("CommandLine", "there is no channel \"%1\"; similar ones:");
+    return problem.arg(isolated(visible(text))) + u'\n' + table(unknown.nearest);
 }
 
 } // namespace orvane::ChannelText

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/commands/CommandLine.h"
 
+#include "language/Translation.h"
 #include "model/EditDistance.h"
 
 #include <QCommandLineParser>
@@ -25,24 +26,36 @@ struct Option {
     QString name;
     /// The placeholder of its value in the help; empty if it has none.
     QString value;
-    QString explanation;
+    const char* explanation;
 };
 
 const QList<Option>& options() {
     static const QList<Option> table{
-        {u"play"_s, u"ID|NAME"_s, u"play this channel, by its id or one of its names"_s},
-        {u"next"_s, {}, u"play the next enabled channel"_s},
-        {u"previous"_s, {}, u"play the previous enabled channel"_s},
-        {u"mute"_s, {}, u"mute or unmute"_s},
-        {u"toggle-ghost"_s, {}, u"turn ghost mode on or off"_s},
-        {u"settings"_s, {}, u"open the settings"_s},
-        {u"add"_s, u"TEXT"_s, u"look up a link, handle or name to add; \"\" to be asked"_s},
-        {u"quit"_s, {}, u"quit the running Orvane; if there is none, do nothing"_s},
-        {list, {}, u"print id, category and name of every channel"_s},
-        {json, {}, u"with --list: as JSON"_s},
-        {verbose, {}, u"log to the standard error, for the copy that this starts"_s},
-        {version, {}, u"print the version of Orvane and of what it uses"_s},
-        {helpOption, {}, u"print this help"_s},
+        {u"play"_s, u"ID|NAME"_s,
+         QT_TRANSLATE_NOOP("CommandLine", "play this channel, by its id or one of its names")},
+        {u"next"_s, {}, QT_TRANSLATE_NOOP("CommandLine", "play the next enabled channel")},
+        {u"previous"_s, {}, QT_TRANSLATE_NOOP("CommandLine", "play the previous enabled channel")},
+        {u"mute"_s, {}, QT_TRANSLATE_NOOP("CommandLine", "mute or unmute")},
+        {u"toggle-ghost"_s, {}, QT_TRANSLATE_NOOP("CommandLine", "turn ghost mode on or off")},
+        {u"settings"_s, {}, QT_TRANSLATE_NOOP("CommandLine", "open the settings")},
+        {u"add"_s, u"TEXT"_s,
+         QT_TRANSLATE_NOOP("CommandLine",
+                           "look up a link, handle or name to add; \"\" to be asked")},
+        {u"quit"_s,
+         {},
+         QT_TRANSLATE_NOOP("CommandLine", "quit the running Orvane; if there is none, do nothing")},
+        {list,
+         {},
+         QT_TRANSLATE_NOOP("CommandLine", "print id, category and name of every channel")},
+        {json, {}, QT_TRANSLATE_NOOP("CommandLine", "with --list: as JSON")},
+        {verbose,
+         {},
+         QT_TRANSLATE_NOOP("CommandLine",
+                           "log to the standard error, for the copy that this starts")},
+        {version,
+         {},
+         QT_TRANSLATE_NOOP("CommandLine", "print the version of Orvane and of what it uses")},
+        {helpOption, {}, QT_TRANSLATE_NOOP("CommandLine", "print this help")},
     };
     return table;
 }
@@ -52,7 +65,7 @@ std::unexpected<UsageError> usageError(const QString& message) {
 }
 
 QString unexpectedArgument(const QString& argument) {
-    return u"unexpected argument \"%1\""_s.arg(argument);
+    return translated("CommandLine", "unexpected argument \"%1\"").arg(isolated(argument));
 }
 
 QString unknownOption(const QString& name, const QStringList& arguments) {
@@ -60,21 +73,26 @@ QString unknownOption(const QString& name, const QStringList& arguments) {
         unexpectedArgument((arguments.contains(u'-' + name) ? u"-"_s : u"--"_s) + name);
     for (const Option& option : options()) {
         if (isLikelyTypo(name, option.name))
-            return message + u"; did you mean --"_s + option.name + u'?';
+            return translated("CommandLine", "%1; did you mean %2?")
+                .arg(message, leftToRight(u"--"_s + option.name));
     }
     return message;
 }
 
-QString missingValue(const QString& name) {
-    return u"missing value after \"--%1\""_s.arg(name);
+/// `typed` is the option with its dashes.
+QString missingValue(const QString& typed) {
+    return translated("CommandLine", "missing value after \"%1\"").arg(leftToRight(typed));
 }
 
-/// Returns the parser's message in the style of the others: no capital, no full stop.
+/// Returns the message for the option that the parser names between quotes.
 QString parserMessage(const QCommandLineParser& parser) {
-    QString message = parser.errorText().replace(u'\'', u'"');
-    if (message.endsWith(u'.'))
-        message.chop(1);
-    return message.isEmpty() ? message : message.at(0).toLower() + message.sliced(1);
+    const QString typed = parser.errorText().section(u'\'', 1, 1);
+    const bool takesNone = std::ranges::any_of(options(), [&](const Option& option) {
+        return option.value.isEmpty() && typed == u"--"_s + option.name;
+    });
+    return takesNone
+               ? translated("CommandLine", "unexpected value after \"%1\"").arg(leftToRight(typed))
+               : missingValue(typed);
 }
 
 /// An option with its value.
@@ -91,7 +109,7 @@ void addOptions(QCommandLineParser& parser) {
         QStringList names{option.name};
         if (option.name == helpOption)
             names += u"h"_s;
-        parser.addOption({names, option.explanation, option.value});
+        parser.addOption({names, {}, option.value});
     }
 }
 
@@ -128,7 +146,7 @@ std::expected<QList<Word>, UsageError> optionsOf(const QStringList& arguments) {
                 values[name] = parser.values(name);
             word.value = values[name].takeFirst();
             if (lacksValue(*option, word.value, arguments))
-                return usageError(missingValue(name));
+                return usageError(missingValue(u"--"_s + name));
         }
         words += word;
     }
@@ -146,14 +164,15 @@ std::expected<Command, UsageError> commandOf(QList<Word> words) {
         return ShowVersion{};
     if (has(list) || has(json)) {
         if (!has(list))
-            return usageError(u"--json needs --list"_s);
+            return usageError(translated("CommandLine", "--json needs --list"));
         if (!std::ranges::all_of(words,
                                  [](const Word& w) { return w.name == list || w.name == json; }))
-            return usageError(u"--list can only be combined with --json"_s);
+            return usageError(translated("CommandLine", "--list can only be combined with --json"));
         return ListChannels{has(json) ? ListChannels::Format::json : ListChannels::Format::table};
     }
     if (has(Verb::Quit::name) && words.size() > 1)
-        return usageError(u"--quit cannot be combined with other options"_s);
+        return usageError(
+            translated("CommandLine", "--quit cannot be combined with other options"));
     Run run{.isVerbose = isVerbose};
     for (const Word& word : words) {
         std::optional<Verb::Value> verb = Verb::named(word.name);
@@ -176,15 +195,21 @@ std::expected<Command, UsageError> parse(const QStringList& arguments) {
 QString help() {
     constexpr int column = 22;
     QString text =
-        u"Usage: orvane [OPTIONS]\n\n"
-        "Plays live channels in a small window. While it runs, starting it again shows\n"
-        "that window, and the running copy carries out the options in their order.\n\n"_s;
+        translated("CommandLine",
+                   "Usage: orvane [OPTIONS]\n\n"
+                   "Plays live channels in a small window. While it runs, starting it again shows\n"
+                   "that window, and the running copy carries out the options in their order.") +
+        u"\n\n"_s;
     for (const Option& option : options()) {
         const QString usage =
             u"  --"_s + option.name + (option.value.isEmpty() ? u""_s : u' ' + option.value);
-        text += usage.leftJustified(column) + u' ' + option.explanation + u'\n';
+        text += usage.leftJustified(column) + u' ' + translated("CommandLine", option.explanation) +
+                u'\n';
     }
-    return text + u"\nExit codes: 0 done, 1 failed, 2 not understood or no such channel.\n"_s;
+    return text + u'\n' +
+           translated("CommandLine",
+                      "Exit codes: 0 done, 1 failed, 2 not understood or no such channel.") +
+           u'\n';
 }
 
 } // namespace orvane::CommandLine

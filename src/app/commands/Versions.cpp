@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/commands/Versions.h"
 
+#include "language/Translation.h"
+
 #include "app/commands/Revision.h"
 #include "model/AppConstants.h"
 #include "platform/media/MpvInstance.h"
@@ -37,25 +39,26 @@ QString findYtDlp() {
 QString ytDlpVersion() {
     const QString path = findYtDlp();
     if (path.isEmpty())
-        return u"not found"_s;
+        return translated("CommandLine", "not found");
     QProcess process;
     process.start(path, {u"--version"_s});
     if (!process.waitForFinished(static_cast<int>(ytDlpTimeout.count()))) {
         process.kill();
         process.waitForFinished();
-        return u"no answer from %1"_s.arg(path);
+        return translated("CommandLine", "no answer from %1").arg(leftToRight(path));
     }
     const QString version = QString::fromUtf8(process.readAllStandardOutput()).simplified();
-    return u"%1 (%2)"_s.arg(version.isEmpty() ? u"unknown"_s : version, path);
+    return u"%1 (%2)"_s.arg(version.isEmpty() ? translated("CommandLine", "unknown") : version,
+                            path);
 }
 
 } // namespace
 
 QString versionText() {
     const QString commit = QString::fromUtf8(revision);
-    return u"%1 %2\ncommit %3\nQt %4\nlibmpv client API %5\nyt-dlp %6\n"_s.arg(
-        AppConstants::appName, AppConstants::appVersion, commit, QString::fromLatin1(qVersion()),
-        mpvApiVersion(), ytDlpVersion());
+    return translated("CommandLine", "%1 %2\ncommit %3\nQt %4\nlibmpv client API %5\nyt-dlp %6\n")
+        .arg(AppConstants::appName, AppConstants::appVersion, commit,
+             QString::fromLatin1(qVersion()), mpvApiVersion(), ytDlpVersion());
 }
 
 } // namespace orvane

@@ -57,7 +57,7 @@ LiveStreamMonitor::Failure LiveStreamMonitor::ended(End end, const QString& reas
     if (std::optional<QString> warning = recentWarning(now))
         return {.text = std::move(warning)};
     if (end == End::endOfStream)
-        return {.text = u"Stream ended"_s};
+        return {.text = QString::fromLatin1(QT_TRANSLATE_NOOP("Failure", "Stream ended"))};
     return {.text = reason.isEmpty() ? std::nullopt : std::optional(reason)};
 }
 
@@ -66,7 +66,9 @@ std::optional<LiveStreamMonitor::Failure> LiveStreamMonitor::dueFailure(TimePoin
     const bool isStuck = m_checksWithoutAdvance >= stallChecks;
     if (!isStuck && (!due || now < *due))
         return std::nullopt;
-    const QString silence = m_hasStarted ? u"Stream stalled"_s : u"No picture arrived"_s;
+    const QString silence =
+        QString::fromLatin1(m_hasStarted ? QT_TRANSLATE_NOOP("Failure", "Stream stalled")
+                                         : QT_TRANSLATE_NOOP("Failure", "No picture arrived"));
     return Failure{.text = recentWarning(now).value_or(silence)};
 }
 

@@ -50,7 +50,8 @@ std::optional<QString> refusalToOpen(const StreamAddress& address) {
         const bool isWeb = url.scheme() == u"http" || url.scheme() == u"https";
         if (!isWeb || url.host().isEmpty()) {
             qCWarning(logPlayer, "Not opened: %s", qUtf8Printable(withoutSecrets(url.toString())));
-            return u"The stream has no web address"_s;
+            return QString::fromLatin1(
+                QT_TRANSLATE_NOOP("Failure", "The stream has no web address"));
         }
     }
     return std::nullopt;
@@ -283,7 +284,8 @@ void MpvMediaPlayer::handleProperty(const mpv_event_property& property) {
         } else if (name == "aid" && text == "no") {
             // mpv itself would go on without the sound.
             m_instance->command({"stop"});
-            endWith(LiveStreamMonitor::End::error, u"No sound arrived"_s);
+            endWith(LiveStreamMonitor::End::error,
+                    QString::fromLatin1(QT_TRANSLATE_NOOP("Failure", "No sound arrived")));
         } else if (name == "current-ao") {
             handleAudioOutput(text);
         }
@@ -332,7 +334,7 @@ void MpvMediaPlayer::checkMemory() {
     if (!m_memory.hasReachedLimit(usedMemory()))
         return;
     m_instance->command({"stop"});
-    fail(u"The stream takes too much memory"_s);
+    fail(QString::fromLatin1(QT_TRANSLATE_NOOP("Failure", "The stream takes too much memory")));
 }
 
 void MpvMediaPlayer::checkSound() {

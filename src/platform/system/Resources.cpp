@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/system/Resources.h"
 
+#include "language/Translation.h"
+
 #include <fcntl.h>
 #include <pthread.h>
 #include <sys/resource.h>
@@ -90,13 +92,16 @@ rlim_t raiseFileLimit() {
 
 std::optional<QString> missing() {
     if (const rlim_t files = raiseFileLimit(); files < leastFiles)
-        return u"only %1 files may be open at the same time, and Orvane needs %2 (ulimit -n)"_s
-            .arg(files)
-            .arg(leastFiles);
+        return translated(
+                   "CommandLine",
+                   "only %1 files may be open at the same time, and Orvane needs %2 (ulimit -n)")
+            .arg(localNumber(static_cast<qint64>(files)))
+            .arg(localNumber(static_cast<qint64>(leastFiles)));
     if (const int threads = startableThreads(leastThreads); threads < leastThreads)
-        return u"only %1 more threads can be started, and Orvane needs %2 (ulimit -u)"_s
-            .arg(threads)
-            .arg(leastThreads);
+        return translated("CommandLine",
+                          "only %1 more threads can be started, and Orvane needs %2 (ulimit -u)")
+            .arg(localNumber(threads))
+            .arg(localNumber(leastThreads));
     return std::nullopt;
 }
 

@@ -18,8 +18,7 @@ struct DisplaySession {
 };
 
 /// Shown when there is no session.
-inline constexpr QLatin1StringView noDisplay{
-    "there is no display; neither DISPLAY nor WAYLAND_DISPLAY is set"};
+[[nodiscard]] QString noDisplay();
 
 struct DisplayChoice {
     /// Qt's platform plugin.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "streaming/ladder/StreamFailure.h"
 
+#include "language/Translation.h"
+
 #include <QStringList>
 
 #include <algorithm>
@@ -104,20 +106,37 @@ StreamFailure streamFailureOf(const QString& text) {
 QString messageFor(const QString& text) {
     switch (streamFailureOf(text)) {
     case StreamFailure::outdated:
-        return u"yt-dlp cannot read the site as it is now. Orvane keeps trying, with a newer yt-dlp if there is one."_s;
+        return translated("Failure", "yt-dlp cannot read the site as it is now. Orvane keeps "
+                                     "trying, with a newer yt-dlp if there is one.");
     case StreamFailure::notLive:
-        return u"The channel is not live now. Orvane looks again every few minutes."_s;
+        return translated("Failure",
+                          "The channel is not live now. Orvane looks again every few minutes.");
     case StreamFailure::botCheck:
-        return u"The site wants to be sure that you are not a bot. Orvane tries again in a few minutes."_s;
+        return translated("Failure", "The site wants to be sure that you are not a bot. Orvane "
+                                     "tries again in a few minutes.");
     case StreamFailure::unavailable:
-        return u"The stream is private, for members only, blocked in this country, or gone. Orvane keeps looking for it."_s;
+        return translated("Failure", "The stream is private, for members only, blocked in this "
+                                     "country, or gone. Orvane keeps looking for it.");
     case StreamFailure::offline:
-        return u"No connection to the site. Orvane tries again, and at once when the network returns."_s;
+        return translated(
+            "Failure",
+            "No connection to the site. Orvane tries again, and at once when the network returns.");
     case StreamFailure::unknown:
         break;
     }
     const QStringList errors = errorLines(text);
-    return errors.isEmpty() ? text : errors.last();
+    return errors.isEmpty() ? detailsFor(text) : leftToRight(errors.last());
+}
+
+QString detailsFor(const QString& text) {
+    for (const char* prefix :
+         {FailurePrefix::notResolved, FailurePrefix::notRun, FailurePrefix::configuration}) {
+        const QLatin1StringView words(prefix);
+        if (text.startsWith(words))
+            return translated("Failure", prefix) + detailsFor(text.sliced(words.size()));
+    }
+    const QString own = translated("Failure", text);
+    return own == text ? leftToRight(text) : own;
 }
 
 } // namespace orvane

@@ -22,10 +22,22 @@ enum class StreamFailure {
     offline
 };
 
+/// What precedes the reason in the text of a failure. The texts of failures are English within the
+/// program, as they are looked up in the table and written to the log.
+namespace FailurePrefix {
+inline constexpr const char* notResolved = QT_TRANSLATE_NOOP("Failure", "Stream resolve failed: ");
+inline constexpr const char* notRun = QT_TRANSLATE_NOOP("Failure", "Failed to run yt-dlp: ");
+inline constexpr const char* configuration =
+    QT_TRANSLATE_NOOP("Failure", "yt-dlp's own configuration gets in the way: ");
+} // namespace FailurePrefix
+
 [[nodiscard]] StreamFailure streamFailureOf(const QString& text);
 
 /// Returns the message for the user: what a recognised failure means and what Orvane does about it;
 /// otherwise the last error of yt-dlp, or the text itself if it has none.
 [[nodiscard]] QString messageFor(const QString& text);
+
+/// Returns the whole text in the language of the interface, as far as it is the program's own.
+[[nodiscard]] QString detailsFor(const QString& text);
 
 } // namespace orvane

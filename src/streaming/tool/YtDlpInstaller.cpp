@@ -18,11 +18,15 @@ constexpr std::chrono::milliseconds pythonPollInterval{2000};
 
 QString errorDescription(YtDlpError error) {
     if (error == YtDlpError::noPython)
-        return u"Python 3 is required. Please install Xcode Command Line Tools."_s;
+        return QString::fromUtf8(QT_TRANSLATE_NOOP(
+            "YtDlp", "Python 3 is required. Please install Xcode Command Line Tools."));
     if (error == YtDlpError::noReleaseFile)
-        return u"Could not install yt-dlp: it has no file for this computer's processor. Please "
-               "install yt-dlp, or Python 3.10 or later, from your distribution."_s;
-    return u"Could not install yt-dlp. Please install manually: brew install yt-dlp"_s;
+        return QString::fromUtf8(QT_TRANSLATE_NOOP(
+            "YtDlp",
+            "Could not install yt-dlp: it has no file for this computer's processor. Please "
+            "install yt-dlp, or Python 3.10 or later, from your distribution."));
+    return QString::fromUtf8(QT_TRANSLATE_NOOP(
+        "YtDlp", "Could not install yt-dlp. Please install manually: brew install yt-dlp"));
 }
 
 YtDlpInstaller::YtDlpInstaller(ToolRunner& tools, YtDlpRelease& release, Clock& clock,

@@ -48,19 +48,25 @@ void removeOthers(const QDir& folder, const QString& current) {
 QString errorDescription(YtDlpDownloadError error) {
     switch (error) {
     case YtDlpDownloadError::noChecksums:
-        return u"The checksums of yt-dlp's newest release could not be downloaded."_s;
+        return QString::fromUtf8(QT_TRANSLATE_NOOP(
+            "YtDlp", "The checksums of yt-dlp's newest release could not be downloaded."));
     case YtDlpDownloadError::noFile:
-        return u"yt-dlp's newest release has a file for this computer's processor only where "
-               u"Python "
-               "3.10 or later is installed."_s;
+        return QString::fromUtf8(QT_TRANSLATE_NOOP(
+            "YtDlp", "yt-dlp's newest release has a file for this computer's processor only where "
+                     "Python "
+                     "3.10 or later is installed."));
     case YtDlpDownloadError::incomplete:
-        return u"yt-dlp's newest release could not be downloaded."_s;
+        return QString::fromUtf8(
+            QT_TRANSLATE_NOOP("YtDlp", "yt-dlp's newest release could not be downloaded."));
     case YtDlpDownloadError::wrongChecksum:
-        return u"The downloaded yt-dlp does not match its published checksum and was deleted."_s;
+        return QString::fromUtf8(QT_TRANSLATE_NOOP(
+            "YtDlp",
+            "The downloaded yt-dlp does not match its published checksum and was deleted."));
     case YtDlpDownloadError::doesNotRun:
         break;
     }
-    return u"yt-dlp's newest release does not run on this computer."_s;
+    return QString::fromUtf8(
+        QT_TRANSLATE_NOOP("YtDlp", "yt-dlp's newest release does not run on this computer."));
 }
 
 QStringList releaseFiles(const QString& architecture, const QString& python) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "streaming/tool/YtDlpUpdater.h"
 
+#include "language/Translation.h"
+
 #include "base/Logging.h"
 #include "base/TaskScope.h"
 
@@ -74,16 +76,17 @@ QCoro::Task<> YtDlpUpdater::runUpdate(Progress progress,
 }
 
 QCoro::Task<Value> YtDlpUpdater::updateNow(Progress progress) {
-    progress(u"Looking for yt-dlp's newest release..."_s);
+    progress(translated("YtDlp", "Looking for yt-dlp's newest release..."));
     const std::optional<Candidate> newest = co_await m_tool.newest();
     if (!newest) {
-        progress(u"Installing yt-dlp..."_s);
+        progress(translated("YtDlp", "Installing yt-dlp..."));
         Outcome outcome = co_await installFirst();
         co_return outcome;
     }
     const std::optional<QString> latest = co_await m_tool.release().latestVersion();
     if (!latest)
-        co_return Failed{u"The newest release could not be looked up. Is there a network?"_s};
+        co_return Failed{
+            translated("YtDlp", "The newest release could not be looked up. Is there a network?")};
     qCInfo(logYtDlp).noquote() << "the user asks for an update from" << newest->version << "to"
                                << *latest;
     if (!isNewerVersion(*latest, newest->version))
@@ -96,27 +99,28 @@ QCoro::Task<Value> YtDlpUpdater::installFirst() {
     const YtDlpPlan plan = YtDlpPlan::ofManager();
     const YtDlpTool::Installed installed = co_await m_tool.install(plan);
     if (!installed)
-        co_return Failed{errorDescription(installed.error())};
+        co_return Failed{translated("YtDlp", errorDescription(installed.error()))};
     const std::optional<QString> version = co_await m_tool.version(*installed);
     if (!version)
-        co_return Failed{u"The installed yt-dlp does not run."_s};
+        co_return Failed{translated("YtDlp", "The installed yt-dlp does not run.")};
     co_return Updated{.from = {}, .to = *version};
 }
 
 QCoro::Task<Value> YtDlpUpdater::updateFrom(QString version, QString latest, Progress progress) {
-    progress(u"Upgrading yt-dlp from %1 to %2..."_s.arg(version, latest));
+    progress(translated("YtDlp", "Upgrading yt-dlp from %1 to %2...")
+                 .arg(leftToRight(version), leftToRight(latest)));
     co_await runUpgradeCommands();
     const std::optional<Candidate> upgraded = co_await m_tool.newest();
     if (upgraded && !isNewerVersion(latest, upgraded->version))
         co_return Updated{.from = version, .to = upgraded->version};
-    progress(u"Downloading yt-dlp %1..."_s.arg(latest));
+    progress(translated("YtDlp", "Downloading yt-dlp %1...").arg(leftToRight(latest)));
     const YtDlpRelease::Downloaded copy = co_await downloadPrivateCopy();
     if (copy && isNewerVersion(copy->version, version))
         co_return Updated{.from = version, .to = copy->version};
     if (upgraded && isNewerVersion(upgraded->version, version))
         co_return Updated{.from = version, .to = upgraded->version};
     if (!copy)
-        co_return Failed{errorDescription(copy.error())};
+        co_return Failed{translated("YtDlp", errorDescription(copy.error()))};
     co_return UpToDate{version};
 }
 

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/menus/ContextMenuBuilder.h"
 
+#include "language/Translation.h"
+
 #include "state/AppState.h"
+#include "ui/DisplayText.h"
 
 #include <cmath>
 
@@ -14,7 +17,7 @@ namespace {
 Menu resolutions(Resolution chosen) {
     Menu menu;
     for (const Resolution resolution : allCases<Resolution>)
-        menu.append({.title = displayName(resolution),
+        menu.append({.title = title(resolution),
                      .action = MenuAction::resolutionSelected,
                      .representedObject = rawValue(resolution),
                      .isOn = resolution == chosen});
@@ -23,20 +26,21 @@ Menu resolutions(Resolution chosen) {
 
 QString timeLeft(double seconds) {
     const int minutes = static_cast<int>(std::ceil(seconds / 60));
-    return minutes == 1 ? u"1 minute left"_s : u"%1 minutes left"_s.arg(minutes);
+    return translated("Menu", "%n minutes left", nullptr, minutes);
 }
 
 Menu sleepTimes(std::optional<int> running, double secondsLeft) {
     Menu menu;
     for (const int minutes : {15, 30, 60, 90, 120})
-        menu.append({.title = QString::number(minutes) + u" minutes"_s,
+        menu.append({.title = translated("Menu", "%n minutes", nullptr, minutes),
                      .action = MenuAction::sleepTimer,
                      .tag = minutes,
                      .isOn = minutes == running});
     if (running) {
         menu.append(MenuItem::separator());
         menu.append({.title = timeLeft(secondsLeft)});
-        menu.append({.title = u"Cancel Timer"_s, .action = MenuAction::cancelSleepTimer});
+        menu.append(
+            {.title = translated("Menu", "Cancel Timer"), .action = MenuAction::cancelSleepTimer});
     }
     return menu;
 }
@@ -46,16 +50,17 @@ Menu sleepTimes(std::optional<int> running, double secondsLeft) {
 Menu ContextMenuBuilder::build(const MenuSources& sources, StatusItemPresence statusItem) {
     const bool isOnlyMenu = statusItem == StatusItemPresence::absent;
     Menu menu = channelSection(sources, [](MenuItem& item) { item.indentationLevel = 1; });
-    menu.append({.title = u"Resolution"_s, .submenu = resolutions(sources.state.resolution())});
+    menu.append({.title = translated("Menu", "Resolution"),
+                 .submenu = resolutions(sources.state.resolution())});
     menu.append(MenuItem::separator());
-    menu.append({.title = u"👻 Ghost Mode"_s,
+    menu.append({.title = translated("Menu", "👻 Ghost Mode"),
                  .action = MenuAction::toggleGhostMode,
                  .keyEquivalent = u"g"_s,
                  .modifierMask = ModifierMask::none,
                  .isOn = sources.state.isGhostMode()});
     menu.append(MenuItem::separator());
     menu.append(
-        {.title = u"Sleep Timer"_s,
+        {.title = translated("Menu", "Sleep Timer"),
          .submenu = sleepTimes(sources.sleepTimerMinutes(), sources.state.sleepTimerRemaining())});
     menu.append(MenuItem::separator());
     if (isOnlyMenu)

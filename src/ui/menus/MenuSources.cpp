@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/menus/MenuSources.h"
 
+#include "language/Translation.h"
+
 #include "settings/Preferences.h"
 #include "state/AppState.h"
 #include "state/ChannelRegistry.h"
@@ -35,24 +37,30 @@ Menu channelSection(const MenuSources& sources, const std::function<void(MenuIte
 }
 
 MenuItem addChannelItem() {
-    return {
-        .title = u"Add Channel..."_s, .action = MenuAction::addChannel, .keyEquivalent = u"n"_s};
+    return {.title = translated("Menu", "Add Channel..."),
+            .action = MenuAction::addChannel,
+            .keyEquivalent = u"n"_s};
 }
 
 MenuItem settingsItem() {
-    return {.title = u"Settings..."_s, .action = MenuAction::openSettings, .keyEquivalent = u","_s};
+    return {.title = translated("Menu", "Settings..."),
+            .action = MenuAction::openSettings,
+            .keyEquivalent = u","_s};
 }
 
 MenuItem checkForUpdatesItem() {
-    return {.title = u"Check for Updates..."_s, .action = MenuAction::checkForUpdates};
+    return {.title = translated("Menu", "Check for Updates..."),
+            .action = MenuAction::checkForUpdates};
 }
 
 MenuItem aboutItem() {
-    return {.title = u"About Orvane"_s, .action = MenuAction::showAbout};
+    return {.title = translated("Menu", "About Orvane"), .action = MenuAction::showAbout};
 }
 
 MenuItem quitItem() {
-    return {.title = u"Quit Orvane"_s, .action = MenuAction::terminate, .keyEquivalent = u"q"_s};
+    return {.title = translated("Menu", "Quit Orvane"),
+            .action = MenuAction::terminate,
+            .keyEquivalent = u"q"_s};
 }
 
 } // namespace orvane

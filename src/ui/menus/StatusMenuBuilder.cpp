@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/menus/StatusMenuBuilder.h"
 
+#include "language/Translation.h"
+
 #include "model/AppConstants.h"
 #include "settings/Preferences.h"
 #include "state/AppState.h"
@@ -17,7 +19,8 @@ Menu StatusMenuBuilder::build(const MenuSources& sources) {
     Menu menu;
     menu.append({.title = AppConstants::appName});
     menu.append(MenuItem::separator());
-    menu.append({.title = isGhost ? u"✅ Disable Ghost Mode"_s : u"👻 Enable Ghost Mode"_s,
+    menu.append({.title = isGhost ? translated("Menu", "✅ Disable Ghost Mode")
+                                  : translated("Menu", "👻 Enable Ghost Mode"),
                  .action = MenuAction::toggleGhostMode,
                  .keyEquivalent = u"g"_s,
                  .modifierMask = ModifierMask::none,

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/player/CloseButton.h"
 
+#include "language/Translation.h"
+
 #include "ui/theme/SystemColors.h"
 
 #include <QPainter>
@@ -10,7 +12,7 @@ namespace orvane {
 using namespace Qt::StringLiterals;
 
 CloseButton::CloseButton(QWidget* parent) : QAbstractButton(parent) {
-    setToolTip(u"Close player"_s);
+    setToolTip(translated("Player", "Close player"));
     setAccessibleName(toolTip());
     setFocusPolicy(Qt::NoFocus);
     setAttribute(Qt::WA_Hover);

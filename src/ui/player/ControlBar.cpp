@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/player/ControlBar.h"
 
+#include "language/Translation.h"
+
 #include "playback/PlayerCommands.h"
 #include "state/AppNotification.h"
 #include "state/AppState.h"
@@ -97,12 +99,12 @@ void ControlBar::setUpButtons() {
     m_closeButton->setObjectName(u"closeButton"_s);
     m_quitButton->setObjectName(u"quitButton"_s);
 
-    m_fullscreenBtn->setGlyph(u"⛶"_s, u"Full screen"_s);
-    m_fullscreenBtn->setToolTip(u"Fullscreen (F)"_s);
-    m_closeButton->setGlyph(u"✕"_s, u"Close player"_s);
-    m_closeButton->setToolTip(u"Close player"_s);
-    m_quitButton->setGlyph(u"⏻"_s, u"Quit Orvane"_s);
-    m_quitButton->setToolTip(u"Quit Orvane (Q)"_s);
+    m_fullscreenBtn->setGlyph(u"⛶"_s, translated("Player", "Full screen"));
+    m_fullscreenBtn->setToolTip(translated("Player", "Fullscreen (F)"));
+    m_closeButton->setGlyph(u"✕"_s, translated("Player", "Close player"));
+    m_closeButton->setToolTip(translated("Player", "Close player"));
+    m_quitButton->setGlyph(u"⏻"_s, translated("Player", "Quit Orvane"));
+    m_quitButton->setToolTip(translated("Player", "Quit Orvane (Q)"));
 
     const auto onClick = [this](GlyphButton* button, auto action) {
         connect(button, &QAbstractButton::clicked, this, action);
@@ -126,24 +128,25 @@ void ControlBar::registerObservers() {
 
 void ControlBar::updateChannel() {
     const auto& channel = m_state.currentChannel();
-    m_channelName = channel ? singleLineName(channel->displayName()) : u"Select a channel"_s;
+    m_channelName =
+        channel ? singleLineName(channel->displayName()) : translated("Player", "Select a channel");
     fitChannelName();
 }
 
 void ControlBar::updateMuteButton() {
     if (m_state.isMuted())
-        m_muteButton->setGlyph(u"🔇"_s, u"Unmute"_s);
+        m_muteButton->setGlyph(u"🔇"_s, translated("Player", "Unmute"));
     else
-        m_muteButton->setGlyph(u"🔊"_s, u"Mute"_s);
+        m_muteButton->setGlyph(u"🔊"_s, translated("Player", "Mute"));
 }
 
 void ControlBar::updateGhostButton() {
     if (m_state.isGhostMode()) {
-        m_ghostButton->setGlyph(u"👻"_s, u"Turn ghost mode off"_s);
-        m_ghostButton->setToolTip(u"Ghost Mode ON (G)"_s);
+        m_ghostButton->setGlyph(u"👻"_s, translated("Player", "Turn ghost mode off"));
+        m_ghostButton->setToolTip(translated("Player", "Ghost Mode ON (G)"));
     } else {
-        m_ghostButton->setGlyph(u"👁"_s, u"Turn ghost mode on"_s);
-        m_ghostButton->setToolTip(u"Ghost Mode OFF (G)"_s);
+        m_ghostButton->setGlyph(u"👁"_s, translated("Player", "Turn ghost mode on"));
+        m_ghostButton->setToolTip(translated("Player", "Ghost Mode OFF (G)"));
     }
 }
 

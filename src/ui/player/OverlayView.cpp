@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/player/OverlayView.h"
 
+#include "language/Translation.h"
+
 #include "ui/AccessibleRole.h"
 #include "ui/FittedText.h"
 #include "ui/Spinner.h"
@@ -23,10 +25,11 @@ constexpr double shade = 0.75;
 
 QString countdownText(std::chrono::seconds left) {
     const auto minutes = std::chrono::floor<std::chrono::minutes>(left);
-    const QString seconds = QString::number((left - minutes).count()) + u" s"_s;
+    const QString seconds = localNumber((left - minutes).count());
     if (minutes.count() == 0)
-        return u"Trying again in "_s + seconds;
-    return u"Trying again in "_s + QString::number(minutes.count()) + u" min "_s + seconds;
+        return translated("Player", "Trying again in %1 s").arg(seconds);
+    return translated("Player", "Trying again in %1 min %2 s")
+        .arg(localNumber(minutes.count()), seconds);
 }
 
 /// Returns the text for a tooltip that wraps its lines and shows no character as markup.
@@ -56,7 +59,7 @@ OverlayView::OverlayView(QWidget* parent)
       m_loadingLabel(makeLabel(messagePixelSize, this)),
       m_alert(new QWidget(this)),
       m_errorLabel(makeLabel(messagePixelSize, m_alert)),
-      m_retryButton(new QPushButton(u"Retry"_s, m_alert)),
+      m_retryButton(new QPushButton(translated("Player", "Retry"), m_alert)),
       m_countdownLabel(makeLabel(countdownPixelSize, m_alert)) {
     m_spinner->setObjectName(u"overlaySpinner"_s);
     m_loadingLabel->setObjectName(u"overlayLoading"_s);

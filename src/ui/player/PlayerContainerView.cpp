@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/player/PlayerContainerView.h"
 
+#include "language/Translation.h"
+
 #include "model/AppConstants.h"
 #include "platform/media/VideoView.h"
 #include "playback/PlayerCommands.h"
@@ -99,7 +101,7 @@ void PlayerContainerView::setStreamState(OverlayView::State state) {
 void PlayerContainerView::updateOverlay() {
     const bool isPlaying = std::holds_alternative<OverlayView::Hidden>(m_streamState);
     if (m_isInstalling && !isPlaying)
-        m_overlayView->setState(OverlayView::Loading{u"Installing yt-dlp..."_s});
+        m_overlayView->setState(OverlayView::Loading{translated("Player", "Installing yt-dlp...")});
     else
         m_overlayView->setState(m_streamState);
 }
@@ -108,13 +110,14 @@ void PlayerContainerView::registerObservers(NotificationCenter& notifications) {
     m_observers.push_back(
         notifications.addObserver(AppNotification::streamLoading, [this](const Channel& channel) {
             const QString name = singleLineName(channel.displayName());
-            setStreamState(OverlayView::Loading{u"Loading "_s + name + u"..."_s});
+            setStreamState(OverlayView::Loading{translated("Player", "Loading %1...").arg(name)});
         }));
     m_observers.push_back(notifications.addObserver(
         AppNotification::streamResolved, [this] { setStreamState(OverlayView::Hidden{}); }));
     m_observers.push_back(
         notifications.addObserver(AppNotification::streamError, [this](const QString& message) {
-            setStreamState(OverlayView::Error{.message = messageFor(message), .details = message});
+            setStreamState(
+                OverlayView::Error{.message = messageFor(message), .details = detailsFor(message)});
         }));
     m_observers.push_back(notifications.addObserver(
         AppNotification::retryCountdown,

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/player/VolumeSlider.h"
 
+#include "language/Translation.h"
+
 #include "settings/Preferences.h"
 #include "state/AppState.h"
 
@@ -22,7 +24,7 @@ VolumeSlider::VolumeSlider(const Preferences& preferences, const AppState& state
     : QSlider(Qt::Horizontal, parent), m_state(state) {
     setRange(0, steps);
     setPageStep(steps / 10);
-    setAccessibleName(u"Volume"_s);
+    setAccessibleName(translated("Player", "Volume"));
     setFloatValue(preferences.usableVolume());
     connect(this, &QSlider::valueChanged, this, &VolumeSlider::sliderChanged);
 }

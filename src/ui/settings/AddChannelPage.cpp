@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/settings/AddChannelPage.h"
 
+#include "language/Translation.h"
+
 #include "base/TaskScope.h"
 #include "settings/Preferences.h"
 #include "state/AppNotification.h"
@@ -39,7 +41,7 @@ constexpr double rowTextWidth = 360;
 /// Returns the name and the handle, each shortened so that both fit into `width` pixels.
 QString rowText(const Channel& channel, const QFontMetrics& metrics, int width) {
     const QString name = singleLineName(channel.nameEn());
-    const QString handle = u"  (@%1)"_s.arg(singleLineName(channel.handle()));
+    const QString handle = u"  "_s + leftToRight(u"(@%1)"_s.arg(singleLineName(channel.handle())));
     QString text = name + handle;
     // A shortened name can be a little wider than it was asked to be.
     for (int nameWidth = width - metrics.horizontalAdvance(handle);
@@ -63,7 +65,7 @@ AddChannelPage::AddChannelPage(Preferences& preferences, NotificationCenter& not
       m_tasks(tasks),
       m_resolve(std::move(resolve)),
       m_channelInput(new QLineEdit),
-      m_resolveButton(makeButton(u"resolveBtn"_s, u"Resolve"_s)),
+      m_resolveButton(makeButton(u"resolveBtn"_s, translated("Settings", "Resolve"))),
       m_busyIndicator(new Spinner({}, this)),
       m_previewBg(new RoundedBox({.background = SystemColors::withAlpha(SystemColors::green, 0.1),
                                   .radius = 8 * scale(),
@@ -85,22 +87,24 @@ AddChannelPage::AddChannelPage(Preferences& preferences, NotificationCenter& not
     separator->setForegroundRole(QPalette::PlaceholderText);
     setAccessibleRole(*separator, QAccessible::Separator);
     place(separator, {20, 140, pageWidth, 1});
-    addLabel(u"Your Custom Channels"_s, {20, 120, 300, lineHeight},
+    addLabel(translated("Settings", "Your Custom Channels"), {20, 120, 300, lineHeight},
              {.size = 13, .weight = QFont::DemiBold});
     place(m_customScroll, {{20, 10}, customScrollSize});
 }
 
 void AddChannelPage::addInput(const QString& siteHost) {
-    QLabel* explanation = addLabel(u"Paste a YouTube channel URL, @handle, or channel name. "
-                                   u"We'll resolve it and show you the channel before adding."_s,
-                                   {}, {.size = 12, .color = QPalette::PlaceholderText});
+    QLabel* explanation =
+        addLabel(translated("Settings", "Paste a YouTube channel URL, @handle, or channel name. "
+                                        "We'll resolve it and show you the channel before adding."),
+                 {}, {.size = 12, .color = QPalette::PlaceholderText});
     explanation->setWordWrap(true);
     place(explanation, {20, 330, 470, 36});
-    addCaption(u"YouTube URL:"_s, {20, 290, 140, lineHeight});
+    addCaption(translated("Settings", "YouTube URL:"), {20, 290, 140, lineHeight});
 
     m_channelInput->setObjectName(u"channelInput"_s);
-    m_channelInput->setAccessibleName(u"YouTube URL"_s);
-    m_channelInput->setPlaceholderText(u"@handle or "_s + siteHost + u"/..."_s);
+    m_channelInput->setAccessibleName(translated("Settings", "YouTube URL"));
+    m_channelInput->setPlaceholderText(
+        translated("Settings", "@handle or %1").arg(leftToRight(siteHost + u"/..."_s)));
     place(m_channelInput, {160, 288, 260, 24});
     place(m_resolveButton, {430, 287, 70, 26});
     connect(m_channelInput, &QLineEdit::returnPressed, this, &AddChannelPage::resolveInput);
@@ -115,10 +119,10 @@ void AddChannelPage::addTypingHint() {
     m_typingHint->setObjectName(u"typingHint"_s);
     auto* row = new QHBoxLayout(m_typingHint);
     row->setContentsMargins({});
-    auto* text = new QLabel(u"Letters are shortcuts here"_s);
+    auto* text = new QLabel(translated("Settings", "Letters are shortcuts here"));
     text->setTextFormat(Qt::PlainText);
     row->addWidget(text);
-    auto* button = makeButton(u"typeInstead"_s, u"Type instead"_s);
+    auto* button = makeButton(u"typeInstead"_s, translated("Settings", "Type instead"));
     connect(button, &QPushButton::clicked, this, [this] {
         m_preferences.setShortcutsInTextFields(false);
         m_typingHint->hide();
@@ -141,7 +145,7 @@ void AddChannelPage::addPreview() {
     m_previewHandle =
         content->addLabel({}, {12, 4, 350, 18}, {.size = 11, .color = QPalette::PlaceholderText});
     m_previewHandle->setObjectName(u"previewHandle"_s);
-    QPushButton* add = makeButton(u"addBtn"_s, u"Add Channel"_s);
+    QPushButton* add = makeButton(u"addBtn"_s, translated("Settings", "Add Channel"));
     setTextColor(*add, SystemColors::green);
     connect(add, &QPushButton::clicked, this, &AddChannelPage::addResolvedChannel);
     content->place(add, {374, 14, 96, 30});
@@ -163,8 +167,9 @@ void AddChannelPage::resolveInput() {
     m_resolution.cancel();
     setBusy(false);
     if (input.isEmpty())
-        return setStatus(u"Please enter a YouTube URL or handle."_s, Tone::error);
-    setStatus(u"Resolving..."_s, Tone::neutral);
+        return setStatus(translated("Settings", "Please enter a YouTube URL or handle."),
+                         Tone::error);
+    setStatus(translated("Settings", "Resolving..."), Tone::neutral);
     setBusy(true);
     m_previewBg->hide();
     m_tasks.spawn(resolve(input, m_resolution.restart()));
@@ -191,7 +196,7 @@ void AddChannelPage::showResult(const ChannelResolver::Result& result) {
         label->setText(label->fontMetrics().elidedText(text, Qt::ElideRight, label->width()));
     };
     show(m_previewName, singleLineName(m_resolvedName));
-    show(m_previewHandle, u'@' + singleLineName(m_resolvedHandle));
+    show(m_previewHandle, leftToRight(u'@' + singleLineName(m_resolvedHandle)));
 }
 
 void AddChannelPage::addResolvedChannel() {
@@ -200,7 +205,8 @@ void AddChannelPage::addResolvedChannel() {
     m_preferences.addCustomChannel(m_resolvedHandle, m_resolvedName);
     m_channelInput->clear();
     m_previewBg->hide();
-    setStatus(u"Added %1!"_s.arg(singleLineName(m_resolvedName)), Tone::success);
+    setStatus(translated("Settings", "Added %1!").arg(singleLineName(m_resolvedName)),
+              Tone::success);
     rebuildCustomList();
     // New channels are added at the end.
     m_customScroll->verticalScrollBar()->setValue(m_customScroll->verticalScrollBar()->maximum());
@@ -269,7 +275,7 @@ FormPage* AddChannelPage::customList() {
     list->resize(scaled(size));
     if (channels.isEmpty())
         list->addLabel(
-            u"No custom channels yet. Add one above!"_s,
+            translated("Settings", "No custom channels yet. Add one above!"),
             {0, size.height() / 2 - 10, size.width(), lineHeight},
             {.size = 12, .color = QPalette::PlaceholderText, .alignment = Qt::AlignHCenter});
     double y = size.height();
@@ -279,8 +285,9 @@ FormPage* AddChannelPage::customList() {
         text->setText(rowText(channel, text->fontMetrics(), text->width()));
         if (text->text().contains(u'…'))
             text->setToolTip(singleLineName(channel.nameEn()).toHtmlEscaped());
-        QPushButton* remove = makeButton(channel.handle(), u"Remove"_s);
-        remove->setAccessibleName(u"Remove "_s + singleLineName(channel.nameEn()));
+        QPushButton* remove = makeButton(channel.handle(), translated("Settings", "Remove"));
+        remove->setAccessibleName(
+            translated("Settings", "Remove %1").arg(singleLineName(channel.nameEn())));
         remove->setFont(scaledFont(remove->font(), {.size = 11}));
         setTextColor(*remove, SystemColors::red);
         connect(remove, &QPushButton::clicked, this,

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/settings/AppearancePage.h"
 
+#include "language/Translation.h"
+
 #include "base/NotificationCenter.h"
 #include "model/AppConstants.h"
 #include "settings/Preferences.h"
@@ -30,11 +32,12 @@ constexpr double chosenOpacity = 0.2;
 constexpr double pressedOpacity = 0.4;
 
 struct PresetTitle {
-    QStringView title;
+    const char* title;
     int width;
 };
-constexpr std::array presetTitles{PresetTitle{u"Small", 320}, PresetTitle{u"Medium", 480},
-                                  PresetTitle{u"Large", 720}};
+constexpr std::array presetTitles{PresetTitle{QT_TRANSLATE_NOOP("Settings", "Small"), 320},
+                                  PresetTitle{QT_TRANSLATE_NOOP("Settings", "Medium"), 480},
+                                  PresetTitle{QT_TRANSLATE_NOOP("Settings", "Large"), 720}};
 
 } // namespace
 
@@ -49,7 +52,7 @@ AppearancePage::AppearancePage(Preferences& preferences, NotificationCenter& not
 }
 
 void AppearancePage::addLevel() {
-    auto* box = new QCheckBox(u"Stay above full-screen windows"_s);
+    auto* box = new QCheckBox(translated("Settings", "Stay above full-screen windows"));
     box->setObjectName(u"staysAboveFullScreen"_s);
     box->setChecked(m_preferences.staysAboveFullScreen());
     connect(box, &QCheckBox::clicked, this, [this](bool isOn) {
@@ -60,11 +63,11 @@ void AppearancePage::addLevel() {
 }
 
 void AppearancePage::addOpacitySlider() {
-    QLabel* caption = addCaption(u"Window Opacity:"_s, {20, 320, 140, 20});
+    QLabel* caption = addCaption(translated("Settings", "Window Opacity:"), {20, 320, 140, 20});
     auto* slider = new QSlider(Qt::Horizontal);
     caption->setBuddy(slider);
     slider->setObjectName(u"opacity"_s);
-    slider->setAccessibleName(u"Window Opacity"_s);
+    slider->setAccessibleName(translated("Settings", "Window Opacity"));
     slider->setRange(qRound(lowestOpacity * opacitySteps), opacitySteps);
     slider->setSingleStep(opacitySteps / 100);
     slider->setPageStep(opacitySteps / 10);
@@ -73,16 +76,18 @@ void AppearancePage::addOpacitySlider() {
             [this](int value) { opacityChanged(double(value) / opacitySteps); });
     QLabel* number = addLabel({}, {368, 320, 60, 20}, {});
     number->setObjectName(u"opacityNumber"_s);
-    const auto show = [number](int value) { number->setText(u"%1 %"_s.arg(value)); };
+    const auto show = [number](int value) {
+        number->setText(translated("Settings", "%1 %").arg(localNumber(value)));
+    };
     connect(slider, &QSlider::valueChanged, number, show);
     show(slider->value());
     place(slider, {160, 320, 200, 22});
 }
 
 void AppearancePage::addPresets() {
-    addCaption(u"Window Size Preset:"_s, {20, 280, 140, 20});
+    addCaption(translated("Settings", "Window Size Preset:"), {20, 280, 140, 20});
     for (double x = 160; const auto& [title, width] : presetTitles) {
-        auto* button = new QPushButton(title.toString());
+        auto* button = new QPushButton(translated("Settings", title));
         button->setObjectName(u"preset%1"_s.arg(width));
         connect(button, &QPushButton::clicked, this,
                 [this, tag = width] { sizePresetTapped(tag); });
@@ -134,7 +139,8 @@ void AppearancePage::highlightPreset(int width) {
     const QString highlight = highlightStyle();
     for (const Preset& preset : std::as_const(m_presets)) {
         preset.button->setStyleSheet(preset.width == width ? highlight : QString());
-        preset.button->setAccessibleDescription(preset.width == width ? u"Chosen"_s : QString());
+        preset.button->setAccessibleDescription(
+            preset.width == width ? translated("Settings", "Chosen") : QString());
     }
 }
 

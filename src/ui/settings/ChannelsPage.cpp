@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/settings/ChannelsPage.h"
 
+#include "language/Translation.h"
+
 #include "settings/Preferences.h"
 #include "state/ChannelRegistry.h"
 #include "ui/DisplayText.h"
@@ -124,7 +126,7 @@ void ChannelsPage::addChannel(FormPage& list, const Channel& channel, bool isEna
 
     auto* star = new StarButton;
     star->setObjectName(u"favourite "_s + channel.id());
-    star->setAccessibleName(u"Favourite: "_s + name);
+    star->setAccessibleName(translated("Settings", "Favourite: %1").arg(name));
     connect(star, &StarButton::clicked, this,
             [this, id = channel.id()](bool isOn) { favoriteToggled(id, isOn); });
     list.place(star, {456, y - 21, 20, 20});
@@ -154,7 +156,8 @@ void ChannelsPage::updateStars() {
     for (const Star& star : std::as_const(m_stars)) {
         const qsizetype index = favorites.indexOf(star.id);
         star.button->setChecked(index >= 0);
-        star.button->setToolTip(index >= 0 ? favoriteToolTip(index) : u"Make it a favourite"_s);
+        star.button->setToolTip(index >= 0 ? favoriteToolTip(index)
+                                           : translated("Settings", "Make it a favourite"));
     }
 }
 

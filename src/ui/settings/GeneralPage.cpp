@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/settings/GeneralPage.h"
 
+#include "language/Translation.h"
+
 #include "settings/Preferences.h"
 #include "state/AppNotification.h"
 #include "state/AppState.h"
+#include "ui/DisplayText.h"
 #include "ui/settings/YtDlpSection.h"
 #include "ui/theme/SystemColors.h"
 #include "ui/theme/TextColor.h"
@@ -11,18 +14,40 @@
 #include <QCheckBox>
 #include <QComboBox>
 
+#include <algorithm>
+
 namespace orvane {
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-template <typename Enum, typename Text>
-QStringList titles(Text text) {
+template <typename Enum>
+QStringList titles() {
     QStringList list;
     for (const Enum value : allCases<Enum>)
-        list += text(value);
+        list += title(value);
     return list;
+}
+
+/// The position of a case in its pop-up.
+template <typename Enum>
+int indexOf(Enum value) {
+    return static_cast<int>(std::ranges::find(allCases<Enum>, value) - allCases<Enum>.begin());
+}
+
+/// The first is the system's; each of the others is in its own language, for who does not
+/// understand the present one.
+QStringList languages() {
+    QStringList list{translated("Settings", "System")};
+    for (const Language language : allLanguages)
+        list += nativeName(language);
+    return list;
+}
+
+/// Returns the caption as a name; French has a space before the colon.
+QString withoutColon(const QString& caption) {
+    return caption.chopped(caption.endsWith(u':') ? 1 : 0).trimmed();
 }
 
 } // namespace
@@ -33,29 +58,34 @@ GeneralPage::GeneralPage(Preferences& preferences, AppState& state,
     : m_preferences(preferences),
       m_state(state),
       m_notifications(notifications),
-      m_resolution(addPopUp(
-          u"resolution"_s, u"Default Resolution:"_s, 320,
-          titles<Resolution>([](Resolution resolution) { return displayName(resolution); }))),
-      m_autoPlay(
-          addCheckBox(u"autoPlay"_s, u"Auto-play last channel on launch"_s, {20, 280, 300, 22})),
-      m_theme(addPopUp(u"theme"_s, u"Appearance:"_s, 240,
-                       titles<AppTheme>([](AppTheme theme) { return rawValue(theme); }))),
-      m_shortcutsInTextFields(addCheckBox(u"shortcutsInTextFields"_s,
-                                          u"Use single-key shortcuts while typing"_s,
-                                          {20, 220, 320, 22})),
-      m_shortcutsInGhostMode(addCheckBox(u"shortcutsInGhostMode"_s,
-                                         u"In ghost mode, use shortcuts in other programs too"_s,
-                                         {20, 195, 320, 22})),
+      m_language(addPopUp(u"language"_s, translated("Settings", "Language:"), 360, languages())),
+      m_resolution(addPopUp(u"resolution"_s, translated("Settings", "Default Resolution:"), 320,
+                            titles<Resolution>())),
+      m_autoPlay(addCheckBox(u"autoPlay"_s,
+                             translated("Settings", "Auto-play last channel on launch"),
+                             {20, 280, 300, 22})),
+      m_theme(addPopUp(u"theme"_s, translated("Settings", "Appearance:"), 240, titles<AppTheme>())),
+      m_shortcutsInTextFields(addCheckBox(
+          u"shortcutsInTextFields"_s,
+          translated("Settings", "Use single-key shortcuts while typing"), {20, 220, 320, 22})),
+      m_shortcutsInGhostMode(
+          addCheckBox(u"shortcutsInGhostMode"_s,
+                      translated("Settings", "In ghost mode, use shortcuts in other programs too"),
+                      {20, 195, 320, 22})),
       m_autostart(autostart),
-      m_startAtLogin(
-          addCheckBox(u"startAtLogin"_s, u"Start Orvane at login"_s, {20, 170, 320, 22})),
+      m_startAtLogin(addCheckBox(u"startAtLogin"_s, translated("Settings", "Start Orvane at login"),
+                                 {20, 170, 320, 22})),
       m_autostartError(addLabel({}, {42, 148, 420, 20}, {.size = 12})),
-      m_preparesNextChannels(addCheckBox(u"preparesNextChannels"_s, u"Prepare the next channels"_s,
+      m_preparesNextChannels(addCheckBox(u"preparesNextChannels"_s,
+                                         translated("Settings", "Prepare the next channels"),
                                          {20, 124, 320, 22})),
       m_ytDlp(new YtDlpSection(ytDlp, tasks)) {
+    addLabel(translated("Settings", "From the next start on"), {308, 360, 180, 20},
+             {.size = 12, .color = QPalette::PlaceholderText});
     place(m_ytDlp, {20, 24, 480, 90});
     setTextColor(*m_autostartError, SystemColors::red);
     m_autostartError->setObjectName(u"autostartFault"_s);
+    connect(m_language, &QComboBox::activated, this, &GeneralPage::languageChanged);
     connect(m_resolution, &QComboBox::activated, this, &GeneralPage::resolutionChanged);
     connect(m_theme, &QComboBox::activated, this, &GeneralPage::themeChanged);
     connect(m_autoPlay, &QCheckBox::clicked, this,
@@ -70,9 +100,11 @@ GeneralPage::GeneralPage(Preferences& preferences, AppState& state,
 }
 
 void GeneralPage::refresh() {
-    m_resolution->setCurrentText(rawValue(m_preferences.resolution()));
+    const std::optional<Language> language = m_preferences.language();
+    m_language->setCurrentIndex(language ? static_cast<int>(*language) + 1 : 0);
+    m_resolution->setCurrentIndex(indexOf(m_preferences.resolution()));
     m_autoPlay->setChecked(m_preferences.autoPlayLastChannel());
-    m_theme->setCurrentText(rawValue(m_preferences.theme()));
+    m_theme->setCurrentIndex(indexOf(m_preferences.theme()));
     m_shortcutsInTextFields->setChecked(m_preferences.shortcutsInTextFields());
     m_shortcutsInGhostMode->setChecked(m_preferences.shortcutsInGhostMode().value_or(false));
     m_startAtLogin->setChecked(m_autostart.isEnabled());
@@ -94,7 +126,7 @@ QComboBox* GeneralPage::addPopUp(const QString& name, const QString& caption, do
     QLabel* label = addCaption(caption, {20, y, 140, 20});
     auto* popUp = new QComboBox;
     popUp->setObjectName(name);
-    popUp->setAccessibleName(caption.chopped(1));
+    popUp->setAccessibleName(withoutColon(caption));
     // Qt names a pop-up by its value, and only this relation tells a screen reader what it is for.
     label->setBuddy(popUp);
     popUp->addItems(titles);
@@ -102,17 +134,19 @@ QComboBox* GeneralPage::addPopUp(const QString& name, const QString& caption, do
     return popUp;
 }
 
-void GeneralPage::resolutionChanged() {
-    if (const auto resolution = fromRawValue<Resolution>(m_resolution->currentText()))
-        m_state.setResolution(*resolution);
+void GeneralPage::languageChanged(int index) {
+    m_preferences.setLanguage(index == 0 ? std::nullopt
+                                         : std::optional(allLanguages.at(index - 1)));
 }
 
-void GeneralPage::themeChanged() {
-    const auto theme = fromRawValue<AppTheme>(m_theme->currentText());
-    if (!theme)
-        return;
-    m_preferences.setTheme(*theme);
-    m_notifications.post(AppNotification::themeChanged, *theme);
+void GeneralPage::resolutionChanged(int index) {
+    m_state.setResolution(allCases<Resolution>.at(index));
+}
+
+void GeneralPage::themeChanged(int index) {
+    const AppTheme theme = allCases<AppTheme>.at(index);
+    m_preferences.setTheme(theme);
+    m_notifications.post(AppNotification::themeChanged, theme);
 }
 
 void GeneralPage::shortcutsInGhostModeChanged(bool isOn) {
@@ -128,7 +162,8 @@ void GeneralPage::preparesNextChannelsChanged(bool isOn) {
 void GeneralPage::autostartChanged(bool isOn) {
     const bool isSaved = m_autostart.setEnabled(isOn);
     m_startAtLogin->setChecked(m_autostart.isEnabled());
-    m_autostartError->setText(isSaved ? QString() : u"The autostart folder cannot be changed."_s);
+    m_autostartError->setText(
+        isSaved ? QString() : translated("Settings", "The autostart folder cannot be changed."));
 }
 
 } // namespace orvane

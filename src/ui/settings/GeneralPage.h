@@ -33,8 +33,9 @@ private:
     QCheckBox* addCheckBox(const QString& name, const QString& title, const QRectF& frame);
     QComboBox* addPopUp(const QString& name, const QString& caption, double y,
                         const QStringList& titles);
-    void resolutionChanged();
-    void themeChanged();
+    void languageChanged(int index);
+    void resolutionChanged(int index);
+    void themeChanged(int index);
     void shortcutsInGhostModeChanged(bool isOn);
     void preparesNextChannelsChanged(bool isOn);
     void autostartChanged(bool isOn);
@@ -42,6 +43,7 @@ private:
     Preferences& m_preferences;
     AppState& m_state;
     NotificationCenter& m_notifications;
+    QComboBox* m_language;
     QComboBox* m_resolution;
     QCheckBox* m_autoPlay;
     QComboBox* m_theme;

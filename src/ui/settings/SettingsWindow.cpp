@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/settings/SettingsWindow.h"
 
+#include "language/Translation.h"
+
 #include "state/AppNotification.h"
 #include "ui/AccessibleRole.h"
 #include "ui/settings/AppearancePage.h"
@@ -44,17 +46,18 @@ SettingsWindow::SettingsWindow(const Collaborators& with)
       m_openAddChannel(with.notifications.addObserver(AppNotification::openAddChannel,
                                                       [this] { showCustomChannelsTab(); })) {
     setAccessibleRole(*this, QAccessible::Window);
-    setWindowTitle(u"Orvane Settings"_s);
+    setWindowTitle(translated("Settings", "Orvane Settings"));
     setWindowRole(u"settings"_s);
     new FixedSize(*this, contentSize, [this] { m_tabView->setGeometry(rect()); });
     m_tabView->setObjectName(u"tabView"_s);
     m_tabView->addTab(new GeneralPage(with.preferences, with.state, with.notifications,
                                       with.autostart, with.ytDlp, with.tasks),
-                      u"General"_s);
-    m_tabView->addTab(new ChannelsPage(with.preferences, with.registry), u"Channels"_s);
+                      translated("Settings", "General"));
+    m_tabView->addTab(new ChannelsPage(with.preferences, with.registry),
+                      translated("Settings", "Channels"));
     m_tabView->addTab(new AppearancePage(with.preferences, with.notifications, with.resizePlayer),
-                      u"Appearance"_s);
-    m_tabView->addTab(m_addChannel, u"Add Channel"_s);
+                      translated("Settings", "Appearance"));
+    m_tabView->addTab(m_addChannel, translated("Settings", "Add Channel"));
     connect(new QShortcut(QKeySequence::Close, this), &QShortcut::activated, this, &QWidget::close);
     addTabKeys();
     centreOnScreen(*this);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/settings/YtDlpSection.h"
 
+#include "language/Translation.h"
+
 #include "base/TaskScope.h"
 #include "ui/theme/SystemColors.h"
 #include "ui/theme/TextColor.h"
@@ -16,19 +18,19 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QString ageText(qint64 days) {
-    constexpr qint64 year = 365;
-    constexpr qint64 month = 30;
+QString ageText(int days) {
+    constexpr int year = 365;
+    constexpr int month = 30;
     if (days <= 0)
-        return u"of today"_s;
-    if (days == 1)
-        return u"1 day old"_s;
+        return translated("YtDlp", "of today");
     // A rough age says enough where it is high.
-    if (days >= 2 * year)
-        return u"%1 years old"_s.arg(days / year);
-    if (days >= 2 * month)
-        return u"%1 months old"_s.arg(days / month);
-    return u"%1 days old"_s.arg(days);
+    const int years = days / year;
+    if (years >= 2)
+        return translated("YtDlp", "%n years old", nullptr, years);
+    const int months = days / month;
+    if (months >= 2)
+        return translated("YtDlp", "%n months old", nullptr, months);
+    return translated("YtDlp", "%n days old", nullptr, days);
 }
 
 QLabel* makeLine(const QString& name, QWidget* parent) {
@@ -43,20 +45,24 @@ QLabel* makeLine(const QString& name, QWidget* parent) {
 
 QString describe(const std::optional<YtDlpStatus>& status, QDate today) {
     if (!status)
-        return u"yt-dlp is not installed."_s;
-    const QString age =
-        status->released ? u" (%1)"_s.arg(ageText(status->released->daysTo(today))) : QString();
-    const QString text = u"yt-dlp "_s + status->version + age + u", "_s + status->program;
-    return status->newer.isEmpty()
-               ? text
-               : text + u". Where the site finds it too old: %1."_s.arg(status->newer);
+        return translated("YtDlp", "yt-dlp is not installed.");
+    const QString version = leftToRight(status->version);
+    const QString program = leftToRight(status->program);
+    const QString text =
+        status->released
+            ? translated("YtDlp", "yt-dlp %1 (%2), %3")
+                  .arg(version, ageText(static_cast<int>(status->released->daysTo(today))), program)
+            : translated("YtDlp", "yt-dlp %1, %2").arg(version, program);
+    return status->newer.isEmpty() ? text
+                                   : translated("YtDlp", "%1. Where the site finds it too old: %2.")
+                                         .arg(text, leftToRight(status->newer));
 }
 
 YtDlpSection::YtDlpSection(YtDlpUpdates& updates, TaskScope& tasks)
     : m_updates(updates),
       m_tasks(tasks),
       m_status(makeLine(u"ytDlpStatus"_s, this)),
-      m_update(new QPushButton(u"Update yt-dlp"_s, this)),
+      m_update(new QPushButton(translated("YtDlp", "Update yt-dlp"), this)),
       m_outcome(makeLine(u"ytDlpOutcome"_s, this)) {
     m_update->setObjectName(u"updateYtDlp"_s);
     connect(m_update, &QPushButton::clicked, this, &YtDlpSection::update);
@@ -112,11 +118,14 @@ void YtDlpSection::showOutcome(const YtDlpUpdateOutcome::Value& outcome) {
         setTextColor(*m_outcome, SystemColors::red);
         m_outcome->setText(failed->reason);
     } else if (const auto* updated = std::get_if<Updated>(&outcome)) {
-        m_outcome->setText(updated->from.isEmpty() ? u"yt-dlp %1 is installed."_s.arg(updated->to)
-                                                   : u"yt-dlp is updated from %1 to %2."_s.arg(
-                                                         updated->from, updated->to));
+        m_outcome->setText(
+            updated->from.isEmpty()
+                ? translated("YtDlp", "yt-dlp %1 is installed.").arg(leftToRight(updated->to))
+                : translated("YtDlp", "yt-dlp is updated from %1 to %2.")
+                      .arg(leftToRight(updated->from), leftToRight(updated->to)));
     } else {
-        m_outcome->setText(u"yt-dlp %1 is the newest."_s.arg(std::get<UpToDate>(outcome).version));
+        m_outcome->setText(translated("YtDlp", "yt-dlp %1 is the newest.")
+                               .arg(leftToRight(std::get<UpToDate>(outcome).version)));
     }
 }
 

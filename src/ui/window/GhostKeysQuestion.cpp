@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/window/GhostKeysQuestion.h"
 
+#include "language/Translation.h"
+
 #include <QGuiApplication>
 #include <QLabel>
 #include <QPushButton>
@@ -24,10 +26,11 @@ GhostKeysQuestion::GhostKeysQuestion(std::function<void(bool)> answer)
     : QDialog(nullptr, Qt::Tool | Qt::WindowStaysOnTopHint | Qt::WindowDoesNotAcceptFocus |
                            Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                            Qt::WindowCloseButtonHint) {
-    const QString text = u"May Orvane's keys act while you type in other programs? "
-                         "If not, they act in Orvane's own windows only."_s;
-    setWindowTitle(u"Orvane: Ghost Mode"_s);
-    setAccessibleName(u"Keys in ghost mode"_s);
+    const QString text =
+        translated("GhostKeys", "May Orvane's keys act while you type in other programs? "
+                                "If not, they act in Orvane's own windows only.");
+    setWindowTitle(translated("GhostKeys", "Orvane: Ghost Mode"));
+    setAccessibleName(translated("GhostKeys", "Keys in ghost mode"));
     setAccessibleDescription(text);
     setAttribute(Qt::WA_ShowWithoutActivating);
     auto* column = new QVBoxLayout(this);
@@ -40,7 +43,8 @@ GhostKeysQuestion::GhostKeysQuestion(std::function<void(bool)> answer)
     column->addWidget(label);
     auto* buttons = new QHBoxLayout;
     buttons->addStretch();
-    for (const auto& [title, isAllowed] : {std::pair(u"Not now"_s, false), {u"Allow"_s, true}}) {
+    for (const auto& [title, isAllowed] : {std::pair(translated("GhostKeys", "Not now"), false),
+                                           {translated("GhostKeys", "Allow"), true}}) {
         auto* button = new QPushButton(title);
         button->setFocusPolicy(Qt::NoFocus);
         connect(button, &QPushButton::clicked, this, [answer, isAllowed] { answer(isAllowed); });
