@@ -9,7 +9,7 @@
     </message>
     <message>
         <source>Live Arabic &amp; international news channels in your menu bar. Free, no account needed.</source>
-        <translation>Chaînes d’information arabes et internationales en direct dans votre barre de menus. Gratuit et sans compte.</translation>
+        <translation>L’info arabe et internationale en direct dans la barre de menus. Gratuit, sans compte.</translation>
     </message>
     <message>
         <source>About Orvane</source>

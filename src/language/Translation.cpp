@@ -5,6 +5,9 @@
 #include <QGuiApplication>
 #include <QLibraryInfo>
 
+#include <memory>
+#include <vector>
+
 namespace orvane {
 
 using namespace Qt::StringLiterals;
@@ -21,31 +24,34 @@ struct Texts {
     QTranslator translator;
 };
 
-/// Null before and after the translation, as in a test without one.
-std::unique_ptr<Texts>& current() {
-    static std::unique_ptr<Texts> texts;
+/// Those of each translation that lives, the newest last.
+std::vector<std::unique_ptr<Texts>>& all() {
+    static std::vector<std::unique_ptr<Texts>> texts;
     return texts;
+}
+
+const Texts* current() {
+    return all().empty() ? nullptr : all().back().get();
 }
 
 } // namespace
 
 Translation::Translation(Language language) {
-    auto texts = std::make_unique<Texts>();
-    if (!texts->translator.load(u":/translations/orvane_%1.qm"_s.arg(code(language))))
+    Texts& texts = *all().emplace_back(std::make_unique<Texts>());
+    if (!texts.translator.load(u":/translations/orvane_%1.qm"_s.arg(code(language))))
         return;
-    texts->language = language;
+    texts.language = language;
     // English numbers are those of the source, without marks between thousands.
     if (language != Language::english)
-        texts->locale = localeOf(language, QLocale(QLocale::system().name()));
-    current() = std::move(texts);
+        texts.locale = localeOf(language, QLocale(QLocale::system().name()));
 }
 
 Translation::~Translation() {
-    current().reset();
+    all().pop_back();
 }
 
 void Translation::install() {
-    if (!current() || current()->language == Language::english)
+    if (current()->language == Language::english)
         return;
     const QString name = u"qtbase_"_s + code(current()->language);
     if (m_toolkit.load(name, QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
@@ -56,7 +62,7 @@ void Translation::install() {
 
 QString translated(const char* context, const char* text, const char* comment, int count) {
     QString result;
-    if (current())
+    if (current() != nullptr)
         result = current()->translator.translate(context, text, comment, count);
     if (result.isEmpty())
         result = QString::fromUtf8(text);
@@ -68,17 +74,17 @@ QString translated(const char* context, const QString& text) {
 }
 
 QString localNumber(qint64 number) {
-    return current() ? current()->locale.toString(number) : QString::number(number);
+    return current() != nullptr ? current()->locale.toString(number) : QString::number(number);
 }
 
 QString localDataSize(qint64 bytes) {
-    const bool isEnglish = !current() || current()->language == Language::english;
+    const bool isEnglish = current() == nullptr || current()->language == Language::english;
     const QLocale locale = isEnglish ? QLocale(QLocale::English) : current()->locale;
     return locale.formattedDataSize(bytes, 1, QLocale::DataSizeSIFormat);
 }
 
 bool isRightToLeftInterface() {
-    return current() && current()->locale.textDirection() == Qt::RightToLeft;
+    return current() != nullptr && current()->locale.textDirection() == Qt::RightToLeft;
 }
 
 QString isolated(const QString& text) {

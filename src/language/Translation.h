@@ -9,9 +9,9 @@
 
 namespace orvane {
 
-/// Holds the texts of one language while it lives; there is one, which `main` makes before anything
-/// is printed. English texts are those in the source; its file has the singular forms only. A
-/// language whose file is broken is English.
+/// Holds the texts of one language while it lives; `main` makes it before anything is printed. Of
+/// several the newest counts. English texts are those in the source, and its file has the plural
+/// forms only. A language whose file is missing is English.
 class Translation final {
 public:
     explicit Translation(Language language);

@@ -82,7 +82,7 @@ QPushButton* AboutWindow::makeButton() {
     const QString host = webAddress(m_website).host();
     if (host.isEmpty())
         return nullptr;
-    auto* button = new QPushButton(host);
+    auto* button = new QPushButton(leftToRight(host));
     button->setObjectName(u"websiteButton"_s);
     setTextColor(*button, SystemColors::blue);
     connect(button, &QPushButton::clicked, this, &AboutWindow::openWebsite);

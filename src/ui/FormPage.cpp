@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/FormPage.h"
 
+#include "language/Mirror.h"
+
 #include <QApplication>
 #include <QFontMetricsF>
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QShowEvent>
+#include <QStyle>
 #include <QWindow>
 
 #include <algorithm>
@@ -28,7 +31,8 @@ double FormPage::scale() {
     // A line is 20 points high; the longest caption must fit into 140 points less the gap.
     const QFontMetricsF metrics(QApplication::font());
     return std::max({1.0, metrics.height() / 20,
-                     metrics.horizontalAdvance(u"Window Size Preset:"_s) / (140 - captionGap - 2)});
+                     metrics.horizontalAdvance(translated("Settings", "Window Size Preset:")) /
+                         (140 - captionGap - 2)});
 }
 
 QSize FormPage::scaled(const QSizeF& points) {
@@ -55,7 +59,9 @@ QLabel* FormPage::addLabel(const QString& text, const QRectF& frame, const Label
     label->setTextFormat(Qt::PlainText);
     label->setFont(scaledFont(label->font(), style));
     label->setForegroundRole(style.color);
-    label->setAlignment(style.alignment | Qt::AlignAbsolute | Qt::AlignVCenter);
+    // Not by the direction of the text, which may be the name of a channel.
+    label->setAlignment(QStyle::visualAlignment(layoutDirection(), style.alignment) |
+                        Qt::AlignAbsolute | Qt::AlignVCenter);
     m_labels.insert(label, style);
     // A text that is set later must not grow the label beyond the page.
     const bool isGrowing = style.alignment == Qt::AlignLeft && !text.isEmpty();
@@ -86,7 +92,7 @@ QRect FormPage::pixels(QWidget* control, const Placed& placed) const {
     if (placed.width == Width::grows)
         frame.setWidth(std::max(frame.width(), control->sizeHint().width() / s));
     const QPointF corner(frame.x() * s, height() - (frame.y() + frame.height()) * s);
-    return {corner.toPoint(), (frame.size() * s).toSize()};
+    return mirrored({corner.toPoint(), (frame.size() * s).toSize()}, width());
 }
 
 void FormPage::layOut() {

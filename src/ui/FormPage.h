@@ -18,8 +18,9 @@ class QScrollArea;
 namespace orvane {
 
 /// A page that places its controls at fixed positions, in points from its lower left corner with y
-/// upwards. The positions scale with the desktop's font, also when it changes, so that texts fit in
-/// any font size. Owned by its window; main thread.
+/// upwards; in a right-to-left interface they are reflected. The positions scale with the desktop's
+/// font, also when it changes, so that texts fit in any font size. Owned by its window; main
+/// thread.
 class FormPage : public QWidget {
     Q_OBJECT
 
@@ -48,9 +49,10 @@ public:
     };
     /// Adds the control, or moves one that the page has already.
     void place(QWidget* control, const QRectF& frame, Width width = Width::fixed);
-    /// Adds plain text. A left-aligned label grows beyond its frame if the text needs it.
+    /// Adds plain text. A label at the left, or in a right-to-left interface at the right, grows
+    /// beyond its frame if the text needs it.
     QLabel* addLabel(const QString& text, const QRectF& frame, const LabelStyle& style);
-    /// Adds the right-aligned caption of a control to its right.
+    /// Adds the caption of a control that follows it, close to the control.
     QLabel* addCaption(const QString& text, const QRectF& frame);
 
     /// Hides all controls of a page that is much longer than its viewport: Qt compares every shown

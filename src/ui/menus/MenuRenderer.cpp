@@ -45,12 +45,13 @@ void perform(const MenuItem& item, ApplicationActions& actions) {
     }
 }
 
-/// Rows start on the left of a left-to-right interface, whatever the direction of their titles:
-/// trays that draw the menu look for the first letter of each.
+/// Rows start on the side where the interface begins, whatever the direction of their titles: trays
+/// that draw the menu look for the first letter of each.
 QString label(const MenuItem& item) {
-    const QString mark = QGuiApplication::isLeftToRight() ? QString(QChar(0x200E)) : QString();
-    return mark + u"    "_s.repeated(item.indentationLevel) +
-           escapedMnemonics(singleLineName(item.title));
+    constexpr QChar leftToRightMark(0x200E);
+    constexpr QChar rightToLeftMark(0x200F);
+    return (QGuiApplication::isRightToLeft() ? rightToLeftMark : leftToRightMark) +
+           u"    "_s.repeated(item.indentationLevel) + escapedMnemonics(singleLineName(item.title));
 }
 
 /// Shows the key, which acts while the menu is open; otherwise `HotkeyManager` handles the keys.

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/player/ControlBar.h"
 
-#include "language/Translation.h"
+#include "language/Mirror.h"
 
 #include "playback/PlayerCommands.h"
 #include "state/AppNotification.h"
@@ -36,7 +36,7 @@ constexpr int margin = 6;
 constexpr int buttonSize = 32;
 constexpr int buttonStep = 36;
 
-/// A line of text that is left-aligned in any script.
+/// A line of text whose alignment depends on the direction of the interface, not of the text.
 class NameLabel final : public QLabel {
 public:
     using QLabel::QLabel;
@@ -45,8 +45,9 @@ protected:
     void paintEvent(QPaintEvent*) override {
         const QPixmap& name = m_name.get(*this, text(), [this](QPainter& painter) {
             style()->drawItemText(&painter, rect(),
-                                  Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignVCenter, palette(),
-                                  isEnabled(), text(), foregroundRole());
+                                  QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft) |
+                                      Qt::AlignAbsolute | Qt::AlignVCenter,
+                                  palette(), isEnabled(), text(), foregroundRole());
         });
         QPainter(this).drawPixmap(0, 0, name);
     }
@@ -156,18 +157,21 @@ void ControlBar::fitChannelName() {
 }
 
 void ControlBar::layOut() {
+    const auto put = [this](QWidget& part, const QRect& frame) {
+        part.setGeometry(mirrored(frame, width()));
+    };
     int x = width() - margin - buttonSize;
     for (GlyphButton* button :
          {m_quitButton, m_closeButton, m_fullscreenBtn, m_ghostButton, m_muteButton}) {
-        button->setGeometry(x, (height() - buttonSize) / 2, buttonSize, buttonSize);
+        put(*button, {x, (height() - buttonSize) / 2, buttonSize, buttonSize});
         x -= buttonStep;
     }
-    m_liveIndicator->setGeometry(margin, (height() - indicatorSize) / 2, indicatorSize,
-                                 indicatorSize);
-    const int labelWidth = std::max(m_muteButton->x() - labelLeft - labelGap, minimumLabelWidth);
+    put(*m_liveIndicator, {margin, (height() - indicatorSize) / 2, indicatorSize, indicatorSize});
+    const int lastButton = x + buttonStep;
+    const int labelWidth = std::max(lastButton - labelLeft - labelGap, minimumLabelWidth);
     // Arabic script needs more height.
     const int textHeight = std::max(labelHeight, m_channelLabel->sizeHint().height());
-    m_channelLabel->setGeometry(labelLeft, (height() - textHeight) / 2, labelWidth, textHeight);
+    put(*m_channelLabel, {labelLeft, (height() - textHeight) / 2, labelWidth, textHeight});
 }
 
 void ControlBar::paintEvent(QPaintEvent*) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/player/OverlayView.h"
 
-#include "language/Translation.h"
+#include "language/Mirror.h"
 
 #include "ui/AccessibleRole.h"
 #include "ui/FittedText.h"
@@ -135,8 +135,8 @@ bool OverlayView::placeWithLines(int lines) {
     OverlayParts parts{.content = isError() ? OverlayContent::retry : OverlayContent::spinner,
                        .retry = m_retryButton->sizeHint(),
                        .countdownHeight = m_countdownLabel->fontMetrics().height()};
-    const int width = overlayLayout(size(), parts).message.width();
-    const QString fitted = fittedText(m_message, label.font(), width, lines);
+    const int textWidth = overlayLayout(size(), parts).message.width();
+    const QString fitted = fittedText(m_message, label.font(), textWidth, lines);
     label.setText(fitted);
     parts.messageHeight = label.sizeHint().height();
     const bool isComplete = m_message == m_details && !fitted.endsWith(u'…');
@@ -145,10 +145,13 @@ bool OverlayView::placeWithLines(int lines) {
 
     const OverlayLayout layout = overlayLayout(size(), parts);
     m_alert->setGeometry(rect());
-    m_spinner->setGeometry(layout.spinner);
-    label.setGeometry(layout.message);
-    m_retryButton->setGeometry(layout.retry);
-    m_countdownLabel->setGeometry(layout.countdown);
+    const auto put = [this](QWidget& part, const QRect& frame) {
+        part.setGeometry(mirrored(frame, width()));
+    };
+    put(*m_spinner, layout.spinner);
+    put(label, layout.message);
+    put(*m_retryButton, layout.retry);
+    put(*m_countdownLabel, layout.countdown);
     return layout.fits;
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/player/PlayerContainerView.h"
 
-#include "language/Translation.h"
+#include "language/Mirror.h"
 
 #include "model/AppConstants.h"
 #include "platform/media/VideoView.h"
@@ -50,7 +50,6 @@ PlayerContainerView::PlayerContainerView(AppState& state, PlayerCommands& player
     setAutoFillBackground(true);
 
     m_overlayView->onRetry([this] { m_player.retryCurrent(); });
-    m_closeButton->setGeometry(closeButtonFrame);
     connect(m_closeButton, &QAbstractButton::clicked, this, [this] { window()->close(); });
 
     // Enabled only while it fades: an effect makes every repaint slower.
@@ -130,6 +129,7 @@ void PlayerContainerView::resizeEvent(QResizeEvent*) {
     m_dragOverlay->setGeometry(0, 0, width(), height() - barHeight);
     m_overlayView->setGeometry(rect());
     m_controlBar->setGeometry(0, height() - barHeight, width(), barHeight);
+    m_closeButton->setGeometry(mirrored(closeButtonFrame, width()));
 }
 
 // A pointer movement stops the hide timer of a visible bar without restarting it, so the bar stays
