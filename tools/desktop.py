@@ -96,8 +96,9 @@ class Desktop(XClient):
         runtime = self.folder / "runtime"
         for folder in (home, runtime):
             folder.mkdir(mode=0o700)
-        inherited = {k: v for k, v in os.environ.items() if not k.startswith(("XDG_", "ORVANE_", "QT_"))}
-        inherited.pop("WAYLAND_DISPLAY", None)
+        inherited = {k: v for k, v in os.environ.items() if not k.startswith(("XDG_", "ORVANE_", "QT_", "LC_"))}
+        for name in ("WAYLAND_DISPLAY", "LANGUAGE"):
+            inherited.pop(name, None)
         self.environment = inherited | {
             "DISPLAY": self.display,
             "HOME": str(home),

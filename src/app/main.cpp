@@ -50,8 +50,7 @@ QString preferencesPath() {
 
 Language chosenLanguage() {
     UserDefaults defaults(preferencesPath());
-    return Preferences(defaults).language().value_or(
-        systemLanguage([](const char* name) { return qEnvironmentVariable(name); }));
+    return Preferences(defaults).language().value_or(systemLanguage());
 }
 
 /// Returns the arguments after the program's name.

@@ -57,6 +57,10 @@ Language systemLanguage(const Variables& variable) {
     return languageNamed(locale).value_or(Language::english);
 }
 
+Language systemLanguage() {
+    return systemLanguage([](const char* name) { return qEnvironmentVariable(name); });
+}
+
 QLocale localeOf(Language language, const QLocale& system) {
     const QLocale own(code(language));
     return system.language() == own.language() ? system : own;

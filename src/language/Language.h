@@ -33,6 +33,8 @@ using Variables = std::function<QString(const char*)>;
 /// the first of LC_ALL, LC_MESSAGES and LANG that is set. The locales "C" and "POSIX" mean English,
 /// whatever LANGUAGE says; so does every language without texts.
 [[nodiscard]] Language systemLanguage(const Variables& variable);
+/// From the environment of this process.
+[[nodiscard]] Language systemLanguage();
 
 /// Returns the locale in which an interface in `language` writes numbers: the system's, if that has
 /// the same language, as digits differ between countries.

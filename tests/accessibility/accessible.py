@@ -26,9 +26,9 @@ class AccessiblePlayer(Accessible, MenuCase):
         self.desktop.activate(program.window())
         return program
 
-    def open_settings(self):
+    def open_settings(self, title="Orvane Settings"):
         self.desktop.key("comma")
-        self.desktop.activate(self.desktop.window("Orvane Settings"))
+        self.desktop.activate(self.desktop.window(title))
 
     def type_instead(self):
         """In the field for a channel, whose letters are shortcuts, with the keyboard alone."""

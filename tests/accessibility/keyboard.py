@@ -71,7 +71,7 @@ class Settings(Walk, AccessiblePlayer):
         self.program.wait_for_preferences(customChannels="[]")
 
         self.desktop.key("ctrl+Tab")
-        self.reader.wait_for_focus("Default Resolution")
+        self.reader.wait_for_focus("Language")
         self.walk(self.operate)
         self.desktop.key("ctrl+Page_Down")
         self.reader.wait_for_focus("العربية")
@@ -84,6 +84,20 @@ class Settings(Walk, AccessiblePlayer):
         self.desktop.key("space")
         self.program.wait_for_preferences(windowSizePreset=320)
         wait_until(lambda: self.program.frame()[2:] == (320, 224), "the small size")
+
+    def test_arabic(self):
+        self.open(LANGUAGE="ar")
+        self.open_settings("إعدادات Orvane")
+        order = self.walk()
+        self.assertEqual([line.split('"')[1] for line in order], [
+            "عام", "حسب النظام", "480p", "تشغيل آخر قناة تلقائيًا عند البدء", "حسب النظام",
+            "استخدام اختصارات المفتاح الواحد أثناء الكتابة", "في وضع الشبح، استخدام الاختصارات في البرامج الأخرى أيضًا",
+            "بدء Orvane عند تسجيل الدخول", "تجهيز القنوات التالية مسبقًا", "تحديث yt-dlp"])
+        self.desktop.key("ctrl+Tab", "ctrl+Tab")
+        self.reader.wait_for_focus("المظهر")
+        order = self.walk()
+        self.assertEqual([line.split('"')[1] for line in order],
+                         ["المظهر", "عتامة النافذة", "صغير", "متوسط", "كبير", "البقاء فوق النوافذ التي تملأ الشاشة"])
 
 
 class Others(Walk, AccessiblePlayer):

@@ -13,7 +13,7 @@ from updates import UpdaterCase
 
 FOLDER = pathlib.Path(__file__).parent / "trees"
 # The yt-dlp of the machine.
-TOOL = re.compile(r'label "yt-dlp [^"]*"')
+TOOL = re.compile(r'label "(\u200f?)yt-dlp [^"]*"')
 
 
 class Comparison:
@@ -31,7 +31,7 @@ class Comparison:
             return found if any(contains in line for line in found) else None
 
         tree = wait_until(lines, lambda: f"{state}; it is {self.reader.tree(window)}")
-        self.taken += [f"# {state}", *(TOOL.sub('label "yt-dlp …"', line) for line in tree), ""]
+        self.taken += [f"# {state}", *(TOOL.sub(r'label "\1yt-dlp …"', line) for line in tree), ""]
 
     def compare(self, name: str):
         file = FOLDER / f"{name}.txt"
@@ -87,6 +87,28 @@ class Windows(Comparison, AccessiblePlayer):
         program.tell("about")
         self.take("About Orvane", "about", "Version")
         self.compare("about")
+
+
+    def test_arabic(self):
+        program = self.open(LANGUAGE="ar")
+        self.take("Orvane", "failed", '"\u2066No site\u2069"')
+        program.tell("loading")
+        self.take("Orvane", "loading", "جارٍ تحميل")
+        program.tell("ghost on")
+        self.take("المفاتيح في وضع الشبح", "the question about keys", "السماح")
+        program.tell("ghost off")
+        self.desktop.activate(program.window())
+        self.open_settings("إعدادات Orvane")
+        self.take("إعدادات Orvane", "General", "label \"\u200fyt-dlp")
+        self.desktop.key("ctrl+Tab")
+        self.take("إعدادات Orvane", "Channels", "France 24 EN")
+        self.desktop.key("ctrl+Tab")
+        self.take("إعدادات Orvane", "Appearance", "عتامة النافذة")
+        self.desktop.key("ctrl+Tab")
+        self.take("إعدادات Orvane", "Add Channel", "لم تُضف أي قناة")
+        program.tell("about")
+        self.take("حول Orvane", "about", "الإصدار")
+        self.compare("arabic")
 
 
 class Updater(Comparison, Accessible, UpdaterCase):

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Runs the real player window and controller, and executes commands from the standard input in
 // place of keys, menus and settings. Answers each line with "done" and the result, if any.
+#include "language/Translation.h"
+
 #include "app/Collaborators.h"
 #include "app/Services.h"
 #include "platform/media/MpvInstance.h"
@@ -84,6 +86,8 @@ int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "xcb");
     QApplication::setQuitOnLastWindowClosed(false);
     const QApplication application(argc, argv);
+    Translation translation(systemLanguage());
+    translation.install();
     useNumericCLocale();
     const Environment environment = Environment::read();
     Services services(environment,

@@ -80,8 +80,9 @@ GeneralPage::GeneralPage(Preferences& preferences, AppState& state,
                                          translated("Settings", "Prepare the next channels"),
                                          {20, 124, 320, 22})),
       m_ytDlp(new YtDlpSection(ytDlp, tasks)) {
-    addLabel(translated("Settings", "From the next start on"), {308, 360, 180, 20},
-             {.size = 12, .color = QPalette::PlaceholderText});
+    const QString when = translated("Settings", "From the next start on");
+    m_language->setAccessibleDescription(when);
+    addLabel(when, {308, 360, 180, 20}, {.size = 12, .color = QPalette::PlaceholderText});
     place(m_ytDlp, {20, 24, 480, 90});
     setTextColor(*m_autostartError, SystemColors::red);
     m_autostartError->setObjectName(u"autostartFault"_s);

@@ -180,6 +180,10 @@ TEST_F(SettingsWindowTest, GeneralControlsWriteAtOnceAndShowWhatIsStored) {
     QTest::keyClicks(part<QComboBox>(u"theme"_s), u"D"_s);
     EXPECT_EQ(announced, AppTheme::dark);
     EXPECT_EQ(preferences.theme(), AppTheme::dark);
+    QTest::keyClicks(part<QComboBox>(u"language"_s), u"F"_s);
+    EXPECT_EQ(preferences.language(), Language::french);
+    QTest::keyClick(part<QComboBox>(u"language"_s), Qt::Key_Home);
+    EXPECT_EQ(preferences.language(), std::nullopt);
     click(u"autoPlay"_s);
     EXPECT_FALSE(preferences.autoPlayLastChannel());
     click(u"shortcutsInTextFields"_s);
