@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/Gallery.h"
 
+#include "language/DirectedMenu.h"
 #include "language/Translation.h"
 
 #include "base/TaskScope.h"
@@ -192,7 +193,7 @@ public:
                                   .state = state,
                                   .sleepTimerMinutes = [&] { return timer; }};
         const auto see = [&](const QString& name, const Menu& menu) {
-            QMenu target;
+            DirectedMenu target;
             renderMenu(menu, actions, target);
             target.popup({300, 10});
             show(name, target);

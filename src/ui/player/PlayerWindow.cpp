@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/player/PlayerWindow.h"
 
+#include "language/DirectedMenu.h"
+
 #include "model/AppConstants.h"
 #include "platform/windowing/EventMonitor.h"
 #include "platform/windowing/FirstExposure.h"
@@ -278,7 +280,7 @@ void PlayerWindow::closeEvent(QCloseEvent* event) {
 }
 
 void PlayerWindow::contextMenuEvent(QContextMenuEvent* event) {
-    auto* menu = new QMenu(this);
+    auto* menu = new DirectedMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     renderMenuWithin(screen()->availableGeometry().height(), m_with.contextMenu(), m_with.actions,
                      *menu);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/desktop/tray/StatusItem.h"
 
+#include "language/DirectedMenu.h"
+
 #include "platform/desktop/tray/MenuFocus.h"
 #include "platform/desktop/tray/PanelEnd.h"
 #include "platform/windowing/UsableAreas.h"
@@ -37,7 +39,7 @@ void StatusItem::show() {
     // the next one.
     m_trayIcon.reset();
     m_menuFocus.reset();
-    m_menu = std::make_unique<QMenu>();
+    m_menu = std::make_unique<DirectedMenu>();
     m_fill(*m_menu);
     connect(m_menu.get(), &QMenu::aboutToShow, this, &StatusItem::rebuildMenu);
     m_trayIcon = std::make_unique<QSystemTrayIcon>(m_icon);
