@@ -119,7 +119,7 @@ class Updater(Comparison, Accessible, UpdaterCase):
         self.take("Orvane Update", "an offer", "What is new")
         self.reader.wait_for_focus('"Download"')
         self.desktop.key("Return")
-        self.take("Orvane Update", "downloading", "of 2.8 MB")
+        self.take("Orvane Update", "downloading", '"Downloading Orvane 2.3" 50')
         self.server.allowed.set()
         self.take("Orvane Update", "downloaded", "has been downloaded")
         self.compare("updater")
