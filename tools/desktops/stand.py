@@ -101,9 +101,11 @@ class Stand:
 
     def backdrop(self, full_screen: bool = False, wayland: bool = False) -> Backdrop:
         """Returns another program's window, as large as the screen, that has the keyboard focus."""
-        backdrop = self._stack.enter_context(Backdrop(self.desktop, GREEN, full_screen, wayland))
         # Beside the pointer, which some sessions paint.
-        wait_until(lambda: self.covered((90, 100, 90, 200)) == 1, "the other program's window")
+        strip = (90, 100, 90, 200)
+        wait_until(lambda: self.covered(strip) < 1, "the end of the former one")
+        backdrop = self._stack.enter_context(Backdrop(self.desktop, GREEN, full_screen, wayland))
+        wait_until(lambda: self.covered(strip) == 1, "the other program's window")
         self.focus(backdrop)
         return backdrop
 
