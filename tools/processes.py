@@ -3,6 +3,7 @@
 
 from __future__ import annotations
 
+import contextlib
 import os
 import pathlib
 import subprocess
@@ -44,6 +45,17 @@ def resident_mib(pid: int) -> float:
 def peak_mib(pid: int) -> float:
     """Returns the most of that it has had so far."""
     return _number(f"/proc/{pid}/status", "VmHWM:") / 1024
+
+
+def buffer_mib(pid: int) -> float:
+    """Returns what the files occupy on the disk in which the program keeps the last minutes of a channel."""
+    sizes = {}
+    for link in pathlib.Path(f"/proc/{pid}/fd").iterdir():
+        with contextlib.suppress(FileNotFoundError):
+            if "/orvane/live-" in os.readlink(link):
+                status = link.stat()
+                sizes[status.st_ino] = status.st_blocks * 512
+    return sum(sizes.values()) / 2**20
 
 
 def threads(pid: int) -> int:

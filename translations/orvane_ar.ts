@@ -194,6 +194,18 @@ yt-dlp %6
         <source>in this Wayland session Orvane runs through XWayland: in ghost mode its keys are heard only while an X11 program has the focus (bind a key of the desktop to &quot;orvane --toggle-ghost&quot;), and some clicks near the window&apos;s edge do not get through</source>
         <translation>يعمل Orvane في جلسة Wayland هذه عبر XWayland: في وضع الشبح لا تُسمع مفاتيحه إلا إذا كان التركيز في برنامج من برامج X11 (اربط مفتاحًا من مفاتيح سطح المكتب بالأمر ⁦orvane --toggle-ghost⁩)، ولا تنفذ بعض النقرات قرب حافة النافذة</translation>
     </message>
+    <message>
+        <source>go back in the stream; 10 seconds if none are given</source>
+        <translation>الرجوع في البث؛ ١٠ ثوانٍ إذا لم يُذكر عدد</translation>
+    </message>
+    <message>
+        <source>go to what is live now</source>
+        <translation>الانتقال إلى ما يُبث الآن</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no number of seconds</source>
+        <translation>«%1» ليس عدد ثوانٍ</translation>
+    </message>
 </context>
 <context>
     <name>Failure</name>
@@ -365,6 +377,18 @@ yt-dlp %6
         <source>👻 Enable Ghost Mode</source>
         <translation>👻 تشغيل وضع الشبح</translation>
     </message>
+    <message>
+        <source>Sound Only</source>
+        <translation>الصوت فقط</translation>
+    </message>
+    <message>
+        <source>10 Seconds Back</source>
+        <translation>رجوع ١٠ ثوانٍ</translation>
+    </message>
+    <message>
+        <source>Go to Live</source>
+        <translation>الانتقال إلى البث المباشر</translation>
+    </message>
 </context>
 <context>
     <name>Player</name>
@@ -443,6 +467,14 @@ yt-dlp %6
     <message>
         <source>Volume</source>
         <translation>مستوى الصوت</translation>
+    </message>
+    <message>
+        <source>Go to live (End)</source>
+        <translation>الانتقال إلى البث المباشر (End)</translation>
+    </message>
+    <message>
+        <source>%1 behind live, go to live</source>
+        <translation>متأخر عن البث المباشر بمقدار %1، الانتقال إلى البث المباشر</translation>
     </message>
 </context>
 <context>
@@ -634,6 +666,25 @@ yt-dlp %6
     <message>
         <source>Appearance</source>
         <translation>المظهر</translation>
+    </message>
+    <message>
+        <source>Nothing</source>
+        <translation>لا شيء</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n minutes</source>
+        <translation>
+            <numerusform>أقل من دقيقة</numerusform>
+            <numerusform>دقيقة واحدة</numerusform>
+            <numerusform>دقيقتان</numerusform>
+            <numerusform>%n دقائق</numerusform>
+            <numerusform>%n دقيقة</numerusform>
+            <numerusform>%n دقيقة</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Keep to Go Back:</source>
+        <translation>المدة المحفوظة للرجوع:</translation>
     </message>
 </context>
 <context>

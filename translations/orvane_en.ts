@@ -19,6 +19,16 @@
     </message>
 </context>
 <context>
+    <name>Settings</name>
+    <message numerus="yes">
+        <source>%n minutes</source>
+        <translation>
+            <numerusform>%n minute</numerusform>
+            <numerusform>%n minutes</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
     <name>YtDlp</name>
     <message numerus="yes">
         <source>%n years old</source>

@@ -195,6 +195,18 @@ yt-dlp %6
         <source>in this Wayland session Orvane runs through XWayland: in ghost mode its keys are heard only while an X11 program has the focus (bind a key of the desktop to &quot;orvane --toggle-ghost&quot;), and some clicks near the window&apos;s edge do not get through</source>
         <translation>dans cette session Wayland, Orvane passe par XWayland&#xa0;: en mode fantôme, ses touches n’agissent que lorsqu’un programme X11 a le focus (associez une touche du bureau à «&#xa0;orvane --toggle-ghost&#xa0;»), et certains clics près du bord de la fenêtre ne passent pas</translation>
     </message>
+    <message>
+        <source>go back in the stream; 10 seconds if none are given</source>
+        <translation>reculer dans le flux ; de 10 secondes sans autre indication</translation>
+    </message>
+    <message>
+        <source>go to what is live now</source>
+        <translation>revenir à ce qui passe en direct</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no number of seconds</source>
+        <translation>« %1 » n&apos;est pas un nombre de secondes</translation>
+    </message>
 </context>
 <context>
     <name>Failure</name>
@@ -358,6 +370,18 @@ yt-dlp %6
         <source>👻 Enable Ghost Mode</source>
         <translation>👻 Activer le mode fantôme</translation>
     </message>
+    <message>
+        <source>Sound Only</source>
+        <translation>Son seul</translation>
+    </message>
+    <message>
+        <source>10 Seconds Back</source>
+        <translation>Reculer de 10 secondes</translation>
+    </message>
+    <message>
+        <source>Go to Live</source>
+        <translation>Revenir au direct</translation>
+    </message>
 </context>
 <context>
     <name>Player</name>
@@ -436,6 +460,14 @@ yt-dlp %6
     <message>
         <source>Volume</source>
         <translation>Volume</translation>
+    </message>
+    <message>
+        <source>Go to live (End)</source>
+        <translation>Revenir au direct (Fin)</translation>
+    </message>
+    <message>
+        <source>%1 behind live, go to live</source>
+        <translation>%1 de retard sur le direct, revenir au direct</translation>
     </message>
 </context>
 <context>
@@ -627,6 +659,21 @@ yt-dlp %6
     <message>
         <source>Appearance</source>
         <translation>Apparence</translation>
+    </message>
+    <message>
+        <source>Nothing</source>
+        <translation>Rien</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n minutes</source>
+        <translation>
+            <numerusform>%n minute</numerusform>
+            <numerusform>%n minutes</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Keep to Go Back:</source>
+        <translation>À garder en arrière :</translation>
     </message>
 </context>
 <context>

@@ -100,6 +100,8 @@ void AppDelegate::perform(const Verb::Value& verb) {
             [&](const Verb::Play& play) { playChannel(play.text); },
             [&](const Verb::Next&) { playNeighbor(ChannelStep::next); },
             [&](const Verb::Previous&) { playNeighbor(ChannelStep::previous); },
+            [&](const Verb::Back& back) { goBack(back.text); },
+            [&](const Verb::Live&) { menuGoLive(); },
             [&](const Verb::ToggleGhost&) { menuToggleGhostMode(); },
             [&](const Verb::Mute&) { m_with.player.toggleMute(); },
             [&](const Verb::Settings&) { notifications.post(AppNotification::openSettings); },
@@ -114,16 +116,28 @@ void AppDelegate::perform(const Verb::Value& verb) {
 void AppDelegate::showPlayer() {
     if (m_isTerminating)
         return;
-    m_windows.showPlayer();
+    presentPlayer();
     if (!m_with.state.currentChannel())
         playAtLaunch();
+}
+
+void AppDelegate::presentPlayer() {
+    m_with.player.setSoundOnly(false);
+    m_windows.showPlayer();
+}
+
+void AppDelegate::goBack(const QString& seconds) {
+    bool isNumber = false;
+    const int number = seconds.toInt(&isNumber);
+    m_with.player.goBack(isNumber ? std::chrono::seconds(number) : usualStepBack);
 }
 
 void AppDelegate::playNeighbor(ChannelStep step) {
     // Without a current channel, showing the player plays the same as a start.
     if (m_with.state.currentChannel())
         m_with.player.playNeighbor(step);
-    showPlayer();
+    if (!m_with.state.isSoundOnly())
+        showPlayer();
 }
 
 void AppDelegate::followSession() {
@@ -155,6 +169,9 @@ void AppDelegate::registerObservers() {
     observe(AppNotification::closePlayer, [this] { closePlayerWindow(); });
     observe(AppNotification::channelChanged, [this] { m_menuBarManager.updateCurrentChannel(); });
     observe(AppNotification::sleepTimerFired, [this] { m_windows.closePlayer(); });
+    observe(AppNotification::soundOnlyChanged, [this] { m_menuBarManager.rebuildMenu(); });
+    observe(AppNotification::bufferLengthChanged,
+            [this](std::chrono::minutes length) { m_with.player.setBufferLength(length); });
     observe(AppNotification::ghostModeChanged, [this](bool isOn) { ghostModeChanged(isOn); });
 }
 
@@ -195,6 +212,7 @@ void AppDelegate::playerExposed() {
 void AppDelegate::closePlayerWindow() {
     m_windows.storePlayerFrame();
     m_with.player.stop();
+    m_with.player.setSoundOnly(false);
     m_with.state.setCurrentChannel(std::nullopt);
     m_windows.hidePlayer();
 }
@@ -219,7 +237,7 @@ void AppDelegate::playChannel(const QString& id) {
     const std::optional<Channel> channel = m_with.registry.channel(id);
     if (!channel)
         return;
-    m_windows.showPlayer();
+    presentPlayer();
     m_with.player.play(*channel);
 }
 
@@ -261,6 +279,24 @@ void AppDelegate::menuShowAbout() {
 
 void AppDelegate::menuToggleGhostMode() {
     m_with.state.setGhostMode(!m_with.state.isGhostMode());
+}
+
+void AppDelegate::menuGoBack() {
+    m_with.player.goBack(usualStepBack);
+}
+
+void AppDelegate::menuGoLive() {
+    m_with.player.goLive();
+}
+
+void AppDelegate::menuToggleSoundOnly() {
+    if (m_with.state.isSoundOnly()) {
+        showPlayer();
+    } else if (m_with.state.currentChannel()) {
+        m_windows.storePlayerFrame();
+        m_with.player.setSoundOnly(true);
+        m_windows.hidePlayer();
+    }
 }
 
 void AppDelegate::menuCheckForUpdates() {

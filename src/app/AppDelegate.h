@@ -80,6 +80,9 @@ public:
     void menuOpenSettings() override;
     void menuAddChannel() override;
     void menuToggleGhostMode() override;
+    void menuGoBack() override;
+    void menuGoLive() override;
+    void menuToggleSoundOnly() override;
     void menuShowAbout() override;
     void menuCheckForUpdates() override;
 
@@ -101,6 +104,9 @@ private:
     void markMilestones();
     void playerExposed();
     void closePlayerWindow();
+    /// Shows the player's window, and with it the picture.
+    void presentPlayer();
+    void goBack(const QString& seconds);
     void playAtLaunch();
     void playNeighbor(ChannelStep step);
     void applicationWillTerminate();

@@ -1,19 +1,29 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/RemoteControl.h"
 
+#include "language/Translation.h"
+
 #include "playback/PlayerManager.h"
 #include "state/AppNotification.h"
 #include "state/AppState.h"
 #include "state/ChannelRegistry.h"
 #include "ui/ApplicationActions.h"
 
+#include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace orvane {
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+/// Positions are never negative, however far back the stream goes.
+constexpr std::chrono::hours startOfTrack{1};
+
+/// A pause alone, or the wait for a segment, changes how far behind the viewer is by less.
+constexpr std::chrono::seconds longestStep{3};
 
 bool hasFailed(const AppState& state) {
     return std::holds_alternative<PlaybackState::Error>(state.playbackState());
@@ -24,9 +34,13 @@ bool hasFailed(const AppState& state) {
 RemoteControl::RemoteControl(const Collaborators& collaborators)
     : m_with(collaborators), m_remote(u"orvane"_s, collaborators.sessionBus, *this) {
     using namespace AppNotification;
-    m_observers = m_with.notifications.addObservers([this] { m_update.schedule(); }, channelChanged,
-                                                    streamLoading, streamResolved, streamError,
-                                                    transportChanged, volumeChanged);
+    m_observers = m_with.notifications.addObservers(
+        [this] { m_update.schedule(); }, channelChanged, streamLoading, streamResolved, streamError,
+        transportChanged, volumeChanged, livePositionChanged, soundOnlyChanged);
+    m_observers.push_back(m_with.notifications.addObserver(
+        livePositionChanged, [this](const LivePosition& position) { noteJump(position); }));
+    m_observers.push_back(
+        m_with.notifications.addObserver(streamResolved, [this] { m_sincePlaying.start(); }));
     m_update.schedule();
 }
 
@@ -77,8 +91,26 @@ void RemoteControl::previous() {
 void RemoteControl::step(ChannelStep step) {
     // A copy, as playing changes the state's channel.
     const std::optional<Channel> current = m_with.state.currentChannel();
-    if (m_with.player.playNeighbor(step, current ? current : m_stoppedChannel))
+    const bool isPlaying = m_with.player.playNeighbor(step, current ? current : m_stoppedChannel);
+    if (isPlaying && !m_with.state.isSoundOnly())
         m_with.actions.showPlayer();
+}
+
+void RemoteControl::goBack(std::chrono::microseconds distance) {
+    using std::chrono::milliseconds;
+    m_with.player.goBack(std::chrono::duration_cast<milliseconds>(distance));
+}
+
+void RemoteControl::noteJump(const LivePosition& now) {
+    const LivePosition before = std::exchange(m_lastPosition, now);
+    if (std::chrono::abs(now.behind - before.behind) > longestStep)
+        m_remote.announceJump();
+}
+
+std::chrono::microseconds RemoteControl::position() const {
+    const std::chrono::milliseconds played(m_sincePlaying.isValid() ? m_sincePlaying.elapsed() : 0);
+    return std::max(startOfTrack + played - m_with.state.livePosition().behind,
+                    std::chrono::milliseconds::zero());
 }
 
 void RemoteControl::setVolume(double volume) {
@@ -109,12 +141,17 @@ MediaRemoteState RemoteControl::state() const {
     if (!channel)
         return result;
     const QUrl page = m_with.videoSite ? channel->youtubeURL(*m_with.videoSite) : QUrl();
-    result.track = {.id = channel->id(), .title = channel->displayName(), .url = page};
+    result.track = {.id = channel->id(),
+                    .title = channel->displayName(),
+                    .url = page,
+                    .comment = now.isSoundOnly() ? translated("Menu", "Sound Only") : QString()};
     if (hasFailed(now) || now.transport() == Transport::stopped)
         return result;
     result.status = now.transport() == Transport::paused ? Status::paused : Status::playing;
     // A channel that is still being opened cannot be paused.
     result.canPause = std::holds_alternative<PlaybackState::Playing>(now.playbackState());
+    const LivePosition& position = now.livePosition();
+    result.canSeek = result.canPause && (position.canGoBack || position.behind.count() > 0);
     return result;
 }
 

@@ -7,6 +7,9 @@
 #include "model/Channel.h"
 #include "platform/desktop/mpris/MediaRemote.h"
 #include "state/ChannelRegistry.h"
+#include "state/PlaybackState.h"
+
+#include <QElapsedTimer>
 
 #include <optional>
 #include <vector>
@@ -52,6 +55,10 @@ private:
     void raise() override;
     void quit() override;
 
+    void goBack(std::chrono::microseconds distance) override;
+    [[nodiscard]] std::chrono::microseconds position() const override;
+
+    void noteJump(const LivePosition& now);
     void step(ChannelStep step);
     void update();
     [[nodiscard]] MediaRemoteState state() const;
@@ -60,6 +67,8 @@ private:
     MediaRemote m_remote;
     /// The channel that `stop` ended; nullopt once another one plays.
     std::optional<Channel> m_stoppedChannel;
+    QElapsedTimer m_sincePlaying;
+    LivePosition m_lastPosition;
     /// Deferred, as a change of the state can consist of several notifications.
     DeferredCall m_update{[this] { update(); }};
     std::vector<NotificationCenter::Token> m_observers;

@@ -23,7 +23,7 @@ ChannelHealing::ChannelHealing(const AppState& state, PlayerCommands& player,
       m_tasks(tasks) {
     using namespace AppNotification;
     m_observers = notifications.addObservers([this] { update(); }, channelChanged, transportChanged,
-                                             playerShownChanged);
+                                             playerShownChanged, soundOnlyChanged);
     m_observers.push_back(notifications.addObserver(streamLoading, [this](const Channel& channel) {
         m_policy.loading(channel.id(), m_clock.sinceBoot());
         update();
@@ -80,7 +80,8 @@ void ChannelHealing::stopWaiting() {
 bool ChannelHealing::isRetryWanted() const {
     const auto* error = std::get_if<PlaybackState::Error>(&m_state.playbackState());
     return error != nullptr && m_state.currentChannel() == error->channel &&
-           m_state.transport() == Transport::playing && m_state.isPlayerShown();
+           m_state.transport() == Transport::playing &&
+           (m_state.isPlayerShown() || m_state.isSoundOnly());
 }
 
 QCoro::Task<> ChannelHealing::countDown(std::stop_token stop) {

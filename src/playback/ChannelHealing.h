@@ -17,9 +17,10 @@ class Clock;
 class PlayerCommands;
 class TaskScope;
 
-/// Tries a failed channel again by itself while the player window is shown, and announces the
-/// seconds until then. Another channel, a pause and the end of the window end that. Owned by the
-/// desktop integration; main thread. What still fails is tried again later, without end.
+/// Tries a failed channel again by itself while the player window is shown or only the sound is
+/// wanted, and announces the seconds until then. Another channel, a pause and the end of the window
+/// end that. Owned by the desktop integration; main thread. What still fails is tried again later,
+/// without end.
 class ChannelHealing {
 public:
     /// All references must outlive this object; `tasks` is joined before its destruction.

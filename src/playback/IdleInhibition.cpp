@@ -17,7 +17,7 @@ IdleInhibition::IdleInhibition(const AppState& state, NotificationCenter& notifi
     : m_state(state), m_inhibitor(inhibitor), m_clock(clock), m_tasks(tasks) {
     using namespace AppNotification;
     m_observers = notifications.addObservers([this] { update(); }, streamLoading, streamResolved,
-                                             streamError, transportChanged);
+                                             streamError, transportChanged, soundOnlyChanged);
 }
 
 IdleInhibition::~IdleInhibition() {
@@ -26,7 +26,7 @@ IdleInhibition::~IdleInhibition() {
 
 void IdleInhibition::update() {
     const PlaybackState::Value& now = m_state.playbackState();
-    if (m_state.transport() != Transport::playing ||
+    if (m_state.transport() != Transport::playing || m_state.isSoundOnly() ||
         std::holds_alternative<PlaybackState::Error>(now))
         release();
     else if (std::holds_alternative<PlaybackState::Playing>(now))

@@ -17,9 +17,9 @@ class Clock;
 class ScreenSaverInhibitor;
 class TaskScope;
 
-/// Keeps the screen from blanking while a channel plays, and for a limited time while it is
-/// reopened or another channel is opened, since a screen idle for long enough would blank at once.
-/// Owned by the desktop integration; main thread.
+/// Keeps the screen from blanking while a channel plays with its picture, and for a limited time
+/// while it is reopened or another channel is opened, since a screen idle for long enough would
+/// blank at once. Owned by the desktop integration; main thread.
 class IdleInhibition {
 public:
     /// How long the inhibition is kept while a channel loads.

@@ -3,7 +3,12 @@
 
 #include "state/ChannelRegistry.h"
 
+#include <chrono>
+
 namespace orvane {
+
+/// How far the shortcut and the menu item go back.
+inline constexpr std::chrono::seconds usualStepBack{10};
 
 class Channel;
 class VideoSurface;
@@ -27,6 +32,9 @@ public:
 
     /// Does nothing without a player.
     virtual void togglePlayPause() = 0;
+    /// Does nothing where nothing is kept.
+    virtual void goBack(std::chrono::milliseconds distance) = 0;
+    virtual void goLive() = 0;
     virtual void toggleMute() = 0;
     /// The volume is clamped to 0...1.
     virtual void adjustVolume(float delta) = 0;

@@ -50,6 +50,7 @@ void PlayerManager::play(const Channel& channel) {
     // observed: its failure must not take the user back to the channel they left.
     m_playerItemObserver.reset();
     m_didAutoRetry = false;
+    m_state.setLivePosition({});
     m_state.setLoading(channel);
     m_state.setCurrentChannel(channel);
     m_state.setTransport(Transport::playing);
@@ -108,6 +109,9 @@ void PlayerManager::open(std::unique_ptr<MediaPlayer> player, const StreamAddres
         m_player->pause();
     player->setMuted(m_state.isMuted());
     player->setVolume(m_state.volume());
+    player->setBufferLength(m_state.bufferLength());
+    player->setPicture(m_state.isSoundOnly() ? MediaPlayer::Picture::off
+                                             : MediaPlayer::Picture::shown);
     m_player = std::move(player);
     if (m_playerView != nullptr)
         m_playerView->setPlayer(m_player.get());
@@ -115,6 +119,12 @@ void PlayerManager::open(std::unique_ptr<MediaPlayer> player, const StreamAddres
     QObject::connect(
         m_player.get(), &MediaPlayer::statusChanged, m_playerItemObserver.get(),
         [this, channel] { handleStatus(channel); }, Qt::QueuedConnection);
+    QObject::connect(
+        m_player.get(), &MediaPlayer::livePositionChanged, m_playerItemObserver.get(), [this] {
+            const MediaPlayer::LivePosition now = m_player->livePosition();
+            m_state.setLivePosition({.behind = now.behind, .canGoBack = now.canGoBack});
+        });
+    m_state.setLivePosition({});
     QObject::connect(
         m_player.get(), &MediaPlayer::soundLost, m_playerItemObserver.get(),
         [this, address, channel] {
@@ -146,6 +156,7 @@ void PlayerManager::handleFailure(Channel channel) {
     // A failed player may hold much memory, and may go on taking more.
     m_playerItemObserver.reset();
     m_player.reset();
+    m_state.setLivePosition({});
     if (isRefusedAddress(message) && !m_didAutoRetry) {
         // Deliberately without a limit: play() clears the flag again, so a channel that is refused
         // repeatedly is retried each time, with a fresh address.
@@ -220,6 +231,34 @@ void PlayerManager::togglePlayPause() {
         resume();
 }
 
+bool PlayerManager::isPlaying() const {
+    return m_player && std::holds_alternative<PlaybackState::Playing>(m_state.playbackState());
+}
+
+void PlayerManager::goBack(std::chrono::milliseconds distance) {
+    if (isPlaying())
+        m_player->goBack(distance);
+}
+
+void PlayerManager::goLive() {
+    if (!isPlaying())
+        return;
+    m_player->goLive();
+    // Nobody who goes to live wants it to stand still.
+    resume();
+}
+
+void PlayerManager::setBufferLength(std::chrono::minutes length) {
+    if (m_player)
+        m_player->setBufferLength(length);
+}
+
+void PlayerManager::setSoundOnly(bool on) {
+    m_state.setSoundOnly(on);
+    if (m_player)
+        m_player->setPicture(on ? MediaPlayer::Picture::off : MediaPlayer::Picture::shown);
+}
+
 bool PlayerManager::hasFailed() const {
     return std::holds_alternative<PlaybackState::Error>(m_state.playbackState());
 }
@@ -257,6 +296,7 @@ void PlayerManager::stop() {
     m_player.reset();
     if (m_playerView != nullptr)
         m_playerView->setPlayer(nullptr);
+    m_state.setLivePosition({});
     m_state.setTransport(Transport::stopped);
 }
 

@@ -51,6 +51,14 @@ public:
     void resume();
     void togglePlayPause() override;
 
+    /// Later if `distance` is negative.
+    void goBack(std::chrono::milliseconds distance) override;
+    void goLive() override;
+    /// Keeps so much of this stream and the next ones, whatever was kept before.
+    void setBufferLength(std::chrono::minutes length);
+    /// Only the sound is played, or picture and sound again.
+    void setSoundOnly(bool on);
+
     /// Whether the player is waiting for data.
     [[nodiscard]] bool isWaiting() const;
 
@@ -75,6 +83,7 @@ private:
     void open(std::unique_ptr<MediaPlayer> player, const StreamAddress& address,
               const Channel& channel);
     void retry(const Channel& channel);
+    [[nodiscard]] bool isPlaying() const;
     [[nodiscard]] bool hasFailed() const;
     // By value: retrying destroys the observer that holds the caller's channel.
     void handleStatus(Channel channel);

@@ -39,10 +39,12 @@ constexpr QLatin1StringView shortcutsInTextFields{"shortcutsInTextFields"};
 constexpr QLatin1StringView shortcutsInGhostMode{"shortcutsInGhostMode"};
 constexpr QLatin1StringView staysAboveFullScreen{"staysAboveFullScreen"};
 constexpr QLatin1StringView preparesNextChannels{"preparesNextChannels"};
+constexpr QLatin1StringView bufferMinutes{"bufferMinutes"};
 constexpr QLatin1StringView onboardingCompleted{"onboardingCompleted"};
 } // namespace Key
 
 constexpr int defaultWindowSizePreset = 420;
+constexpr std::chrono::minutes defaultBufferLength{5};
 
 template <typename Enum>
 Enum storedCase(const UserDefaults& defaults, QLatin1StringView key, Enum fallback) {
@@ -287,6 +289,16 @@ bool Preferences::preparesNextChannels() const {
 
 void Preferences::setPreparesNextChannels(bool on) {
     m_defaults.set(Key::preparesNextChannels, on);
+}
+
+std::chrono::minutes Preferences::bufferLength() const {
+    const std::chrono::minutes stored(m_defaults.integer(Key::bufferMinutes).value_or(-1));
+    return std::ranges::find(bufferLengths, stored) == bufferLengths.end() ? defaultBufferLength
+                                                                           : stored;
+}
+
+void Preferences::setBufferLength(std::chrono::minutes length) {
+    m_defaults.set(Key::bufferMinutes, static_cast<int>(length.count()));
 }
 
 bool Preferences::onboardingCompleted() const {

@@ -13,6 +13,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <array>
+#include <chrono>
 #include <optional>
 
 namespace orvane {
@@ -109,6 +111,14 @@ public:
     /// Whether the channels that may be asked for next are resolved ahead. Default true.
     [[nodiscard]] bool preparesNextChannels() const;
     void setPreparesNextChannels(bool on);
+
+    /// The lengths that a stream's buffer can have; zero is none.
+    static constexpr std::array<std::chrono::minutes, 4> bufferLengths{
+        std::chrono::minutes{0}, std::chrono::minutes{1}, std::chrono::minutes{5},
+        std::chrono::minutes{15}};
+    /// One of these. Default five minutes, also for any other stored number.
+    [[nodiscard]] std::chrono::minutes bufferLength() const;
+    void setBufferLength(std::chrono::minutes length);
 
     /// Default false.
     [[nodiscard]] bool onboardingCompleted() const;

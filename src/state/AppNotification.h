@@ -28,6 +28,13 @@ inline constexpr Topic<std::optional<std::chrono::seconds>> retryCountdown{
 /// The channel being loaded.
 inline constexpr Topic<Channel> streamLoading{"lumenfold.orvane.streamLoading"};
 inline constexpr Topic<Transport> transportChanged{"lumenfold.orvane.transportChanged"};
+/// How far behind live the viewer is has changed.
+inline constexpr Topic<LivePosition> livePositionChanged{"lumenfold.orvane.livePositionChanged"};
+/// Whether only the sound is played.
+inline constexpr Topic<bool> soundOnlyChanged{"lumenfold.orvane.soundOnlyChanged"};
+/// How much of a stream is kept.
+inline constexpr Topic<std::chrono::minutes> bufferLengthChanged{
+    "lumenfold.orvane.bufferLengthChanged"};
 inline constexpr Topic<bool> muteChanged{"lumenfold.orvane.muteChanged"};
 /// From 0 to 1.
 inline constexpr Topic<float> volumeChanged{"lumenfold.orvane.volumeChanged"};

@@ -55,6 +55,29 @@ void AppState::setPlayerShown(bool isShown) {
     m_notifications.post(AppNotification::playerShownChanged, m_isPlayerShown);
 }
 
+void AppState::setLivePosition(const LivePosition& position) {
+    if (position == m_livePosition)
+        return;
+    m_livePosition = position;
+    m_notifications.post(AppNotification::livePositionChanged, m_livePosition);
+}
+
+void AppState::setSoundOnly(bool on) {
+    if (on == m_isSoundOnly)
+        return;
+    m_isSoundOnly = on;
+    m_notifications.post(AppNotification::soundOnlyChanged, m_isSoundOnly);
+}
+
+std::chrono::minutes AppState::bufferLength() const {
+    return m_preferences.bufferLength();
+}
+
+void AppState::setBufferLength(std::chrono::minutes length) {
+    m_preferences.setBufferLength(length);
+    m_notifications.post(AppNotification::bufferLengthChanged, length);
+}
+
 void AppState::setVolume(float volume) {
     m_volume = volume;
     m_preferences.setVolume(m_volume);

@@ -5,6 +5,7 @@
 #include "model/Resolution.h"
 #include "state/PlaybackState.h"
 
+#include <chrono>
 #include <optional>
 
 namespace orvane {
@@ -34,6 +35,18 @@ public:
     [[nodiscard]] Transport transport() const { return m_transport; }
     /// Announced only when it changes.
     void setTransport(Transport transport);
+
+    /// Announced only when it changes.
+    [[nodiscard]] const LivePosition& livePosition() const { return m_livePosition; }
+    void setLivePosition(const LivePosition& position);
+
+    /// Whether only the sound is played, and no window shown. Announced only when it changes.
+    [[nodiscard]] bool isSoundOnly() const { return m_isSoundOnly; }
+    void setSoundOnly(bool on);
+
+    /// How much of a stream is kept to go back to; zero for nothing.
+    [[nodiscard]] std::chrono::minutes bufferLength() const;
+    void setBufferLength(std::chrono::minutes length);
 
     /// From 0 to 1.
     [[nodiscard]] float volume() const { return m_volume; }
@@ -67,6 +80,8 @@ private:
     std::optional<Channel> m_currentChannel;
     PlaybackState::Value m_playbackState = PlaybackState::Idle{};
     Transport m_transport = Transport::stopped;
+    LivePosition m_livePosition;
+    bool m_isSoundOnly = false;
     float m_volume;
     bool m_isMuted;
     Resolution m_resolution;

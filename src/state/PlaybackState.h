@@ -5,6 +5,7 @@
 
 #include <QString>
 
+#include <chrono>
 #include <variant>
 
 namespace orvane {
@@ -25,6 +26,16 @@ struct Error {
 };
 using Value = std::variant<Idle, Loading, Playing, Error>;
 } // namespace PlaybackState
+
+/// Where in a live stream the viewer is.
+struct LivePosition {
+    /// The time since what is shown was live; zero while it is.
+    std::chrono::milliseconds behind{};
+    /// Whether something earlier is kept.
+    bool canGoBack = false;
+
+    friend bool operator==(const LivePosition&, const LivePosition&) = default;
+};
 
 /// The transport command in effect, whatever its outcome: it is `playing` also while a channel
 /// loads or has failed.

@@ -26,6 +26,11 @@ public:
     /// The same, with the page for custom channels.
     virtual void menuAddChannel() = 0;
     virtual void menuToggleGhostMode() = 0;
+    /// Ten seconds.
+    virtual void menuGoBack() = 0;
+    virtual void menuGoLive() = 0;
+    /// Plays on without picture and window, or with both again.
+    virtual void menuToggleSoundOnly() = 0;
     virtual void menuShowAbout() = 0;
     virtual void menuCheckForUpdates() = 0;
     /// Quits after an orderly shutdown.

@@ -20,6 +20,10 @@ namespace {
 constexpr std::uint32_t rejectedModifiers = 0xFFDF0000;
 constexpr float volumeStep = 0.1F;
 
+bool isInDialog(const KeyEvent& event) {
+    return event.target == KeyEvent::Target::window || event.target == KeyEvent::Target::textField;
+}
+
 bool isArrow(KeyCode key) {
     return key >= KeyCode::leftArrow && key <= KeyCode::upArrow;
 }
@@ -76,7 +80,18 @@ HotkeyManager::Outcome HotkeyManager::handleElsewhere(const KeyEvent& event) {
 }
 
 HotkeyManager::Outcome HotkeyManager::handleHere(const KeyEvent& event) {
-    return pressKeyEquivalent(event) ? Outcome::consumed : handle(event);
+    if (pressKeyEquivalent(event) || pressSoundKey(event))
+        return Outcome::consumed;
+    return handle(event);
+}
+
+bool HotkeyManager::pressSoundKey(const KeyEvent& event) {
+    if (isInDialog(event) || (event.modifierFlags & rejectedModifiers) != 0 ||
+        event.charactersIgnoringModifiers.toLower() != u"s")
+        return false;
+    if (event.repeat == KeyEvent::Repeat::first)
+        m_with.actions.menuToggleSoundOnly();
+    return true;
 }
 
 bool HotkeyManager::pressKeyEquivalent(const KeyEvent& event) {
@@ -100,15 +115,13 @@ bool HotkeyManager::pressKeyEquivalent(const KeyEvent& event) {
 }
 
 HotkeyManager::Outcome HotkeyManager::handle(const KeyEvent& event) {
-    using enum KeyEvent::Target;
-    const bool isInDialog = event.target == window || event.target == textField;
-    if (isInDialog && !m_with.preferences.shortcutsInTextFields())
+    if (isInDialog(event) && !m_with.preferences.shortcutsInTextFields())
         return Outcome::passedOn;
     // Only arrows repeat: a toggle must not flip while its key is held down.
     if (event.repeat == KeyEvent::Repeat::again && !isArrow(event.keyCode))
         return m_firstOutcome;
     m_firstOutcome = press(event);
-    if (m_firstOutcome == Outcome::consumed && event.target == textField)
+    if (m_firstOutcome == Outcome::consumed && event.target == KeyEvent::Target::textField)
         m_with.notifications.post(AppNotification::textFieldLostKey);
     return m_firstOutcome;
 }
@@ -125,7 +138,20 @@ HotkeyManager::Outcome HotkeyManager::press(const KeyEvent& event) {
         return Outcome::consumed;
     if (event.keyCode == KeyCode::escape && event.escapeCloses && !m_with.state.isGhostMode())
         return Outcome::passedOn;
+    if (event.keyCode == KeyCode::backspace || event.keyCode == KeyCode::end)
+        return pressTimeKey(event);
     return pressKey(event.keyCode);
+}
+
+HotkeyManager::Outcome HotkeyManager::pressTimeKey(const KeyEvent& event) {
+    // They edit a text, and move in a list.
+    if (isInDialog(event))
+        return Outcome::passedOn;
+    if (event.keyCode == KeyCode::backspace)
+        m_with.player.goBack(usualStepBack);
+    else
+        m_with.player.goLive();
+    return Outcome::consumed;
 }
 
 bool HotkeyManager::playFavorite(KeyCode key) {

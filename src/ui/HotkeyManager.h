@@ -50,11 +50,13 @@ private:
     Outcome handleElsewhere(const KeyEvent& event);
     [[nodiscard]] Outcome handleHere(const KeyEvent& event);
     [[nodiscard]] bool pressKeyEquivalent(const KeyEvent& event);
+    [[nodiscard]] bool pressSoundKey(const KeyEvent& event);
     [[nodiscard]] Outcome handle(const KeyEvent& event);
     [[nodiscard]] Outcome press(const KeyEvent& event);
     [[nodiscard]] bool playFavorite(KeyCode key);
     [[nodiscard]] bool pressCharacter(const QString& character);
     [[nodiscard]] Outcome pressKey(KeyCode key);
+    [[nodiscard]] Outcome pressTimeKey(const KeyEvent& event);
 
     Collaborators m_with;
     std::unique_ptr<QObject> m_monitor;

@@ -43,6 +43,14 @@ public:
     void setMuted(bool muted) override { note(muted ? u"muted"_s : u"unmuted"_s); }
     void setVolume(float volume) override { note(u"volume %1"_s.arg(qreal(volume))); }
 
+    void setBufferLength(std::chrono::minutes length) override { kept = length; }
+    [[nodiscard]] LivePosition livePosition() const override { return position; }
+    void goBack(std::chrono::milliseconds distance) override {
+        note(u"back %1"_s.arg(distance.count()));
+    }
+    void goLive() override { note(u"live"_s); }
+    void setPicture(Picture wanted) override { picture = wanted; }
+
     void become(Status status, std::optional<QString> error = std::nullopt) {
         m_status = status;
         m_error = std::move(error);
@@ -50,6 +58,9 @@ public:
     }
 
     TimeControlStatus time = TimeControlStatus::waiting;
+    LivePosition position;
+    std::chrono::minutes kept{};
+    Picture picture = Picture::shown;
 
 private:
     void note(const QString& what) { m_log += m_name + u": "_s + what; }
@@ -157,6 +168,44 @@ TEST_F(PlayerManagerTest, OpensAChannelStepByStep) {
     EXPECT_EQ(takeLog(),
               (QStringList{u"streamLoading"_s, u"channelChanged"_s, u"a: pause"_s, u"b: muted"_s,
                            u"b: volume 0.5"_s, u"a: gone"_s, u"b: play"_s}));
+}
+
+TEST_F(PlayerManagerTest, BeginsEveryStreamAtLive) {
+    using namespace std::chrono_literals;
+    processes.answer = byHandle;
+    preferences.setBufferLength(15min);
+    player.setSoundOnly(true);
+    player.play(first);
+    settle();
+    EXPECT_EQ(factory.last->kept, 15min);
+    EXPECT_EQ(factory.last->picture, MediaPlayer::Picture::off);
+    player.goBack(10s);
+    factory.last->become(MediaPlayer::Status::readyToPlay);
+    settle();
+    log.clear();
+    const LivePosition behind{.behind = 40s, .canGoBack = true};
+    const auto fallBehind = [&] {
+        factory.last->position = {.behind = behind.behind, .canGoBack = behind.canGoBack};
+        Q_EMIT factory.last->livePositionChanged();
+        EXPECT_EQ(state.livePosition(), behind);
+    };
+    fallBehind();
+    player.goBack(10s);
+    player.pause();
+    player.goLive();
+    EXPECT_EQ(takeLog(),
+              (QStringList{u"a: back 10000"_s, u"a: pause"_s, u"a: live"_s, u"a: play"_s}))
+        << "nothing before there is a picture, and no standstill at live";
+
+    player.play(second);
+    EXPECT_EQ(state.livePosition(), LivePosition{}) << "as soon as it is asked for";
+    settle();
+    factory.last->become(MediaPlayer::Status::readyToPlay);
+    settle();
+    fallBehind();
+    factory.last->become(MediaPlayer::Status::failed, u"Stream stalled"_s);
+    settle();
+    EXPECT_EQ(state.livePosition(), LivePosition{}) << "after a failure";
 }
 
 TEST_F(PlayerManagerTest, PlaysOnlyTheLastOfTwoChannelsOpenedInQuickSuccession) {

@@ -22,6 +22,9 @@ public:
     void menuAddChannel() override { calls += QStringLiteral("add"); }
     void menuShowAbout() override { calls += QStringLiteral("about"); }
     void menuToggleGhostMode() override { calls += QStringLiteral("ghost"); }
+    void menuGoBack() override { calls += QStringLiteral("back"); }
+    void menuGoLive() override { calls += QStringLiteral("live"); }
+    void menuToggleSoundOnly() override { calls += QStringLiteral("sound"); }
     void menuCheckForUpdates() override { calls += QStringLiteral("updates"); }
     void terminate() override { calls += QStringLiteral("terminate"); }
 };

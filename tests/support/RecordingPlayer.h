@@ -24,6 +24,10 @@ public:
     }
     void retryCurrent() override { calls += QStringLiteral("retry"); }
     void togglePlayPause() override { calls += QStringLiteral("play/pause"); }
+    void goBack(std::chrono::milliseconds distance) override {
+        calls += QStringLiteral("back %1").arg(distance.count());
+    }
+    void goLive() override { calls += QStringLiteral("live"); }
     void toggleMute() override { calls += QStringLiteral("mute"); }
     void adjustVolume(float delta) override {
         calls += QStringLiteral("volume %1").arg(double(delta), 0, 'f', 2);

@@ -2,10 +2,12 @@
 #include "app/commands/CommandLine.h"
 
 #include "language/Translation.h"
+
 #include "model/EditDistance.h"
 
 #include <QCommandLineParser>
 #include <QHash>
+#include <QRegularExpression>
 
 #include <algorithm>
 
@@ -35,6 +37,9 @@ const QList<Option>& options() {
          QT_TRANSLATE_NOOP("CommandLine", "play this channel, by its id or one of its names")},
         {u"next"_s, {}, QT_TRANSLATE_NOOP("CommandLine", "play the next enabled channel")},
         {u"previous"_s, {}, QT_TRANSLATE_NOOP("CommandLine", "play the previous enabled channel")},
+        {u"back"_s, u"[SECONDS]"_s,
+         QT_TRANSLATE_NOOP("CommandLine", "go back in the stream; 10 seconds if none are given")},
+        {u"live"_s, {}, QT_TRANSLATE_NOOP("CommandLine", "go to what is live now")},
         {u"mute"_s, {}, QT_TRANSLATE_NOOP("CommandLine", "mute or unmute")},
         {u"toggle-ghost"_s, {}, QT_TRANSLATE_NOOP("CommandLine", "turn ghost mode on or off")},
         {u"settings"_s, {}, QT_TRANSLATE_NOOP("CommandLine", "open the settings")},
@@ -113,20 +118,42 @@ void addOptions(QCommandLineParser& parser) {
     }
 }
 
+/// The parser knows no values that may be missing: returns the arguments with an empty one where
+/// the seconds are not given.
+QStringList withSeconds(const QStringList& arguments) {
+    static const QRegularExpression number(uR"(^\d+$)"_s);
+    QStringList result;
+    for (qsizetype i = 0; i < arguments.size(); ++i) {
+        const QString& argument = arguments[i];
+        const bool isBack = argument == u"--back" || argument == u"-back";
+        const bool hasSeconds = isBack && number.match(arguments.value(i + 1)).hasMatch();
+        result += isBack ? u"--back="_s + (hasSeconds ? arguments[++i] : QString()) : argument;
+    }
+    return result;
+}
+
 /// Returns whether `value` is no value for `option`. `arguments` are all arguments of the program.
 bool lacksValue(const Option& option, const QString& value, const QStringList& arguments) {
     // The parser takes the next option for a value; only "--add=--x" means a leading "--".
     const bool isOption = value.startsWith(u"--") && arguments.contains(value);
     // The text to add can still be typed into the page that opens.
-    const bool isMissing = value.trimmed().isEmpty() && option.name != Verb::Add::name;
+    const bool mayBeEmpty = option.name == Verb::Add::name || option.name == Verb::Back::name;
+    const bool isMissing = value.trimmed().isEmpty() && !mayBeEmpty;
     return isOption || isMissing;
+}
+
+bool isSeconds(const QString& text) {
+    constexpr int day = 86400;
+    bool isNumber = false;
+    const int seconds = text.toInt(&isNumber);
+    return text.isEmpty() || (isNumber && seconds > 0 && seconds <= day);
 }
 
 /// Returns the options in the order in which they were typed.
 std::expected<QList<Word>, UsageError> optionsOf(const QStringList& arguments) {
     QCommandLineParser parser;
     addOptions(parser);
-    const bool isParsed = parser.parse(QStringList{u"orvane"_s} + arguments);
+    const bool isParsed = parser.parse(QStringList{u"orvane"_s} + withSeconds(arguments));
     if (!parser.unknownOptionNames().isEmpty())
         return usageError(unknownOption(parser.unknownOptionNames().first(), arguments));
     if (!isParsed)
@@ -147,6 +174,9 @@ std::expected<QList<Word>, UsageError> optionsOf(const QStringList& arguments) {
             word.value = values[name].takeFirst();
             if (lacksValue(*option, word.value, arguments))
                 return usageError(missingValue(u"--"_s + name));
+            if (name == Verb::Back::name && !isSeconds(word.value))
+                return usageError(
+                    translated("CommandLine", "\"%1\" is no number of seconds").arg(word.value));
         }
         words += word;
     }

@@ -31,6 +31,14 @@ struct Next {
 struct Previous {
     static constexpr QLatin1StringView name{"previous"};
 };
+struct Back {
+    static constexpr QLatin1StringView name{"back"};
+    /// Seconds; empty for the usual step.
+    QString text;
+};
+struct Live {
+    static constexpr QLatin1StringView name{"live"};
+};
 struct ToggleGhost {
     static constexpr QLatin1StringView name{"toggle-ghost"};
 };
@@ -49,7 +57,8 @@ struct Quit {
     static constexpr QLatin1StringView name{"quit"};
 };
 
-using Value = std::variant<Show, Play, Next, Previous, ToggleGhost, Mute, Settings, Add, Quit>;
+using Value =
+    std::variant<Show, Play, Next, Previous, Back, Live, ToggleGhost, Mute, Settings, Add, Quit>;
 
 template <class V>
 inline constexpr bool hasText = requires(V verb) { verb.text; };

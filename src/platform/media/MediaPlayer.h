@@ -8,6 +8,7 @@
 #include <QString>
 #include <QUrl>
 
+#include <chrono>
 #include <memory>
 #include <optional>
 #include <stop_token>
@@ -45,11 +46,31 @@ public:
     /// From 0 to 1; values outside are clamped.
     virtual void setVolume(float volume) = 0;
 
+    /// How much of the stream is kept to go back to; zero, as at first, for nothing.
+    virtual void setBufferLength(std::chrono::minutes length) = 0;
+    struct LivePosition {
+        /// The time since what is shown was live; zero while it is.
+        std::chrono::milliseconds behind{};
+        /// Whether something earlier is kept.
+        bool canGoBack = false;
+
+        friend bool operator==(const LivePosition&, const LivePosition&) = default;
+    };
+    [[nodiscard]] virtual LivePosition livePosition() const = 0;
+    /// Goes back, as far as something is kept, or forward, at most to live.
+    virtual void goBack(std::chrono::milliseconds distance) = 0;
+    virtual void goLive() = 0;
+
+    enum class Picture { shown, off };
+    /// Without a picture, the work for it is saved. It comes back at the place where the sound is.
+    virtual void setPicture(Picture picture) = 0;
+
     /// Returns what a view draws this player's video from; null for a player without video.
     [[nodiscard]] virtual VideoSource* videoSource() { return nullptr; }
 
 Q_SIGNALS:
     void statusChanged();
+    void livePositionChanged();
     /// The machine's sound server does not answer and holds the player up. Until it answers, what
     /// the factory makes plays without sound; then the sound comes back by itself.
     void soundLost();

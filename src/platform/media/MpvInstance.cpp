@@ -89,9 +89,11 @@ constexpr std::array softwareOptions{
     Option{"sws-fast", "yes"},
 };
 
+constexpr const char* hardwareDecoders = "auto-safe";
+
 // Versions from 0.37 on otherwise scale in several passes, which left the picture black where
 // frames were late.
-constexpr std::array openGLOptions{Option{"hwdec", "auto-safe"}, Option{"profile", "fast"}};
+constexpr std::array openGLOptions{Option{"hwdec", hardwareDecoders}, Option{"profile", "fast"}};
 
 template <typename Options>
 void apply(mpv_handle* handle, const Options& list) {
@@ -196,6 +198,17 @@ void MpvInstance::dropPendingFrame() {
         drop();
 }
 
+void MpvInstance::setDecoding(Decoding decoding, std::optional<double> place) const {
+    const bool all = decoding == Decoding::allFrames;
+    command({"set", "vd-lavc-skipframe", all ? "default" : "nonkey"});
+    // The decoder reads that when it is made, which a change of this option leads to. Both "no" and
+    // "" are software.
+    const char* usual = m_contextScope ? hardwareDecoders : "no";
+    command({"set", "hwdec", all ? usual : ""});
+    if (place)
+        command({"seek", QByteArray::number(*place, 'f', 3).constData(), "absolute+exact"});
+}
+
 void MpvInstance::turnSoundOn() const {
     command({"set", "ao", soundOutputs});
 }
@@ -208,6 +221,10 @@ void MpvInstance::command(const std::vector<const char*>& words) const {
 
 void MpvInstance::requestNumber(const char* property, std::uint64_t replyId) const {
     mpv_get_property_async(m_handle, replyId, property, MPV_FORMAT_DOUBLE);
+}
+
+void MpvInstance::requestNode(const char* property, std::uint64_t replyId) const {
+    mpv_get_property_async(m_handle, replyId, property, MPV_FORMAT_NODE);
 }
 
 void MpvInstance::setFlag(const char* property, bool on) const {

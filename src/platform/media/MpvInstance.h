@@ -10,6 +10,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <vector>
 
 struct mpv_event;
@@ -57,11 +58,19 @@ public:
     /// Draws the current frame, or black before the first.
     [[nodiscard]] Drawn draw(mpv_render_param* parameters) const;
 
+    enum class Decoding { allFrames, keyFrames };
+    /// How many of the frames are decoded from now on; it is as the handle was made before the
+    /// first call. The decoder is made anew, and the stream goes on from `place`, in
+    /// seconds, if that is given.
+    void setDecoding(Decoding decoding, std::optional<double> place) const;
+
     /// Sends a command and ignores its outcome.
     void command(const std::vector<const char*>& words) const;
     /// Requests a property. The answer is an event `MPV_EVENT_GET_PROPERTY_REPLY` with this id;
     /// answers arrive in the order of the requests.
     void requestNumber(const char* property, std::uint64_t replyId) const;
+    /// The same for a property that is a map or a list.
+    void requestNode(const char* property, std::uint64_t replyId) const;
     void setFlag(const char* property, bool on) const;
     void setNumber(const char* property, double value) const;
     /// Sets a property that is a list.

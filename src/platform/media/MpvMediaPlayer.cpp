@@ -32,7 +32,13 @@ constexpr std::int64_t decoderLimit = 1000 * mebibyte;
 constexpr std::int64_t playingLimit = 400 * mebibyte;
 
 /// The ids of the properties that a poll requests, in the order of the requests.
-enum PositionReply : std::uint64_t { timeReply = 1, audioReply, startReply, soundReply };
+enum PositionReply : std::uint64_t {
+    timeReply = 1,
+    audioReply,
+    startReply,
+    soundReply,
+    pictureReply
+};
 
 /// A sound that begins later than the picture is reached in steps, as its first timestamp is not
 /// known before.
@@ -65,13 +71,17 @@ MpvMediaPlayer::MpvMediaPlayer(StreamAddress address, std::unique_ptr<MpvInstanc
       m_log(log),
       m_soundServer(soundServer),
       m_teardown(teardown),
-      m_sound(sound) {
+      m_sound(sound),
+      m_buffer(*m_instance) {
     m_monitorTimer.setSingleShot(true);
     connect(&m_monitorTimer, &QTimer::timeout, this, &MpvMediaPlayer::checkMonitor);
     m_positionTimer.setInterval(LiveStreamMonitor::checkInterval);
     connect(&m_positionTimer, &QTimer::timeout, this, [this] {
-        // Once the picture of two streams has ended, "time-pos" follows the sound.
-        m_instance->requestNumber(m_address.sound ? "demuxer-cache-time" : "time-pos", timeReply);
+        // Once the picture of two streams has ended, "time-pos" follows the sound. Who is behind
+        // does not need what arrives.
+        const bool isLive = m_buffer.position().behind == std::chrono::milliseconds::zero();
+        const char* arrived = m_address.sound && isLive ? "demuxer-cache-time" : "time-pos";
+        m_instance->requestNumber(arrived, timeReply);
         m_instance->requestNumber("audio-pts", audioReply);
     });
     m_soundTimer.setInterval(SoundWatch::checkInterval);
@@ -86,6 +96,7 @@ MpvMediaPlayer::MpvMediaPlayer(StreamAddress address, std::unique_ptr<MpvInstanc
         m_monitor.logged(line, now());
         checkMonitor();
     });
+    connect(&m_buffer, &MpvLiveBuffer::positionChanged, this, &MediaPlayer::livePositionChanged);
     m_instance->onEvent([this](const mpv_event& event) { handle(event); });
     mpv_observe_property(m_instance->handle(), 0, "paused-for-cache", MPV_FORMAT_FLAG);
     mpv_observe_property(m_instance->handle(), 0, "core-idle", MPV_FORMAT_FLAG);
@@ -124,6 +135,7 @@ void MpvMediaPlayer::play() {
     if (m_lifecycle.play())
         enterPhase();
     m_instance->setFlag("pause", false);
+    m_buffer.setPaused(false);
     m_monitor.paused(false, now());
     pollPosition();
     checkMonitor();
@@ -132,6 +144,7 @@ void MpvMediaPlayer::play() {
 void MpvMediaPlayer::pause() {
     m_lifecycle.pause();
     m_instance->setFlag("pause", true);
+    m_buffer.setPaused(true);
     m_monitor.paused(true, now());
     pollPosition();
     checkMonitor();
@@ -184,6 +197,8 @@ void MpvMediaPlayer::enterPhase() {
         watchMemory(playingLimit);
         pollPosition();
         checkMonitor();
+        m_buffer.start();
+        applyPicture();
         Q_EMIT statusChanged();
         break;
     case Phase::failed:
@@ -193,6 +208,7 @@ void MpvMediaPlayer::enterPhase() {
         m_memoryTimer.stop();
         m_audioTimer.stop();
         m_soundTimer.stop();
+        m_buffer.stop();
         Q_EMIT statusChanged();
         break;
     }
@@ -205,14 +221,46 @@ void MpvMediaPlayer::open() {
             this, [this, text = *std::move(refusal)] { fail(text); }, Qt::QueuedConnection);
         return;
     }
-    const QByteArray picture = m_address.picture.toEncoded();
     qCInfo(logPlayer, "Opening %s", qUtf8Printable(withoutSecrets(m_address.picture.toString())));
     if (m_address.sound)
         addSound(*m_address.sound);
-    m_instance->command({"loadfile", picture.constData()});
+    load();
     m_monitor.opened(now());
     watchMemory(listLimit);
     m_soundTimer.start();
+}
+
+void MpvMediaPlayer::load() {
+    const QByteArray picture = m_address.picture.toEncoded();
+    m_instance->command({"loadfile", picture.constData()});
+}
+
+void MpvMediaPlayer::goBack(std::chrono::milliseconds distance) {
+    if (m_buffer.goBack(distance))
+        m_monitor.jumped();
+}
+
+void MpvMediaPlayer::goLive() {
+    if (m_lifecycle.phase() != Phase::playing)
+        return;
+    m_monitor.jumped();
+    if (m_buffer.goLive())
+        return;
+    load();
+    m_buffer.restart();
+}
+
+void MpvMediaPlayer::setPicture(Picture picture) {
+    m_picture = picture;
+    if (m_lifecycle.phase() == Phase::playing)
+        applyPicture();
+}
+
+void MpvMediaPlayer::applyPicture() {
+    if (m_picture == std::exchange(m_decoded, m_picture))
+        return;
+    m_buffer.setPicture(m_picture);
+    m_instance->requestNumber("audio-pts", pictureReply);
 }
 
 void MpvMediaPlayer::addSound(const QUrl& sound) {
@@ -224,6 +272,7 @@ void MpvMediaPlayer::addSound(const QUrl& sound) {
     m_instance->command({"set", "demuxer-max-back-bytes", "4MiB"});
     mpv_observe_property(m_instance->handle(), 0, "aid", MPV_FORMAT_STRING);
     m_monitor.expectBoth();
+    m_buffer.expectBoth();
 }
 
 void MpvMediaPlayer::handle(const mpv_event& event) {
@@ -234,6 +283,7 @@ void MpvMediaPlayer::handle(const mpv_event& event) {
     case MPV_EVENT_PLAYBACK_RESTART:
         if (m_lifecycle.playbackStarted())
             enterPhase();
+        m_buffer.poll();
         if (m_address.sound && m_soundSearches < soundSearchSteps)
             m_instance->requestNumber("audio-pts", startReply);
         break;
@@ -272,8 +322,10 @@ void MpvMediaPlayer::handleProperty(const mpv_event_property& property) {
         const bool on = *static_cast<const int*>(property.data) != 0;
         if (name == "paused-for-cache")
             m_monitor.starved(on, now());
-        else if (name == "core-idle")
+        else if (name == "core-idle") {
             m_isCoreIdle = on;
+            m_buffer.setAdvancing(!on);
+        }
     } else if (property.format == MPV_FORMAT_INT64) {
         turn(*static_cast<const std::int64_t*>(property.data));
     } else if (property.format == MPV_FORMAT_STRING) {
@@ -304,6 +356,8 @@ void MpvMediaPlayer::turn(std::int64_t degrees) {
 }
 
 void MpvMediaPlayer::handleReply(const mpv_event& reply) {
+    if (m_buffer.handleReply(reply))
+        return;
     std::optional<double> seconds;
     if (reply.error >= 0)
         seconds =
@@ -317,6 +371,10 @@ void MpvMediaPlayer::handleReply(const mpv_event& reply) {
         using Advance = SoundWatch::Advance;
         m_soundWatch.answered(
             seconds, m_isHeard && !m_isCoreIdle ? Advance::expected : Advance::unexpected, now());
+    } else if (reply.reply_userdata == pictureReply) {
+        using Decoding = MpvInstance::Decoding;
+        m_instance->setDecoding(
+            m_decoded == Picture::off ? Decoding::keyFrames : Decoding::allFrames, seconds);
     } else if (reply.reply_userdata == startReply && !seconds) {
         // mpv would show the picture in silence until the sound begins, stop it there, and
         // let the sound run ahead for seconds.

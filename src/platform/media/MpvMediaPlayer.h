@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/media/LiveStreamMonitor.h"
 #include "platform/media/MediaPlayer.h"
 #include "platform/media/MpvInstance.h"
+#include "platform/media/MpvLiveBuffer.h"
 #include "platform/media/MpvLog.h"
 #include "platform/media/MpvTeardownQueue.h"
 #include "platform/media/SoundServer.h"
 #include "platform/media/VideoSource.h"
+#include "platform/media/live/LiveStreamMonitor.h"
 #include "platform/media/live/PlayerLifecycle.h"
 #include "platform/system/Memory.h"
 
@@ -41,6 +42,11 @@ public:
     void pause() override;
     void setMuted(bool muted) override;
     void setVolume(float volume) override;
+    void setBufferLength(std::chrono::minutes length) override { m_buffer.setLength(length); }
+    [[nodiscard]] LivePosition livePosition() const override { return m_buffer.position(); }
+    void goBack(std::chrono::milliseconds distance) override;
+    void goLive() override;
+    void setPicture(Picture picture) override;
     [[nodiscard]] VideoSource* videoSource() override { return this; }
 
 private:
@@ -61,6 +67,8 @@ private:
     /// Acts on the phase that the lifecycle has just entered.
     void enterPhase();
     void open();
+    void load();
+    void applyPicture();
     /// Makes mpv play the sound of its own address along with the picture.
     void addSound(const QUrl& sound);
     /// `reason` is used if the log has none.
@@ -91,6 +99,10 @@ private:
     LiveStreamMonitor m_monitor;
     /// The answers to the current poll so far.
     LiveStreamMonitor::Position m_position;
+    MpvLiveBuffer m_buffer;
+    Picture m_picture = Picture::shown;
+    /// What the decoder has been told.
+    Picture m_decoded = Picture::shown;
     /// In degrees, see `VideoSource`.
     int m_rotation = 0;
     /// Whether the view has not asked since the rotation has changed.

@@ -45,6 +45,20 @@ Menu sleepTimes(std::optional<int> running, double secondsLeft) {
     return menu;
 }
 
+Menu timeItems(const LivePosition& position) {
+    const bool isBehind = position.behind > std::chrono::milliseconds::zero();
+    return {{.title = translated("Menu", "10 Seconds Back"),
+             .action = MenuAction::goBack,
+             .keyEquivalent = u"backspace"_s,
+             .modifierMask = ModifierMask::none,
+             .isEnabled = position.canGoBack},
+            {.title = translated("Menu", "Go to Live"),
+             .action = MenuAction::goLive,
+             .keyEquivalent = u"end"_s,
+             .modifierMask = ModifierMask::none,
+             .isEnabled = isBehind}};
+}
+
 } // namespace
 
 Menu ContextMenuBuilder::build(const MenuSources& sources, StatusItemPresence statusItem) {
@@ -58,6 +72,9 @@ Menu ContextMenuBuilder::build(const MenuSources& sources, StatusItemPresence st
                  .keyEquivalent = u"g"_s,
                  .modifierMask = ModifierMask::none,
                  .isOn = sources.state.isGhostMode()});
+    menu.append(soundOnlyItem(sources.state));
+    menu.append(MenuItem::separator());
+    menu += timeItems(sources.state.livePosition());
     menu.append(MenuItem::separator());
     menu.append(
         {.title = translated("Menu", "Sleep Timer"),

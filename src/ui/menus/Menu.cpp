@@ -9,8 +9,8 @@ namespace orvane {
 bool operator==(const MenuItem& a, const MenuItem& b) {
     const auto all = [](const MenuItem& item) {
         return std::tie(item.title, item.action, item.representedObject, item.tag,
-                        item.keyEquivalent, item.modifierMask, item.isOn, item.indentationLevel,
-                        item.submenu, item.isSeparator);
+                        item.keyEquivalent, item.modifierMask, item.isOn, item.isEnabled,
+                        item.indentationLevel, item.submenu, item.isSeparator);
     };
     return all(a) == all(b);
 }

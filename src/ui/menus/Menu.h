@@ -16,6 +16,9 @@ enum class MenuAction {
     openSettings,
     addChannel,
     toggleGhostMode,
+    goBack,
+    goLive,
+    toggleSoundOnly,
     showAbout,
     checkForUpdates,
     terminate
@@ -40,6 +43,8 @@ struct MenuItem {
     QString keyEquivalent = {};
     ModifierMask modifierMask = ModifierMask::command;
     bool isOn = false;
+    /// False for an action that cannot be carried out at the moment.
+    bool isEnabled = true;
     /// In steps.
     int indentationLevel = 0;
     Menu submenu = {};

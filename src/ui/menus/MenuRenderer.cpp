@@ -36,6 +36,12 @@ void perform(const MenuItem& item, ApplicationActions& actions) {
         return actions.menuAddChannel();
     case MenuAction::toggleGhostMode:
         return actions.menuToggleGhostMode();
+    case MenuAction::goBack:
+        return actions.menuGoBack();
+    case MenuAction::goLive:
+        return actions.menuGoLive();
+    case MenuAction::toggleSoundOnly:
+        return actions.menuToggleSoundOnly();
     case MenuAction::showAbout:
         return actions.menuShowAbout();
     case MenuAction::checkForUpdates:
@@ -104,7 +110,7 @@ void updateEntries(const Menu& menu, const QMenu& target) {
             updateEntries(item.submenu, *action.menu());
             continue;
         }
-        action.setEnabled(item.action != MenuAction::none);
+        action.setEnabled(item.isEnabled && item.action != MenuAction::none);
         action.setCheckable(item.isOn);
         action.setChecked(item.isOn);
         showKeyEquivalent(item, action);

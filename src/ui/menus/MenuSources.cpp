@@ -42,6 +42,16 @@ MenuItem addChannelItem() {
             .keyEquivalent = u"n"_s};
 }
 
+MenuItem soundOnlyItem(const AppState& state) {
+    // The key acts in the program's own windows.
+    return {.title = translated("Menu", "Sound Only"),
+            .action = MenuAction::toggleSoundOnly,
+            .keyEquivalent = u"s"_s,
+            .modifierMask = ModifierMask::none,
+            .isOn = state.isSoundOnly(),
+            .isEnabled = state.currentChannel().has_value()};
+}
+
 MenuItem settingsItem() {
     return {.title = translated("Menu", "Settings..."),
             .action = MenuAction::openSettings,

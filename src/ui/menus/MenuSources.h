@@ -28,6 +28,7 @@ struct MenuSources {
 
 /// The items that both menus have.
 [[nodiscard]] MenuItem addChannelItem();
+[[nodiscard]] MenuItem soundOnlyItem(const AppState& state);
 [[nodiscard]] MenuItem settingsItem();
 [[nodiscard]] MenuItem checkForUpdatesItem();
 [[nodiscard]] MenuItem aboutItem();

@@ -25,6 +25,9 @@ Menu StatusMenuBuilder::build(const MenuSources& sources) {
                  .keyEquivalent = u"g"_s,
                  .modifierMask = ModifierMask::none,
                  .isOn = isGhost});
+    // There is no window then whose menu has it.
+    if (sources.state.isSoundOnly())
+        menu.append(soundOnlyItem(sources.state));
     menu.append(MenuItem::separator());
     menu += channelSection(sources, [&](MenuItem& item) {
         // Positions include favourites that are not shown. No key plays those after the ninth.

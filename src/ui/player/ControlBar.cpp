@@ -10,6 +10,7 @@
 #include "ui/CachedPixmap.h"
 #include "ui/DisplayText.h"
 #include "ui/player/GlyphButton.h"
+#include "ui/player/GoLiveButton.h"
 #include "ui/player/LiveIndicator.h"
 #include "ui/theme/SystemColors.h"
 #include "ui/window/WindowDrag.h"
@@ -66,6 +67,7 @@ ControlBar::ControlBar(AppState& state, PlayerCommands& player, ApplicationActio
       m_actions(actions),
       m_notifications(notifications),
       m_liveIndicator(new LiveIndicator(this)),
+      m_goLiveButton(new GoLiveButton(labelLeft - margin, this)),
       m_channelLabel(new NameLabel(this)),
       m_muteButton(new GlyphButton(SystemColors::blue, this)),
       m_ghostButton(new GlyphButton(SystemColors::purple, this)),
@@ -79,6 +81,7 @@ ControlBar::ControlBar(AppState& state, PlayerCommands& player, ApplicationActio
     updateChannel();
     updateMuteButton();
     updateGhostButton();
+    updateLivePosition();
 }
 
 void ControlBar::setUpLabel() {
@@ -94,6 +97,7 @@ void ControlBar::setUpLabel() {
 }
 
 void ControlBar::setUpButtons() {
+    m_goLiveButton->setObjectName(u"goLiveButton"_s);
     m_muteButton->setObjectName(u"muteButton"_s);
     m_ghostButton->setObjectName(u"ghostButton"_s);
     m_fullscreenBtn->setObjectName(u"fullscreenBtn"_s);
@@ -110,6 +114,7 @@ void ControlBar::setUpButtons() {
     const auto onClick = [this](GlyphButton* button, auto action) {
         connect(button, &QAbstractButton::clicked, this, action);
     };
+    connect(m_goLiveButton, &QAbstractButton::clicked, this, [this] { m_player.goLive(); });
     onClick(m_muteButton, [this] { m_player.toggleMute(); });
     onClick(m_ghostButton, [this] { m_state.setGhostMode(!m_state.isGhostMode()); });
     onClick(m_fullscreenBtn, [this] { m_notifications.post(AppNotification::toggleFullscreen); });
@@ -125,6 +130,7 @@ void ControlBar::registerObservers() {
     follow(AppNotification::channelChanged, &ControlBar::updateChannel);
     follow(AppNotification::muteChanged, &ControlBar::updateMuteButton);
     follow(AppNotification::ghostModeChanged, &ControlBar::updateGhostButton);
+    follow(AppNotification::livePositionChanged, &ControlBar::updateLivePosition);
 }
 
 void ControlBar::updateChannel() {
@@ -151,6 +157,16 @@ void ControlBar::updateGhostButton() {
     }
 }
 
+void ControlBar::updateLivePosition() {
+    const std::chrono::milliseconds behind = m_state.livePosition().behind;
+    const bool isLive = behind < std::chrono::seconds(1);
+    m_liveIndicator->setLive(isLive);
+    m_goLiveButton->setBehind(behind);
+    m_goLiveButton->setHidden(isLive);
+    layOut();
+    fitChannelName();
+}
+
 void ControlBar::fitChannelName() {
     m_channelLabel->setText(m_channelLabel->fontMetrics().elidedText(m_channelName, Qt::ElideRight,
                                                                      m_channelLabel->width()));
@@ -167,11 +183,20 @@ void ControlBar::layOut() {
         x -= buttonStep;
     }
     put(*m_liveIndicator, {margin, (height() - indicatorSize) / 2, indicatorSize, indicatorSize});
+    int nameLeft = labelLeft;
+    if (!m_goLiveButton->isHidden()) {
+        const QSize size = m_goLiveButton->sizeHint();
+        put(*m_goLiveButton, QRect({margin, (height() - size.height()) / 2}, size));
+        nameLeft = margin + size.width();
+    }
     const int lastButton = x + buttonStep;
-    const int labelWidth = std::max(lastButton - labelLeft - labelGap, minimumLabelWidth);
+    const int space = lastButton - nameLeft - labelGap;
+    const int labelWidth = std::max(space, minimumLabelWidth);
+    // In the smallest window there is no place for both.
+    m_channelLabel->setHidden(nameLeft != labelLeft && space < minimumLabelWidth);
     // Arabic script needs more height.
     const int textHeight = std::max(labelHeight, m_channelLabel->sizeHint().height());
-    put(*m_channelLabel, {labelLeft, (height() - textHeight) / 2, labelWidth, textHeight});
+    put(*m_channelLabel, {nameLeft, (height() - textHeight) / 2, labelWidth, textHeight});
 }
 
 void ControlBar::paintEvent(QPaintEvent*) {

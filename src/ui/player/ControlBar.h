@@ -15,12 +15,13 @@ namespace orvane {
 class AppState;
 class ApplicationActions;
 class GlyphButton;
+class GoLiveButton;
 class LiveIndicator;
 class PlayerCommands;
 
-/// The strip along the bottom of the player window: a live dot, the name of the current channel and
-/// five buttons. Part of the player window; main thread. It shows `AppState`, which it
-/// follows through notifications, and has no state of its own.
+/// The strip along the bottom of the player window: a live dot, how far behind live the picture is,
+/// the name of the current channel and five buttons. Part of the player window; main thread. It
+/// shows `AppState`, which it follows through notifications, and has no state of its own.
 class ControlBar final : public QWidget {
     Q_OBJECT
 
@@ -39,6 +40,7 @@ private:
     void updateChannel();
     void updateMuteButton();
     void updateGhostButton();
+    void updateLivePosition();
     void layOut();
     void fitChannelName();
 
@@ -47,6 +49,7 @@ private:
     ApplicationActions& m_actions;
     NotificationCenter& m_notifications;
     LiveIndicator* m_liveIndicator;
+    GoLiveButton* m_goLiveButton;
     QLabel* m_channelLabel;
     GlyphButton* m_muteButton;
     GlyphButton* m_ghostButton;

@@ -8,6 +8,7 @@
 #include <QPainter>
 
 #include <cmath>
+#include <utility>
 
 namespace orvane {
 
@@ -33,20 +34,37 @@ LiveIndicator::LiveIndicator(QWidget* parent) : QWidget(parent) {
     connect(&m_pulseTimer, &QTimer::timeout, this, qOverload<>(&QWidget::update));
 }
 
+void LiveIndicator::setLive(bool isLive) {
+    if (isLive == std::exchange(m_isLive, isLive))
+        return;
+    if (isVisible())
+        pulse();
+    update();
+}
+
+void LiveIndicator::pulse() {
+    m_shownFor.start();
+    if (m_isLive)
+        m_pulseTimer.start();
+    else
+        m_pulseTimer.stop();
+}
+
 void LiveIndicator::paintEvent(QPaintEvent*) {
+    const QColor color = m_isLive ? SystemColors::red : SystemColors::gray;
     QPainter painter(this);
-    painter.setOpacity(pulseOpacity(std::chrono::milliseconds(m_shownFor.elapsed())));
-    painter.drawPixmap(0, 0, m_dot.get(*this, QString(), [this](QPainter& dot) {
+    if (m_isLive)
+        painter.setOpacity(pulseOpacity(std::chrono::milliseconds(m_shownFor.elapsed())));
+    painter.drawPixmap(0, 0, m_dot.get(*this, color.name(), [this, &color](QPainter& dot) {
         dot.setRenderHint(QPainter::Antialiasing);
         dot.setPen(Qt::NoPen);
-        dot.setBrush(readableShade(SystemColors::red, barBackgrounds(), glyphContrast));
+        dot.setBrush(readableShade(color, barBackgrounds(), glyphContrast));
         dot.drawEllipse(QRectF(rect()).center(), dotSize / 2, dotSize / 2);
     }));
 }
 
 void LiveIndicator::showEvent(QShowEvent*) {
-    m_shownFor.start();
-    m_pulseTimer.start();
+    pulse();
 }
 
 void LiveIndicator::hideEvent(QHideEvent*) {

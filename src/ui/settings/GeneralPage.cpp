@@ -50,6 +50,16 @@ QString withoutColon(const QString& caption) {
     return caption.chopped(caption.endsWith(u':') ? 1 : 0).trimmed();
 }
 
+QStringList bufferLengthTitles() {
+    QStringList list;
+    for (const std::chrono::minutes length : Preferences::bufferLengths) {
+        const auto minutes = static_cast<int>(length.count());
+        list += minutes == 0 ? translated("Settings", "Nothing")
+                             : translated("Settings", "%n minutes", nullptr, minutes);
+    }
+    return list;
+}
+
 } // namespace
 
 GeneralPage::GeneralPage(Preferences& preferences, AppState& state,
@@ -65,30 +75,33 @@ GeneralPage::GeneralPage(Preferences& preferences, AppState& state,
                              translated("Settings", "Auto-play last channel on launch"),
                              {20, 280, 300, 22})),
       m_theme(addPopUp(u"theme"_s, translated("Settings", "Appearance:"), 240, titles<AppTheme>())),
+      m_bufferLength(addPopUp(u"bufferLength"_s, translated("Settings", "Keep to Go Back:"), 208,
+                              bufferLengthTitles())),
       m_shortcutsInTextFields(addCheckBox(
           u"shortcutsInTextFields"_s,
-          translated("Settings", "Use single-key shortcuts while typing"), {20, 220, 320, 22})),
+          translated("Settings", "Use single-key shortcuts while typing"), {20, 182, 320, 22})),
       m_shortcutsInGhostMode(
           addCheckBox(u"shortcutsInGhostMode"_s,
                       translated("Settings", "In ghost mode, use shortcuts in other programs too"),
-                      {20, 195, 320, 22})),
+                      {20, 160, 320, 22})),
       m_autostart(autostart),
       m_startAtLogin(addCheckBox(u"startAtLogin"_s, translated("Settings", "Start Orvane at login"),
-                                 {20, 170, 320, 22})),
-      m_autostartError(addLabel({}, {42, 148, 420, 20}, {.size = 12})),
+                                 {20, 138, 320, 22})),
+      m_autostartError(addLabel({}, {42, 118, 420, 20}, {.size = 12})),
       m_preparesNextChannels(addCheckBox(u"preparesNextChannels"_s,
                                          translated("Settings", "Prepare the next channels"),
-                                         {20, 124, 320, 22})),
+                                         {20, 98, 320, 22})),
       m_ytDlp(new YtDlpSection(ytDlp, tasks)) {
     const QString when = translated("Settings", "From the next start on");
     m_language->setAccessibleDescription(when);
     addLabel(when, {308, 360, 180, 20}, {.size = 12, .color = QPalette::PlaceholderText});
-    place(m_ytDlp, {20, 24, 480, 90});
+    place(m_ytDlp, {20, 4, 480, 90});
     setTextColor(*m_autostartError, SystemColors::red);
     m_autostartError->setObjectName(u"autostartFault"_s);
     connect(m_language, &QComboBox::activated, this, &GeneralPage::languageChanged);
     connect(m_resolution, &QComboBox::activated, this, &GeneralPage::resolutionChanged);
     connect(m_theme, &QComboBox::activated, this, &GeneralPage::themeChanged);
+    connect(m_bufferLength, &QComboBox::activated, this, &GeneralPage::bufferLengthChanged);
     connect(m_autoPlay, &QCheckBox::clicked, this,
             [this](bool isOn) { m_preferences.setAutoPlayLastChannel(isOn); });
     connect(m_shortcutsInTextFields, &QCheckBox::clicked, this,
@@ -106,6 +119,9 @@ void GeneralPage::refresh() {
     m_resolution->setCurrentIndex(indexOf(m_preferences.resolution()));
     m_autoPlay->setChecked(m_preferences.autoPlayLastChannel());
     m_theme->setCurrentIndex(indexOf(m_preferences.theme()));
+    m_bufferLength->setCurrentIndex(static_cast<int>(
+        std::ranges::find(Preferences::bufferLengths, m_preferences.bufferLength()) -
+        Preferences::bufferLengths.begin()));
     m_shortcutsInTextFields->setChecked(m_preferences.shortcutsInTextFields());
     m_shortcutsInGhostMode->setChecked(m_preferences.shortcutsInGhostMode().value_or(false));
     m_startAtLogin->setChecked(m_autostart.isEnabled());
@@ -148,6 +164,10 @@ void GeneralPage::themeChanged(int index) {
     const AppTheme theme = allCases<AppTheme>.at(index);
     m_preferences.setTheme(theme);
     m_notifications.post(AppNotification::themeChanged, theme);
+}
+
+void GeneralPage::bufferLengthChanged(int index) {
+    m_state.setBufferLength(Preferences::bufferLengths.at(std::size_t(index)));
 }
 
 void GeneralPage::shortcutsInGhostModeChanged(bool isOn) {

@@ -36,6 +36,7 @@ private:
     void languageChanged(int index);
     void resolutionChanged(int index);
     void themeChanged(int index);
+    void bufferLengthChanged(int index);
     void shortcutsInGhostModeChanged(bool isOn);
     void preparesNextChannelsChanged(bool isOn);
     void autostartChanged(bool isOn);
@@ -47,6 +48,7 @@ private:
     QComboBox* m_resolution;
     QCheckBox* m_autoPlay;
     QComboBox* m_theme;
+    QComboBox* m_bufferLength;
     QCheckBox* m_shortcutsInTextFields;
     QCheckBox* m_shortcutsInGhostMode;
     Autostart m_autostart;

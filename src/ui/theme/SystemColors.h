@@ -12,6 +12,7 @@ inline constexpr QColor purple(175, 82, 222);
 inline constexpr QColor green(40, 205, 65);
 inline constexpr QColor orange(255, 149, 0);
 inline constexpr QColor red(255, 59, 48);
+inline constexpr QColor gray(142, 142, 147);
 inline constexpr QColor teal(48, 176, 199);
 
 /// The control bar is as good as opaque, the same in light and dark themes.

@@ -36,6 +36,9 @@ TEST(CommandLine, KeepsVerbsInOrderWithTheirTexts) {
               message(uR"({"name":"play","text":"-الجزيرة"},{"name":"mute"},)"
                       R"({"name":"next"},{"name":"next"})"_s));
     EXPECT_EQ(parsed({u"--add=--x=\n"_s}), message(uR"({"name":"add","text":"--x=\n"})"_s));
+    EXPECT_EQ(parsed({u"--back"_s, u"--back"_s, u"30"_s, u"-back"_s, u"--live"_s}),
+              message(uR"({"name":"back","text":""},{"name":"back","text":"30"},)"
+                      R"({"name":"back","text":""},{"name":"live"})"_s));
     EXPECT_EQ(parsed({u"--add"_s, u""_s}), message(uR"({"name":"add","text":""})"_s));
     EXPECT_EQ(parsed({u"-session"_s, u"some_id"_s, u"--verbose"_s, u"--quit"_s}),
               u"verbose "_s + message(uR"({"name":"quit"})"_s));
@@ -56,6 +59,9 @@ TEST(CommandLine, RunsOneCommandOrReportsAnError) {
         {{u"--add"_s, u"--mute"_s}, u"missing value after \"--add\""_s},
         {{u"--play= "_s}, u"missing value after \"--play\""_s},
         {{u"--next=2"_s}, u"unexpected value after \"--next\""_s},
+        {{u"--back=x"_s}, u"\"x\" is no number of seconds"_s},
+        {{u"--back"_s, u"0"_s}, u"\"0\" is no number of seconds"_s},
+        {{u"--back"_s, u"soon"_s}, u"unexpected argument \"soon\""_s},
         {{u"--json"_s}, u"--json needs --list"_s},
         {{u"--list"_s, u"--mute"_s}, u"--list can only be combined with --json"_s},
         {{u"--quit"_s, u"--next"_s}, u"--quit cannot be combined with other options"_s},

@@ -37,6 +37,12 @@ QString action(const MenuItem& item) {
         return u" > add"_s;
     case MenuAction::toggleGhostMode:
         return u" > ghost"_s;
+    case MenuAction::goBack:
+        return u" > back"_s;
+    case MenuAction::goLive:
+        return u" > live"_s;
+    case MenuAction::toggleSoundOnly:
+        return u" > sound"_s;
     case MenuAction::showAbout:
         return u" > about"_s;
     case MenuAction::checkForUpdates:
@@ -58,7 +64,7 @@ QString written(const Menu& menu, const QString& before = {}) {
             continue;
         }
         text += QString(item.indentationLevel, u'.') + (item.isOn ? u"* "_s : QString());
-        text += item.title + action(item);
+        text += item.title + action(item) + (item.isEnabled ? QString() : u" (off)"_s);
         if (!item.keyEquivalent.isEmpty())
             text += (item.modifierMask == ModifierMask::command ? u" ^"_s : u" "_s) +
                     item.keyEquivalent;
@@ -110,6 +116,10 @@ Resolution
 | Best > resolution Best
 ---
 👻 Ghost Mode > ghost g
+Sound Only > sound (off) s
+---
+10 Seconds Back > back (off) backspace
+Go to Live > live (off) end
 ---
 Sleep Timer
 | 15 minutes > sleep 15
@@ -133,6 +143,7 @@ TEST_F(MenuTest, ChannelsFollowTheirCategories) {
     preferences.setEnabledChannelIDs(
         {ids.last(), ids.at(10), ids.at(1), u"cgtn"_s, u"custom_mine"_s});
     state.assignCurrentChannel(registry.channel(u"custom_mine"_s));
+    const std::string tail = replaced(contextTail, "sound (off)", "sound");
     EXPECT_EQ(status(), statusHead + R"(
 مميزة
 العربية > channel alarabiya
@@ -156,7 +167,7 @@ CGTN > channel cgtn
 | CGTN > channel cgtn
 قنواتي
 | * My & own > channel custom_mine
----)"s + contextTail);
+---)"s + tail);
     EXPECT_EQ(context(), R"(
 مميزة
 .العربية > channel alarabiya
@@ -168,7 +179,21 @@ CGTN > channel cgtn
 ---
 قنواتي
 .* My & own > channel custom_mine
----)"s + contextTail);
+---)"s + tail);
+}
+
+TEST_F(MenuTest, TimeAndSoundCanActWhenThereIsSomethingToActOn) {
+    preferences.setEnabledChannelIDs({});
+    state.assignCurrentChannel(registry.all().first());
+    state.setLivePosition({.behind = std::chrono::seconds(40), .canGoBack = true});
+    state.setSoundOnly(true);
+    EXPECT_EQ(context(), replaced(replaced(replaced(contextTail, "Sound Only > sound (off)",
+                                                    "* Sound Only > sound"),
+                                           "> back (off)", "> back"),
+                                  "> live (off)", "> live"));
+    EXPECT_EQ(status(), replaced(statusHead, "> ghost g\n", "> ghost g\n* Sound Only > sound s\n") +
+                            statusTail)
+        << "the only menu there is then";
 }
 
 TEST_F(MenuTest, EmptyCategoriesHaveNoHeader) {

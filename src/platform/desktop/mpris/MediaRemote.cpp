@@ -68,8 +68,19 @@ void MediaRemote::update(const MediaRemoteState& state) {
         changed.insert(u"CanPlay"_s, state.canPlay);
     if (state.canPause != before.canPause)
         changed.insert(u"CanPause"_s, state.canPause);
+    if (state.canSeek != before.canSeek)
+        changed.insert(u"CanSeek"_s, state.canSeek);
     if (!changed.isEmpty())
         announce(changed);
+}
+
+void MediaRemote::announceJump() {
+    const std::optional<QDBusConnection>& bus = m_bus.connection();
+    if (!bus)
+        return;
+    QDBusMessage signal = QDBusMessage::createSignal(objectPath, playerInterface, u"Seeked"_s)
+                          << m_object.position();
+    [[maybe_unused]] const bool isQueued = bus->send(signal);
 }
 
 void MediaRemote::announce(const QVariantMap& changed) {

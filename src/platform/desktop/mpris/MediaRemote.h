@@ -16,7 +16,7 @@ class MessageBus;
 
 /// Exports the program on the session bus as a media player (MPRIS 2.2), under a name with the
 /// process id where another copy owns the usual one. Owned by `DesktopIntegration`; main thread. It
-/// is not an error if there is no bus. Live channels have no length, so seeking is not supported.
+/// is not an error if there is no bus.
 class MediaRemote final : public QObject {
     Q_OBJECT
 
@@ -27,6 +27,8 @@ public:
 
     /// Announces the properties that have changed.
     void update(const MediaRemoteState& state);
+    /// The position has changed by more than the passing of time.
+    void announceJump();
 
 private:
     void appear(QDBusConnection bus);

@@ -55,9 +55,13 @@ void MediaRemotePlayerAdaptor::Previous() {
     m_remote.commands().previous();
 }
 
-void MediaRemotePlayerAdaptor::Seek(qlonglong) {}
+void MediaRemotePlayerAdaptor::Seek(qlonglong Offset) {
+    m_remote.seek(Offset);
+}
 
-void MediaRemotePlayerAdaptor::SetPosition(const QDBusObjectPath&, qlonglong) {}
+void MediaRemotePlayerAdaptor::SetPosition(const QDBusObjectPath& TrackId, qlonglong Position) {
+    m_remote.setPosition(TrackId.path(), Position);
+}
 
 void MediaRemotePlayerAdaptor::OpenUri(const QString&) {
     m_remote.refuseCall();

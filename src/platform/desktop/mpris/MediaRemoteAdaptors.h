@@ -54,16 +54,15 @@ class MediaRemotePlayerAdaptor final : public QDBusAbstractAdaptor {
     Q_PROPERTY(bool CanGoPrevious READ canStep)
     Q_PROPERTY(bool CanPlay READ canPlay)
     Q_PROPERTY(bool CanPause READ canPause)
-    Q_PROPERTY(bool CanSeek READ no CONSTANT)
+    Q_PROPERTY(bool CanSeek READ canSeek)
     Q_PROPERTY(bool CanControl READ yes CONSTANT)
 
 public:
     explicit MediaRemotePlayerAdaptor(MediaRemoteObject& remote);
 
     [[nodiscard]] bool yes() const { return true; }
-    [[nodiscard]] bool no() const { return false; }
     [[nodiscard]] double one() const { return 1; }
-    [[nodiscard]] qlonglong position() const { return 0; }
+    [[nodiscard]] qlonglong position() const { return m_remote.position(); }
     [[nodiscard]] QString playbackStatus() const { return m_remote.playbackStatus(); }
     [[nodiscard]] QVariantMap metadata() const { return m_remote.metadata(); }
     [[nodiscard]] double volume() const { return m_remote.state().volume; }
@@ -71,6 +70,7 @@ public:
     [[nodiscard]] bool canStep() const { return m_remote.state().canStep; }
     [[nodiscard]] bool canPlay() const { return m_remote.state().canPlay; }
     [[nodiscard]] bool canPause() const { return m_remote.state().canPause; }
+    [[nodiscard]] bool canSeek() const { return m_remote.state().canSeek; }
 
 public Q_SLOTS:
     void Play();
@@ -79,10 +79,12 @@ public Q_SLOTS:
     void Stop();
     void Next();
     void Previous();
-    /// Seeking is not supported, so these two have no effect.
     void Seek(qlonglong Offset);
     void SetPosition(const QDBusObjectPath& TrackId, qlonglong Position);
     void OpenUri(const QString& Uri);
+
+Q_SIGNALS:
+    void Seeked(qlonglong Position);
 
 private:
     MediaRemoteObject& m_remote;

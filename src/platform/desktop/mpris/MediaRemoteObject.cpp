@@ -51,9 +51,28 @@ QString MediaRemoteObject::playbackStatus() const {
 QVariantMap MediaRemoteObject::metadata() const {
     if (!m_state.track)
         return {};
-    return {{u"mpris:trackid"_s, QVariant::fromValue(trackPath(m_name, m_state.track->id))},
-            {u"xesam:title"_s, m_state.track->title},
-            {u"xesam:url"_s, m_state.track->url.toString(QUrl::FullyEncoded)}};
+    QVariantMap data{
+        {u"mpris:trackid"_s, QVariant::fromValue(trackPath(m_name, m_state.track->id))},
+        {u"xesam:title"_s, m_state.track->title},
+        {u"xesam:url"_s, m_state.track->url.toString(QUrl::FullyEncoded)}};
+    if (!m_state.track->comment.isEmpty())
+        data.insert(u"xesam:comment"_s, QStringList{m_state.track->comment});
+    return data;
+}
+
+qlonglong MediaRemoteObject::position() const {
+    return m_state.canSeek ? m_commands.position().count() : 0;
+}
+
+void MediaRemoteObject::seek(qlonglong offset) {
+    if (m_state.canSeek)
+        m_commands.goBack(-std::chrono::microseconds(offset));
+}
+
+void MediaRemoteObject::setPosition(const QString& track, qlonglong wanted) {
+    const bool isCurrent = m_state.track && trackPath(m_name, m_state.track->id).path() == track;
+    if (isCurrent && wanted >= 0)
+        seek(wanted - position());
 }
 
 void MediaRemoteObject::refuseCall() {

@@ -7,6 +7,7 @@
 #include <QUrl>
 #include <QVariantMap>
 
+#include <chrono>
 #include <optional>
 
 namespace orvane {
@@ -19,6 +20,8 @@ struct MediaRemoteState {
         QString id;
         QString title;
         QUrl url;
+        /// May be empty.
+        QString comment = {};
 
         friend bool operator==(const Track&, const Track&) = default;
     };
@@ -30,6 +33,8 @@ struct MediaRemoteState {
     bool canStep = false;
     bool canPlay = false;
     bool canPause = false;
+    /// Without it the position is 0.
+    bool canSeek = false;
 
     friend bool operator==(const MediaRemoteState&, const MediaRemoteState&) = default;
 };
@@ -46,6 +51,10 @@ public:
     virtual void next() = 0;
     virtual void previous() = 0;
     virtual void setVolume(double volume) = 0;
+    /// Later if `distance` is negative.
+    virtual void goBack(std::chrono::microseconds distance) = 0;
+    /// Returns where the player is, on a scale that only begins anew with another track.
+    [[nodiscard]] virtual std::chrono::microseconds position() const = 0;
     /// Brings the player window to the front.
     virtual void raise() = 0;
     virtual void quit() = 0;
@@ -67,6 +76,11 @@ public:
 
     [[nodiscard]] QString playbackStatus() const;
     [[nodiscard]] QVariantMap metadata() const;
+    /// In microseconds.
+    [[nodiscard]] qlonglong position() const;
+    void seek(qlonglong offset);
+    /// Ignored for another track, and for places that are not there.
+    void setPosition(const QString& trackPath, qlonglong position);
 
     /// Replies to the current call with the error "not supported".
     void refuseCall();

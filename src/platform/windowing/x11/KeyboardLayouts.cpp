@@ -11,7 +11,7 @@ namespace orvane {
 namespace {
 
 /// The XKB names of the positions on the keyboard, which are the same in all keymaps.
-constexpr std::array<std::pair<std::string_view, KeyCode>, 14> places{{
+constexpr std::array<std::pair<std::string_view, KeyCode>, 16> places{{
     {"AE01", KeyCode::digit1},
     {"AE02", KeyCode::digit2},
     {"AE03", KeyCode::digit3},
@@ -21,7 +21,9 @@ constexpr std::array<std::pair<std::string_view, KeyCode>, 14> places{{
     {"AE07", KeyCode::digit7},
     {"AE09", KeyCode::digit9},
     {"AE12", KeyCode::equal},
+    {"BKSP", KeyCode::backspace},
     {"ESC", KeyCode::escape},
+    {"END", KeyCode::end},
     {"LEFT", KeyCode::leftArrow},
     {"RGHT", KeyCode::rightArrow},
     {"DOWN", KeyCode::downArrow},

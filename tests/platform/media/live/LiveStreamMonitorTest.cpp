@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/media/LiveStreamMonitor.h"
+#include "platform/media/live/LiveStreamMonitor.h"
 
 #include <gtest/gtest.h>
 

@@ -51,6 +51,8 @@ public:
     void started();
     /// A paused stream does not have to advance.
     void paused(bool isPaused, TimePoint now);
+    /// The player has gone to another place of the stream.
+    void jumped();
     /// Reports that the buffer has run empty, or has been filled again.
     void starved(bool isStarved, TimePoint now);
     void positioned(Position position);

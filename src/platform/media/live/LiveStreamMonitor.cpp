@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/media/LiveStreamMonitor.h"
+#include "platform/media/live/LiveStreamMonitor.h"
 
 #include <QRegularExpression>
 
@@ -29,9 +29,13 @@ void LiveStreamMonitor::started() {
 
 void LiveStreamMonitor::paused(bool isPaused, TimePoint now) {
     m_isPaused = isPaused;
+    jumped();
+    starved(m_isStarved, now);
+}
+
+void LiveStreamMonitor::jumped() {
     m_position.reset();
     m_checksWithoutAdvance = 0;
-    starved(m_isStarved, now);
 }
 
 void LiveStreamMonitor::starved(bool isStarved, TimePoint now) {
