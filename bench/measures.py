@@ -19,7 +19,7 @@ from dataclasses import dataclass
 
 from hours import HOURS, FastSite
 from players import FORMAT, MPV_GPU, PLACE, SCREEN_PLACE, Testbed, wait_for_ytdlp
-from tools.processes import cpu_seconds, cpu_share, memory_mib, own_memory_mib, threads, wake_ups
+from tools.processes import buffer_mib, cpu_seconds, cpu_share, memory_mib, own_memory_mib, threads, wake_ups
 from tools.program import Program
 from tools.waiting import wait_until
 
@@ -210,16 +210,19 @@ class Switches:
 class EightHours:
     """Orvane in a testbed of its own where hours pass in minutes. Use as a context manager."""
 
-    def __init__(self, build: pathlib.Path):
+    def __init__(self, build: pathlib.Path, site: type[FastSite] = FastSite, minutes: int = 0):
         self._stack = contextlib.ExitStack()
         self._build = build
+        self._site = site
+        self._minutes = minutes
 
     def __enter__(self) -> "EightHours":
         folder = pathlib.Path(self._stack.enter_context(tempfile.TemporaryDirectory()))
-        self._testbed = self._stack.enter_context(Testbed(folder, self._build / "orvane", FastSite))
-        self._program = self._stack.enter_context(self._testbed.orvane())
+        self._testbed = self._stack.enter_context(Testbed(folder, self._build / "orvane", self._site))
+        self._program = self._stack.enter_context(self._testbed.orvane(bufferMinutes=self._minutes))
         self._program.wait_for("playing")
         self._hours: list[list[tuple[float, int]]] = [[] for _ in range(HOURS)]
+        self._disk: list[list[float]] = [[] for _ in range(HOURS)]
         return self
 
     def __exit__(self, *exception) -> None:
@@ -231,12 +234,20 @@ class EightHours:
             if self._program.count("error"):
                 raise RuntimeError(f"the play broke off after {self._testbed.site.hours:.1f} hours")
             self._hours[hour].append(_sample(self._program.process.pid))
+            self._disk[hour].append(buffer_mib(self._program.process.pid))
             time.sleep(0.5)
         if self._testbed.site.missed:
             raise RuntimeError(f"the play was too slow: it left out {self._testbed.site.missed} segments")
 
     def rows(self) -> list[Row]:
         return Usage.of(self._hours).rows("eight hours of play", "hour")
+
+    def rows_of_buffer(self) -> list[Row]:
+        """Compares the last hour with the fourth, in which the buffer is full already."""
+        disk = [max(hour) for hour in self._disk]
+        return [*Usage.of(self._hours[2:]).rows("eight hours with a full buffer", "hour"),
+                Row("most on the disk in eight hours", "MiB", disk, [], disk[-1] / disk[3], 1.1,
+                    "the last hour to the fourth, the most of each")]
 
 
 def endurance(bench: Bench) -> list[Row]:

@@ -4,6 +4,7 @@
 from __future__ import annotations
 
 import contextlib
+import json
 import os
 import pathlib
 import select
@@ -94,10 +95,13 @@ class Testbed:
         """Returns the address that yt-dlp finds on the channel's page."""
         return f"{self.site.origin}/hls/{channel.handle}/480/list.m3u8"
 
-    def orvane(self) -> Program:
-        """Starts it without preferences, so that it begins with the first channel of the site."""
-        preferences = pathlib.Path(self.desktop.environment["XDG_CONFIG_HOME"]) / "orvane/preferences.json"
-        preferences.unlink(missing_ok=True)
+    def orvane(self, **preferences: int) -> Program:
+        """Starts it without other preferences than these, so that it begins with the first channel of the site."""
+        path = pathlib.Path(self.desktop.environment["XDG_CONFIG_HOME"]) / "orvane/preferences.json"
+        path.unlink(missing_ok=True)
+        if preferences:
+            path.parent.mkdir(parents=True, exist_ok=True)
+            path.write_text(json.dumps(preferences), encoding="ascii")
         return Program(self.desktop, self._orvane, self.site.origin)
 
     def ask(self, program: Program, *arguments: str) -> None:
