@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/media/MpvLiveBuffer.h"
 
-#include "base/BackgroundThreads.h"
 #include "base/Logging.h"
 #include "platform/media/MpvInstance.h"
 
 #include <QFuture>
 #include <QStandardPaths>
-#include <QThreadPool>
 
 #include <mpv/client.h>
 
@@ -23,12 +21,6 @@ using namespace std::chrono_literals;
 using BufferPolicy::Seconds;
 
 namespace {
-
-/// Shared, so that no player waits for its jobs when it goes.
-BackgroundThreads& diskJobs() {
-    static BackgroundThreads threads(1);
-    return threads;
-}
 
 constexpr std::chrono::milliseconds pollInterval{1000};
 constexpr std::chrono::milliseconds cutInterval{5000};
@@ -94,7 +86,8 @@ std::optional<double> beginningOf(const mpv_node* ranges) {
 
 } // namespace
 
-MpvLiveBuffer::MpvLiveBuffer(const MpvInstance& instance) : m_instance(instance) {
+MpvLiveBuffer::MpvLiveBuffer(const MpvInstance& instance, BackgroundThreads& disk)
+    : m_instance(instance), m_threads(disk) {
     m_pollTimer.setInterval(pollInterval);
     connect(&m_pollTimer, &QTimer::timeout, this, &MpvLiveBuffer::poll);
     m_cutTimer.setInterval(cutInterval);
@@ -104,8 +97,7 @@ MpvLiveBuffer::MpvLiveBuffer(const MpvInstance& instance) : m_instance(instance)
 MpvLiveBuffer::~MpvLiveBuffer() {
     // Its end waits for the disk.
     if (m_file)
-        QThreadPool::globalInstance()->start(
-            [file = std::move(m_file)]() mutable { file.reset(); });
+        m_threads.start([file = std::move(m_file)]() mutable { file.reset(); });
 }
 
 void MpvLiveBuffer::setLength(std::chrono::minutes length) {
@@ -259,8 +251,7 @@ void MpvLiveBuffer::updateDisk() {
     const QString parent =
         QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) + u"/orvane"_s;
     m_file = std::make_shared<BufferFile>(parent.toStdString());
-    diskJobs()
-        .run([file = m_file] { return file->prepare(); })
+    m_threads.run([file = m_file] { return file->prepare(); })
         .then(this, [this](std::optional<BufferPolicy::Disk> disk) { useDisk(disk); });
 }
 
@@ -290,8 +281,7 @@ void MpvLiveBuffer::cut() {
     const BufferFile::TimePoint now = BufferFile::TimePoint::clock::now();
     const Seconds kept = std::max(keptTime(), m_edge.behind()) + m_edge.lead() + cutMargin;
     const auto before = now - std::chrono::ceil<BufferFile::TimePoint::duration>(kept);
-    diskJobs()
-        .run([file = m_file, before, now] { return file->cutBefore(before, now); })
+    m_threads.run([file = m_file, before, now] { return file->cutBefore(before, now); })
         .then(this, [this](const BufferPolicy::Disk& disk) { cutDone(disk); });
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/BackgroundThreads.h"
 #include "platform/media/MediaPlayer.h"
 #include "platform/media/live/BufferFile.h"
 #include "platform/media/live/BufferPolicy.h"
@@ -20,13 +21,14 @@ class MpvInstance;
 
 /// Keeps the last minutes of a player's stream on the disk, and moves in them. It watches where the
 /// position and the edge are, has libmpv forget what is too old, and has that cut out of libmpv's
-/// files on a thread that all players share. Owned by the player, which passes the answers on; main
-/// thread. Without a disk that can keep it the stream simply has no buffer.
+/// files by jobs on another thread. Owned by the player, which passes the answers on; main thread.
+/// Without a disk that can keep it the stream simply has no buffer.
 class MpvLiveBuffer final : public QObject {
     Q_OBJECT
 
 public:
-    explicit MpvLiveBuffer(const MpvInstance& instance);
+    /// Both outlive it.
+    MpvLiveBuffer(const MpvInstance& instance, BackgroundThreads& disk);
     ~MpvLiveBuffer() override;
 
     /// How much is kept; zero for nothing. Counts at once.
@@ -74,6 +76,7 @@ private:
     [[nodiscard]] BufferPolicy::Seconds keptTime() const;
 
     const MpvInstance& m_instance;
+    BackgroundThreads& m_threads;
     MediaPlayer::Picture m_picture = MediaPlayer::Picture::shown;
     QTimer m_pollTimer;
     QTimer m_cutTimer;

@@ -65,14 +65,14 @@ std::optional<QString> refusalToOpen(const StreamAddress& address) {
 
 MpvMediaPlayer::MpvMediaPlayer(StreamAddress address, std::unique_ptr<MpvInstance> instance,
                                MpvInstance::Sound sound, MpvLog& log, SoundServer& soundServer,
-                               MpvTeardownQueue& teardown)
+                               MpvTeardownQueue& teardown, BackgroundThreads& disk)
     : m_address(std::move(address)),
       m_instance(std::move(instance)),
       m_log(log),
       m_soundServer(soundServer),
       m_teardown(teardown),
       m_sound(sound),
-      m_buffer(*m_instance) {
+      m_buffer(*m_instance, disk) {
     m_monitorTimer.setSingleShot(true);
     connect(&m_monitorTimer, &QTimer::timeout, this, &MpvMediaPlayer::checkMonitor);
     m_positionTimer.setInterval(LiveStreamMonitor::checkInterval);

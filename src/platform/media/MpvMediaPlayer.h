@@ -31,7 +31,7 @@ public:
     /// `sound` is what the instance was made with.
     MpvMediaPlayer(StreamAddress address, std::unique_ptr<MpvInstance> instance,
                    MpvInstance::Sound sound, MpvLog& log, SoundServer& soundServer,
-                   MpvTeardownQueue& teardown);
+                   MpvTeardownQueue& teardown, BackgroundThreads& disk);
     ~MpvMediaPlayer() override;
 
     [[nodiscard]] Status status() const override;

@@ -73,7 +73,7 @@ MpvMediaPlayerFactory::make(StreamAddress address, std::unique_ptr<Standby> stan
         co_return std::unique_ptr<MediaPlayer>();
     }
     co_return std::make_unique<MpvMediaPlayer>(std::move(address), std::move(instance), sound,
-                                               m_log, m_soundServer, m_teardown);
+                                               m_log, m_soundServer, m_teardown, m_disk);
 }
 
 } // namespace orvane

@@ -36,6 +36,8 @@ private:
     SoundServer m_soundServer{m_teardown};
     VideoOutput m_output;
     BackgroundThreads m_makers{2};
+    /// For the buffers of all players.
+    BackgroundThreads m_disk{1};
 };
 
 } // namespace orvane
