@@ -170,8 +170,9 @@ TEST_P(SplitStreamTest, PlaysSoundFromAnotherAddressAtTheSameTimeAsThePicture) {
         ASSERT_EQ(mpv_set_property_string(handle, name, qUtf8Printable(value)), 0) << name;
     MpvLog log;
     SoundServer soundServer(teardown);
+    BackgroundThreads disk(1);
     MpvMediaPlayer player(stream.address(), std::make_unique<MpvInstance>(handle),
-                          MpvInstance::Sound::on, log, soundServer, teardown);
+                          MpvInstance::Sound::on, log, soundServer, teardown, disk);
     player.play();
     const auto foundIn = [](const QString& path) {
         QFile file(path);
