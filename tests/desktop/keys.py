@@ -172,7 +172,7 @@ class Keys(SiteCase):
         self.desktop.key(US[","])
         settings = self.desktop.window("Orvane Settings")
         x, y, _, _ = self.desktop.frame(settings)
-        self.desktop.click(x + 30, y + 235)
+        self.desktop.click(x + 30, y + 270)
         self.program.wait_for_preferences(shortcutsInGhostMode=True)
         self.desktop.close(settings)
 
