@@ -26,6 +26,8 @@ public:
     void stop() override {}
     void next() override {}
     void previous() override {}
+    void goBack(std::chrono::microseconds) override {}
+    [[nodiscard]] std::chrono::microseconds position() const override { return {}; }
     void setVolume(double) override {}
     void raise() override {}
     void quit() override {}
