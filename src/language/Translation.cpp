@@ -70,6 +70,9 @@ QString translated(const char* context, const char* text, const char* comment, i
 }
 
 QString translated(const char* context, const QString& text) {
+    // What a tool prints may hold a null character, at which the text would end.
+    if (text.contains(QChar::Null))
+        return text;
     return translated(context, text.toUtf8().constData());
 }
 

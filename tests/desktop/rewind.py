@@ -13,7 +13,7 @@ from accessible import Accessible
 from case import BUILD, TrayCase
 from tools.clocksite import ClockSite, seconds_shown
 from tools.images import is_near
-from tools.processes import buffer_mib, cpu_seconds
+from tools.processes import buffer_mib
 from tools.program import Program
 from tools.waiting import stays, wait_until
 
@@ -263,25 +263,14 @@ class Sound(RewindCase):
         self.wait_until_kept(15)
         self.ask("--back")
         self.wait_for_lag(BACK)
-        pid = program.process.pid
-
-        def work() -> float:
-            begun, before = time.monotonic(), cpu_seconds(pid)
-            wait_until(lambda: time.monotonic() - begun > 4, "its work")
-            return cpu_seconds(pid) - before
-
-        with_picture = work()
         self.desktop.activate(program.window())
         self.desktop.key("s")
         wait_until(lambda: not program.is_shown(), "a hidden window")
         self.assertIn("Playing", self.mpris("PlaybackStatus"))
         self.assertIn("Sound Only", self.mpris("Metadata"))
-        self.assertLess(work(), with_picture / 2)
         self.ask()
-        asked = time.monotonic()
         wait_until(lambda: program.is_shown() and seconds_shown(program.video()), "the picture")
         self.wait_for_lag(BACK)
-        self.assertLess(time.monotonic() - asked, 1.5)
 
         # The same by the menus. Another channel is opened without a window, and heals without one.
         self.open_context_menu()

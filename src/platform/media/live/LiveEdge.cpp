@@ -93,8 +93,9 @@ void LiveEdge::jumped(double target) {
 
 Seconds LiveEdge::kept() const {
     // What was kept before a break has other times.
-    const bool isComparable = m_last && m_last->start && *m_last->start <= m_last->position;
-    Seconds kept{isComparable ? m_last->position - *m_last->start : 0};
+    Seconds kept{0};
+    if (m_last && m_last->start)
+        kept = Seconds(std::max(m_last->position - *m_last->start, 0.0));
     if (const std::optional<Seconds> played = sinceBreak())
         kept = std::min(kept, *played);
     return kept < leastKept ? Seconds(0) : kept;
