@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """The built program plays the live site. What the site can do wrong is in the table of faults."""
 
+import statistics
 import unittest
 
 from case import BUILD, SiteCase
@@ -8,7 +9,7 @@ from tools.processes import own_memory_mib, threads
 from tools.program import wait_for_motion
 from tools.waiting import wait_until
 
-SWITCHES = 50
+SWITCHES = 100
 # MiB: the share of buffers that happen to be in use; the sanitizers keep what was freed.
 MEMORY_NOISE = 10 if "asan" not in BUILD else 1024
 # Fewer than one player has: a thread that leaks at each switch would be thirty.
@@ -36,11 +37,11 @@ class Playback(SiteCase):
         wait_for_motion(program, self.channel)
         self.quit_cleanly()
 
-    def test_fifty_switches(self):
-        """Of channels of which one never answers. The least that the program held counts: players come and go."""
+    def test_hundred_switches(self):
+        """Of channels of which one never answers. Players come and go within 30 ms each, so medians count."""
         list(self.site.channels.values())[-1].faults["list"] = "hang"
         program = self.start("play_probe", arguments=[str(SWITCHES)])
-        groups = [[] for _ in range(SWITCHES // 10)]
+        held = []
         done = 0
 
         def lines() -> list[str]:
@@ -52,12 +53,16 @@ class Playback(SiteCase):
             done = len(lines())
             self.assertGreater(done, before, program.log())
             if done < SWITCHES:
-                groups[done // 10].append((own_memory_mib(program.process.pid), threads(program.process.pid)))
+                held.append((done, own_memory_mib(program.process.pid), threads(program.process.pid)))
         self.assertEqual(program.wait_for_end(), 0, program.log())
-        held = [tuple(map(min, zip(*group))) for group in groups]
-        print("the least memory (MiB) and threads in each ten switches:", held)
-        self.assertLess(held[-1][0] - held[1][0], MEMORY_NOISE)
-        self.assertLess(held[-1][1] - held[1][1], THREAD_NOISE)
+        # During the first ones yt-dlp runs, with moments without any player.
+        early = [sample[1:] for sample in held if SWITCHES // 5 < sample[0] <= SWITCHES * 3 // 5]
+        late = [sample[1:] for sample in held if sample[0] > SWITCHES * 3 // 5]
+        memory, thread_count = ([statistics.median(values) for values in (x, y)]
+                                for x, y in zip(zip(*early), zip(*late)))
+        print("memory (MiB) and threads, early and late:", memory, thread_count)
+        self.assertLess(memory[1] - memory[0], MEMORY_NOISE)
+        self.assertLess(thread_count[1] - thread_count[0], THREAD_NOISE)
         self.assertEqual(self.site.count("/@"), len(self.site.channels), "addresses are remembered")
 
 
