@@ -95,7 +95,7 @@ class Testbed:
         """Returns the address that yt-dlp finds on the channel's page."""
         return f"{self.site.origin}/hls/{channel.handle}/480/list.m3u8"
 
-    def orvane(self, **preferences: int) -> Program:
+    def orvane(self, **preferences: int | list[str]) -> Program:
         """Starts it without other preferences than these, so that it begins with the first channel of the site."""
         path = pathlib.Path(self.desktop.environment["XDG_CONFIG_HOME"]) / "orvane/preferences.json"
         path.unlink(missing_ok=True)
