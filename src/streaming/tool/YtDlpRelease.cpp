@@ -6,6 +6,7 @@
 #include "streaming/tool/ToolRunner.h"
 #include "streaming/tool/YtDlpSearch.h"
 
+#include <QCoroFuture>
 #include <QDir>
 #include <QFileInfo>
 #include <QJsonDocument>
@@ -13,6 +14,7 @@
 #include <QTemporaryDir>
 #include <QVersionNumber>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace orvane {
@@ -34,13 +36,15 @@ const QString latestRelease = u"/yt-dlp/yt-dlp/releases/latest/download/"_s;
 /// The first version of Python that runs the file for all machines.
 const QVersionNumber neededPython(3, 10);
 
-/// Removes all unpacked releases but this one and the one before, which may be running.
-void removeOthers(const QDir& folder, const QString& current) {
+/// Removes all unpacked releases but this one and the one before, which may be running. Each has
+/// some two thousand files.
+bool removeOthers(const QDir& folder, const QString& current) {
     QStringList others =
         folder.entryList({unpackedPrefix + u'*'}, QDir::Dirs | QDir::NoSymLinks, QDir::Time);
     others.removeOne(current);
-    for (const QString& old : others.mid(1))
-        QDir(folder.filePath(old)).removeRecursively();
+    return std::ranges::all_of(others.mid(1), [&](const QString& old) {
+        return QDir(folder.filePath(old)).removeRecursively();
+    });
 }
 
 } // namespace
@@ -161,27 +165,17 @@ YtDlpRelease::downloadFile(QString address, QByteArray checksum, QString destina
 
 QCoro::Task<> YtDlpRelease::unpack(YtDlpCommand packed, QString workFolder, QString checksum,
                                    QString version) {
-    const QString python = systemPython(m_tools.host());
-    const auto runs = [this, python](QStringList arguments) {
-        return m_tools.succeeds(python, QStringList{u"-I"_s, u"-m"_s} + arguments,
-                                ToolEnvironment::extendedPath);
-    };
-    const QString fresh = workFolder + u"/unpacked"_s;
-    const QStringList extraction{u"zipfile"_s, u"-e"_s, packed.program, fresh};
-    const QStringList compilation{u"compileall"_s, u"-q"_s, fresh};
-    if (!HostFileSystem::isExecutableFile(python))
-        co_return;
-    const bool isExtracted = co_await runs(extraction);
-    if (!isExtracted)
-        co_return;
-    // Python compiles by itself what this does not, at the first start.
-    co_await runs(compilation);
-
     QDir folder(QFileInfo(workFolder).path());
     const QString name = unpackedPrefix + checksum.left(checksumDigits);
+    // It may have been unpacked before.
+    if (!folder.exists(name)) {
+        const QString fresh = workFolder + u"/unpacked"_s;
+        const bool isExtracted = co_await extract(packed.program, fresh);
+        if (!isExtracted)
+            co_return;
+        folder.rename(fresh, name);
+    }
     const QString start = folder.filePath(name + u"/__main__.py"_s);
-    // It is there if this release was unpacked before.
-    folder.rename(fresh, name);
     QFile::setPermissions(start, QFile::permissions(start) | QFile::ExeOwner);
     const YtDlpCommand unpacked{YtDlpCommand::Kind::executable, workFolder + u"/start"_s};
     if (!QFile::link(start, unpacked.program))
@@ -189,9 +183,25 @@ QCoro::Task<> YtDlpRelease::unpack(YtDlpCommand packed, QString workFolder, QStr
     const std::optional<QString> printed = co_await askVersion(m_tools, unpacked, m_stop);
     if (printed != version)
         co_return;
-    removeOthers(folder, name);
+    const QFuture<bool> removal =
+        m_disk.run([path = folder.path(), name] { return removeOthers(QDir(path), name); });
+    co_await removal;
     std::rename(QFile::encodeName(unpacked.program).constData(),
                 QFile::encodeName(packed.program).constData());
+}
+
+QCoro::Task<bool> YtDlpRelease::extract(QString archive, QString folder) {
+    const QString python = systemPython(m_tools.host());
+    if (!HostFileSystem::isExecutableFile(python))
+        co_return false;
+    const QStringList extraction{u"-I"_s, u"-m"_s, u"zipfile"_s, u"-e"_s, archive, folder};
+    const bool isExtracted =
+        co_await m_tools.succeeds(python, extraction, ToolEnvironment::extendedPath);
+    // Python compiles by itself what this does not, at the first start.
+    const QStringList compilation{u"-I"_s, u"-m"_s, u"compileall"_s, u"-q"_s, folder};
+    if (isExtracted)
+        co_await m_tools.succeeds(python, compilation, ToolEnvironment::extendedPath);
+    co_return isExtracted;
 }
 
 QCoro::Task<std::optional<YtDlpRelease::Checksums>> YtDlpRelease::checksums(Origin releases) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/BackgroundThreads.h"
 #include "base/Origin.h"
 #include "streaming/tool/YtDlpVersion.h"
 
@@ -77,11 +78,13 @@ private:
     /// where that fails.
     [[nodiscard]] QCoro::Task<> unpack(YtDlpCommand packed, QString workFolder, QString checksum,
                                        QString version);
+    [[nodiscard]] QCoro::Task<bool> extract(QString archive, QString folder);
 
     ToolRunner& m_tools;
     HttpClient& m_http;
     YtDlpSources m_sources;
     std::stop_token m_stop;
+    BackgroundThreads m_disk{1};
 };
 
 } // namespace orvane
