@@ -206,7 +206,11 @@ void MpvInstance::setDecoding(Decoding decoding, std::optional<double> place) co
     const char* usual = m_contextScope ? hardwareDecoders : "no";
     command({"set", "hwdec", all ? usual : ""});
     if (place)
-        command({"seek", QByteArray::number(*place, 'f', 3).constData(), "absolute+exact"});
+        seek(*place);
+}
+
+void MpvInstance::seek(double place) const {
+    command({"seek", QByteArray::number(place, 'f', 3).constData(), "absolute+exact"});
 }
 
 void MpvInstance::turnSoundOn() const {

@@ -63,6 +63,8 @@ public:
     /// first call. The decoder is made anew, and the stream goes on from `place`, in
     /// seconds, if that is given.
     void setDecoding(Decoding decoding, std::optional<double> place) const;
+    /// Goes on from this place, in seconds.
+    void seek(double place) const;
 
     /// Sends a command and ignores its outcome.
     void command(const std::vector<const char*>& words) const;

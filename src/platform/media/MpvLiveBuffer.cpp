@@ -240,7 +240,7 @@ bool MpvLiveBuffer::goLive() {
 
 void MpvLiveBuffer::goTo(double place) {
     m_edge.jumped(place);
-    m_instance.command({"seek", QByteArray::number(place, 'f', 3).constData(), "absolute+exact"});
+    m_instance.seek(place);
     announce();
 }
 

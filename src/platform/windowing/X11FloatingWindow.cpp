@@ -290,10 +290,9 @@ void X11FloatingWindow::setVanished(bool vanished) {
             withdraw();
         return;
     }
-    setShapeEmpty(vanished); // Its shadow goes with its shape.
     // mutter gives the keyboard to the window under the pointer, whatever its shape.
     setAcceptsFocus(!vanished);
-    flush();
+    setShapeEmpty(vanished); // Its shadow goes with its shape.
 }
 
 void X11FloatingWindow::setShapeEmpty(bool isEmpty) {
