@@ -134,11 +134,20 @@ class Testbed:
     def mpv(self, *arguments: str):
         """Runs mpv; yields the process and when it was started."""
         started = time.monotonic()
-        process = subprocess.Popen([*MPV, *arguments], env=self.desktop.environment,
-                                   stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-                                   stderr=subprocess.DEVNULL)
-        try:
+        with self._running([*MPV, *arguments]) as process:
             yield process, started
+
+    def ffmpeg(self, channel: Channel, *arguments: str) -> contextlib.AbstractContextManager[subprocess.Popen]:
+        """Runs an ffmpeg that does the work of these arguments on the channel's stream, and shows nothing."""
+        return self._running(["ffmpeg", "-loglevel", "quiet", "-i", self.stream(channel), *arguments,
+                              "-f", "null", "-"])
+
+    @contextlib.contextmanager
+    def _running(self, command: list[str]):
+        process = subprocess.Popen(command, env=self.desktop.environment, stdin=subprocess.DEVNULL,
+                                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        try:
+            yield process
         finally:
             process.terminate()
             process.wait()

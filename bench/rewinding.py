@@ -6,7 +6,6 @@ from __future__ import annotations
 import contextlib
 import pathlib
 import statistics
-import subprocess
 import tempfile
 import time
 from collections.abc import Iterator
@@ -111,13 +110,9 @@ def sound(bench: Bench) -> list[Row]:
             wait_until(lambda: not program.is_shown(), "a hidden window")
             _wait(2)
             orvane.append(cpu_share(program.process.pid, SOUND_SECONDS))
-        with subprocess.Popen(["ffmpeg", "-loglevel", "quiet", "-nostdin", "-i", testbed.stream(channel),
-                               "-vn", "-f", "null", "-"]) as process:
-            try:
-                _wait(3)
-                ffmpeg.append(cpu_share(process.pid, SOUND_SECONDS))
-            finally:
-                process.terminate()
+        with testbed.ffmpeg(channel, "-vn") as process:
+            _wait(3)
+            ffmpeg.append(cpu_share(process.pid, SOUND_SECONDS))
     return [compared("CPU with the sound only, beside ffmpeg", "%", orvane, ffmpeg, 1.2,
                      "of one core; ffmpeg fetches the same list and decodes its sound")]
 

@@ -6,10 +6,8 @@ from __future__ import annotations
 import contextlib
 import datetime
 import json
-import os
 import pathlib
 import statistics
-import subprocess
 import tempfile
 import time
 from collections.abc import Iterator
@@ -18,6 +16,7 @@ from measures import RUN_SECONDS, RUNS, Bench, Row, compared, milliseconds
 from players import IDS, PLACE, SCREEN_PLACE, Testbed, wait_for_ytdlp
 from tools.livesite import LiveSite
 from tools.processes import cpu_share
+from tools.program import launcher_with
 
 # Each waits for a yt-dlp that takes this long for each channel that is prepared.
 SLOW_SECONDS = 5
@@ -70,15 +69,13 @@ def _slow_testbed(bench: Bench) -> Iterator[Testbed]:
     """One whose yt-dlp takes long. Only the program sees that."""
     with tempfile.TemporaryDirectory() as folder:
         path = pathlib.Path(folder)
-        slow, launcher = path / "yt-dlp", path / "launcher"
-        slow.write_text(f'#!/bin/sh\nsleep {SLOW_SECONDS}\nexec {path}/real "$@"\n', encoding="ascii")
-        as_root = "" if os.getuid() == 0 else "--map-root-user"
-        launcher.write_text(f"#!/bin/sh\nexec unshare {as_root} --mount sh -e -c 'mount --bind {slow} {YTDLP}\n"
-                            f"exec {bench.build}/orvane \"$@\"' orvane \"$@\"\n", encoding="ascii")
-        (path / "real").write_bytes(pathlib.Path(YTDLP).read_bytes())
-        for file in (slow, launcher, path / "real"):
+        slow, real = path / "yt-dlp", path / "real"
+        slow.write_text(f'#!/bin/sh\nsleep {SLOW_SECONDS}\nexec {real} "$@"\n', encoding="ascii")
+        real.write_bytes(pathlib.Path(YTDLP).read_bytes())
+        for file in (slow, real):
             file.chmod(0o755)
-        with Testbed(path, launcher) as testbed:
+        launcher = launcher_with(f"mount --bind {slow} {YTDLP}", f"{bench.build}/orvane", path / "launcher")
+        with Testbed(path, pathlib.Path(launcher)) as testbed:
             yield testbed
 
 
@@ -120,15 +117,10 @@ def least(bench: Bench) -> list[Row]:
             testbed.screen.wait_for_colour(SCREEN_PLACE, channel.colour)
             work["full screen"][0].append(cpu_share(program.process.pid, RUN_SECONDS))
         for size, (_, ffmpeg) in zip(("480:270", "1280:720"), work.values()):
-            with subprocess.Popen(["ffmpeg", "-loglevel", "quiet", "-nostdin", "-i", testbed.stream(channel),
-                                   "-vf", f"scale={size}:flags=fast_bilinear,format=bgr0",
-                                   "-f", "null", "-"]) as process:
-                try:
-                    # What is there already is decoded at once; live is what comes after it.
-                    time.sleep(RUN_SECONDS)
-                    ffmpeg.append(cpu_share(process.pid, RUN_SECONDS))
-                finally:
-                    process.terminate()
+            with testbed.ffmpeg(channel, "-vf", f"scale={size}:flags=fast_bilinear,format=bgr0") as process:
+                # What is there already is decoded at once; live is what comes after it.
+                time.sleep(RUN_SECONDS)
+                ffmpeg.append(cpu_share(process.pid, RUN_SECONDS))
     return [compared(f"CPU in {where}, beside ffmpeg", "%", orvane, ffmpeg, 1.5,
                      "of one core; ffmpeg fetches, decodes and scales the same list")
             for where, (orvane, ffmpeg) in work.items()]

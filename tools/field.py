@@ -19,7 +19,7 @@ from tools.desktop import Desktop
 from tools.images import moves, shows
 from tools.loopback import LoopbackServer
 from tools.modelsite import HOST, MODELS, Model, ModelSite
-from tools.program import Program
+from tools.program import Program, launcher_with
 
 USUAL_PLACE = "/usr/bin/yt-dlp"
 # Neither installs nor upgrades anything here: there is no package index in this network.
@@ -102,12 +102,9 @@ def try_cell(model: Model, tool: str, tools: pathlib.Path, seconds: float, scree
             server = stack.enter_context(ReleaseServer(tools, release, folder))
             variables |= {"ORVANE_GITHUB_API": server.origin, "ORVANE_GITHUB": server.origin}
         mounts, runs = install(tool, tools, folder)
-        launcher = folder / "launcher"
-        launcher.write_text(f"#!/bin/sh\nexec unshare --mount sh -e -c '{mounts}\n"
-                            f"exec {os.environ['ORVANE_BUILD']}/orvane \"$@\"' orvane \"$@\"\n", encoding="ascii")
-        launcher.chmod(0o755)
+        launcher = launcher_with(mounts, f"{os.environ['ORVANE_BUILD']}/orvane", folder / "launcher")
         site.began = time.monotonic()
-        program = stack.enter_context(Program(desktop, str(launcher), "", ["--verbose"], **variables))
+        program = stack.enter_context(Program(desktop, launcher, "", ["--verbose"], **variables))
         seen = watch(program, site, seconds)
         if screenshot:
             screenshot.mkdir(parents=True, exist_ok=True)

@@ -4,6 +4,7 @@
 from __future__ import annotations
 
 import json
+import os
 import pathlib
 import signal
 import subprocess
@@ -22,6 +23,16 @@ OFFLINE = {"ORVANE_GITHUB_API": "", "ORVANE_GITHUB": "", "ORVANE_GITHUB_RAW": ""
            "ORVANE_TELEMETRY": "", "PIP_NO_INDEX": "1"}
 
 BAR_HEIGHT = 44
+
+
+def launcher_with(mounts: str, binary: str, path: pathlib.Path) -> str:
+    """Writes a script to `path` that starts the program after these shell commands, and returns it. Only the program
+    sees what they mount."""
+    as_root = "" if os.getuid() == 0 else "--map-root-user"
+    path.write_text(f"#!/bin/sh\nexec unshare {as_root} --mount sh -e -c '{mounts}\n"
+                    f"exec {binary} \"$@\"' orvane \"$@\"\n", encoding="ascii")
+    path.chmod(0o755)
+    return str(path)
 
 
 class Program:

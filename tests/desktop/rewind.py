@@ -14,7 +14,7 @@ from case import BUILD, TrayCase
 from tools.clocksite import ClockSite, seconds_shown
 from tools.images import is_near
 from tools.processes import buffer_mib
-from tools.program import Program
+from tools.program import Program, launcher_with
 from tools.waiting import stays, wait_until
 
 BACK = 10
@@ -217,12 +217,8 @@ class Bounds(RewindCase):
         """Returns a program that starts Orvane with a disk of its own for its cache."""
         cache = pathlib.Path(self.desktop.environment["XDG_CACHE_HOME"])
         cache.mkdir(parents=True, exist_ok=True)
-        path = self.desktop.folder / "launcher"
-        as_root = "" if os.getuid() == 0 else "--map-root-user"
-        path.write_text(f"#!/bin/sh\nexec unshare {as_root} --mount sh -e -c 'mount -t tmpfs -o size={size} none {cache}\n"
-                        f"exec {BUILD}/orvane \"$@\"' orvane \"$@\"\n", encoding="ascii")
-        path.chmod(0o755)
-        return str(path)
+        return launcher_with(f"mount -t tmpfs -o size={size} none {cache}", f"{BUILD}/orvane",
+                             self.desktop.folder / "launcher")
 
     def test_full_disk(self):
         program = self.open_on_a_disk_of("600M")

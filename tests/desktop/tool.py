@@ -13,7 +13,7 @@ import unittest
 from tools.desktop import Desktop
 from tools.livesite import LiveSite
 from tools.loopback import LoopbackServer
-from tools.program import Program, wait_for_motion
+from tools.program import Program, launcher_with, wait_for_motion
 
 BUILD = os.environ["ORVANE_BUILD"]
 RELEASE = "/yt-dlp/yt-dlp/releases/latest/download"
@@ -74,17 +74,11 @@ class Tool(unittest.TestCase):
         # Hides the machine's own tools from the program alone.
         script = f"mount --bind {empty} {PACKAGE}\n"
         script += "".join(f"[ ! -e {f} ] || mount --bind /dev/null {f}\n" for f in hidden)
-        launcher = self.folder / "launcher"
-        as_root = "" if os.getuid() == 0 else "--map-root-user"
-        launcher.write_text(
-            f"#!/bin/sh\nexec unshare {as_root} --mount sh -c '{script}exec {BUILD}/orvane'\n",
-            encoding="ascii",
-        )
-        launcher.chmod(0o755)
+        launcher = launcher_with(script, f"{BUILD}/orvane", self.folder / "launcher")
         with ReleaseServer(files) as releases, Desktop() as desktop:
             # Excludes the developer's own tools.
             path = {"PATH": "/usr/bin:/bin"}
-            with Program(desktop, str(launcher), self.site.origin, ORVANE_GITHUB=releases.origin,
+            with Program(desktop, launcher, self.site.origin, ORVANE_GITHUB=releases.origin,
                          PYTHONPATH="", **path) as program:
                 # The channel waits for the installation, which the overlay shows.
                 program.wait_for("installing")

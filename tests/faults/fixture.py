@@ -4,7 +4,6 @@ user sees. Each check waits for a condition, and raises if it does not hold in t
 
 import contextlib
 import json
-import os
 import pathlib
 import tempfile
 import time
@@ -13,7 +12,7 @@ from outcome import BUILD
 from tools.desktop import Desktop
 from tools.images import background
 from tools.livesite import LiveSite
-from tools.program import Program, wait_for_motion
+from tools.program import Program, launcher_with, wait_for_motion
 from tools.waiting import wait_until
 
 # An unknown key, which the program must preserve.
@@ -59,13 +58,7 @@ class Fixture:
         """`mounts` are shell commands; only the program sees what they mount."""
         binary = f"{BUILD}/orvane"
         if mounts:
-            launcher = self.folder / "launcher"
-            as_root = "" if os.getuid() == 0 else "--map-root-user"
-            launcher.write_text(
-                f"#!/bin/sh\nexec unshare {as_root} --mount sh -e -c '{mounts}\nexec {binary} \"$@\"' orvane \"$@\"\n",
-                encoding="ascii")
-            launcher.chmod(0o755)
-            binary = str(launcher)
+            binary = launcher_with(mounts, binary, self.folder / "launcher")
         return self.run(binary, *arguments, **variables)
 
     def run(self, binary: str, *arguments: str, **variables: str) -> Program:
