@@ -161,11 +161,12 @@ class Rewind(Accessible, RewindCase):
         self.wait_until_kept(15)
         self.ask("--back")
         self.wait_for_lag(BACK)
-        self.site.start_anew(40)
+        self.site.start_anew(56)
         self.wait_for_figure(BACK)
         before = seconds_shown(program.video())
-        wait_until(lambda: seconds_shown(program.video()) < before - 10, "the new time")
-        # What was before cannot be reached, and is not tried.
+        begun = wait_until(lambda: (shown := seconds_shown(program.video())) < before - 10 and shown, "the new time")
+        wait_until(lambda: seconds_shown(program.video()) > begun + 5, "it plays on")
+        # What was before cannot be reached any more, and is not tried.
         self.ask("--back", "500")
         stays(lambda: (seconds_shown(program.video()) or 0) < before - 10, "the new time", 5)
         self.ask("--live")

@@ -57,7 +57,7 @@ constexpr std::array options{
     // Otherwise each new connection waits for an acknowledgement before its first request, on a
     // server that delays those for 40 ms.
     Option{"stream-lavf-o", "tcp_nodelay=1"},
-    // There is no seeking in a live stream, so what was shown is not kept.
+    // What was shown is kept only once there is a disk for it.
     Option{"demuxer-max-bytes", "32MiB"},
     Option{"demuxer-max-back-bytes", "0"},
     // The addresses come from yt-dlp, which does not check certificates either.

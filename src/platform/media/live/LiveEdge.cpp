@@ -47,7 +47,7 @@ Seconds LiveEdge::followEdge(const Sample& sample, TimePoint now) {
 }
 
 void LiveEdge::followPosition(const Sample& sample, Seconds passed) {
-    if (!m_last || m_hasJumped)
+    if (!m_last)
         return;
     const double step = sample.position - m_last->position;
     const double longestStep = sample.isAdvancing ? passed.count() : 0;
@@ -57,28 +57,40 @@ void LiveEdge::followPosition(const Sample& sample, Seconds passed) {
     m_begin = sample.position;
 }
 
+bool LiveEdge::isOnTheWay(Jump& jump, double position, Seconds passed) {
+    const double distance = position - jump.target;
+    const bool hasArrived =
+        distance >= -backwardBreak && distance <= passed.count() + backwardBreak;
+    return !hasArrived && --jump.samplesLeft > 0;
+}
+
 void LiveEdge::sampled(const Sample& sample, TimePoint now) {
     const Seconds passed = followEdge(sample, now);
-    followPosition(sample, passed);
-    const Seconds distance{m_edge - sample.position};
+    m_at = now;
+    if (m_jump && isOnTheWay(*m_jump, sample.position, passed)) {
+        // An answer that is older than the jump.
+        m_last = sample;
+        m_last->position = m_jump->target;
+        return;
+    }
+    if (!m_jump)
+        followPosition(sample, passed);
+    compare(Seconds(m_edge - sample.position), passed, sample.isAdvancing);
+    m_last = sample;
+    m_jump.reset();
+}
+
+void LiveEdge::compare(Seconds distance, Seconds passed, bool isAdvancing) {
     if (m_breaks > 0) {
-        if (!m_isLive && !sample.isAdvancing)
+        if (!m_isLive && !isAdvancing)
             m_behind += passed;
-    } else if (m_isLive && m_samplesToLive == 0) {
+    } else if (m_isLive && !m_jump) {
         m_lead = std::max(distance, Seconds(0));
-    } else if (m_isLive) {
-        // The player may not have found the place.
-        m_behind = distance - m_lead;
-        const bool isThere = m_behind < arrivalTolerance;
-        m_samplesToLive = isThere ? 0 : m_samplesToLive - 1;
-        m_isLive = isThere || m_samplesToLive > 0;
     } else {
         m_behind = std::max(distance - m_lead, Seconds(0));
-        m_isLive = sample.isAdvancing && m_behind < liveTolerance;
+        // The player may not have found the place.
+        m_isLive = m_isLive ? m_behind < arrivalTolerance : isAdvancing && m_behind < liveTolerance;
     }
-    m_last = sample;
-    m_at = now;
-    m_hasJumped = false;
 }
 
 void LiveEdge::jumped(double target) {
@@ -86,9 +98,8 @@ void LiveEdge::jumped(double target) {
         return;
     m_behind = std::max(behind() + Seconds(m_last->position - target), Seconds(0));
     m_isLive = m_behind < liveTolerance;
-    m_samplesToLive = m_isLive ? samplesForArrival : 0;
     m_last->position = target;
-    m_hasJumped = true;
+    m_jump = Jump{.target = target, .samplesLeft = samplesForArrival};
 }
 
 Seconds LiveEdge::kept() const {

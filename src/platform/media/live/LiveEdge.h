@@ -50,8 +50,17 @@ public:
     [[nodiscard]] std::optional<double> placeOfLive() const;
 
 private:
+    /// A jump that the player has been asked for.
+    struct Jump {
+        double target;
+        /// Until it must have been made.
+        int samplesLeft;
+    };
+
     [[nodiscard]] Seconds followEdge(const Sample& sample, TimePoint now);
     void followPosition(const Sample& sample, Seconds passed);
+    [[nodiscard]] static bool isOnTheWay(Jump& jump, double position, Seconds passed);
+    void compare(Seconds distance, Seconds passed, bool isAdvancing);
 
     std::optional<Sample> m_last;
     TimePoint m_at;
@@ -64,9 +73,7 @@ private:
     /// Breaks of the time between the position and the edge.
     int m_breaks = 0;
     bool m_isLive = true;
-    bool m_hasJumped = false;
-    /// Samples until a jump to live must have succeeded.
-    int m_samplesToLive = 0;
+    std::optional<Jump> m_jump;
 };
 
 } // namespace orvane

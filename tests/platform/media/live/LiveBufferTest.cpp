@@ -106,6 +106,15 @@ TEST_F(LiveEdgeTest, DoesNotBelieveAJumpThatFailed) {
     EXPECT_TRUE(edge.isLive()) << "not at once: the answer may be an old one";
     pass(5);
     EXPECT_NEAR(behind(), 30, 1);
+    // Old answers, and only then the new place: nothing breaks there.
+    const std::optional<double> place = edge.placeOfLive();
+    go(place);
+    position = before;
+    pass(2);
+    position = *place + 2;
+    pass(10);
+    EXPECT_TRUE(edge.isLive());
+    EXPECT_NEAR(edge.kept().count(), position, 0.1) << "all of it can still be reached";
 }
 
 TEST_F(LiveEdgeTest, FollowsASiteThatStands) {
