@@ -470,7 +470,7 @@ yt-dlp %6
     </message>
     <message>
         <source>Go to live (End)</source>
-        <translation>الانتقال إلى البث المباشر (End)</translation>
+        <translation>الانتقال إلى البث المباشر (⁦End⁩)</translation>
     </message>
     <message>
         <source>%1 behind live, go to live</source>

@@ -673,7 +673,7 @@ yt-dlp %6
     </message>
     <message>
         <source>Keep to Go Back:</source>
-        <translation>À garder en arrière :</translation>
+        <translation>Retour en arrière :</translation>
     </message>
 </context>
 <context>

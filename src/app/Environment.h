@@ -2,7 +2,7 @@
 #pragma once
 
 #include "base/Origin.h"
-#include "platform/media/VideoOutput.h"
+#include "platform/media/view/VideoOutput.h"
 #include "streaming/tool/YtDlpRelease.h"
 
 #include <QByteArray>

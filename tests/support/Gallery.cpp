@@ -178,6 +178,8 @@ public:
         failures(view);
         notifications.post(AppNotification::streamResolved, channel);
         show(u"player-playing"_s, view);
+        state.setLivePosition({.behind = 40s, .canGoBack = true});
+        show(u"player-behind"_s, view);
         view.resize(320, 224);
         state.assignCurrentChannel(registry.channel(u"livenowfox"_s));
         show(u"player-small"_s, view);

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "base/DeferredCall.h"
-#include "platform/media/VideoOutput.h"
-#include "platform/media/VideoSource.h"
+#include "platform/media/view/VideoOutput.h"
+#include "platform/media/view/VideoSource.h"
 
 #include <QByteArray>
 #include <QString>

@@ -17,9 +17,6 @@ using Phase = PlayerLifecycle::Phase;
 namespace {
 
 constexpr double fullVolumePercent = 100;
-/// How often a lost audio output is tried again.
-constexpr std::chrono::milliseconds audioRetryTime{5000};
-
 /// How often the memory is looked at while a stream is opened, and while it plays. A list that does
 /// not end takes some 50 MiB a second.
 constexpr std::chrono::milliseconds openingMemoryCheckTime{200};
@@ -32,13 +29,7 @@ constexpr std::int64_t decoderLimit = 1000 * mebibyte;
 constexpr std::int64_t playingLimit = 400 * mebibyte;
 
 /// The ids of the properties that a poll requests, in the order of the requests.
-enum PositionReply : std::uint64_t {
-    timeReply = 1,
-    audioReply,
-    startReply,
-    soundReply,
-    pictureReply
-};
+enum PositionReply : std::uint64_t { timeReply = 1, audioReply, startReply, pictureReply };
 
 /// A sound that begins later than the picture is reached in steps, as its first timestamp is not
 /// known before.
@@ -69,9 +60,8 @@ MpvMediaPlayer::MpvMediaPlayer(StreamAddress address, std::unique_ptr<MpvInstanc
     : m_address(std::move(address)),
       m_instance(std::move(instance)),
       m_log(log),
-      m_soundServer(soundServer),
       m_teardown(teardown),
-      m_sound(sound),
+      m_sound(*m_instance, sound, soundServer),
       m_buffer(*m_instance, disk) {
     m_monitorTimer.setSingleShot(true);
     connect(&m_monitorTimer, &QTimer::timeout, this, &MpvMediaPlayer::checkMonitor);
@@ -84,14 +74,9 @@ MpvMediaPlayer::MpvMediaPlayer(StreamAddress address, std::unique_ptr<MpvInstanc
         m_instance->requestNumber(arrived, timeReply);
         m_instance->requestNumber("audio-pts", audioReply);
     });
-    m_soundTimer.setInterval(SoundWatch::checkInterval);
-    connect(&m_soundTimer, &QTimer::timeout, this, &MpvMediaPlayer::checkSound);
-    connect(&m_soundServer, &SoundServer::fellSilent, this, &MpvMediaPlayer::loseSound);
-    connect(&m_soundServer, &SoundServer::answersAgain, this, &MpvMediaPlayer::regainSound);
+    connect(&m_sound, &MpvSound::lost, this, &MediaPlayer::soundLost);
     m_memoryTimer.setInterval(openingMemoryCheckTime);
     connect(&m_memoryTimer, &QTimer::timeout, this, &MpvMediaPlayer::checkMemory);
-    m_audioTimer.setInterval(audioRetryTime);
-    connect(&m_audioTimer, &QTimer::timeout, this, [this] { m_instance->command({"ao-reload"}); });
     connect(&m_log, &MpvLog::line, this, [this](const QString& line) {
         m_monitor.logged(line, now());
         checkMonitor();
@@ -108,8 +93,7 @@ MpvMediaPlayer::MpvMediaPlayer(StreamAddress address, std::unique_ptr<MpvInstanc
 MpvMediaPlayer::~MpvMediaPlayer() {
     Q_EMIT closing();
     using Share = MpvTeardownQueue::Share;
-    const bool mayHang = m_sound == MpvInstance::Sound::on && m_soundServer.isSilent();
-    m_teardown.enqueue(std::move(m_instance), mayHang ? Share::none : Share::place);
+    m_teardown.enqueue(std::move(m_instance), m_sound.mayHang() ? Share::none : Share::place);
 }
 
 MediaPlayer::Status MpvMediaPlayer::status() const {
@@ -135,6 +119,7 @@ void MpvMediaPlayer::play() {
     if (m_lifecycle.play())
         enterPhase();
     m_instance->setFlag("pause", false);
+    m_sound.setWanted(true);
     m_buffer.setPaused(false);
     m_monitor.paused(false, now());
     pollPosition();
@@ -144,6 +129,7 @@ void MpvMediaPlayer::play() {
 void MpvMediaPlayer::pause() {
     m_lifecycle.pause();
     m_instance->setFlag("pause", true);
+    m_sound.setWanted(false);
     m_buffer.setPaused(true);
     m_monitor.paused(true, now());
     pollPosition();
@@ -193,6 +179,7 @@ void MpvMediaPlayer::enterPhase() {
     case Phase::playing:
         qCInfo(logPlayer, "Playing");
         m_monitor.started();
+        m_sound.opened();
         m_memoryTimer.setInterval(playingMemoryCheckTime);
         watchMemory(playingLimit);
         pollPosition();
@@ -206,8 +193,7 @@ void MpvMediaPlayer::enterPhase() {
                   qUtf8Printable(withoutSecrets(error().value_or(u"unknown reason"_s))));
         pollPosition();
         m_memoryTimer.stop();
-        m_audioTimer.stop();
-        m_soundTimer.stop();
+        m_sound.stop();
         m_buffer.stop();
         Q_EMIT statusChanged();
         break;
@@ -227,7 +213,7 @@ void MpvMediaPlayer::open() {
     load();
     m_monitor.opened(now());
     watchMemory(listLimit);
-    m_soundTimer.start();
+    m_sound.opening();
 }
 
 void MpvMediaPlayer::load() {
@@ -325,6 +311,7 @@ void MpvMediaPlayer::handleProperty(const mpv_event_property& property) {
         else if (name == "core-idle") {
             m_isCoreIdle = on;
             m_buffer.setAdvancing(!on);
+            m_sound.setAdvancing(!on);
         }
     } else if (property.format == MPV_FORMAT_INT64) {
         turn(*static_cast<const std::int64_t*>(property.data));
@@ -339,7 +326,7 @@ void MpvMediaPlayer::handleProperty(const mpv_event_property& property) {
             endWith(LiveStreamMonitor::End::error,
                     QString::fromLatin1(QT_TRANSLATE_NOOP("Failure", "No sound arrived")));
         } else if (name == "current-ao") {
-            handleAudioOutput(text);
+            m_sound.setOutput(text);
         }
     }
 }
@@ -356,7 +343,7 @@ void MpvMediaPlayer::turn(std::int64_t degrees) {
 }
 
 void MpvMediaPlayer::handleReply(const mpv_event& reply) {
-    if (m_buffer.handleReply(reply))
+    if (m_buffer.handleReply(reply) || m_sound.handleReply(reply))
         return;
     std::optional<double> seconds;
     if (reply.error >= 0)
@@ -367,10 +354,6 @@ void MpvMediaPlayer::handleReply(const mpv_event& reply) {
     } else if (reply.reply_userdata == audioReply) {
         m_position.audio = seconds;
         m_monitor.positioned(m_position);
-    } else if (reply.reply_userdata == soundReply) {
-        using Advance = SoundWatch::Advance;
-        m_soundWatch.answered(
-            seconds, m_isHeard && !m_isCoreIdle ? Advance::expected : Advance::unexpected, now());
     } else if (reply.reply_userdata == pictureReply) {
         using Decoding = MpvInstance::Decoding;
         m_instance->setDecoding(
@@ -395,52 +378,11 @@ void MpvMediaPlayer::checkMemory() {
     fail(QString::fromLatin1(QT_TRANSLATE_NOOP("Failure", "The stream takes too much memory")));
 }
 
-void MpvMediaPlayer::checkSound() {
-    // Without an output nothing can hold it up, except while one is being opened.
-    const bool mayWait =
-        m_isHeard || m_audioTimer.isActive() || m_lifecycle.phase() == Phase::opening;
-    if (m_sound == MpvInstance::Sound::off || !m_lifecycle.isWanted() || !mayWait)
-        return;
-    if (!m_soundWatch.isSuspicious(now())) {
-        m_soundWatch.asked(now());
-        m_instance->requestNumber("audio-pts", soundReply);
-    } else if (m_soundServer.isSilent()) {
-        loseSound();
-    } else {
-        m_soundServer.suspect();
-    }
-}
-
-void MpvMediaPlayer::loseSound() {
-    if (m_sound == MpvInstance::Sound::off || !m_soundTimer.isActive())
-        return;
-    m_soundTimer.stop();
-    Q_EMIT soundLost();
-}
-
-void MpvMediaPlayer::regainSound() {
-    if (std::exchange(m_sound, MpvInstance::Sound::on) == MpvInstance::Sound::off)
-        m_instance->turnSoundOn();
-}
-
 void MpvMediaPlayer::pollPosition() {
     if (m_lifecycle.shouldAdvance())
         m_positionTimer.start();
     else
         m_positionTimer.stop();
-}
-
-void MpvMediaPlayer::handleAudioOutput(std::string_view output) {
-    // When the audio server ends, mpv falls back to the null output and stays there. A machine that
-    // never had an output is left alone.
-    m_isHeard = output != "null";
-    if (m_isHeard) {
-        m_soundServer.hasWorked = true;
-        m_audioTimer.stop();
-    } else if (m_soundServer.hasWorked && m_sound == MpvInstance::Sound::on) {
-        qCWarning(logPlayer, "The audio output is lost");
-        m_audioTimer.start();
-    }
 }
 
 void MpvMediaPlayer::checkMonitor() {

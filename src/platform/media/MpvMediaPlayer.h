@@ -5,16 +5,14 @@
 #include "platform/media/MpvInstance.h"
 #include "platform/media/MpvLiveBuffer.h"
 #include "platform/media/MpvLog.h"
+#include "platform/media/MpvSound.h"
 #include "platform/media/MpvTeardownQueue.h"
-#include "platform/media/SoundServer.h"
-#include "platform/media/VideoSource.h"
 #include "platform/media/live/LiveStreamMonitor.h"
 #include "platform/media/live/PlayerLifecycle.h"
+#include "platform/media/view/VideoSource.h"
 #include "platform/system/Memory.h"
 
 #include <QTimer>
-
-#include <string_view>
 
 struct mpv_event_end_file;
 struct mpv_event_property;
@@ -75,10 +73,6 @@ private:
     void endWith(LiveStreamMonitor::End end, const QString& reason);
     void fail(std::optional<QString> error);
     void checkMonitor();
-    /// Asks mpv for the position of the sound, and reports that no answer comes.
-    void checkSound();
-    void loseSound();
-    void regainSound();
     /// Begins anew to watch how much memory the stream takes.
     void watchMemory(std::int64_t limit);
     void checkMemory();
@@ -86,15 +80,12 @@ private:
     void pollPosition();
     /// `degrees` is what the stream says.
     void turn(std::int64_t degrees);
-    /// Retries an audio output that has been lost; `output` is mpv's name of the current one.
-    void handleAudioOutput(std::string_view output);
 
     StreamAddress m_address;
     std::unique_ptr<MpvInstance> m_instance;
     MpvLog& m_log;
-    SoundServer& m_soundServer;
     MpvTeardownQueue& m_teardown;
-    MpvInstance::Sound m_sound;
+    MpvSound m_sound;
     PlayerLifecycle m_lifecycle;
     LiveStreamMonitor m_monitor;
     /// The answers to the current poll so far.
@@ -111,14 +102,8 @@ private:
     int m_soundSearches = 0;
     QTimer m_monitorTimer;
     QTimer m_positionTimer;
-    QTimer m_soundTimer;
-    SoundWatch m_soundWatch;
-    /// Whether sound goes to an output of the machine.
-    bool m_isHeard = false;
     QTimer m_memoryTimer;
     MemoryGrowth m_memory{0, 0};
-    /// Runs while the audio output is lost.
-    QTimer m_audioTimer;
     /// The value of mpv's property `core-idle`: false while it plays.
     bool m_isCoreIdle = true;
 };

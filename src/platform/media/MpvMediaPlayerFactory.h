@@ -6,7 +6,7 @@
 #include "platform/media/MpvInstance.h"
 #include "platform/media/MpvLog.h"
 #include "platform/media/SoundServer.h"
-#include "platform/media/VideoOutput.h"
+#include "platform/media/view/VideoOutput.h"
 
 #include <QFuture>
 

@@ -2,8 +2,8 @@
 #include "platform/media/VideoView.h"
 
 #include "base/Logging.h"
-#include "platform/media/OpenGLVideoView.h"
-#include "platform/media/SoftwareVideoView.h"
+#include "platform/media/view/OpenGLVideoView.h"
+#include "platform/media/view/SoftwareVideoView.h"
 
 #include <QDir>
 #include <QFileInfo>

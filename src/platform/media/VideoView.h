@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/media/MediaPlayer.h"
-#include "platform/media/VideoOutput.h"
+#include "platform/media/view/VideoOutput.h"
 
 #include <QWidget>
 

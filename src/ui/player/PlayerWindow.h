@@ -2,7 +2,7 @@
 #pragma once
 
 #include "base/NotificationCenter.h"
-#include "platform/media/VideoOutput.h"
+#include "platform/media/view/VideoOutput.h"
 #include "platform/windowing/UsableAreas.h"
 #include "ui/menus/Menu.h"
 #include "ui/window/DragEnd.h"

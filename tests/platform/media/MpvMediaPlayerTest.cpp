@@ -3,7 +3,7 @@
 
 #include "platform/media/MpvMediaPlayerFactory.h"
 #include "platform/media/MpvTeardownQueue.h"
-#include "platform/media/VideoOutput.h"
+#include "platform/media/view/VideoOutput.h"
 #include "support/EventLoop.h"
 #include "support/LoopbackServer.h"
 

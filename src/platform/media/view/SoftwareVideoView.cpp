@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/media/SoftwareVideoView.h"
+#include "platform/media/view/SoftwareVideoView.h"
 
 #include <QPainter>
 

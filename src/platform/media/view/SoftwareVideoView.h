@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/media/VideoSource.h"
+#include "platform/media/view/VideoSource.h"
 
 #include <QImage>
 #include <QWidget>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/media/OpenGLVideoView.h"
+#include "platform/media/view/OpenGLVideoView.h"
 
 #include <QGuiApplication>
 #include <QOpenGLContext>
