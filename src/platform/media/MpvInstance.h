@@ -63,6 +63,9 @@ public:
     /// first call. The decoder is made anew, and the stream goes on from `place`, in
     /// seconds, if that is given.
     void setDecoding(Decoding decoding, std::optional<double> place) const;
+    enum class Scaling { down, up };
+    /// What the software renderer does from the next frame on.
+    void setScaling(Scaling scaling) const;
     /// Goes on from this place, in seconds.
     void seek(double place) const;
 

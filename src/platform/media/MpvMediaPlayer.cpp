@@ -88,6 +88,7 @@ MpvMediaPlayer::MpvMediaPlayer(StreamAddress address, std::unique_ptr<MpvInstanc
     mpv_observe_property(m_instance->handle(), 0, "vid", MPV_FORMAT_STRING);
     mpv_observe_property(m_instance->handle(), 0, "current-ao", MPV_FORMAT_STRING);
     mpv_observe_property(m_instance->handle(), 0, "video-params/rotate", MPV_FORMAT_INT64);
+    mpv_observe_property(m_instance->handle(), 0, "video-params/w", MPV_FORMAT_INT64);
 }
 
 MpvMediaPlayer::~MpvMediaPlayer() {
@@ -155,6 +156,17 @@ void MpvMediaPlayer::createRenderer(mpv_render_param* parameters, ContextScope c
 bool MpvMediaPlayer::hasNewFrame() {
     const bool isNew = m_instance->hasNewFrame();
     return std::exchange(m_hasTurned, false) || isNew;
+}
+
+void MpvMediaPlayer::setDrawnWidth(int pixels) {
+    m_drawnWidth = pixels;
+    chooseScaler();
+}
+
+void MpvMediaPlayer::chooseScaler() {
+    const bool isEnlarged = m_frameWidth > 0 && m_drawnWidth > m_frameWidth;
+    if (isEnlarged != std::exchange(m_isEnlarged, isEnlarged))
+        m_instance->setScaling(isEnlarged ? MpvInstance::Scaling::up : MpvInstance::Scaling::down);
 }
 
 bool MpvMediaPlayer::draw(mpv_render_param* parameters) {
@@ -314,7 +326,13 @@ void MpvMediaPlayer::handleProperty(const mpv_event_property& property) {
             m_sound.setAdvancing(!on);
         }
     } else if (property.format == MPV_FORMAT_INT64) {
-        turn(*static_cast<const std::int64_t*>(property.data));
+        const std::int64_t number = *static_cast<const std::int64_t*>(property.data);
+        if (name == "video-params/rotate") {
+            turn(number);
+        } else {
+            m_frameWidth = static_cast<int>(number);
+            chooseScaler();
+        }
     } else if (property.format == MPV_FORMAT_STRING) {
         const std::string_view text = *static_cast<char* const*>(property.data);
         if (name == "vid") {

@@ -55,6 +55,7 @@ private:
     void stopUpdates() override { m_instance->onRenderUpdate({}); }
     [[nodiscard]] bool hasNewFrame() override;
     [[nodiscard]] int rotation() const override { return m_rotation; }
+    void setDrawnWidth(int pixels) override;
     bool draw(mpv_render_param* parameters) override;
     void frameShown() override;
 
@@ -78,6 +79,7 @@ private:
     void checkMemory();
     /// Polls the position while it should advance.
     void pollPosition();
+    void chooseScaler();
     /// `degrees` is what the stream says.
     void turn(std::int64_t degrees);
 
@@ -98,6 +100,10 @@ private:
     int m_rotation = 0;
     /// Whether the view has not asked since the rotation has changed.
     bool m_hasTurned = false;
+    /// In pixels; 0 while unknown.
+    int m_frameWidth = 0;
+    int m_drawnWidth = 0;
+    bool m_isEnlarged = false;
     /// How often a later beginning of the sound was looked for.
     int m_soundSearches = 0;
     QTimer m_monitorTimer;

@@ -52,6 +52,7 @@ void SoftwareVideoView::drawFrame() {
         pixels.transpose();
     if (m_image.size() != pixels)
         m_image = QImage(pixels, QImage::Format_RGB32);
+    m_source->setDrawnWidth(pixels.width());
     m_image.setDevicePixelRatio(devicePixelRatioF());
     std::array<int, 2> size{pixels.width(), pixels.height()};
     auto stride = static_cast<size_t>(m_image.bytesPerLine());

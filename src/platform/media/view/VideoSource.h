@@ -33,6 +33,9 @@ public:
     /// Returns by how many degrees clockwise the stream wants its frames to be turned: 0, 90, 180
     /// or 270. mpv's OpenGL renderer turns them, its software renderer does not.
     [[nodiscard]] virtual int rotation() const = 0;
+    /// Tells how wide frames are drawn, in pixels: those that are enlarged can be scaled with less
+    /// work. For a view that draws in memory.
+    virtual void setDrawnWidth(int pixels) = 0;
     /// Draws the current frame, or black before the first. Returns false if nothing was drawn.
     virtual bool draw(mpv_render_param* parameters) = 0;
     /// Counts a new frame as shown. `draw` does so itself; a hidden view, which does not draw,
