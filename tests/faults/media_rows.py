@@ -341,7 +341,8 @@ def silent_server(fixture: Fixture) -> str:
     assert program.count("error") == 0, program.said("error")
     assert freeze < 10, f"the picture stood for {freeze:.1f} s"
     assert slowest < 10, f"a switch took {slowest:.1f} s"
-    assert most < 2 * before, f"{most} threads, {before} before"
+    # Up to four former players hang at once, each with three or four threads.
+    assert most < before + 18, f"{most} threads, {before} before"
     server.send_signal(signal.SIGCONT)
     wait_until(lambda: is_heard(fixture), "the sound again")
     fixture.plays()
