@@ -96,7 +96,8 @@ def main() -> int:
     parser = argparse.ArgumentParser(prog="scripts/bench", description=__doc__)
     parser.add_argument("--build", type=pathlib.Path, required=True, help=argparse.SUPPRESS)
     parser.add_argument("--json", action="store_true", help="print every sample as JSON instead of the table")
-    parser.add_argument("--only", nargs="+", choices=list(MEASURES), metavar="NAME", default=[name for name in MEASURES if name not in BY_NAME],
+    parser.add_argument("--only", nargs="+", choices=list(MEASURES), metavar="NAME",
+                        default=[name for name in MEASURES if name not in BY_NAME],
                         help=f"measure only these: {', '.join(MEASURES)}")
     options = parser.parse_args()
     about = versions(options.build)

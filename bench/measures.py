@@ -284,7 +284,7 @@ def endurance(bench: Bench) -> list[Row]:
 # Work
 
 
-def _fill_screen(testbed: Testbed, program: Program) -> None:
+def fill_screen(testbed: Testbed, program: Program) -> None:
     testbed.desktop.activate(program.window())
     testbed.desktop.key("f")
     wait_until(lambda: program.frame() == (0, 0, 1280, 720), "full screen")
@@ -308,7 +308,7 @@ def _work(bench: Bench, size: str) -> list[list[tuple[float, float, float]]]:
         with testbed.orvane() as program:
             program.wait_for("playing")
             if size == "screen":
-                _fill_screen(testbed, program)
+                fill_screen(testbed, program)
             testbed.screen.wait_for_colour(place, channel.colour)
             orvane.append(sample(program.process.pid))
         with testbed.mpv(*MPV_GPU, *(["--fs"] if size == "screen" else []), testbed.stream(channel)) as (process, _):

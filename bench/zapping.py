@@ -12,8 +12,8 @@ import tempfile
 import time
 from collections.abc import Iterator
 
-from measures import RUN_SECONDS, RUNS, Bench, Row, compared, milliseconds
-from players import IDS, PLACE, SCREEN_PLACE, Testbed, wait_for_ytdlp
+from measures import RUN_SECONDS, RUNS, Bench, Row, compared, fill_screen, milliseconds
+from players import IDS, PLACE, Testbed, wait_for_ytdlp
 from tools.livesite import LiveSite
 from tools.processes import cpu_share
 from tools.program import launcher_with
@@ -112,9 +112,7 @@ def least(bench: Bench) -> list[Row]:
         with testbed.orvane() as program:
             testbed.screen.wait_for_colour(PLACE, channel.colour)
             work["the window"][0].append(cpu_share(program.process.pid, RUN_SECONDS))
-            testbed.desktop.activate(program.window())
-            testbed.desktop.key("f")
-            testbed.screen.wait_for_colour(SCREEN_PLACE, channel.colour)
+            fill_screen(testbed, program)
             work["full screen"][0].append(cpu_share(program.process.pid, RUN_SECONDS))
         for size, (_, ffmpeg) in zip(("480:270", "1280:720"), work.values()):
             with testbed.ffmpeg(channel, "-vf", f"scale={size}:flags=fast_bilinear,format=bgr0") as process:

@@ -235,6 +235,13 @@ void MpvInstance::requestNumber(const char* property, std::uint64_t replyId) con
     mpv_get_property_async(m_handle, replyId, property, MPV_FORMAT_DOUBLE);
 }
 
+std::optional<double> MpvInstance::numberIn(const mpv_event& reply) {
+    const auto* property = static_cast<const mpv_event_property*>(reply.data);
+    if (reply.error < 0 || property->data == nullptr)
+        return std::nullopt;
+    return *static_cast<const double*>(property->data);
+}
+
 void MpvInstance::requestNode(const char* property, std::uint64_t replyId) const {
     mpv_get_property_async(m_handle, replyId, property, MPV_FORMAT_NODE);
 }

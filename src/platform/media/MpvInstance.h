@@ -74,7 +74,9 @@ public:
     /// Requests a property. The answer is an event `MPV_EVENT_GET_PROPERTY_REPLY` with this id;
     /// answers arrive in the order of the requests.
     void requestNumber(const char* property, std::uint64_t replyId) const;
-    /// The same for a property that is a map or a list.
+    /// Returns the number that such an event answers with; nullopt if there is none.
+    [[nodiscard]] static std::optional<double> numberIn(const mpv_event& reply);
+    /// Requests a property that is a map or a list.
     void requestNode(const char* property, std::uint64_t replyId) const;
     void setFlag(const char* property, bool on) const;
     void setNumber(const char* property, double value) const;

@@ -146,13 +146,12 @@ void MpvLiveBuffer::poll() {
 bool MpvLiveBuffer::handleReply(const mpv_event& reply) {
     if (reply.reply_userdata != positionReply && reply.reply_userdata != cacheReply)
         return false;
-    const auto* property = static_cast<const mpv_event_property*>(reply.data);
-    const bool isAnswer = reply.error >= 0 && property->data != nullptr;
     if (reply.reply_userdata == positionReply) {
-        m_position =
-            isAnswer ? std::optional(*static_cast<const double*>(property->data)) : std::nullopt;
+        m_position = MpvInstance::numberIn(reply);
         return true;
     }
+    const auto* property = static_cast<const mpv_event_property*>(reply.data);
+    const bool isAnswer = reply.error >= 0 && property->data != nullptr;
     const NodeMap state(isAnswer ? static_cast<const mpv_node*>(property->data) : nullptr);
     const std::optional<double> end = state.number("cache-end");
     if (!m_position || !end)

@@ -363,10 +363,7 @@ void MpvMediaPlayer::turn(std::int64_t degrees) {
 void MpvMediaPlayer::handleReply(const mpv_event& reply) {
     if (m_buffer.handleReply(reply) || m_sound.handleReply(reply))
         return;
-    std::optional<double> seconds;
-    if (reply.error >= 0)
-        seconds =
-            *static_cast<const double*>(static_cast<const mpv_event_property*>(reply.data)->data);
+    const std::optional<double> seconds = MpvInstance::numberIn(reply);
     if (reply.reply_userdata == timeReply) {
         m_position.time = seconds;
     } else if (reply.reply_userdata == audioReply) {

@@ -5,7 +5,6 @@
 
 #include <mpv/client.h>
 
-#include <optional>
 #include <utility>
 
 namespace orvane {
@@ -68,11 +67,8 @@ void MpvSound::check() {
 bool MpvSound::handleReply(const mpv_event& reply) {
     if (reply.reply_userdata != soundReply)
         return false;
-    const auto* property = static_cast<const mpv_event_property*>(reply.data);
-    const bool isAnswer = reply.error >= 0 && property->data != nullptr;
     using Advance = SoundWatch::Advance;
-    m_watch.answered(isAnswer ? std::optional(*static_cast<const double*>(property->data))
-                              : std::nullopt,
+    m_watch.answered(MpvInstance::numberIn(reply),
                      m_isHeard && m_isAdvancing ? Advance::expected : Advance::unexpected, now());
     return true;
 }
